@@ -1,0 +1,13 @@
+#pragma once
+
+#include "base/files.h"
+
+/// The operating system's files. Locks are advisory and belong to the open file: readers do not wait for
+/// them.
+class OsFiles : public FileAccess {
+public:
+    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override;
+    Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+    Done Remove(const std::filesystem::path& path) override;
+    Done CreateFolder(const std::filesystem::path& path) override;
+};

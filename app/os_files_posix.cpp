@@ -1,0 +1,163 @@
+#include "app/os_files.h"
+
+#include "base/text.h"
+
+#include <cerrno>
+#include <chrono>
+#include <fcntl.h>
+#include <string>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+constexpr auto LongestWaitForLock = std::chrono::seconds(2);
+constexpr auto WaitBetweenTries = std::chrono::milliseconds(10);
+
+/// The sentence for a failed operation; `doing` is as in "open the file".
+Failure Describe(std::string_view doing, const std::filesystem::path& path, std::string_view reason) {
+    std::string sentence = "Cannot ";
+    sentence += doing;
+    sentence += " \"" + PathText(path) + "\": ";
+    sentence += reason;
+    sentence += '.';
+    return {sentence};
+}
+
+Failure DescribeError(std::string_view doing, const std::filesystem::path& path, int error) {
+    return Describe(doing, path, std::generic_category().message(error));
+}
+
+/// Runs a system call again while signals interrupt it.
+template <class Call> auto Retry(const Call& call) {
+    for (;;) {
+        const auto result = call();
+        if (result != -1 || errno != EINTR) return result;
+    }
+}
+
+class PosixFile : public OpenFile {
+public:
+    PosixFile(int descriptor, std::filesystem::path path)
+        : m_descriptor(descriptor), m_path(std::move(path)) {}
+    PosixFile(const PosixFile&) = delete;
+    PosixFile& operator=(const PosixFile&) = delete;
+    ~PosixFile() override { ::close(m_descriptor); }
+
+    Result<std::uint64_t> Length() override {
+        struct stat status {};
+        if (::fstat(m_descriptor, &status) != 0)
+            return DescribeError("read the length of the file", m_path, errno);
+        return static_cast<std::uint64_t>(status.st_size);
+    }
+
+    Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
+        std::size_t count = 0;
+        while (count < bytes.size()) {
+            const ssize_t read = Retry([&] {
+                return ::pread(m_descriptor, bytes.data() + count, bytes.size() - count,
+                               static_cast<off_t>(offset + count));
+            });
+            if (read < 0) return DescribeError("read from the file", m_path, errno);
+            if (read == 0) break;
+            count += static_cast<std::size_t>(read);
+        }
+        return count;
+    }
+
+    Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
+        while (!bytes.empty()) {
+            const ssize_t written = Retry([&] {
+                return ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            });
+            if (written < 0) return DescribeError("write to the file", m_path, errno);
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+            offset += static_cast<std::uint64_t>(written);
+        }
+        return Success();
+    }
+
+    Done Flush() override {
+        // A device (EINVAL) has nothing to wait for.
+        if (Retry([&] { return ::fsync(m_descriptor); }) != 0 && errno != EINVAL)
+            return DescribeError("write to the disk what was saved in the file", m_path, errno);
+        return Success();
+    }
+
+    Done Lock() override {
+        const auto giveUpAt = std::chrono::steady_clock::now() + LongestWaitForLock;
+        while (Retry([&] { return ::flock(m_descriptor, LOCK_EX | LOCK_NB); }) != 0) {
+            if (errno != EWOULDBLOCK) return DescribeError("lock the file", m_path, errno);
+            if (std::chrono::steady_clock::now() >= giveUpAt)
+                return Describe("lock the file", m_path,
+                                "another running copy of the program is working with it");
+            std::this_thread::sleep_for(WaitBetweenTries);
+        }
+        return Success();
+    }
+
+private:
+    int m_descriptor;
+    std::filesystem::path m_path;
+};
+
+int Flags(OpenMode mode) {
+    // Without waiting: opening a pipe that nobody writes to would never return.
+    constexpr int always = O_CLOEXEC | O_NONBLOCK;
+    switch (mode) {
+    case OpenMode::Read:
+        return always | O_RDONLY;
+    case OpenMode::ReadOrCreate:
+        return always | O_RDONLY | O_CREAT;
+    case OpenMode::Update:
+        return always | O_RDWR | O_CREAT;
+    case OpenMode::Replace:
+        return always | O_WRONLY | O_CREAT | O_TRUNC;
+    }
+    return always | O_RDONLY;
+}
+
+/// A new or renamed file is on the disk only when its folder is. Not every file system can do that, and the
+/// file's own content does not depend on it, so a refusal does not count.
+void FlushFolderOf(const std::filesystem::path& path) {
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    if (descriptor < 0) return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
+} // namespace
+
+Result<std::unique_ptr<OpenFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
+    constexpr mode_t permissions = 0666; // less what the user's mask takes away
+    struct stat status {};
+    const bool isNew = mode != OpenMode::Read && ::stat(path.c_str(), &status) != 0;
+    const int descriptor = Retry([&] { return ::open(path.c_str(), Flags(mode), permissions); });
+    if (descriptor < 0) return DescribeError("open the file", path, errno);
+    std::unique_ptr<OpenFile> file = std::make_unique<PosixFile>(descriptor, path);
+    if (::fstat(descriptor, &status) != 0) return DescribeError("open the file", path, errno);
+    if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
+    if (isNew) FlushFolderOf(path);
+    return file;
+}
+
+Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (::rename(from.c_str(), to.c_str()) != 0) return DescribeError("replace the file", to, errno);
+    FlushFolderOf(to);
+    return Success();
+}
+
+Done OsFiles::Remove(const std::filesystem::path& path) {
+    if (::unlink(path.c_str()) != 0) return DescribeError("remove the file", path, errno);
+    return Success();
+}
+
+Done OsFiles::CreateFolder(const std::filesystem::path& path) {
+    constexpr mode_t permissions = 0777; // less what the user's mask takes away
+    if (::mkdir(path.c_str(), permissions) != 0) return DescribeError("create the folder", path, errno);
+    return Success();
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string_view>
+
+/// The sections and keys of the per-user settings. All values are texts; a missing one reads as the empty
+/// text.
+namespace Settings {
+
+inline constexpr std::string_view Application = "TALVOR_QUME_APP";
+
+inline constexpr std::string_view Company = "COMPANY";
+inline constexpr std::string_view Default = "DEFAULT"; ///< number of the current company
+
+inline constexpr std::string_view Backup = "BACKUP";
+inline constexpr std::string_view AutoBackup = "AUTO_BACKUP"; ///< "1" = back up on exit
+
+inline constexpr std::string_view Browser = "BROWSER";
+inline constexpr std::string_view Path = "PATH"; ///< of the browser program, UTF-8
+
+} // namespace Settings

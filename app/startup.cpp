@@ -1,0 +1,20 @@
+#include "app/startup.h"
+
+#include "store/companies.h"
+#include "store/data_folder.h"
+#include "store/material_types.h"
+
+#include <system_error>
+
+Done StartUp(AppContext& app) {
+    std::error_code ignored;
+    if (!std::filesystem::exists(HapContentsFile(app), ignored)) {
+        if (!std::filesystem::exists(DataFolder(app), ignored)) {
+            const Done created = app.Files.CreateFolder(DataFolder(app));
+            if (!created) return created;
+        }
+        const Done created = CreateDefaultHapContents(app);
+        if (!created) return created;
+    }
+    return RestoreCompany(app);
+}

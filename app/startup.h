@@ -1,0 +1,7 @@
+#pragma once
+
+#include "base/app_context.h"
+
+/// What the program does before it shows anything: creates the data folder and the material-type table where
+/// the table is missing, and makes the remembered company current. A Failure stops the program.
+Done StartUp(AppContext& app);

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "base/files.h"
+#include "base/services.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+/// What the modules work with: the platform's services, the program folder, and the little that is remembered
+/// between operations. It is passed, never global.
+struct AppContext {
+    MessagePrompts& Prompts;
+    SettingsStore& Settings;
+    ProgramStarter& Programs;
+    FileDialogs& Dialogs;
+    Clock& Calendar;
+    FileAccess& Files;
+    std::filesystem::path ProgramFolder;
+
+    std::int16_t CurrentCompanyId = 0;    ///< 0 = none
+    std::string CurrentCompanyName{};     ///< code-page text
+    std::string CurrentCompanyLocation{}; ///< code-page text
+    /// The six additional pollutant names joined by "|", code-page text; "-" = a name not in use.
+    std::string AdditionalNames{};
+};

@@ -1,0 +1,45 @@
+#include "base/files.h"
+
+#include "base/text.h"
+
+#include <system_error>
+
+namespace {
+
+Done WriteAll(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
+    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Replace);
+    if (!file) return file.error();
+    const Done written = (*file)->WriteAt(0, content);
+    if (!written) return written;
+    return (*file)->Flush();
+}
+
+} // namespace
+
+Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
+    std::error_code ignored;
+    std::filesystem::path target = std::filesystem::canonical(path, ignored);
+    if (target.empty()) target = path;
+    const std::filesystem::file_status status = std::filesystem::status(target, ignored);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        return WriteAll(files, target, content);
+
+    std::filesystem::path temporary = target;
+    temporary += ".tmp";
+    Done replaced = WriteAll(files, temporary, content);
+    if (replaced) replaced = files.Rename(temporary, target);
+    if (!replaced) std::filesystem::remove(temporary, ignored);
+    return replaced;
+}
+
+Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path) {
+    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Read);
+    if (!file) return file.error();
+    const Result<std::uint64_t> length = (*file)->Length();
+    if (!length) return length.error();
+    std::string content(static_cast<std::size_t>(*length), '\0');
+    const Result<std::size_t> count = (*file)->ReadAt(0, content);
+    if (!count) return count.error();
+    content.resize(*count);
+    return content;
+}

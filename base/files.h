@@ -1,0 +1,60 @@
+#pragma once
+
+#include "base/result.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string_view>
+
+/// A file that is open. Closed, and its lock released, when it is destroyed.
+class OpenFile {
+public:
+    OpenFile() = default;
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    virtual ~OpenFile() = default;
+
+    /// In bytes.
+    virtual Result<std::uint64_t> Length() = 0;
+    /// Fills `bytes` from `offset` on and returns how many there were: fewer only at the end of the file.
+    virtual Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) = 0;
+    /// Writes all of `bytes`; bytes between the end of the file and `offset` become zero.
+    virtual Done WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
+    /// Returns when everything written is on the disk.
+    virtual Done Flush() = 0;
+    /// Holds the file against other writers that lock it. Waits at most two seconds for one that has it.
+    virtual Done Lock() = 0;
+};
+
+enum class OpenMode {
+    Read,         ///< an existing file
+    ReadOrCreate, ///< for reading; a missing file is created empty
+    Update,       ///< for reading and writing; a missing file is created empty
+    Replace,      ///< for writing; created empty, or emptied
+};
+
+/// The operating system's files, as far as the program works with them. Every Failure is a whole sentence.
+class FileAccess {
+public:
+    FileAccess() = default;
+    FileAccess(const FileAccess&) = delete;
+    FileAccess& operator=(const FileAccess&) = delete;
+    virtual ~FileAccess() = default;
+
+    /// A folder is never opened.
+    virtual Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) = 0;
+    /// Replaces `to`.
+    virtual Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+    virtual Done Remove(const std::filesystem::path& path) = 0;
+    virtual Done CreateFolder(const std::filesystem::path& path) = 0;
+};
+
+/// Puts `content` in the place of the file's, so that a crash or a full disk leaves the old content: through
+/// a temporary file beside it and a rename. A link is followed. What is not a regular file (a device) is
+/// written as it stands.
+Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content);
+
+/// All bytes of a file.
+Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "base/result.h"
+
+#include <string>
+#include <string_view>
+
+/// What is wrong with a form's entries: one message per failed check, in the order of the form.
+class FormErrors {
+public:
+    /// `message` begins with "- "; the line break is added here.
+    void Add(std::string_view message);
+    bool IsEmpty() const { return m_text.empty(); }
+    const std::string& Text() const { return m_text; }
+
+private:
+    std::string m_text;
+};
+
+/// Shows the errors under "Error(s) found while processing the form:".
+void ShowFormErrors(AppContext& app, std::string_view errorsText);
+
+/// Shows a failure's description. Each failure is shown once, by the module operation that met it.
+void ShowError(AppContext& app, const Failure& failure);
+
+void ShowInformation(AppContext& app, std::string_view text);

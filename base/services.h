@@ -1,0 +1,90 @@
+#pragma once
+
+#include "base/result.h"
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What the program asks of its platform, beside files (base/files.h). All texts are UTF-8.
+
+enum class PromptKind {
+    Failure,     ///< something could not be done; critical icon
+    FormErrors,  ///< what is wrong with a form's entries; information icon
+    Information, ///< information icon
+    Exclamation, ///< exclamation icon
+    Question,    ///< question icon
+};
+enum class PromptButtons { Ok, YesNo, YesNoCancel };
+enum class PromptAnswer { Ok, Yes, No, Cancel };
+
+/// The caption is always "MACT".
+struct Prompt {
+    std::string Text; ///< plain text
+    PromptKind Kind = PromptKind::Information;
+    PromptButtons Buttons = PromptButtons::Ok;
+};
+
+class MessagePrompts {
+public:
+    MessagePrompts() = default;
+    MessagePrompts(const MessagePrompts&) = delete;
+    MessagePrompts& operator=(const MessagePrompts&) = delete;
+    virtual ~MessagePrompts() = default;
+    /// Shows the message and waits for the answer; a box closed without a button counts as No or Cancel.
+    virtual PromptAnswer Show(const Prompt& prompt) = 0;
+};
+
+/// Per-user settings by section and key, all texts, under one application name.
+class SettingsStore {
+public:
+    SettingsStore() = default;
+    SettingsStore(const SettingsStore&) = delete;
+    SettingsStore& operator=(const SettingsStore&) = delete;
+    virtual ~SettingsStore() = default;
+    /// A key that was never written reads as the empty text.
+    virtual std::string Read(std::string_view section, std::string_view key) = 0;
+    /// On disk when it succeeds.
+    virtual Done Write(std::string_view section, std::string_view key, std::string_view value) = 0;
+};
+
+/// A program to start, without waiting for it.
+struct ProgramStart {
+    std::filesystem::path Program;
+    std::vector<std::string> Arguments;
+    std::string CommandLine; ///< on Windows, in place of the two above, to the letter
+    bool HasHiddenWindow = false;
+};
+
+class ProgramStarter {
+public:
+    ProgramStarter() = default;
+    ProgramStarter(const ProgramStarter&) = delete;
+    ProgramStarter& operator=(const ProgramStarter&) = delete;
+    virtual ~ProgramStarter() = default;
+    virtual Done Start(const ProgramStart& start) = 0;
+};
+
+/// The platform's standard dialogs. Empty when the user cancels.
+class FileDialogs {
+public:
+    FileDialogs() = default;
+    FileDialogs(const FileDialogs&) = delete;
+    FileDialogs& operator=(const FileDialogs&) = delete;
+    virtual ~FileDialogs() = default;
+    virtual std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title) = 0;
+    virtual std::optional<std::filesystem::path> ChooseFileToSave(const std::string& title) = 0;
+};
+
+class Clock {
+public:
+    Clock() = default;
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
+    virtual ~Clock() = default;
+    /// The month of the user's calendar.
+    virtual std::chrono::year_month CurrentMonth() = 0;
+};

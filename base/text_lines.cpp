@@ -1,0 +1,51 @@
+#include "base/text_lines.h"
+
+#include <algorithm>
+#include <span>
+
+namespace {
+constexpr std::size_t ChunkLength = std::size_t{1} << 18;
+}
+
+Result<bool> TextLines::ReadMore() {
+    if (m_isAtEnd) return false;
+    m_buffer.erase(0, m_start);
+    m_start = 0;
+    const std::size_t kept = m_buffer.size();
+    // A line longer than the buffer doubles it, so that a long line is not copied again for each chunk.
+    const std::size_t wanted = std::max(ChunkLength, kept);
+    m_buffer.resize(kept + wanted);
+    const Result<std::size_t> count = m_file.ReadAt(m_offset, std::span(m_buffer).subspan(kept));
+    if (!count) {
+        m_buffer.resize(kept);
+        return count.error();
+    }
+    m_buffer.resize(kept + *count);
+    m_offset += *count;
+    m_isAtEnd = *count < wanted;
+    return *count > 0;
+}
+
+Result<std::optional<std::string_view>> TextLines::Next() {
+    std::size_t searchedTo = m_start;
+    for (;;) {
+        const std::size_t end = m_buffer.find_first_of("\r\n", searchedTo);
+        // A CR at the end of what was read may be half of a CR LF.
+        const bool mayBeHalf =
+            end != std::string::npos && m_buffer[end] == '\r' && end + 1 == m_buffer.size();
+        if (end != std::string::npos && !(mayBeHalf && !m_isAtEnd)) {
+            const std::string_view line = std::string_view(m_buffer).substr(m_start, end - m_start);
+            m_start = end + (m_buffer.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+            return std::optional(line);
+        }
+        const std::size_t unsearched = (end == std::string::npos ? m_buffer.size() : end) - m_start;
+        const Result<bool> more = ReadMore();
+        if (!more) return more.error();
+        if (!*more && m_isAtEnd && !mayBeHalf) break;
+        searchedTo = m_start + unsearched;
+    }
+    if (m_start == m_buffer.size()) return std::optional<std::string_view>{};
+    const std::string_view line = std::string_view(m_buffer).substr(m_start);
+    m_start = m_buffer.size();
+    return std::optional(line);
+}

@@ -1,0 +1,156 @@
+#include "materials/material_store.h"
+
+#include "base/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_texts.h"
+#include "store/data_folder.h"
+
+namespace {
+
+/// A filter with its texts made ready for comparing.
+class MaterialTest {
+public:
+    explicit MaterialTest(const MaterialFilter& filter)
+        : m_filter(filter), m_customId(Key(filter.CustomId)), m_materialType(Key(filter.MaterialType)),
+          m_applicationMethod(Key(filter.ApplicationMethod)) {}
+
+    bool Passes(const MaterialRecord& material) const {
+        if (m_filter.MaterialId && material.MaterialId != *m_filter.MaterialId) return false;
+        if (!Equals(m_customId, material.CustomId)) return false;
+        if (!Equals(m_materialType, material.MaterialType)) return false;
+        if (!Equals(m_applicationMethod, material.ApplicationMethod)) return false;
+        return material.Active == m_filter.Active;
+    }
+
+private:
+    static std::optional<std::string> Key(const std::optional<std::string>& text) {
+        return text ? std::optional(ComparisonKey(*text)) : std::nullopt;
+    }
+    static bool Equals(const std::optional<std::string>& key, const std::string& field) {
+        return !key || EqualsIgnoringCase(*key, Trim(field));
+    }
+
+    const MaterialFilter& m_filter;
+    std::optional<std::string> m_customId;
+    std::optional<std::string> m_materialType;
+    std::optional<std::string> m_applicationMethod;
+};
+
+Result<RecordFile> OpenToWrite(AppContext& app) {
+    return RecordFile::OpenForWriting(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
+}
+
+Done SetPollutantNumbers(MaterialRecord& material, std::string_view numbers, std::string_view what,
+                         const std::array<double MaterialRecord::*, 6>& members) {
+    const std::vector<std::string_view> pieces = Split(numbers, '|');
+    for (std::size_t index = 0; index < members.size(); ++index) {
+        const std::optional<double> number =
+            index < pieces.size() ? ParseNumber(pieces[index]) : std::nullopt;
+        if (!number)
+            return Failure{"Cannot save the material \"" + Utf8FromCodePage(material.CustomId) + "\": the " +
+                           std::string(what) + " of additional pollutant " + std::to_string(index + 1) +
+                           " is not a number."};
+        material.*members[index] = *number;
+    }
+    return Success();
+}
+
+Done WriteMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
+                   std::unique_ptr<RecordFile> openFile) {
+    MaterialRecord material{.MaterialId = materialId.value_or(0),
+                            .CustomId = std::string(Trim(entry.CustomId)),
+                            .MaterialType = entry.MaterialType,
+                            .ApplicationMethod = entry.ApplicationMethod,
+                            .Density = entry.Density,
+                            .HapContent = entry.HapContent,
+                            .EmissionFactor = entry.EmissionFactor,
+                            .Comments = entry.Comments,
+                            .Description = entry.Description,
+                            .Filler = entry.Filler};
+    Done numbers = SetPollutantNumbers(material, entry.Contents, "content", PollutantContents);
+    if (numbers) numbers = SetPollutantNumbers(material, entry.Factors, "emission factor", PollutantFactors);
+    if (!numbers) return numbers;
+    if (openFile) return WriteRecord(*openFile, MaterialLayout, material, &MaterialRecord::MaterialId);
+    Result<RecordFile> file = OpenToWrite(app);
+    if (!file) return file.error();
+    return WriteRecord(*file, MaterialLayout, material, &MaterialRecord::MaterialId);
+}
+
+/// True when the live record was marked as deleted, false when there is none.
+Result<bool> MarkAsDeleted(AppContext& app, std::int16_t materialId) {
+    Result<RecordFile> file = OpenToWrite(app);
+    if (!file) return file.error();
+    return MarkLiveRecordAsDeleted(*file, MaterialLayout, materialId, &MaterialRecord::MaterialId,
+                                   &MaterialRecord::Active);
+}
+
+} // namespace
+
+Done VisitMaterials(AppContext& app, const std::function<void(const MaterialRecord&)>& visit) {
+    Result<RecordFile> file =
+        RecordFile::OpenForReading(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
+    if (!file) return file.error();
+    return ForEachRecord(*file, MaterialLayout, visit);
+}
+
+Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const MaterialFilter& filter) {
+    std::vector<MaterialRecord> found;
+    const MaterialTest test(filter);
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (test.Passes(material)) found.push_back(material);
+    });
+    if (!read) return read.error();
+    return found;
+}
+
+bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<MaterialRecord>& results) {
+    Result<std::vector<MaterialRecord>> found = ReadMaterials(app, filter);
+    if (!found) {
+        ShowError(app, found.error());
+        return false;
+    }
+    if (found->empty()) return false;
+    results = std::move(*found);
+    return true;
+}
+
+Failed SaveMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
+                    std::unique_ptr<RecordFile> openFile) {
+    const Done written = WriteMaterial(app, entry, materialId, std::move(openFile));
+    if (!written) ShowError(app, written.error());
+    return !written;
+}
+
+Failed DeleteMaterial(AppContext& app, std::int16_t materialId, const MaterialIsUsed& isUsed) {
+    const Result<bool> used = isUsed(materialId);
+    if (!used) {
+        ShowError(app, used.error());
+        return true;
+    }
+    if (*used) {
+        ShowInformation(app, MaterialTexts::MaterialIsUsed);
+        return true;
+    }
+    const Result<bool> deleted = MarkAsDeleted(app, materialId);
+    if (!deleted) ShowError(app, deleted.error());
+    return !deleted || !*deleted;
+}
+
+std::string MaterialListText(const MaterialRecord& material) {
+    std::string line(Trim(material.CustomId));
+    line += " - ";
+    line += Trim(material.Description);
+    // Two numbers on purpose: cut beyond 50 characters, to the first 35.
+    if (line.size() > 50) line = line.substr(0, 35) + "...";
+    return line;
+}
+
+void FillMaterialList(ListLines& list, const std::vector<MaterialRecord>& records, bool withDescription) {
+    list.clear();
+    for (const MaterialRecord& material : records) {
+        if (!material.Active) continue;
+        list.push_back({withDescription ? MaterialListText(material) : std::string(Trim(material.CustomId)),
+                        material.MaterialId});
+    }
+}

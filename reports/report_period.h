@@ -1,0 +1,30 @@
+#pragma once
+
+#include "base/result.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// The twelve months that a report covers, and the unit of its quantities.
+
+struct ReportPeriod {
+    std::string
+        EndText{}; ///< last month, as in 3/2008; empty = all materials (compliant materials report only)
+    std::int16_t Months = 12;
+};
+
+/// The month of a text M/YYYY; empty when it has no month from 1 to 12 or no year from 1900 to 9999.
+std::optional<std::chrono::year_month> ParsePeriodEnd(std::string_view endText);
+
+/// The months of the period, newest first, each as M/YYYY and "|": 3/2008|2/2008|...|4/2007|
+Result<std::string> BuildPeriodList(std::string_view endText, std::int16_t months);
+
+/// MM/YYYY when padded, M/YYYY otherwise; the empty text without a month.
+std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool isPadded);
+
+/// `quantity` in the wanted unit; units are UnitMgal and UnitLbs, density in lb/gal. A result that is not
+/// finite (a density of 0 where gallons are wanted) is a Failure.
+Result<double> ConvertQuantity(double quantity, double density, std::int16_t unit, std::int16_t wantedUnit);

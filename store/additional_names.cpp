@@ -1,0 +1,77 @@
+#include "store/additional_names.h"
+
+#include "base/messages.h"
+#include "base/text.h"
+#include "store/data_folder.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace {
+
+bool IsLineEnd(char character) {
+    return character == '\r' || character == '\n';
+}
+
+/// One value, from the front of `text`.
+std::string_view TakeValue(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    if (text.starts_with('"')) {
+        text.remove_prefix(1);
+        const std::size_t end = std::min(text.find('"'), text.size());
+        const std::string_view value = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        text.remove_prefix(std::min(text.find_first_of(",\r\n"), text.size()));
+        return value;
+    }
+    const std::size_t end = std::min(text.find_first_of(",\r\n"), text.size());
+    const std::string_view value = text.substr(0, end);
+    text.remove_prefix(end);
+    return Trim(value);
+}
+
+} // namespace
+
+std::string LastCommaSeparatedValue(std::string_view text) {
+    std::string_view last;
+    while (!text.empty()) {
+        last = TakeValue(text);
+        if (text.starts_with(',')) {
+            text.remove_prefix(1);
+            if (text.empty()) last = {}; // a comma at the end is followed by an empty value
+        } else if (!text.empty() && IsLineEnd(text.front())) {
+            text.remove_prefix(text.starts_with("\r\n") ? 2 : 1);
+        }
+    }
+    return std::string(last);
+}
+
+Done ReadAdditionalNames(AppContext& app) {
+    const std::filesystem::path path = AdditionalNamesFile(app);
+    std::error_code error;
+    if (!std::filesystem::exists(path, error) && !error) {
+        app.AdditionalNames = UnusedNames;
+        return ReplaceFile(app.Files, path, '"' + std::string(UnusedNames) + "\"\r\n");
+    }
+    const Result<std::string> content = ReadWholeFile(app.Files, path);
+    if (!content) return content.error();
+    app.AdditionalNames = LastCommaSeparatedValue(*content);
+    return Success();
+}
+
+void LoadAdditionalNames(AppContext& app) {
+    const Done loaded = ReadAdditionalNames(app);
+    if (!loaded) ShowError(app, loaded.error());
+}
+
+PollutantNames SplitAdditionalNames(std::string_view names) {
+    PollutantNames six;
+    std::vector<std::string_view> pieces = Split(names, '|');
+    if (pieces.size() != six.size()) pieces = Split(UnusedNames, '|');
+    std::ranges::copy(pieces, six.begin());
+    return six;
+}
+
+bool IsUsedName(std::string_view name) {
+    return Trim(name) != "-";
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "base/list_lines.h"
+#include "store/record_layout.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The companies and locations that this installation serves, in data/companies.talvor. One of them is
+/// current; it is remembered in the settings. There is no deletion.
+///
+/// A file that cannot be opened is shown once (ShowError) and counts as empty.
+
+struct CompanyRecord {
+    std::int16_t CompanyId = 0; ///< the record's own number; 0 = not stored yet
+    std::string CompanyName{};
+    std::string CompanyLocation{};
+    bool Active = true; ///< false = never listed or found
+};
+inline constexpr auto CompanyFields = std::to_array<Field<CompanyRecord>>({
+    Int16(&CompanyRecord::CompanyId),
+    Text(&CompanyRecord::CompanyName, 250),
+    Text(&CompanyRecord::CompanyLocation, 250),
+    Flag(&CompanyRecord::Active),
+});
+inline constexpr RecordLayout CompanyLayout{504, CompanyFields};
+static_assert(CompanyLayout.PackedLength() == 504); // files of earlier versions depend on it
+
+/// A filter that is left out matches everything.
+struct CompanyFilter {
+    std::optional<std::int16_t> CompanyId{};
+    /// Matches when the record's name occurs within it, ignoring case: Acme passes the filter Acme Boats, and
+    /// an empty name passes every filter.
+    std::optional<std::string> CompanyName{};
+    std::optional<std::string> CompanyLocation{}; ///< likewise
+};
+/// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
+bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<CompanyRecord>& results);
+
+/// Overwrites company `companyId`, or appends a new one without it. Returns 0, whatever happened: callers
+/// find the company by listing the file again.
+std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,
+                         std::optional<std::int16_t> companyId = {});
+
+/// One line per active record, "name (location)", with the identifier as item data.
+void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records);
+
+/// Makes the company current and remembers it in the settings.
+void SelectCompany(AppContext& app, const CompanyRecord& company);
+
+/// Makes the remembered company current; one that does not exist leaves none selected. A remembered text that
+/// is not a 16-bit whole number is a Failure.
+Done RestoreCompany(AppContext& app);

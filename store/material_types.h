@@ -1,0 +1,57 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "store/record_layout.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The material-type table that all companies share, in data/hapcontents.talvor: for each material type and
+/// application method the numbers by which a material is judged (40 CFR Part 63, Subpart VVVV, Tables 2 and
+/// 3).
+///
+/// A file that cannot be opened is shown once (ShowError) and counts as empty.
+
+struct HapContentRecord {
+    std::string MaterialType{};
+    double HapLimit = 0; ///< highest organic HAP content that complies, weight percent; -1 = no limit applies
+    std::string ApplicationMethod{};
+    double EfCoefficient = 0; ///< of the emission-factor equation: kg of HAP per Mg of material =
+    double EfExponent = 0;    ///< coefficient * (HAP content in weight percent) ^ exponent
+    double EmissionLimit = 0; ///< kg of HAP per Mg of material; the same for every method of a type
+};
+inline constexpr auto HapContentFields = std::to_array<Field<HapContentRecord>>({
+    Text(&HapContentRecord::MaterialType, 100),
+    Double(&HapContentRecord::HapLimit),
+    Text(&HapContentRecord::ApplicationMethod, 100),
+    Double(&HapContentRecord::EfCoefficient),
+    Double(&HapContentRecord::EfExponent),
+    Double(&HapContentRecord::EmissionLimit),
+});
+inline constexpr RecordLayout HapContentLayout{232, HapContentFields};
+static_assert(HapContentLayout.PackedLength() == 232); // files of earlier versions depend on it
+
+/// A filter that is left out matches everything. Texts are compared trimmed and ignoring case.
+struct HapContentFilter {
+    std::optional<std::string> MaterialType{};
+    std::optional<std::string> ApplicationMethod{};
+};
+
+/// Writes the 29 default rows into slots 1 to 29; slots beyond them stay.
+Done CreateDefaultHapContents(AppContext& app);
+
+/// The rows that pass, in file order. Shows nothing.
+Result<std::vector<HapContentRecord>> ReadHapContents(AppContext& app, const HapContentFilter& filter = {});
+
+/// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
+bool FindHapContents(AppContext& app, const HapContentFilter& filter, std::vector<HapContentRecord>& results);
+
+/// The names, trimmed, in file order. With `isDistinct`, a name that occurs as a part of the names taken
+/// before it (each with "|" in front, the case counting) is skipped.
+void GetMaterialTypes(AppContext& app, std::vector<std::string>& names, bool isDistinct);
+void GetApplicationMethods(AppContext& app, std::vector<std::string>& methods, bool isDistinct,
+                           const std::optional<std::string>& materialType = {});
+
+/// The distinct listing of rows that are already read.
+std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows);

@@ -1,0 +1,99 @@
+#include "store/record_file.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr std::int64_t MostSlots = std::numeric_limits<std::int16_t>::max();
+
+/// Halves to even.
+std::uint64_t DivideRounded(std::uint64_t length, std::uint64_t slotLength) {
+    const std::uint64_t whole = length / slotLength;
+    const std::uint64_t twiceRest = 2 * (length % slotLength);
+    const bool isUp = twiceRest > slotLength || (twiceRest == slotLength && whole % 2 == 1);
+    return isUp ? whole + 1 : whole;
+}
+
+std::string Quoted(const std::filesystem::path& path) {
+    return '"' + PathText(path) + '"';
+}
+
+} // namespace
+
+Result<RecordFile> RecordFile::Open(FileAccess& files, const std::filesystem::path& path,
+                                    std::size_t slotLength, OpenMode mode) {
+    Result<std::unique_ptr<OpenFile>> opened = files.Open(path, mode);
+    if (!opened) return opened.error();
+    if (mode == OpenMode::Update) {
+        const Done locked = (*opened)->Lock();
+        if (!locked) return locked.error();
+    }
+    const Result<std::uint64_t> length = (*opened)->Length();
+    if (!length) return length.error();
+    const std::uint64_t count = DivideRounded(*length, slotLength);
+    if (count > MostSlots)
+        return Failure{"Cannot work with the file " + Quoted(path) + ": it has " + std::to_string(count) +
+                       " records, and 32767 is the most that a data file can hold."};
+    RecordFile file(std::move(*opened), path, slotLength);
+    file.m_count = static_cast<std::int16_t>(count);
+    return file;
+}
+
+Result<RecordFile> RecordFile::OpenForReading(FileAccess& files, const std::filesystem::path& path,
+                                              std::size_t slotLength) {
+    return Open(files, path, slotLength, OpenMode::ReadOrCreate);
+}
+
+Result<RecordFile> RecordFile::OpenForWriting(FileAccess& files, const std::filesystem::path& path,
+                                              std::size_t slotLength) {
+    return Open(files, path, slotLength, OpenMode::Update);
+}
+
+Done RecordFile::ForEachSlot(const std::function<bool(std::int16_t, std::string_view)>& visit) {
+    constexpr std::size_t chunkLength = std::size_t{1} << 18;
+    const std::size_t slotsPerChunk = std::max<std::size_t>(1, chunkLength / m_slotLength);
+    std::string chunk;
+    for (std::size_t first = 0; first < static_cast<std::size_t>(m_count); first += slotsPerChunk) {
+        const std::size_t slots = std::min(slotsPerChunk, static_cast<std::size_t>(m_count) - first);
+        chunk.resize(slots * m_slotLength);
+        const Result<std::size_t> count = m_file->ReadAt(std::uint64_t{first} * m_slotLength, chunk);
+        if (!count) return count.error();
+        std::fill(chunk.begin() + static_cast<std::ptrdiff_t>(*count), chunk.end(), '\0');
+        for (std::size_t slot = 0; slot < slots; ++slot) {
+            const std::string_view bytes = std::string_view(chunk).substr(slot * m_slotLength, m_slotLength);
+            if (!visit(static_cast<std::int16_t>(first + slot + 1), bytes)) return Success();
+        }
+    }
+    return Success();
+}
+
+Result<std::string> RecordFile::ReadSlot(std::int16_t number) {
+    if (number < 1 || number > m_count)
+        return Failure{"Cannot read record " + std::to_string(number) + " of the file " + Quoted(m_path) +
+                       ": it has " + std::to_string(m_count) + " records."};
+    std::string slot(m_slotLength, '\0');
+    const Result<std::size_t> count = m_file->ReadAt((std::uint64_t(number) - 1) * m_slotLength, slot);
+    if (!count) return count.error();
+    std::fill(slot.begin() + static_cast<std::ptrdiff_t>(*count), slot.end(), '\0');
+    return slot;
+}
+
+Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
+    if (number < 1 || number > m_count + 1)
+        return Failure{"Cannot write record " + std::to_string(number) + " of the file " + Quoted(m_path) +
+                       ": it has " + std::to_string(m_count) + " records."};
+    const Done written = m_file->WriteAt((std::uint64_t(number) - 1) * m_slotLength, slot);
+    if (written) m_count = std::max(m_count, number);
+    return written;
+}
+
+Result<std::int16_t> RecordFile::NextNumber() const {
+    if (m_count == MostSlots)
+        return Failure{"Cannot add a record to the file " + Quoted(m_path) +
+                       ": it is full, with 32767 records."};
+    return static_cast<std::int16_t>(m_count + 1);
+}

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "base/files.h"
+#include "base/result.h"
+#include "store/record_layout.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+/// A file of fixed-length slots, numbered from 1, without a header.
+///
+/// It is opened for one operation and closed with it. A file that does not exist is created empty. Bytes that
+/// a short last slot lacks read as zero bytes. A file of more than 32,767 slots cannot be worked with: record
+/// numbers are signed 16-bit integers.
+class RecordFile {
+public:
+    static Result<RecordFile> OpenForReading(FileAccess& files, const std::filesystem::path& path,
+                                             std::size_t slotLength);
+    /// Holds the file against other writers until it is closed.
+    static Result<RecordFile> OpenForWriting(FileAccess& files, const std::filesystem::path& path,
+                                             std::size_t slotLength);
+
+    /// The file's length divided by the slot length, rounded to the nearest whole number, halves to even: a
+    /// last slot that was written short counts from its half on. Kept true by WriteSlot.
+    std::int16_t Count() const { return m_count; }
+
+    /// Calls `visit` with each slot's number and bytes, in file order, until it returns false.
+    Done ForEachSlot(const std::function<bool(std::int16_t number, std::string_view slot)>& visit);
+    Result<std::string> ReadSlot(std::int16_t number);
+    /// Appends when `number` is one more than the count; a number beyond that is a Failure.
+    Done WriteSlot(std::int16_t number, std::string_view slot);
+    /// The number of the next appended slot. A Failure when the file is full.
+    Result<std::int16_t> NextNumber() const;
+    /// Returns when everything written is on the disk.
+    Done Flush() { return m_file->Flush(); }
+
+private:
+    RecordFile(std::unique_ptr<OpenFile> file, std::filesystem::path path, std::size_t slotLength)
+        : m_file(std::move(file)), m_path(std::move(path)), m_slotLength(slotLength) {}
+    static Result<RecordFile> Open(FileAccess& files, const std::filesystem::path& path,
+                                   std::size_t slotLength, OpenMode mode);
+
+    std::unique_ptr<OpenFile> m_file;
+    std::filesystem::path m_path;
+    std::size_t m_slotLength;
+    std::int16_t m_count = 0;
+};
+
+/// Calls `visit` with each record, in file order. The record is reused: what is to last is copied or moved
+/// out.
+template <class Record, class Visitor>
+Done ForEachRecord(RecordFile& file, const RecordLayout<Record>& layout, const Visitor& visit) {
+    Record record;
+    return file.ForEachSlot([&](std::int16_t, std::string_view slot) {
+        Unpack(layout, slot, record);
+        visit(record);
+        return true;
+    });
+}
+
+/// Puts `record` into slot `record.*number`, or appends it (setting that number) where the number is 0, and
+/// flushes.
+template <class Record>
+Done WriteRecord(RecordFile& file, const RecordLayout<Record>& layout, Record record,
+                 std::int16_t Record::*number) {
+    if (record.*number == 0) {
+        const Result<std::int16_t> next = file.NextNumber();
+        if (!next) return next.error();
+        record.*number = *next;
+    }
+    const Done written = file.WriteSlot(record.*number, Pack(layout, record));
+    return written ? file.Flush() : written;
+}
+
+/// Clears the Active flag of live record `id` in its slot, leaves the other bytes of its fields as they are,
+/// and flushes. False when there is no such live record.
+template <class Record>
+Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record>& layout, std::int16_t id,
+                                     std::int16_t Record::*number, bool Record::*active) {
+    Record record;
+    std::int16_t foundIn = 0;
+    const Done searched = file.ForEachSlot([&](std::int16_t slotNumber, std::string_view slot) {
+        Unpack(layout, slot, record);
+        if (record.*number == id && record.*active) foundIn = slotNumber;
+        return foundIn == 0;
+    });
+    if (!searched) return searched.error();
+    if (foundIn == 0) return false;
+    // Unpacking drops the spaces at the end of a text and packing restores them: nothing else changes. The
+    // slot is the one in which the record was found: in a damaged file slot `id` may hold another record.
+    record.*active = false;
+    Done written = file.WriteSlot(foundIn, Pack(layout, record));
+    if (written) written = file.Flush();
+    if (!written) return written.error();
+    return true;
+}

@@ -1,0 +1,130 @@
+#pragma once
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string>
+#include <string_view>
+
+/// How a record is laid out in its slot: packed fields in declaration order, without gaps, in little-endian.
+/// Files of earlier versions of the program depend on every layout.
+
+enum class FieldKind { Int16, Text, Double, Flag };
+
+template <class Record> struct Field {
+    FieldKind Kind;
+    std::size_t Length; ///< bytes
+    std::int16_t Record::*Int16Member = nullptr;
+    std::string Record::*TextMember = nullptr;
+    double Record::*DoubleMember = nullptr;
+    bool Record::*FlagMember = nullptr;
+};
+
+/// A signed 16-bit integer.
+template <class Record> constexpr Field<Record> Int16(std::int16_t Record::*member) {
+    return {.Kind = FieldKind::Int16, .Length = 2, .Int16Member = member};
+}
+/// `length` bytes of code-page text, filled to the right with spaces; a longer value is cut. The spaces at
+/// its end do not survive; those in front do, so a reader trims the text before using it.
+template <class Record> constexpr Field<Record> Text(std::string Record::*member, std::size_t length) {
+    return {.Kind = FieldKind::Text, .Length = length, .TextMember = member};
+}
+/// An IEEE 754 binary64 number.
+template <class Record> constexpr Field<Record> Double(double Record::*member) {
+    return {.Kind = FieldKind::Double, .Length = 8, .DoubleMember = member};
+}
+/// A 16-bit integer, -1 for true and 0 for false; any other value is not true.
+template <class Record> constexpr Field<Record> Flag(bool Record::*member) {
+    return {.Kind = FieldKind::Flag, .Length = 2, .FlagMember = member};
+}
+
+template <class Record> class RecordLayout {
+public:
+    template <std::size_t Count>
+    constexpr RecordLayout(std::size_t slotLength, const std::array<Field<Record>, Count>& fields)
+        : m_slotLength(slotLength), m_fields(fields) {}
+
+    constexpr std::size_t SlotLength() const { return m_slotLength; } ///< bytes
+    constexpr std::span<const Field<Record>> Fields() const { return m_fields; }
+    constexpr std::size_t PackedLength() const { ///< bytes of the slot that the fields take
+        std::size_t length = 0;
+        for (const auto& field : m_fields)
+            length += field.Length;
+        return length;
+    }
+
+private:
+    std::size_t m_slotLength;
+    std::span<const Field<Record>> m_fields;
+};
+template <class Record, std::size_t Count>
+RecordLayout(std::size_t, const std::array<Field<Record>, Count>&) -> RecordLayout<Record>;
+
+template <class Integer> void StoreLittleEndian(char* bytes, Integer value) {
+    for (std::size_t index = 0; index < sizeof(Integer); ++index)
+        bytes[index] = static_cast<char>((value >> (8 * index)) & 0xFFU);
+}
+
+template <class Integer> Integer LoadLittleEndian(const char* bytes) {
+    Integer value = 0;
+    for (std::size_t index = 0; index < sizeof(Integer); ++index) {
+        const auto byte = static_cast<Integer>(static_cast<unsigned char>(bytes[index]));
+        value = static_cast<Integer>(value | static_cast<Integer>(byte << (8 * index)));
+    }
+    return value;
+}
+
+/// The whole slot, with zero bytes after the last field.
+template <class Record> std::string Pack(const RecordLayout<Record>& layout, const Record& record) {
+    std::string slot(layout.SlotLength(), '\0');
+    char* bytes = slot.data();
+    for (const Field<Record>& field : layout.Fields()) {
+        switch (field.Kind) {
+        case FieldKind::Int16:
+            StoreLittleEndian(bytes, static_cast<std::uint16_t>(record.*field.Int16Member));
+            break;
+        case FieldKind::Text: {
+            const std::string& text = record.*field.TextMember;
+            std::memset(bytes, ' ', field.Length);
+            std::memcpy(bytes, text.data(), std::min(text.size(), field.Length));
+            break;
+        }
+        case FieldKind::Double:
+            StoreLittleEndian(bytes, std::bit_cast<std::uint64_t>(record.*field.DoubleMember));
+            break;
+        case FieldKind::Flag:
+            StoreLittleEndian(bytes, static_cast<std::uint16_t>(record.*field.FlagMember ? 0xFFFF : 0));
+            break;
+        }
+        bytes += field.Length;
+    }
+    return slot;
+}
+
+/// Reads the fields of a whole slot into `record`, whose texts keep their memory.
+template <class Record>
+void Unpack(const RecordLayout<Record>& layout, std::string_view slot, Record& record) {
+    const char* bytes = slot.data();
+    for (const Field<Record>& field : layout.Fields()) {
+        switch (field.Kind) {
+        case FieldKind::Int16:
+            record.*field.Int16Member = static_cast<std::int16_t>(LoadLittleEndian<std::uint16_t>(bytes));
+            break;
+        case FieldKind::Text:
+            (record.*field.TextMember).assign(TrimEnd({bytes, field.Length}));
+            break;
+        case FieldKind::Double:
+            record.*field.DoubleMember = std::bit_cast<double>(LoadLittleEndian<std::uint64_t>(bytes));
+            break;
+        case FieldKind::Flag:
+            record.*field.FlagMember = LoadLittleEndian<std::uint16_t>(bytes) == 0xFFFF;
+            break;
+        }
+        bytes += field.Length;
+    }
+}

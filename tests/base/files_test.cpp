@@ -1,0 +1,101 @@
+#include "base/files.h"
+#include "base/text.h"
+#include "tests/support/test_program.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class ReplaceFileTest : public testing::Test {
+protected:
+    TemporaryFolder Folder;
+    OsFiles Files;
+    std::filesystem::path File = Folder.Path() / "names.txt";
+
+    std::size_t CountFiles() const {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(Folder.Path()), {}));
+    }
+};
+
+TEST_F(ReplaceFileTest, ReplacesTheContentAndLeavesNothingBeside) {
+    WriteContent(File, "a long old content");
+    EXPECT_TRUE(ReplaceFile(Files, File, "new"));
+    EXPECT_EQ(ContentOf(File), "new");
+    EXPECT_EQ(CountFiles(), 1U);
+}
+
+TEST_F(ReplaceFileTest, FollowsALink) {
+    WriteContent(Folder.Path() / "real.txt", "old");
+    std::filesystem::create_symlink("real.txt", File);
+    EXPECT_TRUE(ReplaceFile(Files, File, "new"));
+    EXPECT_TRUE(std::filesystem::is_symlink(File));
+    EXPECT_EQ(ContentOf(Folder.Path() / "real.txt"), "new");
+}
+
+TEST_F(ReplaceFileTest, AFullDeviceIsAFailureThatNamesFileAndReason) {
+    std::filesystem::create_symlink("/dev/full", File);
+    const Done replaced = ReplaceFile(Files, File, "new");
+    ASSERT_FALSE(replaced);
+    EXPECT_EQ(replaced.error().Description,
+              "Cannot write to the file \"/dev/full\": No space left on device.");
+}
+
+TEST_F(ReplaceFileTest, AFolderInTheFilesPlaceIsAFailure) {
+    std::filesystem::create_directory(File);
+    const Done replaced = ReplaceFile(Files, File, "new");
+    ASSERT_FALSE(replaced);
+    EXPECT_EQ(replaced.error().Description,
+              "Cannot open the file \"" + PathText(File) + "\": Is a directory.");
+}
+
+TEST_F(ReplaceFileTest, AMissingFolderIsAFailureAndLeavesNothing) {
+    const Done replaced = ReplaceFile(Files, Folder.Path() / "missing" / "names.txt", "new");
+    EXPECT_FALSE(replaced);
+    EXPECT_EQ(CountFiles(), 0U);
+}
+
+class OsFilesTest : public ReplaceFileTest {};
+
+TEST_F(OsFilesTest, AFolderIsNeverOpened) {
+    for (const OpenMode mode :
+         {OpenMode::Read, OpenMode::ReadOrCreate, OpenMode::Update, OpenMode::Replace}) {
+        const auto opened = Files.Open(Folder.Path(), mode);
+        ASSERT_FALSE(opened);
+        EXPECT_EQ(opened.error().Description,
+                  "Cannot open the file \"" + PathText(Folder.Path()) + "\": Is a directory.");
+    }
+}
+
+TEST_F(OsFilesTest, AFileThatSomebodyElseHasLockedIsRefusedAfterTwoSeconds) {
+    const auto first = Files.Open(File, OpenMode::Update);
+    ASSERT_TRUE((*first)->Lock());
+    const auto second = Files.Open(File, OpenMode::Update);
+    const auto start = std::chrono::steady_clock::now();
+    const Done locked = (*second)->Lock();
+    const auto waited = std::chrono::steady_clock::now() - start;
+    ASSERT_FALSE(locked);
+    EXPECT_EQ(locked.error().Description, "Cannot lock the file \"" + PathText(File) +
+                                              "\": another running copy of the program is working with it.");
+    EXPECT_GE(waited, std::chrono::seconds(2));
+    EXPECT_LT(waited, std::chrono::seconds(10));
+}
+
+TEST_F(OsFilesTest, ALockEndsWithItsFile) {
+    {
+        const auto first = Files.Open(File, OpenMode::Update);
+        ASSERT_TRUE((*first)->Lock());
+    }
+    const auto second = Files.Open(File, OpenMode::Update);
+    EXPECT_TRUE((*second)->Lock());
+}
+
+TEST_F(OsFilesTest, BytesBetweenTheEndAndAWriteAreZero) {
+    {
+        const auto file = Files.Open(File, OpenMode::Update);
+        ASSERT_TRUE((*file)->WriteAt(3, "x"));
+    }
+    EXPECT_EQ(ContentOf(File), std::string("\0\0\0x", 4));
+}
+
+} // namespace

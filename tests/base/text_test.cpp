@@ -1,0 +1,67 @@
+#include "base/text.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Pieces = std::vector<std::string_view>;
+
+TEST(TrimTest, RemovesSpacesFromBothEndsAndNothingElse) {
+    EXPECT_EQ(Trim("  GC-1 0 "), "GC-1 0");
+    EXPECT_EQ(Trim("   "), "");
+    EXPECT_EQ(Trim(""), "");
+    EXPECT_EQ(Trim(" \tGC\xA0 "), "\tGC\xA0");
+}
+
+TEST(UpperCaseTest, IsTheCodePagesOwn) {
+    EXPECT_EQ(UpperCase("az\xE0\xE9\xFE"), "AZ\xC0\xC9\xDE");
+    EXPECT_EQ(UpperCase("\x9A\x9C\x9E\xFF"), "\x8A\x8C\x8E\x9F"); // š œ ž ÿ
+    EXPECT_EQ(UpperCase("\xDF\xF7\xD7\xB5\x83"),
+              "\xDF\xF7\xD7\xB5\x83"); // ß ÷ × µ ƒ have none in the code page
+}
+
+TEST(ComparisonTest, IgnoresCaseAndBlanksAround) {
+    EXPECT_TRUE(EqualsIgnoringCase("R\xE9sine", "R\xC9SINE"));
+    EXPECT_FALSE(EqualsIgnoringCase("resine", "r\xE9sine"));
+    EXPECT_FALSE(EqualsIgnoringCase("a", "ab"));
+    EXPECT_EQ(ComparisonKey(" gc-100 "), "GC-100");
+}
+
+TEST(SplitTest, GivesOnePieceMoreThanSeparators) {
+    EXPECT_EQ(Split("a|b||", '|'), (Pieces{"a", "b", "", ""}));
+    EXPECT_EQ(Split("", '|'), (Pieces{""}));
+    EXPECT_EQ(Split("abc", '|'), (Pieces{"abc"}));
+}
+
+TEST(CodePageTest, EveryByteSurvivesTheWayToUtf8AndBack) {
+    std::string all;
+    for (int byte = 0; byte < 256; ++byte)
+        all += static_cast<char>(byte);
+    EXPECT_EQ(CodePageFromUtf8(Utf8FromCodePage(all)), all);
+}
+
+TEST(CodePageTest, LettersOfBoatNamesAreTheirBytes) {
+    EXPECT_EQ(CodePageFromUtf8("\u00E9\u00DF\u00D8\u20AC"), "\xE9\xDF\xD8\x80");
+    EXPECT_EQ(Utf8FromCodePage("\xE9\xDF\xD8\x80"), "\u00E9\u00DF\u00D8\u20AC");
+}
+
+TEST(CodePageTest, ACharacterThatItLacksBecomesAQuestionMark) {
+    EXPECT_EQ(CodePageFromUtf8("\u0141\u00F3d\u017A"), "?\xF3"
+                                                       "d?");
+    EXPECT_EQ(CodePageFromUtf8("\U0001F6A4"), "?");
+}
+
+TEST(CodePageTest, MalformedUtf8BecomesQuestionMarks) {
+    EXPECT_EQ(CodePageFromUtf8("a\xFFz"), "a?z");
+    EXPECT_EQ(CodePageFromUtf8("\xC3"), "?");
+    EXPECT_EQ(CodePageFromUtf8("\xE2\x82"), "??");
+    EXPECT_EQ(CodePageFromUtf8("\xC0\xAF"), "??");           // overlong
+    EXPECT_EQ(CodePageFromUtf8("\xED\xA0\x80"), "???");      // half of a surrogate pair
+    EXPECT_EQ(CodePageFromUtf8("\xF4\x90\x80\x80"), "????"); // beyond the last character
+}
+
+TEST(PathTextTest, KeepsLettersThatTheCodePageLacks) {
+    EXPECT_EQ(PathText(PathFromUtf8("\u0141\u00F3d\u017A")), "\u0141\u00F3d\u017A");
+}
+
+} // namespace

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/os_files.h"
+#include "base/app_context.h"
+#include "tests/support/scripted_services.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A folder that is removed with its content. A blank, a quote and a letter beyond ASCII are in its name.
+class TemporaryFolder {
+public:
+    TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder();
+    const std::filesystem::path& Path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+/// A whole program in a temporary folder, with scripted services. Its data folder exists and is empty;
+/// company 1 is current, without a record of its own.
+class TestProgram {
+public:
+    TestProgram();
+
+    TemporaryFolder Folder;
+    ScriptedPrompts Prompts;
+    ScriptedSettings Settings;
+    ScriptedPrograms Programs;
+    ScriptedDialogs Dialogs;
+    ScriptedClock Calendar;
+    OsFiles Files;
+    AppContext App;
+
+    std::filesystem::path DataFile(const std::string& name) const {
+        return App.ProgramFolder / "data" / name;
+    }
+    std::filesystem::path ProgramFile(const std::string& name) const { return App.ProgramFolder / name; }
+    /// The texts of all messages shown so far.
+    std::vector<std::string> ShownTexts() const;
+};
+
+/// All bytes of a file; a file that cannot be read stops the test with a message.
+std::string ContentOf(const std::filesystem::path& path);
+void WriteContent(const std::filesystem::path& path, std::string_view content);

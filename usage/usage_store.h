@@ -1,0 +1,65 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "base/list_lines.h"
+#include "usage/usage_record.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The monthly usage records of the current company, in data/<company>_usage.talvor.
+///
+/// Quantities stay in the unit in which they were entered; reports convert them. Every routine opens the
+/// file, works and closes it before it returns. A file that cannot be opened is shown once (ShowError) and
+/// counts as empty.
+
+/// A filter that is left out matches everything.
+struct UsageFilter {
+    std::optional<std::int16_t> UsageId{};
+    std::optional<std::string> Periods{}; ///< joined by "|", as in 1/2005|2/2005
+    std::optional<std::int16_t> MaterialId{};
+    std::optional<std::string> MaterialText{}; ///< the Material ID of the record's live material
+    std::optional<std::string> Year{};         ///< compared as text
+    std::optional<std::string> Month{};        ///< compared as text: 03 is not 3
+    /// Only the first matching record of each material; one whose MaterialId occurs within the digits of a
+    /// material returned before (2 after 12) counts as seen, and deleted records count as well.
+    bool OneRecordPerMaterial = false;
+    bool Active = true;
+};
+/// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
+bool FindUsage(AppContext& app, const UsageFilter& filter, std::vector<UsageRecord>& results);
+
+/// The same without showing anything.
+Result<std::vector<UsageRecord>> ReadUsage(AppContext& app, const UsageFilter& filter = {});
+
+/// Calls `visit` with every record of the file, deleted ones too, in file order. Shows nothing.
+Done VisitUsage(AppContext& app, const std::function<void(const UsageRecord&)>& visit);
+
+/// Overwrites record `record.UsageId`, or appends when that is 0. Always saved as live. On disk when it
+/// returns false.
+[[nodiscard]] Failed SaveUsage(AppContext& app, const UsageRecord& record);
+
+/// Marks the live record as deleted; true when there is none.
+[[nodiscard]] Failed DeleteUsage(AppContext& app, std::int16_t usageId);
+
+/// Whether a live usage record refers to the material. Shows nothing.
+Result<bool> IsMaterialUsed(AppContext& app, std::int16_t materialId);
+
+/// One line per live record, "Material ID (period)", with the UsageId as item data. A record whose material
+/// does not exist gets no line, but its UsageId becomes the item data of the line before it; without one that
+/// is a failure, shown once.
+void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageRecord>& records);
+
+/// The distinct years of the live records in the order in which they are met, each as item data too (0 for a
+/// year that is not a number).
+void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records);
+
+/// The pieces of a trimmed period around its first "/", each trimmed; a missing piece is the empty text.
+struct PeriodPieces {
+    std::string_view Month;
+    std::string_view Year;
+};
+PeriodPieces SplitPeriod(std::string_view period);

@@ -1,0 +1,84 @@
+#include "app/startup.h"
+#include "base/text.h"
+#include "store/companies.h"
+#include "tests/support/bytes.h"
+#include "tests/support/test_program.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class StartUpTest : public testing::Test, public TestProgram {
+protected:
+    StartUpTest() { App.CurrentCompanyId = 0; }
+    void Remember(const std::string& text) { Settings.Values[{"COMPANY", "DEFAULT"}] = text; }
+};
+
+TEST_F(StartUpTest, AnEmptyFolderGetsADataFolderAndTheDefaultTableAndNoCompany) {
+    std::filesystem::remove_all(App.ProgramFolder / "data");
+    ASSERT_TRUE(StartUp(App));
+    EXPECT_EQ(std::filesystem::file_size(DataFile("hapcontents.talvor")), 29U * 232);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(App.ProgramFolder / "data"), {}), 1);
+    EXPECT_EQ(App.CurrentCompanyId, 0);
+    EXPECT_EQ(App.CurrentCompanyName, "");
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+TEST_F(StartUpTest, ADataFolderWithoutTheTableGetsIt) {
+    WriteContent(DataFile("1_usage.talvor"), Zeros(32));
+    ASSERT_TRUE(StartUp(App));
+    EXPECT_EQ(std::filesystem::file_size(DataFile("hapcontents.talvor")), 29U * 232);
+    EXPECT_EQ(ContentOf(DataFile("1_usage.talvor")), Zeros(32));
+}
+
+TEST_F(StartUpTest, AnExistingTableIsNotTouchedEvenIfEmpty) {
+    WriteContent(DataFile("hapcontents.talvor"), "");
+    ASSERT_TRUE(StartUp(App));
+    EXPECT_EQ(ContentOf(DataFile("hapcontents.talvor")), "");
+}
+
+TEST_F(StartUpTest, TheRememberedCompanyIsCurrent) {
+    SaveCompany(App, " Acme ", "Dock 1");
+    Remember("1");
+    ASSERT_TRUE(StartUp(App));
+    EXPECT_EQ(App.CurrentCompanyId, 1);
+    EXPECT_EQ(App.CurrentCompanyName, "Acme");
+    EXPECT_EQ(App.CurrentCompanyLocation, "Dock 1");
+}
+
+TEST_F(StartUpTest, ARememberedCompanyBeyondTheFilesEndLeavesNoneSelected) {
+    SaveCompany(App, "Acme", "Dock 1");
+    Remember("2");
+    ASSERT_TRUE(StartUp(App));
+    EXPECT_EQ(App.CurrentCompanyId, 0);
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+TEST_F(StartUpTest, ARememberedCompanyThatIsNotANumberStopsTheProgram) {
+    Remember("Acme");
+    const Done started = StartUp(App);
+    ASSERT_FALSE(started);
+    EXPECT_EQ(started.error().Description,
+              "Cannot restore the company that was selected last time: the setting COMPANY/DEFAULT holds "
+              "\"Acme\", which is not the number of a company.");
+    Remember("40000");
+    EXPECT_FALSE(StartUp(App));
+}
+
+TEST_F(StartUpTest, ADataFolderThatCannotBeCreatedStopsTheProgram) {
+    std::filesystem::remove_all(App.ProgramFolder);
+    const Done started = StartUp(App);
+    ASSERT_FALSE(started);
+    EXPECT_EQ(started.error().Description, "Cannot create the folder \"" +
+                                               PathText(App.ProgramFolder / "data") +
+                                               "\": No such file or directory.");
+}
+
+TEST_F(StartUpTest, AFileInTheDataFoldersPlaceStopsTheProgram) {
+    std::filesystem::remove_all(App.ProgramFolder / "data");
+    WriteContent(App.ProgramFolder / "data", "x");
+    EXPECT_FALSE(StartUp(App));
+    EXPECT_EQ(ContentOf(App.ProgramFolder / "data"), "x");
+}
+
+} // namespace

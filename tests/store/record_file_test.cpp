@@ -1,0 +1,113 @@
+#include "base/text.h"
+#include "store/record_file.h"
+#include "tests/support/bytes.h"
+#include "tests/support/test_program.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr std::size_t SlotLength = 10;
+
+class RecordFileTest : public testing::Test {
+protected:
+    TemporaryFolder Folder;
+    OsFiles Files;
+    std::filesystem::path File = Folder.Path() / "1_things.talvor";
+
+    Result<RecordFile> ForReading() { return RecordFile::OpenForReading(Files, File, SlotLength); }
+    Result<RecordFile> ForWriting() { return RecordFile::OpenForWriting(Files, File, SlotLength); }
+    int CountOf(std::size_t length) {
+        WriteContent(File, std::string(length, 'x'));
+        return ForReading()->Count();
+    }
+    std::vector<std::string> Slots() {
+        std::vector<std::string> slots;
+        Result<RecordFile> file = ForReading();
+        EXPECT_TRUE(file->ForEachSlot([&](std::int16_t number, std::string_view slot) {
+            EXPECT_EQ(number, static_cast<int>(slots.size()) + 1);
+            slots.emplace_back(slot);
+            return true;
+        }));
+        return slots;
+    }
+};
+
+TEST_F(RecordFileTest, AMissingFileIsCreatedEmptyAndHasNoRecord) {
+    EXPECT_EQ(ForReading()->Count(), 0);
+    EXPECT_EQ(ContentOf(File), "");
+}
+
+TEST_F(RecordFileTest, TheCountIsTheLengthInSlotsRoundedWithHalvesToEven) {
+    EXPECT_EQ(CountOf(0), 0);
+    EXPECT_EQ(CountOf(4), 0);
+    EXPECT_EQ(CountOf(5), 0); // 0.5
+    EXPECT_EQ(CountOf(6), 1);
+    EXPECT_EQ(CountOf(15), 2); // 1.5
+    EXPECT_EQ(CountOf(24), 2);
+    EXPECT_EQ(CountOf(25), 2); // 2.5
+    EXPECT_EQ(CountOf(26), 3);
+}
+
+TEST_F(RecordFileTest, BytesThatAShortLastSlotLacksAreZero) {
+    WriteContent(File, "aaaaaaaaaabbbbbb");
+    EXPECT_EQ(Slots(), (std::vector<std::string>{"aaaaaaaaaa", "bbbbbb" + Zeros(4)}));
+    EXPECT_EQ(*ForReading()->ReadSlot(2), "bbbbbb" + Zeros(4));
+}
+
+TEST_F(RecordFileTest, AnAppendAfterAShortLastSlotThatCountsStartsAtItsProperPlace) {
+    WriteContent(File, "aaaaaaaaaabbbbbb");
+    Result<RecordFile> file = ForWriting();
+    EXPECT_EQ(*file->NextNumber(), 3);
+    EXPECT_TRUE(file->WriteSlot(3, "cccccccccc"));
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbbbbb" + Zeros(4) + "cccccccccc");
+}
+
+TEST_F(RecordFileTest, AnAppendAfterAShortRestThatDoesNotCountReplacesIt) {
+    WriteContent(File, "aaaaaaaaaabbb");
+    Result<RecordFile> file = ForWriting();
+    EXPECT_EQ(*file->NextNumber(), 2);
+    EXPECT_TRUE(file->WriteSlot(2, "cccccccccc"));
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaacccccccccc");
+}
+
+TEST_F(RecordFileTest, SlotsAreVisitedInOrderAcrossManyReads) {
+    std::string content;
+    for (int number = 0; number < 32767; ++number)
+        content += Padded(std::to_string(number), SlotLength);
+    WriteContent(File, content);
+    const std::vector<std::string> slots = Slots();
+    ASSERT_EQ(slots.size(), 32767U);
+    EXPECT_EQ(slots[26214], Padded("26214", SlotLength)); // where the second read begins
+    EXPECT_EQ(slots[32766], Padded("32766", SlotLength));
+}
+
+TEST_F(RecordFileTest, AFileOfMoreThan32767SlotsCannotBeWorkedWith) {
+    WriteContent(File, std::string(SlotLength * 32768, 'x'));
+    for (const Result<RecordFile>& opened : {ForReading(), ForWriting()}) {
+        ASSERT_FALSE(opened);
+        EXPECT_EQ(opened.error().Description,
+                  "Cannot work with the file \"" + PathText(File) +
+                      "\": it has 32768 records, and 32767 is the most that a data file can hold.");
+    }
+}
+
+TEST_F(RecordFileTest, AFullFileTakesNoFurtherRecord) {
+    WriteContent(File, std::string(SlotLength * 32767, 'x'));
+    const Result<std::int16_t> next = ForWriting()->NextNumber();
+    ASSERT_FALSE(next);
+    EXPECT_EQ(next.error().Description,
+              "Cannot add a record to the file \"" + PathText(File) + "\": it is full, with 32767 records.");
+}
+
+TEST_F(RecordFileTest, ASlotBeyondTheNextIsNeitherReadNorWritten) {
+    WriteContent(File, "aaaaaaaaaa");
+    Result<RecordFile> file = ForWriting();
+    EXPECT_FALSE(file->WriteSlot(3, "cccccccccc"));
+    EXPECT_FALSE(file->WriteSlot(0, "cccccccccc"));
+    EXPECT_FALSE(file->ReadSlot(2));
+    EXPECT_FALSE(file->ReadSlot(0));
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaa");
+}
+
+} // namespace

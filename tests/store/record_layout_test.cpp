@@ -1,0 +1,67 @@
+#include "store/companies.h"
+#include "store/material_types.h"
+#include "tests/support/bytes.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const std::string CompanyBytes = Hex("02 01")                        // 258
+                                 + Padded("Fjord B\xE5ter", 250)     // å
+                                 + Padded("\xC5lesund, pier 3", 250) // Å
+                                 + Hex("FF FF");
+
+TEST(CompanyLayoutTest, PacksToTheBytesOfEarlierVersions) {
+    EXPECT_EQ(
+        Pack(CompanyLayout,
+             {.CompanyId = 258, .CompanyName = "Fjord B\xE5ter", .CompanyLocation = "\xC5lesund, pier 3"}),
+        CompanyBytes);
+}
+
+TEST(CompanyLayoutTest, UnpacksTheBytesOfEarlierVersions) {
+    CompanyRecord company;
+    Unpack(CompanyLayout, CompanyBytes, company);
+    EXPECT_EQ(company.CompanyId, 258);
+    EXPECT_EQ(company.CompanyName, "Fjord B\xE5ter");
+    EXPECT_EQ(company.CompanyLocation, "\xC5lesund, pier 3");
+    EXPECT_TRUE(company.Active);
+}
+
+TEST(HapContentLayoutTest, PacksToTheBytesOfEarlierVersions) {
+    // 28, 0.014, 2.425 and 46 as IEEE 754 binary64 numbers, little-endian.
+    EXPECT_EQ(Pack(HapContentLayout, {.MaterialType = "Production resin",
+                                      .HapLimit = 28,
+                                      .ApplicationMethod = "Spray",
+                                      .EfCoefficient = 0.014,
+                                      .EfExponent = 2.425,
+                                      .EmissionLimit = 46}),
+              Padded("Production resin", 100) + Hex("00 00 00 00 00 00 3C 40") + Padded("Spray", 100) +
+                  Hex("79 E9 26 31 08 AC 8C 3F") + Hex("66 66 66 66 66 66 03 40") +
+                  Hex("00 00 00 00 00 00 47 40"));
+}
+
+struct SmallRecord {
+    std::string Name{};
+    bool Active = false;
+};
+constexpr auto SmallFields = std::to_array<Field<SmallRecord>>({
+    Text(&SmallRecord::Name, 4),
+    Flag(&SmallRecord::Active),
+});
+constexpr RecordLayout SmallLayout{8, SmallFields};
+
+TEST(RecordLayoutTest, ALongerTextIsCutToItsFirstCharacters) {
+    EXPECT_EQ(Pack(SmallLayout, {.Name = "ABCDEF", .Active = true}), "ABCD" + Hex("FF FF 00 00"));
+}
+TEST(RecordLayoutTest, AShorterTextIsFilledWithSpacesAndTheRestOfTheSlotIsZero) {
+    EXPECT_EQ(Pack(SmallLayout, {.Name = "A"}), "A   " + Hex("00 00 00 00"));
+}
+TEST(RecordLayoutTest, AnyFlagButMinusOneIsFalse) {
+    SmallRecord record;
+    Unpack(SmallLayout, "ABCD" + Hex("01 00 00 00"), record);
+    EXPECT_FALSE(record.Active);
+    Unpack(SmallLayout, "ABCD" + Hex("FF FF 00 00"), record);
+    EXPECT_TRUE(record.Active);
+}
+
+} // namespace

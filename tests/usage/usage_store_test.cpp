@@ -1,0 +1,265 @@
+#include "base/text.h"
+#include "materials/material_record.h"
+#include "tests/support/bytes.h"
+#include "tests/support/test_program.h"
+#include "usage/usage_store.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Ids = std::vector<int>;
+
+class UsageStoreTest : public testing::Test, public TestProgram {
+protected:
+    const std::filesystem::path File = DataFile("1_usage.talvor");
+
+    void Save(std::int16_t materialId, const std::string& period) {
+        EXPECT_FALSE(
+            SaveUsage(App, {.MaterialId = materialId, .Period = period, .Quantity = 10, .Unit = UnitLbs}));
+    }
+    void WriteMaterials(const std::vector<MaterialRecord>& materials) {
+        std::string content;
+        for (const MaterialRecord& material : materials)
+            content += Pack(MaterialLayout, material);
+        WriteContent(DataFile("1_materials.talvor"), content);
+    }
+    Ids Found(const UsageFilter& filter) {
+        std::vector<UsageRecord> results(3);
+        const bool isFound = FindUsage(App, filter, results);
+        EXPECT_EQ(isFound, !results.empty());
+        Ids ids;
+        for (const UsageRecord& usage : results)
+            ids.push_back(usage.UsageId);
+        return ids;
+    }
+};
+
+TEST_F(UsageStoreTest, AMissingFileHasNoUsageAndTheFirstGetsNumber1) {
+    EXPECT_EQ(Found({}), Ids{});
+    Save(12, "3/2005");
+    EXPECT_EQ(ContentOf(File), Hex("01 00") + Hex("0C 00") + "3/2005 " +
+                                   Hex("00 00 00 00 00 00 24 40") + // 10
+                                   Hex("02 00") + Hex("FF FF") + Zeros(9));
+    EXPECT_EQ(Found({}), Ids{1});
+}
+
+TEST_F(UsageStoreTest, ADeletedRecordStaysAndItsNumberIsNotUsedAgain) {
+    Save(1, "1/2005");
+    Save(1, "2/2005");
+    Save(1, "3/2005");
+    EXPECT_FALSE(DeleteUsage(App, 2));
+    Save(1, "4/2005");
+    EXPECT_EQ(std::filesystem::file_size(File), 4U * 32);
+    EXPECT_EQ(Found({}), (Ids{1, 3, 4}));
+    EXPECT_EQ(Found({.UsageId = std::int16_t{2}}), Ids{});
+    EXPECT_EQ(Found({.Active = false}), Ids{2});
+}
+
+TEST_F(UsageStoreTest, DeletingADeletedRecordIsRefusedAndChangesNothing) {
+    Save(1, "1/2005");
+    EXPECT_FALSE(DeleteUsage(App, 1));
+    const std::string before = ContentOf(File);
+    EXPECT_TRUE(DeleteUsage(App, 1));
+    EXPECT_TRUE(DeleteUsage(App, 2));
+    EXPECT_EQ(ContentOf(File), before);
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+TEST_F(UsageStoreTest, DeletingKeepsTheBytesOfTheFields) {
+    WriteContent(File, Hex("01 00") + Hex("0C 00") + " 3/2005" + Hex("00 00 00 00 00 00 24 40") +
+                           Hex("02 00") + Hex("FF FF") + "123456789");
+    EXPECT_FALSE(DeleteUsage(App, 1));
+    EXPECT_EQ(ContentOf(File), Hex("01 00") + Hex("0C 00") + " 3/2005" + Hex("00 00 00 00 00 00 24 40") +
+                                   Hex("02 00") + Hex("00 00") + Zeros(9));
+}
+
+TEST_F(UsageStoreTest, SavingWithANumberOverwritesThatRecordAndMakesItLive) {
+    Save(1, "1/2005");
+    Save(1, "2/2005");
+    EXPECT_FALSE(DeleteUsage(App, 1));
+    EXPECT_FALSE(SaveUsage(App, {.UsageId = 1, .MaterialId = 9, .Period = "7/2005", .Active = false}));
+    EXPECT_EQ(Found({.MaterialId = std::int16_t{9}}), Ids{1});
+    EXPECT_EQ(std::filesystem::file_size(File), 2U * 32);
+}
+
+TEST_F(UsageStoreTest, TheBarsDelimitThePeriodsOfTheFilter) {
+    Save(1, "11/2005");
+    Save(1, "1/2005");
+    Save(1, "1/20051");
+    EXPECT_EQ(Found({.Periods = "1/2005"}), Ids{2});
+    EXPECT_EQ(Found({.Periods = "2/2005|11/2005|1/2005|"}), (Ids{1, 2}));
+    EXPECT_EQ(Found({.Periods = "1/200"}), Ids{});
+}
+
+TEST_F(UsageStoreTest, AMonthWithALeadingZeroIsAnotherPeriod) {
+    Save(1, "03/2005");
+    Save(1, "3/2005");
+    EXPECT_EQ(Found({.Periods = "3/2005"}), Ids{2});
+    EXPECT_EQ(Found({.Month = "03"}), Ids{1});
+    EXPECT_EQ(Found({.Month = " 3 "}), Ids{2});
+}
+
+TEST_F(UsageStoreTest, AMaterialCountsAsSeenWithinTheDigitsOfAnEarlierOne) {
+    Save(11, "1/2005");
+    Save(1, "1/2005");
+    Save(2, "1/2005");
+    Save(12, "1/2005");
+    Save(2, "2/2005");
+    Save(112, "2/2005");
+    EXPECT_EQ(Found({.OneRecordPerMaterial = true}), (Ids{1, 3, 4, 6}));
+}
+
+TEST_F(UsageStoreTest, ADeletedRecordHidesALaterLiveOneOfItsMaterial) {
+    Save(5, "1/2005");
+    Save(5, "2/2005");
+    EXPECT_FALSE(DeleteUsage(App, 1));
+    EXPECT_EQ(Found({.OneRecordPerMaterial = true}), Ids{});
+}
+
+TEST_F(UsageStoreTest, YearsAreComparedAsText) {
+    Save(1, "1/2005");
+    Save(1, "1/2006");
+    Save(1, "1");
+    Save(1, "1/05");
+    EXPECT_EQ(Found({.Year = " 2005 "}), Ids{1});
+    EXPECT_EQ(Found({.Year = ""}), Ids{3}); // a period without "/" has an empty year
+    EXPECT_EQ(Found({.Year = "5"}), Ids{});
+}
+
+TEST_F(UsageStoreTest, TheMaterialTextFilterGoesThroughTheLiveMaterial) {
+    WriteMaterials({
+        {.MaterialId = 1,       .CustomId = "GC-100"},
+        {               .MaterialId = 2, .CustomId = "GC-200"                    },
+        { .MaterialId = 3,      .CustomId = "GC-100",                          .Active = false}
+    });
+    Save(1, "1/2005");
+    Save(2, "1/2005");
+    Save(3, "1/2005");
+    Save(4, "1/2005");
+    EXPECT_EQ(Found({.MaterialText = " gc-100 "}), Ids{1});
+    EXPECT_EQ(Found({.MaterialText = ""}), Ids{});
+}
+
+TEST_F(UsageStoreTest, EveryFilterIsToBePassed) {
+    Save(1, "1/2005");
+    Save(2, "1/2005");
+    Save(1, "2/2005");
+    EXPECT_EQ(Found({.Periods = "1/2005", .MaterialId = std::int16_t{1}, .Year = "2005", .Month = "1"}),
+              Ids{1});
+}
+
+TEST_F(UsageStoreTest, AFullFileTakesNoFurtherRecord) {
+    WriteContent(File, "");
+    std::filesystem::resize_file(File, std::uintmax_t{32767} * 32);
+    EXPECT_TRUE(SaveUsage(App, {.MaterialId = 1, .Period = "1/2005"}));
+    EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot add a record to the file \"" + PathText(File) +
+                                                     "\": it is full, with 32767 records."});
+    EXPECT_EQ(std::filesystem::file_size(File), std::uintmax_t{32767} * 32);
+}
+
+TEST_F(UsageStoreTest, AFileOfMoreThan32767SlotsIsShownOnceAndCountsAsEmpty) {
+    WriteContent(File, "");
+    std::filesystem::resize_file(File, std::uintmax_t{40000} * 32);
+    EXPECT_EQ(Found({}), Ids{});
+    EXPECT_EQ(Prompts.Shown.size(), 1U);
+    EXPECT_TRUE(DeleteUsage(App, 1));
+    EXPECT_EQ(Prompts.Shown.size(), 2U);
+    EXPECT_EQ(std::filesystem::file_size(File), std::uintmax_t{40000} * 32);
+}
+
+TEST_F(UsageStoreTest, FileThatCannotBeReadIsReportedOnce) {
+    std::filesystem::create_directory(File);
+    EXPECT_EQ(Found({}), Ids{});
+    EXPECT_EQ(Prompts.Shown.size(), 1U);
+}
+
+TEST_F(UsageStoreTest, AMaterialIsUsedByLiveRecordsOnly) {
+    Save(1, "1/2005");
+    Save(2, "1/2005");
+    EXPECT_FALSE(DeleteUsage(App, 2));
+    EXPECT_TRUE(*IsMaterialUsed(App, 1));
+    EXPECT_FALSE(*IsMaterialUsed(App, 2));
+    EXPECT_FALSE(*IsMaterialUsed(App, 3));
+}
+
+TEST_F(UsageStoreTest, WhetherAMaterialIsUsedCannotBeToldWithoutTheFile) {
+    std::filesystem::create_directory(File);
+    EXPECT_FALSE(IsMaterialUsed(App, 1));
+}
+
+TEST_F(UsageStoreTest, OperationsOnTheLargestFileStayQuick) {
+    std::string content;
+    for (int number = 1; number <= 32767; ++number)
+        content += Pack(UsageLayout, {.UsageId = static_cast<std::int16_t>(number),
+                                      .MaterialId = static_cast<std::int16_t>(number),
+                                      .Period = "1/2005"});
+    WriteContent(File, content);
+    // A cost that grew with the square of the records would be some billions of steps.
+    EXPECT_EQ(Found({.OneRecordPerMaterial = true}).size(), 32767U);
+}
+
+class UsageListTest : public UsageStoreTest {
+protected:
+    UsageListTest() {
+        WriteMaterials({
+            {.MaterialId = 1, .CustomId = " GC-110 "},
+            {.MaterialId = 2, .CustomId = "R-1"     }
+        });
+    }
+    ListLines List(const std::vector<UsageRecord>& records) {
+        ListLines list = {
+            {"old", 1}
+        };
+        FillUsageList(App, list, records);
+        return list;
+    }
+};
+
+TEST_F(UsageListTest, ShowsMaterialIdAndPeriodOfLiveRecords) {
+    EXPECT_EQ(List({
+                  {.UsageId = 1, .MaterialId = 1, .Period = "3/2005"},
+                  {.UsageId = 2, .MaterialId = 2, .Period = "4/2005", .Active = false},
+                  {.UsageId = 3,            .MaterialId = 2,                .Period = "5/2005"       }
+    }),
+              (ListLines{{"GC-110 (3/2005)", 1}, {"R-1 (5/2005)", 3}}));
+}
+
+TEST_F(UsageListTest, ARecordWithoutMaterialGivesItsNumberToTheLineBefore) {
+    EXPECT_EQ(List({
+                  {.UsageId = 1, .MaterialId = 1, .Period = "3/2005"},
+                  {.UsageId = 2, .MaterialId = 9, .Period = "4/2005"}
+    }),
+              (ListLines{{"GC-110 (3/2005)", 2}}));
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+TEST_F(UsageListTest, RecordsWithoutMaterialBeforeTheFirstLineAreOneFailure) {
+    EXPECT_EQ(List({
+                  {.UsageId = 1, .MaterialId = 9},
+                  {.UsageId = 2, .MaterialId = 9}
+    }),
+              ListLines{});
+    EXPECT_EQ(ShownTexts(),
+              std::vector<std::string>{"Cannot list usage record 1: its material 9 does not exist."});
+}
+
+TEST(UsageYearsTest, AreListedOnceInTheOrderInWhichTheyAreMet) {
+    ListLines list;
+    FillUsageYears(list, {
+                             {.Period = "1/2005"},
+                             {.Period = "1/2003"},
+                             {.Period = "2/2005"},
+                             {.Period = "1/2001", .Active = false},
+                             {.Period = "1/x"                 },
+                             {.Period = "1"}
+    });
+    EXPECT_EQ(list, (ListLines{
+                        {"2005", 2005},
+                        {"2003", 2003},
+                        {"x",    0   },
+                        {"",     0   }
+    }));
+}
+
+} // namespace

@@ -56,7 +56,7 @@ Done SetPollutantNumbers(MaterialRecord& material, std::string_view numbers, std
     return Success();
 }
 
-Done WriteMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
+Result<std::int16_t> WriteMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
                    std::unique_ptr<RecordFile> openFile) {
     MaterialRecord material{.MaterialId = materialId.value_or(0),
                             .CustomId = std::string(Trim(entry.CustomId)),
@@ -70,7 +70,7 @@ Done WriteMaterial(AppContext& app, const MaterialEntry& entry, std::optional<st
                             .Filler = entry.Filler};
     Done numbers = SetPollutantNumbers(material, entry.Contents, "content", PollutantContents);
     if (numbers) numbers = SetPollutantNumbers(material, entry.Factors, "emission factor", PollutantFactors);
-    if (!numbers) return numbers;
+    if (!numbers) return numbers.error();
     if (openFile) return WriteRecord(*openFile, MaterialLayout, material, &MaterialRecord::MaterialId);
     Result<RecordFile> file = OpenToWrite(app);
     if (!file) return file.error();
@@ -117,7 +117,7 @@ bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<Ma
 
 Failed SaveMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
                     std::unique_ptr<RecordFile> openFile) {
-    const Done written = WriteMaterial(app, entry, materialId, std::move(openFile));
+    const Result<std::int16_t> written = WriteMaterial(app, entry, materialId, std::move(openFile));
     if (!written) ShowError(app, written.error());
     return !written;
 }

@@ -33,17 +33,12 @@ Result<std::vector<CompanyRecord>> ReadCompanies(AppContext& app, const CompanyF
     return found;
 }
 
-Done WriteCompany(AppContext& app, const CompanyRecord& company) {
+/// The number of the company that was written.
+Result<std::int16_t> WriteCompany(AppContext& app, const CompanyRecord& company) {
     Result<RecordFile> file =
         RecordFile::OpenForWriting(app.Files, CompaniesFile(app), CompanyLayout.SlotLength());
     if (!file) return file.error();
     return WriteRecord(*file, CompanyLayout, company, &CompanyRecord::CompanyId);
-}
-
-void MakeCurrent(AppContext& app, const CompanyRecord& company) {
-    app.CurrentCompanyId = company.CompanyId;
-    app.CurrentCompanyName = Trim(company.CompanyName);
-    app.CurrentCompanyLocation = Trim(company.CompanyLocation);
 }
 
 } // namespace
@@ -61,10 +56,22 @@ bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<Com
 
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,
                          std::optional<std::int16_t> companyId) {
-    const Done written = WriteCompany(
+    const Result<std::int16_t> written = WriteCompany(
         app, {.CompanyId = companyId.value_or(0), .CompanyName = name, .CompanyLocation = location});
     if (!written) ShowError(app, written.error());
     return 0;
+}
+
+Failed AddNewCompany(AppContext& app, const std::string& name, const std::string& location,
+                     std::int16_t& companyId) {
+    const Result<std::int16_t> written =
+        WriteCompany(app, {.CompanyName = name, .CompanyLocation = location});
+    if (!written) {
+        ShowError(app, written.error());
+        return true;
+    }
+    companyId = *written;
+    return false;
 }
 
 void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records) {
@@ -79,8 +86,14 @@ void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records)
     }
 }
 
+void MakeCompanyCurrent(AppContext& app, const CompanyRecord& company) {
+    app.CurrentCompanyId = company.CompanyId;
+    app.CurrentCompanyName = Trim(company.CompanyName);
+    app.CurrentCompanyLocation = Trim(company.CompanyLocation);
+}
+
 void SelectCompany(AppContext& app, const CompanyRecord& company) {
-    MakeCurrent(app, company);
+    MakeCompanyCurrent(app, company);
     const Done written =
         app.Settings.Write(Settings::Company, Settings::Default, std::to_string(company.CompanyId));
     if (!written) ShowError(app, written.error());
@@ -95,6 +108,6 @@ Done RestoreCompany(AppContext& app) {
             "Cannot restore the company that was selected last time: the setting COMPANY/DEFAULT holds \"" +
             remembered + "\", which is not the number of a company."};
     std::vector<CompanyRecord> found;
-    if (FindCompanies(app, {.CompanyId = *companyId}, found)) MakeCurrent(app, found.front());
+    if (FindCompanies(app, {.CompanyId = *companyId}, found)) MakeCompanyCurrent(app, found.front());
     return Success();
 }

@@ -44,8 +44,15 @@ bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<Com
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,
                          std::optional<std::int16_t> companyId = {});
 
+/// Appends a new company and sets `companyId` to its number. Shows a failure.
+[[nodiscard]] Failed AddNewCompany(AppContext& app, const std::string& name, const std::string& location,
+                                   std::int16_t& companyId);
+
 /// One line per active record, "name (location)", with the identifier as item data.
 void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records);
+
+/// Makes the company current until the program ends.
+void MakeCompanyCurrent(AppContext& app, const CompanyRecord& company);
 
 /// Makes the company current and remembers it in the settings.
 void SelectCompany(AppContext& app, const CompanyRecord& company);

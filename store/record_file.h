@@ -62,17 +62,19 @@ Done ForEachRecord(RecordFile& file, const RecordLayout<Record>& layout, const V
 }
 
 /// Puts `record` into slot `record.*number`, or appends it (setting that number) where the number is 0, and
-/// flushes.
+/// flushes. The number of the record that was written.
 template <class Record>
-Done WriteRecord(RecordFile& file, const RecordLayout<Record>& layout, Record record,
-                 std::int16_t Record::*number) {
+Result<std::int16_t> WriteRecord(RecordFile& file, const RecordLayout<Record>& layout, Record record,
+                                 std::int16_t Record::*number) {
     if (record.*number == 0) {
         const Result<std::int16_t> next = file.NextNumber();
         if (!next) return next.error();
         record.*number = *next;
     }
-    const Done written = file.WriteSlot(record.*number, Pack(layout, record));
-    return written ? file.Flush() : written;
+    Done written = file.WriteSlot(record.*number, Pack(layout, record));
+    if (written) written = file.Flush();
+    if (!written) return written.error();
+    return record.*number;
 }
 
 /// Clears the Active flag of live record `id` in its slot, leaves the other bytes of its fields as they are,

@@ -86,7 +86,7 @@ Result<RecordFile> OpenToWrite(AppContext& app) {
     return RecordFile::OpenForWriting(app.Files, UsageFile(app), UsageLayout.SlotLength());
 }
 
-Done WriteUsage(AppContext& app, UsageRecord record) {
+Result<std::int16_t> WriteUsage(AppContext& app, UsageRecord record) {
     record.Active = true;
     Result<RecordFile> file = OpenToWrite(app);
     if (!file) return file.error();
@@ -140,7 +140,7 @@ bool FindUsage(AppContext& app, const UsageFilter& filter, std::vector<UsageReco
 }
 
 Failed SaveUsage(AppContext& app, const UsageRecord& record) {
-    const Done written = WriteUsage(app, record);
+    const Result<std::int16_t> written = WriteUsage(app, record);
     if (!written) ShowError(app, written.error());
     return !written;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cassert>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -14,27 +15,29 @@ struct Failure {
 /// A T or a Failure; the names of C++23's std::expected, and few of them.
 template <class T> class [[nodiscard]] Result {
 public:
-    Result(T value) : m_content(std::move(value)) {}
-    Result(Failure failure) : m_content(std::move(failure)) {}
+    Result(T value) : m_value(std::move(value)) {}
+    Result(Failure failure) : m_failure(std::move(failure)) {}
 
-    explicit operator bool() const { return std::holds_alternative<T>(m_content); }
+    explicit operator bool() const { return m_value.has_value(); }
     T& operator*() {
-        assert(*this);
-        return *std::get_if<T>(&m_content);
+        assert(m_value);
+        return *m_value;
     }
     const T& operator*() const {
-        assert(*this);
-        return *std::get_if<T>(&m_content);
+        assert(m_value);
+        return *m_value;
     }
     T* operator->() { return &**this; }
     const T* operator->() const { return &**this; }
     const Failure& error() const {
-        assert(!*this);
-        return *std::get_if<Failure>(&m_content);
+        assert(!m_value);
+        return m_failure;
     }
 
 private:
-    std::variant<T, Failure> m_content;
+    // Not a variant of the two: g++ 12 sees an invalid deallocation in its destructor, and warns.
+    std::optional<T> m_value;
+    Failure m_failure;
 };
 
 /// The result of an operation that has no value.

@@ -80,6 +80,15 @@ public:
         return Success();
     }
 
+    Done CutTo(std::uint64_t length) override {
+        const Result<std::uint64_t> present = Length();
+        if (!present) return present.error();
+        if (*present <= length) return Success();
+        if (Retry([&] { return ::ftruncate(m_descriptor, static_cast<off_t>(length)); }) != 0)
+            return DescribeError("shorten the file", m_path, errno);
+        return Success();
+    }
+
     Done Flush() override {
         // A device (EINVAL) has nothing to wait for.
         if (Retry([&] { return ::fsync(m_descriptor); }) != 0 && errno != EINVAL)

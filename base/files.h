@@ -22,6 +22,8 @@ public:
     virtual Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) = 0;
     /// Writes all of `bytes`; bytes between the end of the file and `offset` become zero.
     virtual Done WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
+    /// Cuts the file off after `length` bytes; a file that is shorter stays as it is.
+    virtual Done CutTo(std::uint64_t length) = 0;
     /// Returns when everything written is on the disk.
     virtual Done Flush() = 0;
     /// Holds the file against other writers that lock it. Waits at most two seconds for one that has it.

@@ -86,14 +86,28 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
     if (number < 1 || number > m_count + 1)
         return Failure{"Cannot write record " + std::to_string(number) + " of the file " + Quoted(m_path) +
                        ": it has " + std::to_string(m_count) + " records."};
-    const Done written = m_file->WriteAt((std::uint64_t(number) - 1) * m_slotLength, slot);
-    if (written) m_count = std::max(m_count, number);
+    if (number > m_count) return AppendSlots(slot);
+    return m_file->WriteAt((std::uint64_t(number) - 1) * m_slotLength, slot);
+}
+
+Done RecordFile::AppendSlots(std::string_view slots) {
+    const std::uint64_t start = std::uint64_t(m_count) * m_slotLength;
+    const Done written = m_file->WriteAt(start, slots);
+    std::uint64_t end = start + slots.size();
+    if (!written) {
+        const Result<std::uint64_t> length = m_file->Length();
+        end = std::clamp(length ? *length : start, start, end);
+    }
+    m_count = static_cast<std::int16_t>(end / m_slotLength);
+    // A piece of more than half a slot would count as a record. The failure to tell is the write's.
+    if (!written) static_cast<void>(m_file->CutTo(std::uint64_t(m_count) * m_slotLength));
     return written;
 }
 
-Result<std::int16_t> RecordFile::NextNumber() const {
-    if (m_count == MostSlots)
+Result<std::int16_t> RecordFile::NextNumber(std::size_t pending) const {
+    const auto next = m_count + static_cast<std::int64_t>(pending) + 1;
+    if (next > MostSlots)
         return Failure{"Cannot add a record to the file " + Quoted(m_path) +
                        ": it is full, with 32767 records."};
-    return static_cast<std::int16_t>(m_count + 1);
+    return static_cast<std::int16_t>(next);
 }

@@ -32,8 +32,12 @@ public:
     Result<std::string> ReadSlot(std::int16_t number);
     /// Appends when `number` is one more than the count; a number beyond that is a Failure.
     Done WriteSlot(std::int16_t number, std::string_view slot);
-    /// The number of the next appended slot. A Failure when the file is full.
-    Result<std::int16_t> NextNumber() const;
+    /// Appends whole slots. Where it fails, those that reached the file count and no piece of another one
+    /// stays.
+    Done AppendSlots(std::string_view slots);
+    /// The number of the next appended slot, behind `pending` ones that are still to be written. A Failure
+    /// when the file is full.
+    Result<std::int16_t> NextNumber(std::size_t pending = 0) const;
     /// Returns when everything written is on the disk.
     Done Flush() { return m_file->Flush(); }
 

@@ -31,8 +31,8 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
 std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
                              int& errorCount, const TransferWatcher& watcher = {});
 
-/// Replaces `target` by all records, deleted ones too. Returns 0. A material export never sets the error
-/// count.
+/// Replaces `target` by all records, deleted ones too. Returns 0. A failed export leaves the target as it was
+/// and counts nothing. A material export never sets the error count.
 std::int16_t ExportMaterialFile(AppContext& app, const std::filesystem::path& target, int& processedCount,
                                 std::optional<int>& errorCount);
 /// Records whose material does not exist go to the error log, and count as errors.

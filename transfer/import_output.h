@@ -1,0 +1,59 @@
+#pragma once
+
+#include "store/record_file.h"
+#include "transfer/transfer_log.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A line of an import file.
+struct ImportedLine {
+    std::string_view Text;
+    int Number = 0; ///< from 1
+};
+
+struct ImportCounts {
+    int Processed = 0;
+    int Errors = 0;
+};
+
+/// What an import writes: the records of the good lines, the log of the others, and the counts of both.
+///
+/// Records and log entries are collected and written many at a time. When the disk is full in between, the
+/// counts and the log go back to where they were before the first line whose record is not in the file.
+class ImportOutput {
+public:
+    ImportOutput(RecordFile records, TransferLog log)
+        : m_records(std::move(records)), m_log(std::move(log)) {}
+
+    /// Of a line that cannot be split into its fields.
+    void LogInvalidFieldCount(const ImportedLine& line);
+    void LogRejection(const ImportedLine& line, std::string_view message);
+
+    /// The number of the next record. A Failure when the file is full.
+    Result<std::int16_t> NextNumber() const { return m_records.NextNumber(m_slotMarks.size()); }
+    /// Stores the present line's record.
+    void AppendRecord(std::string_view slot);
+
+    /// To be called after each line: counts it, and writes when enough was collected.
+    Done EndLine(bool isRejected);
+    /// Writes everything and returns when it is on the disk.
+    Done Finish();
+    const ImportCounts& Counts() const { return m_counts; }
+
+private:
+    /// How things stood before a line.
+    struct Mark {
+        ImportCounts Counts;
+        std::size_t PendingLogLength;
+    };
+    Done WriteRecords();
+    Done Write();
+
+    RecordFile m_records;
+    TransferLog m_log;
+    ImportCounts m_counts;
+    std::string m_slots;
+    std::vector<Mark> m_slotMarks; ///< one for each of m_slots
+};

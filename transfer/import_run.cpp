@@ -1,0 +1,54 @@
+#include "transfer/import_run.h"
+
+#include "base/messages.h"
+#include "base/text_lines.h"
+#include "transfer/transfer_guards.h"
+
+namespace {
+
+Done ImportLines(const ImportJob& job, OpenFile& source, ImportOutput& output,
+                 const TransferWatcher& watcher) {
+    const Result<std::uint64_t> length = source.Length();
+    if (!length) return length.error();
+    TextLines lines(source);
+    for (;;) {
+        const Result<std::optional<std::string_view>> line = lines.Next();
+        if (!line) return line.error();
+        if (!*line) return Success();
+        const int number = output.Counts().Processed + 1;
+        const Result<bool> isRejected = job.ImportLine({**line, number}, output);
+        if (!isRejected) return isRejected.error();
+        const Done ended = output.EndLine(*isRejected);
+        if (!ended) return ended;
+        if (watcher && !watcher({lines.BytesRead(), *length, number})) return Success();
+    }
+}
+
+Done Import(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts) {
+    const Done checked = CheckImportSource(job.Source, job.Log, job.DataFile);
+    if (!checked) return checked;
+    const Result<std::unique_ptr<OpenFile>> source = app.Files.Open(job.Source, OpenMode::Read);
+    // A run that has nothing to read leaves an empty log too, rather than that of the run before.
+    Result<TransferLog> log = TransferLog::Open(app.Files, job.Log);
+    if (!source) return source.error();
+    if (!log) return log.error();
+    Result<RecordFile> records = RecordFile::OpenForWriting(app.Files, job.DataFile, job.SlotLength);
+    if (!records) return records.error();
+    const Done prepared = job.Prepare(*records);
+    if (!prepared) return prepared;
+
+    ImportOutput output(std::move(*records), std::move(*log));
+    const Done imported = ImportLines(job, **source, output, watcher);
+    const Done finished = output.Finish();
+    counts = output.Counts();
+    return imported ? finished : imported;
+}
+
+} // namespace
+
+ImportCounts RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& watcher) {
+    ImportCounts counts;
+    const Done imported = Import(app, job, watcher, counts);
+    if (!imported) ShowError(app, imported.error());
+    return counts;
+}

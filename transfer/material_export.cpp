@@ -1,0 +1,57 @@
+#include "base/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "transfer/transfer.h"
+#include "transfer/transfer_guards.h"
+
+namespace {
+
+void AppendLine(std::string& content, const MaterialRecord& material) {
+    const auto addText = [&](std::string_view text) {
+        content += Trim(text);
+        content += '|';
+    };
+    const auto addNumber = [&](double number) {
+        content += NumberText(number);
+        content += '|';
+    };
+    addText(material.CustomId);
+    addText(material.Description);
+    addText(material.MaterialType);
+    addText(material.ApplicationMethod);
+    addNumber(material.Density);
+    addNumber(material.HapContent);
+    for (std::size_t index = 0; index < PollutantContents.size(); ++index) {
+        addNumber(material.*PollutantContents[index]);
+        addNumber(material.*PollutantFactors[index]);
+    }
+    content += NumberText(material.Filler);
+    content += "\r\n";
+}
+
+/// The number of materials.
+Result<int> Export(AppContext& app, const std::filesystem::path& target) {
+    const Done checked = CheckExportTarget(app, target, {});
+    if (!checked) return checked.error();
+    std::string content;
+    int count = 0;
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        AppendLine(content, material);
+        ++count;
+    });
+    if (!read) return read.error();
+    const Done written = ReplaceFile(app.Files, target, content);
+    if (!written) return written.error();
+    return count;
+}
+
+} // namespace
+
+std::int16_t ExportMaterialFile(AppContext& app, const std::filesystem::path& target, int& processedCount,
+                                std::optional<int>& /*errorCount: never set*/) {
+    const Result<int> count = Export(app, target);
+    if (!count) ShowError(app, count.error());
+    processedCount = count ? *count : 0;
+    return 0;
+}

@@ -1,0 +1,122 @@
+#include "transfer/material_import.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_record.h"
+#include "store/data_folder.h"
+#include "store/material_types.h"
+#include "transfer/import_run.h"
+#include "transfer/line_fields.h"
+#include "transfer/transfer_texts.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr std::size_t FieldCount = 19;
+constexpr std::size_t CustomIdLength = 100; // as stored
+
+/// A bar cannot be in a line's fields, so joined names of a table that has one are never asked for.
+std::string TypeAndMethodKey(std::string_view materialType, std::string_view applicationMethod) {
+    return ComparisonKey(materialType) + '|' + ComparisonKey(applicationMethod);
+}
+
+/// False when one of the texts is not a number.
+bool ParseAll(const std::string_view* texts, std::array<double, 12>& numbers) {
+    for (double& number : numbers) {
+        const std::optional<double> parsed = ParseNumber(*texts++);
+        if (!parsed) return false;
+        number = *parsed;
+    }
+    return true;
+}
+
+} // namespace
+
+struct MaterialImport::CheckedLine {
+    std::array<std::string_view, FieldCount> Fields;
+    double Density = 0;
+    double HapContent = 0;
+    std::array<double, 12> PollutantNumbers{}; ///< content and factor in turn
+
+    MaterialRecord Record(std::int16_t materialId) const {
+        MaterialRecord material{.MaterialId = materialId,
+                                .CustomId = std::string(Fields[0]),
+                                .MaterialType = std::string(Fields[2]),
+                                .ApplicationMethod = std::string(Fields[3]),
+                                .Density = Density,
+                                .HapContent = HapContent,
+                                .Description = std::string(Fields[1])};
+        for (std::size_t index = 0; index < PollutantContents.size(); ++index) {
+            material.*PollutantContents[index] = PollutantNumbers[2 * index];
+            material.*PollutantFactors[index] = PollutantNumbers[2 * index + 1];
+        }
+        return material;
+    }
+};
+
+Done MaterialImport::Prepare(AppContext& app, RecordFile& materials) {
+    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
+    if (!rows) return rows.error();
+    for (const HapContentRecord& row : *rows)
+        m_typesAndMethods.insert(TypeAndMethodKey(row.MaterialType, row.ApplicationMethod));
+    return ForEachRecord(materials, MaterialLayout, [&](const MaterialRecord& material) {
+        if (material.Active) m_customIds.insert(ComparisonKey(material.CustomId));
+    });
+}
+
+std::string_view MaterialImport::Check(CheckedLine& checked) const {
+    const auto& fields = checked.Fields;
+    if (m_customIds.contains(ComparisonKey(fields[0]))) return TransferTexts::MaterialExists;
+    if (Trim(fields[1]).empty()) return TransferTexts::DescriptionEmpty;
+    if (!m_typesAndMethods.contains(TypeAndMethodKey(fields[2], fields[3])))
+        return TransferTexts::TypeOrMethodUnknown;
+    const std::optional<double> density = ParseNumber(fields[4]);
+    if (!density) return TransferTexts::DensityNotNumeric;
+    const std::optional<double> hapContent = ParseNumber(fields[5]);
+    if (!hapContent) return TransferTexts::HapContentNotNumeric;
+    if (!ParseAll(&fields[6], checked.PollutantNumbers)) return TransferTexts::PollutantNotNumeric;
+    if (!IsNumeric(fields[18])) return TransferTexts::FillerNotNumeric;
+    checked.Density = *density;
+    checked.HapContent = *hapContent;
+    return {};
+}
+
+Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, ImportOutput& output) {
+    const auto fields = SplitFields<FieldCount>(line.Text);
+    if (!fields) {
+        output.LogInvalidFieldCount(line);
+        return true;
+    }
+    CheckedLine checked{.Fields = *fields};
+    const std::string_view error = Check(checked);
+    if (!error.empty()) {
+        output.LogRejection(line, error);
+        return true;
+    }
+    const Result<std::int16_t> number = output.NextNumber();
+    if (!number) return number.error();
+    output.AppendRecord(Pack(MaterialLayout, checked.Record(*number)));
+    // As the record will read back: an identifier that was cut does not equal the line's own.
+    m_customIds.insert(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength)));
+    return false;
+}
+
+std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
+                                int& errorCount, const TransferWatcher& watcher) {
+    MaterialImport import;
+    const ImportJob job{
+        .Source = source,
+        .Log = ImportErrorLog(app, TransferModule::Materials),
+        .DataFile = MaterialsFile(app),
+        .SlotLength = MaterialLayout.SlotLength(),
+        .Prepare = [&](RecordFile& materials) { return import.Prepare(app, materials); },
+        .ImportLine = [&](const ImportedLine& line,
+                          ImportOutput& output) { return import.ImportMaterialLine(line, output); },
+    };
+    const ImportCounts counts = RunImport(app, job, watcher);
+    processedCount = counts.Processed;
+    errorCount = counts.Errors;
+    return 0;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "transfer/import_output.h"
+
+#include <string>
+#include <unordered_set>
+
+/// Judges the lines of a material import and stores the good ones.
+class MaterialImport {
+public:
+    /// Reads what the lines are compared with: the material-type table and the materials that exist.
+    Done Prepare(AppContext& app, RecordFile& materials);
+
+    /// True when the line was rejected, false when it was stored.
+    Result<bool> ImportMaterialLine(const ImportedLine& line, ImportOutput& output);
+
+private:
+    struct CheckedLine;
+    /// Fills `checked`, or returns the first error's message.
+    std::string_view Check(CheckedLine& checked) const;
+
+    std::unordered_set<std::string> m_typesAndMethods; ///< joined by "|", as they are compared
+    std::unordered_set<std::string> m_customIds;       ///< of the live materials, as they are compared
+};

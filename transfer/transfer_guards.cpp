@@ -1,0 +1,66 @@
+#include "transfer/transfer_guards.h"
+
+#include "base/text.h"
+#include "store/data_folder.h"
+
+#include <system_error>
+
+namespace {
+
+Failure Refuse(std::string_view doing, const std::filesystem::path& path, std::string_view reason) {
+    std::string sentence = "Cannot ";
+    sentence += doing;
+    sentence += " the file \"" + PathText(path) + "\": ";
+    sentence += reason;
+    sentence += '.';
+    return {sentence};
+}
+
+/// Whatever the two are called; links are followed. The files need not exist.
+bool IsSameFile(const std::filesystem::path& left, const std::filesystem::path& right) {
+    std::error_code error;
+    if (std::filesystem::equivalent(left, right, error)) return true;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(left, error);
+    return !error && resolved == std::filesystem::weakly_canonical(right, error) && !error;
+}
+
+bool HasDataFileName(const std::filesystem::path& path) {
+    return EqualsIgnoringCase(PathText(path.extension()), ".talvor");
+}
+
+bool IsDataFile(const AppContext& app, const std::filesystem::path& path) {
+    const std::filesystem::path folder = DataFolder(app);
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+    if (!error && HasDataFileName(resolved) && IsSameFile(resolved.parent_path(), folder)) return true;
+    // Another name for one of them: a link, or the short name that Windows gives.
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error))
+        if (HasDataFileName(entry->path()) && IsSameFile(entry->path(), path)) return true;
+    return false;
+}
+
+} // namespace
+
+Done CheckImportSource(const std::filesystem::path& source, const std::filesystem::path& log,
+                       const std::filesystem::path& dataFile) {
+    if (IsSameFile(source, log))
+        return Refuse("import", source, "it is the error log that the import is about to write anew");
+    if (IsSameFile(source, dataFile))
+        return Refuse("import", source, "it is the data file that the import writes to");
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(source, error);
+    // A file that does not exist, or a folder, is told by the attempt to open it.
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
+        !std::filesystem::is_directory(status))
+        return Refuse("import", source, "it is a pipe or a device");
+    return Success();
+}
+
+Done CheckExportTarget(const AppContext& app, const std::filesystem::path& target,
+                       const std::filesystem::path& log) {
+    if (IsDataFile(app, target)) return Refuse("export to", target, "it is a data file of the program");
+    if (!log.empty() && IsSameFile(target, log))
+        return Refuse("export to", target, "it is the error log that the export writes");
+    return Success();
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "base/files.h"
+
+#include <filesystem>
+
+/// What keeps a transfer from destroying the user's own data, or from waiting for a file that never ends.
+
+/// A source that is a file (not a folder, a pipe or a device) and none of the two that the import writes.
+Done CheckImportSource(const std::filesystem::path& source, const std::filesystem::path& log,
+                       const std::filesystem::path& dataFile);
+
+/// A target that is no data file of any company, and not the log that the export writes (empty = none).
+Done CheckExportTarget(const AppContext& app, const std::filesystem::path& target,
+                       const std::filesystem::path& log);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "base/files.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// An error log while it is written. Lines are collected and written when Write is called.
+class TransferLog {
+public:
+    /// Empties the file and holds it against other running copies.
+    static Result<TransferLog> Open(FileAccess& files, const std::filesystem::path& path);
+
+    /// Adds the pieces as one line; the line end is added here.
+    void AddLine(std::string_view text, std::string_view more = {});
+
+    /// Bytes added since the last Write.
+    std::size_t PendingLength() const { return m_pending.size(); }
+    /// Takes back what was added behind `pendingLength`.
+    void CutPendingTo(std::size_t pendingLength) { m_pending.resize(pendingLength); }
+    /// Where it fails, the lines stay pending.
+    Done Write();
+    Done Flush() { return m_file->Flush(); }
+
+private:
+    explicit TransferLog(std::unique_ptr<OpenFile> file) : m_file(std::move(file)) {}
+
+    std::unique_ptr<OpenFile> m_file;
+    std::uint64_t m_length = 0; ///< of the file
+    std::string m_pending;
+};

@@ -1,0 +1,86 @@
+#include "base/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "transfer/transfer.h"
+#include "transfer/transfer_guards.h"
+#include "transfer/transfer_log.h"
+#include "transfer/transfer_texts.h"
+#include "usage/usage_store.h"
+
+#include <unordered_map>
+
+namespace {
+
+/// The Material ID, trimmed, of each live material by its number.
+using MaterialTextMap = std::unordered_map<std::int16_t, std::string>;
+
+struct UsageExport {
+    std::string Content;
+    int Processed = 0;
+    int Errors = 0;
+};
+
+std::string LineAfterMaterial(const UsageRecord& usage) {
+    const PeriodPieces period = SplitPeriod(usage.Period);
+    std::string line = "|";
+    line += period.Month;
+    line += '|';
+    line += period.Year;
+    line += '|';
+    line += NumberText(usage.Quantity);
+    line += usage.Unit == UnitMgal ? "|Mgal" : "|lbs";
+    return line;
+}
+
+void AddUsage(UsageExport& output, TransferLog& log, const MaterialTextMap& materials,
+              const UsageRecord& usage) {
+    ++output.Processed;
+    const auto material = materials.find(usage.MaterialId);
+    if (material == materials.end()) {
+        ++output.Errors;
+        log.AddLine(WholeNumberText(usage.MaterialId) + LineAfterMaterial(usage),
+                    TransferTexts::MaterialNotFound);
+        return;
+    }
+    output.Content += material->second;
+    output.Content += LineAfterMaterial(usage);
+    output.Content += "\r\n";
+}
+
+Done WriteLog(TransferLog& log) {
+    const Done written = log.Write();
+    return written ? log.Flush() : written;
+}
+
+Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target) {
+    const std::filesystem::path logFile = UsageExportErrorLog(app);
+    const Done checked = CheckExportTarget(app, target, logFile);
+    if (!checked) return checked.error();
+    Result<TransferLog> log = TransferLog::Open(app.Files, logFile);
+    if (!log) return log.error();
+
+    MaterialTextMap materials;
+    Done done = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (material.Active) materials.try_emplace(material.MaterialId, Trim(material.CustomId));
+    });
+    UsageExport output;
+    if (done)
+        done = VisitUsage(app, [&](const UsageRecord& usage) { AddUsage(output, *log, materials, usage); });
+    const Done logged = WriteLog(*log);
+    if (done) done = logged;
+    if (done) done = ReplaceFile(app.Files, target, output.Content);
+    if (!done) return done.error();
+    return output;
+}
+
+} // namespace
+
+std::int16_t ExportUsageFile(AppContext& app, const std::filesystem::path& target, int& processedCount,
+                             std::optional<int>& errorCount) {
+    const Result<UsageExport> exported = Export(app, target);
+    if (!exported) ShowError(app, exported.error());
+    processedCount = exported ? exported->Processed : 0;
+    errorCount = exported ? exported->Errors : 0;
+    return 0;
+}

@@ -1,0 +1,122 @@
+#include "transfer/usage_import.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "store/data_folder.h"
+#include "transfer/import_run.h"
+#include "transfer/line_fields.h"
+#include "transfer/transfer_texts.h"
+#include "usage/usage_record.h"
+
+namespace {
+
+constexpr std::size_t FieldCount = 5;
+constexpr std::size_t PeriodLength = 7; // as stored
+
+/// A bar cannot be in a line's fields, so the key of a record that has one is never asked for.
+std::string UsageKey(std::string_view materialTextKey, std::string_view period) {
+    std::string key(materialTextKey);
+    key += '|';
+    key += UpperCase(period);
+    return key;
+}
+
+bool IsMonth(std::string_view text) {
+    const std::optional<double> month = ParseNumber(text);
+    return month && *month >= 1 && *month <= 12;
+}
+
+/// 0 = none. The list of spellings also has "Mgal", which no upper-cased text equals: what the export writes
+/// is rejected, on purpose.
+std::int16_t UnitOf(std::string_view text) {
+    if (EqualsIgnoringCase(text, "LBS") || EqualsIgnoringCase(text, "LB")) return UnitLbs;
+    if (EqualsIgnoringCase(text, "MG") || EqualsIgnoringCase(text, "MGS")) return UnitMgal;
+    return 0;
+}
+
+} // namespace
+
+struct UsageImport::CheckedLine {
+    std::array<std::string_view, FieldCount> Fields;
+    UsageRecord Usage{};
+};
+
+Done UsageImport::Prepare(AppContext& app, RecordFile& usage) {
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (!material.Active) return;
+        std::string key = ComparisonKey(material.CustomId);
+        m_materialTexts.try_emplace(material.MaterialId, key);
+        m_materialIds.try_emplace(std::move(key), material.MaterialId);
+    });
+    if (!read) return read;
+    return ForEachRecord(usage, UsageLayout, [&](const UsageRecord& record) {
+        if (record.Active) AddUsage(record.MaterialId, record.Period);
+    });
+}
+
+void UsageImport::AddUsage(std::int16_t materialId, std::string_view storedPeriod) {
+    const auto materialText = m_materialTexts.find(materialId);
+    if (materialText != m_materialTexts.end())
+        m_usage.insert(UsageKey(materialText->second, Trim(storedPeriod)));
+}
+
+std::string_view UsageImport::Check(CheckedLine& checked) const {
+    const auto& [materialText, month, year, quantity, unit] = checked.Fields;
+    const std::string materialKey = ComparisonKey(materialText);
+    const auto material = m_materialIds.find(materialKey);
+    if (material == m_materialIds.end()) return TransferTexts::MaterialUnknown;
+    if (!IsMonth(month)) return TransferTexts::MonthInvalid;
+    if (!IsNumeric(year)) return TransferTexts::YearInvalid;
+    std::string period(month);
+    period += '/';
+    period += year;
+    // The period as written against the stored ones, which are cut and trimmed: one that changes when it is
+    // stored is never found again.
+    if (m_usage.contains(UsageKey(materialKey, period))) return TransferTexts::UsageExists;
+    const std::optional<double> number = ParseNumber(quantity);
+    if (!number) return TransferTexts::QuantityNotNumeric;
+    const std::int16_t unitCode = UnitOf(unit);
+    if (unitCode == 0) return TransferTexts::UnitInvalid;
+    checked.Usage = {
+        .MaterialId = material->second, .Period = std::move(period), .Quantity = *number, .Unit = unitCode};
+    return {};
+}
+
+Result<bool> UsageImport::ImportUsageLine(const ImportedLine& line, ImportOutput& output) {
+    const auto fields = SplitFields<FieldCount>(line.Text);
+    if (!fields) {
+        output.LogInvalidFieldCount(line);
+        return true;
+    }
+    CheckedLine checked{.Fields = *fields};
+    const std::string_view error = Check(checked);
+    if (!error.empty()) {
+        output.LogRejection(line, error);
+        return true;
+    }
+    const Result<std::int16_t> number = output.NextNumber();
+    if (!number) return number.error();
+    checked.Usage.UsageId = *number;
+    output.AppendRecord(Pack(UsageLayout, checked.Usage));
+    AddUsage(checked.Usage.MaterialId, std::string_view(checked.Usage.Period).substr(0, PeriodLength));
+    return false;
+}
+
+std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
+                             int& errorCount, const TransferWatcher& watcher) {
+    UsageImport import;
+    const ImportJob job{
+        .Source = source,
+        .Log = ImportErrorLog(app, TransferModule::Usage),
+        .DataFile = UsageFile(app),
+        .SlotLength = UsageLayout.SlotLength(),
+        .Prepare = [&](RecordFile& usage) { return import.Prepare(app, usage); },
+        .ImportLine = [&](const ImportedLine& line,
+                          ImportOutput& output) { return import.ImportUsageLine(line, output); },
+    };
+    const ImportCounts counts = RunImport(app, job, watcher);
+    processedCount = counts.Processed;
+    errorCount = counts.Errors;
+    return 0;
+}

@@ -11,6 +11,7 @@
 struct FileLimits {
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; what lies beyond cannot be written or read
     bool CannotBeFlushed = false;
+    bool IsLocked = false; ///< by another running copy
 };
 
 /// The operating system's files, some of which fail: as a disk that is full, or damaged, from some byte on.
@@ -55,7 +56,10 @@ private:
             if (m_limits.CannotBeFlushed) return Failure{"The disk is gone."};
             return m_file->Flush();
         }
-        Done Lock() override { return m_file->Lock(); }
+        Done Lock() override {
+            if (m_limits.IsLocked) return Failure{"The file is locked."};
+            return m_file->Lock();
+        }
 
     private:
         std::unique_ptr<OpenFile> m_file;

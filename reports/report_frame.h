@@ -1,0 +1,58 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "base/result.h"
+#include "reports/report_period.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/// What the reports share: their months, the parts of their pages that are alike, the question before an
+/// empty one, and their end. Pages are code-page text, into which names go as they are.
+
+struct ReportMonths {
+    std::string List{};  ///< as BuildPeriodList gives it
+    std::string Start{}; ///< MM/YYYY
+    std::string End{};   ///< MM/YYYY
+};
+Result<ReportMonths> MonthsOf(const ReportPeriod& period);
+
+/// What stands above a report's table.
+struct ReportHeading {
+    std::string CompanyName{};
+    std::string CompanyLocation{};
+    std::string Start{}; ///< MM/YYYY
+    std::string End{};   ///< MM/YYYY
+};
+ReportHeading HeadingOf(const AppContext& app, const ReportMonths& months);
+
+/// The company's lines. Opens the centred block that holds the rest of the page.
+std::string CompanyHtml(const ReportHeading& heading);
+/// The report's name and the line below it.
+std::string TitleHtml(std::string_view title, std::string_view periodHtml);
+/// "Materials used from 04/2007 to 03/2008", with the months underlined.
+std::string MaterialsUsedHtml(const ReportHeading& heading);
+/// "From 04/2007 To 03/2008", likewise.
+std::string FromToHtml(const ReportHeading& heading);
+
+inline constexpr std::string_view TableStartHtml =
+    "<table cellspacing='0' cellpadding='3' border='1' bordercolor='black'>";
+inline constexpr std::string_view NoRecordFoundRowHtml =
+    "<tr><td colspan='5' align='center'><font face='Verdana' size='1'><b><br>No record "
+    "found</br></b></font></td></tr>";
+inline constexpr std::string_view PageEndHtml = "</table></div></body></html>";
+
+/// Asks, when there is nothing to report.
+bool UserWantsEmptyReport(AppContext& app);
+
+/// Writes the report's file in the program folder and opens it in the configured browser, or says where it
+/// was saved when there is none. Returns ReportPublished or ReportFailed; a browser that does not start is
+/// shown, but the report was published.
+std::int16_t PublishReport(AppContext& app, std::string_view fileName, std::string_view html);
+
+/// Shows why there is no report and returns ReportFailed.
+std::int16_t FailReport(AppContext& app, const Failure& failure);
+
+/// The Failure for a sum or power that is too large or not a number; `doing` is as in "add up the amounts".
+Failure CannotCalculate(std::string_view doing);

@@ -1,0 +1,149 @@
+#include "reports/compliant_materials_report.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "reports/reports.h"
+#include "usage/usage_store.h"
+
+namespace {
+
+constexpr double NoLimit = -1;
+
+constexpr std::string_view HeaderRowHtml =
+    "<tr><td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>Material ID</b></font></td>"
+    "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>Material Type/Application "
+    "Method</b>"
+    "</font></td>"
+    "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>HAP Content</b></font></td>"
+    "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>HAP Limit</b></font></td>"
+    "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>Compliant</b></font></td></tr>";
+
+std::string RowHtml(const CompliantRow& row) {
+    const std::string nextCell = "</font></td><td align='center' valign='top'><font face='Verdana' size='1'>";
+    return "<tr><td align='left' valign='top'><font face='Verdana' size='1'>" + row.Material +
+           "</font></td><td align='left' valign='top'><font face='Verdana' size='1'>" + row.Method +
+           nextCell + NumberText(row.HapContent) + nextCell +
+           (row.HapLimit ? NumberText(*row.HapLimit) : "No Limit") + nextCell +
+           (IsCompliant(row) ? "<font color='green'>Yes</font>" : "<font color='red'>No</font>") +
+           "</font></td></tr>";
+}
+
+std::string Joined(std::string_view left, std::string_view separator, std::string_view right) {
+    std::string text(Trim(left));
+    text += separator;
+    text += Trim(right);
+    return text;
+}
+
+/// The first of the materials that have an identifier, by that identifier.
+std::unordered_map<std::int16_t, const MaterialRecord*>
+FirstByIdentifier(const std::vector<MaterialRecord>& materials) {
+    std::unordered_map<std::int16_t, const MaterialRecord*> first;
+    for (const MaterialRecord& material : materials)
+        first.try_emplace(material.MaterialId, &material);
+    return first;
+}
+
+/// The materials in the order of the report, as often as it lists them.
+std::vector<const MaterialRecord*> ListAll(const std::vector<MaterialRecord>& materials) {
+    std::vector<const MaterialRecord*> listed;
+    for (const MaterialRecord& material : materials)
+        listed.push_back(&material);
+    return listed;
+}
+std::vector<const MaterialRecord*> ListUsed(const std::vector<MaterialRecord>& materials,
+                                            const std::vector<UsageRecord>& usage) {
+    const auto byIdentifier = FirstByIdentifier(materials);
+    std::vector<const MaterialRecord*> listed;
+    for (const UsageRecord& use : usage) {
+        const auto found = byIdentifier.find(use.MaterialId);
+        if (found != byIdentifier.end()) listed.push_back(found->second);
+    }
+    return listed;
+}
+
+/// Adds the rows of the listed materials.
+Done AddRows(AppContext& app, const std::vector<const MaterialRecord*>& listed,
+             CompliantMaterialsData& data) {
+    const Result<std::vector<HapContentRecord>> types = ReadHapContents(app);
+    if (!types) return types.error();
+    data.HasRecords = true;
+    const LimitTable limits(*types);
+    for (const MaterialRecord* material : listed)
+        if (std::optional<CompliantRow> row = limits.RowOf(*material)) data.Rows.push_back(std::move(*row));
+    return Success();
+}
+
+Result<CompliantMaterialsData> FetchAll(AppContext& app) {
+    CompliantMaterialsData data{.Heading = HeadingOf(app, {}), .IsAllMaterials = true};
+    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
+    if (!materials) return materials.error();
+    if (materials->empty()) return data;
+    const Done added = AddRows(app, ListAll(*materials), data);
+    if (!added) return added.error();
+    return data;
+}
+
+Result<CompliantMaterialsData> FetchUsed(AppContext& app, const ReportPeriod& period) {
+    const Result<ReportMonths> months = MonthsOf(period);
+    if (!months) return months.error();
+    CompliantMaterialsData data{.Heading = HeadingOf(app, *months)};
+    const Result<std::vector<UsageRecord>> usage = ReadUsage(app, {.Periods = months->List});
+    if (!usage) return usage.error();
+    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
+    if (!materials) return materials.error();
+    if (usage->empty() || materials->empty()) return data;
+    const Done added = AddRows(app, ListUsed(*materials, *usage), data);
+    if (!added) return added.error();
+    return data;
+}
+
+} // namespace
+
+bool IsCompliant(const CompliantRow& row) {
+    return !row.HapLimit || !(row.HapContent > *row.HapLimit);
+}
+
+LimitTable::LimitTable(const std::vector<HapContentRecord>& rows) {
+    for (const HapContentRecord& row : rows)
+        m_types[ComparisonKey(row.MaterialType)].try_emplace(ComparisonKey(row.ApplicationMethod), row);
+}
+
+std::optional<CompliantRow> LimitTable::RowOf(const MaterialRecord& material) const {
+    const auto type = m_types.find(ComparisonKey(material.MaterialType));
+    if (type == m_types.end()) return std::nullopt;
+    const auto method = type->second.find(ComparisonKey(material.ApplicationMethod));
+    if (method == type->second.end()) return std::nullopt;
+    const HapContentRecord& found = method->second;
+    CompliantRow row{.Material = Joined(material.CustomId, " - ", material.Description),
+                     .Method = Joined(found.MaterialType, "/", found.ApplicationMethod),
+                     .HapContent = material.HapContent};
+    if (found.HapLimit != NoLimit) row.HapLimit = found.HapLimit;
+    return row;
+}
+
+Result<CompliantMaterialsData> FetchCompliantMaterials(AppContext& app, const ReportPeriod& period) {
+    return period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period);
+}
+
+std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data) {
+    std::string html = "<html><title>Compliant Materials Report</title><body>";
+    html += CompanyHtml(data.Heading);
+    html += TitleHtml("COMPLIANT MATERIALS REPORT",
+                      data.IsAllMaterials ? "<u>All Materials</u>" : MaterialsUsedHtml(data.Heading));
+    html += TableStartHtml;
+    html += HeaderRowHtml;
+    if (!data.HasRecords) html += NoRecordFoundRowHtml;
+    for (const CompliantRow& row : data.Rows)
+        html += RowHtml(row);
+    html += PageEndHtml;
+    return html;
+}
+
+std::int16_t GenerateCompliantMaterialsReport(AppContext& app, const ReportPeriod& period) {
+    const Result<CompliantMaterialsData> data = FetchCompliantMaterials(app, period);
+    if (!data) return FailReport(app, data.error());
+    if (!data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
+    return PublishReport(app, CompliantMaterialsFile, BuildCompliantMaterialsHtml(*data));
+}

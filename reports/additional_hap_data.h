@@ -1,0 +1,30 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "base/result.h"
+#include "reports/report_frame.h"
+#include "store/additional_names.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// What the two reports of the additional pollutants work from.
+
+inline constexpr std::size_t PollutantCount = std::tuple_size_v<PollutantNames>;
+
+struct AdditionalHapMaterial {
+    std::string MaterialId{}; ///< Material ID, trimmed
+    double Pounds = 0;        ///< used in the report's months
+    // Element i belongs to pollutant name i.
+    std::array<double, PollutantCount> Contents{}; ///< weight percent
+    std::array<double, PollutantCount> Factors{};  ///< percent of the content that is emitted
+};
+struct AdditionalHapData {
+    ReportHeading Heading{};
+    PollutantNames Names{};
+    bool HasRecords = false;                        ///< false = no usage in the months, or no material
+    std::vector<AdditionalHapMaterial> Materials{}; ///< all of them, in file order
+};
+Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod& period);

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "reports/additional_hap_data.h"
+
+/// The kilograms of each additional pollutant that the materials used in the report's months emitted.
+
+/// Element i belongs to pollutant name i.
+using PollutantTotals = std::array<double, PollutantCount>; ///< kg
+
+/// Rounded to 2 decimals.
+double KilogramsUsed(double pounds);
+/// Whole kilograms, halves to even, from `kilograms` of a material.
+double PollutantEmission(double content, double kilograms, double factor);
+
+/// Adds up the rounded emissions of the materials. A Failure where one is too large or not a number.
+Result<PollutantTotals> AddUpEmissions(const AdditionalHapData& data);
+/// Of the pollutants that have a name.
+double TotalOfNamed(const PollutantNames& names, const PollutantTotals& totals);
+
+std::string BuildAdditionalHapEmissionHtml(const AdditionalHapData& data, const PollutantTotals& totals);

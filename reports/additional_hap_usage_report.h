@@ -1,0 +1,12 @@
+#pragma once
+
+#include "reports/additional_hap_data.h"
+
+/// The materials used in the report's months with the pounds used and their additional pollutants.
+
+/// A material without use gets no rows.
+bool IsUsed(const AdditionalHapMaterial& material);
+/// Slot 0 is listed whatever its name: the row also holds the material.
+bool IsListed(const PollutantNames& names, std::size_t slot);
+
+std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data);

@@ -1,0 +1,187 @@
+#include "reports/emission_average_report.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "reports/reports.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr std::size_t MaterialIdLength = 100;
+constexpr double KgPerMg = 1000;
+
+constexpr std::string_view PageStartHtml =
+    "<html><head><style type='text/css'>td{font-family: Verdana;font-size: 10px;} td.hl{font-weight: bold;}"
+    "</style><title>Emission-Average HAP Content Report</title></head><body>";
+
+constexpr std::string_view HeaderRowHtml =
+    "<tr><td bgcolor='silver' align='center'><font face='Verdana' size='1'><b>Application "
+    "Method</b></font></td>"
+    "<td bgcolor='silver' align='center'><font face='Verdana' size='1'><b>HAP Content<br>(%)</b></font></td>"
+    "<td bgcolor='silver' align='center'><font face='Verdana' size='1'><b>(A)<br>Point Values<br>(Kg/Mg)</b>"
+    "</font></td>"
+    "<td bgcolor='silver' align='center'><font face='Verdana' size='1'><b>(B)<br>Amount Used<br>(kg/yr)</b>"
+    "</font></td>"
+    "<td bgcolor='silver' align='center'><font face='Verdana' size='1'><b>(A x B)<br>PV HAP Emissions<br>"
+    "(kg/yr)</b></font></td></tr>";
+
+std::string GroupRowHtml(const std::string& materialType) {
+    return "<tr><td colspan='5' bgcolor='#DDDDDD'><font face='Verdana' size='1'>Material : " + materialType +
+           "</font></td></tr>";
+}
+
+std::string MaterialRowHtml(const std::string& method, const EmissionRow& row) {
+    return "<tr><td>" + method + " (Material ID:" + row.Material + ")</td><td>" + NumberText(row.HapContent) +
+           "</td><td>" + NumberText(row.PointValue) + "</td><td>" + NumberText(row.Amount) + "</td><td>" +
+           NumberText(RoundTo(Emission(row), 2)) + "</td></tr>";
+}
+
+std::string MethodTotalHtml(const EmissionMethod& method) {
+    const std::string label = "<tr><td class='hl' colspan=3>" + method.Method + " (TOTAL)</td>";
+    if (method.Amount == 0) return label + "<td colspan=2> Not Used</td></tr>";
+    return label + "<td class='hl'>" + NumberText(method.Amount) + "</td><td class='hl'>" +
+           NumberText(method.Emission) + "</td></tr>";
+}
+
+// The bold element is never closed: so the page has always been.
+std::string LabelCellHtml(std::string_view label) {
+    std::string html = "<tr><td colspan='4' align='right'><font face='Verdana' size='1'><b>";
+    html += label;
+    html += "  </font></td><td align='center'>";
+    return html;
+}
+
+std::string TotalRowHtml(std::string_view label, double kilograms) {
+    return LabelCellHtml(label) + "<font face='Verdana' size='1'>" + NumberText(RoundTo(kilograms, 2)) +
+           "</font></td></tr>";
+}
+
+std::string CompliantRowHtml(const EmissionAverageData& data) {
+    return LabelCellHtml("Compliant ?") +
+           (IsCompliant(data) ? "<font color='green'>Yes</font>" : "<font color='red'>No</font>") +
+           "</td></tr>";
+}
+
+/// Whether the number, and what is shown of it, is one that a page can hold.
+bool IsShowable(double number) {
+    return std::isfinite(RoundTo(number, 2));
+}
+
+std::string PaddedId(const MaterialRecord& material) {
+    std::string id = material.CustomId;
+    id.resize(std::max(id.size(), MaterialIdLength), ' ');
+    return id;
+}
+
+Result<EmissionRow> EmitMaterial(const HapContentRecord& method, const MaterialRecord& material,
+                                 const PeriodUsage& usage) {
+    const Result<double> pounds = usage.PoundsUsed(material);
+    if (!pounds) return pounds.error();
+    EmissionRow row{.Material = PaddedId(material),
+                    .HapContent = material.HapContent,
+                    .PointValue = PointValue(method, material.HapContent),
+                    .Amount = AmountInMg(*pounds)};
+    if (!std::isfinite(row.PointValue))
+        return CannotCalculate("calculate the point value of " + Named(material));
+    if (!IsShowable(Emission(row)))
+        return CannotCalculate("calculate the HAP emissions of " + Named(material));
+    return row;
+}
+
+/// Adds the group of a type to `data`, and its sums to those of the report.
+Done AddGroup(const TypeGroup& type, const MaterialsByMethod& materials, const PeriodUsage& usage,
+              EmissionAverageData& data) {
+    EmissionGroup group{.MaterialType = type.Name};
+    for (const HapContentRecord& method : type.Methods) {
+        Result<EmissionMethod> emitted = EmitMethod(method, materials.Of(method), usage);
+        if (!emitted) return emitted.error();
+        data.Emission += emitted->Emission;
+        data.Allowance += emitted->Amount * emitted->EmissionLimit;
+        group.Methods.push_back(std::move(*emitted));
+    }
+    data.Groups.push_back(std::move(group));
+    return Success();
+}
+
+} // namespace
+
+double PointValue(const HapContentRecord& method, double hapContent) {
+    return RoundTo(method.EfCoefficient * std::pow(hapContent, method.EfExponent), 2);
+}
+
+double AmountInMg(double pounds) {
+    return pounds > 0 ? RoundTo(Kilograms(pounds) / KgPerMg, 2) : 0;
+}
+
+double Emission(const EmissionRow& row) {
+    return row.PointValue * row.Amount;
+}
+
+bool IsCompliant(const EmissionAverageData& data) {
+    return data.Emission <= data.Allowance;
+}
+
+Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
+                                  const std::vector<MaterialRecord>& materials, const PeriodUsage& usage) {
+    EmissionMethod emitted{.Method = std::string(Trim(method.ApplicationMethod)),
+                           .EmissionLimit = method.EmissionLimit};
+    for (const MaterialRecord& material : materials) {
+        Result<EmissionRow> row = EmitMaterial(method, material, usage);
+        if (!row) return row.error();
+        emitted.Amount += row->Amount;
+        emitted.Emission += Emission(*row);
+        emitted.Rows.push_back(std::move(*row));
+    }
+    return emitted;
+}
+
+Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPeriod& period) {
+    const Result<ReportMonths> months = MonthsOf(period);
+    if (!months) return months.error();
+    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
+    if (!rows) return rows.error();
+    Result<std::vector<MaterialRecord>> read = ReadMaterials(app);
+    if (!read) return read.error();
+    const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
+    if (!usage) return usage.error();
+
+    EmissionAverageData data{.Heading = HeadingOf(app, *months)};
+    const MaterialsByMethod materials(std::move(*read));
+    for (const TypeGroup& type : GroupByType(*rows)) {
+        const Done added = AddGroup(type, materials, *usage, data);
+        if (!added) return added.error();
+    }
+    if (!IsShowable(data.Emission) || !IsShowable(data.Allowance))
+        return CannotCalculate("add up the HAP emissions of the report");
+    return data;
+}
+
+std::string BuildEmissionAverageHtml(const EmissionAverageData& data) {
+    std::string html(PageStartHtml);
+    html += CompanyHtml(data.Heading);
+    html += TitleHtml("EMISSION-AVERAGE HAP CONTENT REPORT", FromToHtml(data.Heading));
+    html += TableStartHtml;
+    html += HeaderRowHtml;
+    for (const EmissionGroup& group : data.Groups) {
+        html += GroupRowHtml(group.MaterialType);
+        for (const EmissionMethod& method : group.Methods) {
+            for (const EmissionRow& row : method.Rows)
+                html += MaterialRowHtml(method.Method, row);
+            html += MethodTotalHtml(method);
+        }
+    }
+    html += TotalRowHtml("Total PV HAP Emissions (kg/yr)", data.Emission);
+    html += TotalRowHtml("HAP Limit (kg/yr)", data.Allowance);
+    html += CompliantRowHtml(data);
+    html += PageEndHtml;
+    return html;
+}
+
+std::int16_t GenerateEmissionAverageReport(AppContext& app, const ReportPeriod& period) {
+    const Result<EmissionAverageData> data = FetchEmissionAverage(app, period);
+    if (!data) return FailReport(app, data.error());
+    return PublishReport(app, EmissionAverageFile, BuildEmissionAverageHtml(*data));
+}

@@ -1,0 +1,139 @@
+#include "reports/weighted_average_report.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "reports/reports.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr double NoLimit = -1;
+constexpr double KgPerMg = 1000;
+
+constexpr std::string_view HeaderRowHtml =
+    "<tr><td bgcolor='silver' align='center'><font face='Verdana' size='1'><b>Application "
+    "Method</b></font></td>"
+    "<td bgcolor='silver'><font face='Verdana' size='1'><b>Amount Used<br>(kg/year)(A)</b></font></td>"
+    "<td bgcolor='silver'><font face='Verdana' size='1'><b>HAP Limit</b></font></td>"
+    "<td bgcolor='silver'><font face='Verdana' size='1'><b>HAP Content<br>[(B/A)*100]</b></font></td>"
+    "<td bgcolor='silver'><font face='Verdana' size='1'><b>Compliant</b></font></td></tr>";
+
+// Six columns spanned in a table of five: so the page has always been.
+std::string GroupRowHtml(const std::string& materialType) {
+    return "<tr><td colspan='6' bgcolor='#DDDDDD'><font face='Verdana' size='1'>Material : " + materialType +
+           "</font></td></tr>";
+}
+
+std::string CompliantHtml(const WeightedAverageRow& row) {
+    return IsCompliant(row) ? "<font face='Verdana' size='1' color='green'>Yes</font>"
+                            : "<font face='Verdana' size='1' color='red'>No</font>";
+}
+
+// The amount is shown in Mg although its column says kg.
+std::string RowHtml(const WeightedAverageRow& row) {
+    const std::string nextCell = "</font></td><td align='center'><font face='Verdana' size='1'>";
+    const std::string limit =
+        row.HapLimit ? NumberText(*row.HapLimit) : "<font face='Verdana' size='1'>No Limit</font>";
+    return "<tr><td><font face='Verdana' size='1'>" + row.Method + nextCell +
+           NumberText(RoundTo(row.Amount / KgPerMg, 3)) + nextCell + limit + nextCell +
+           NumberText(WeightedContent(row)) + "</font></td><td align='center'>" + CompliantHtml(row) +
+           "</td></tr>";
+}
+
+Failure CannotAverage(const HapContentRecord& method) {
+    return CannotCalculate("average the HAP content of the material type \"" +
+                           Utf8FromCodePage(Trim(method.MaterialType)) + "\" with the application method \"" +
+                           Utf8FromCodePage(Trim(method.ApplicationMethod)) + '"');
+}
+
+Result<std::vector<WeightedAverageGroup>> AverageTypes(const std::vector<TypeGroup>& types,
+                                                       const MaterialsByMethod& materials,
+                                                       const PeriodUsage& usage) {
+    std::vector<WeightedAverageGroup> groups;
+    for (const TypeGroup& type : types) {
+        if (IsFilledResin(type.Name)) continue;
+        WeightedAverageGroup group{.MaterialType = type.Name};
+        for (const HapContentRecord& method : type.Methods) {
+            Result<WeightedAverageRow> row = AverageMethod(method, materials.Of(method), usage);
+            if (!row) return row.error();
+            group.Rows.push_back(std::move(*row));
+        }
+        groups.push_back(std::move(group));
+    }
+    return groups;
+}
+
+} // namespace
+
+double AmountInKg(double pounds) {
+    return pounds > 0 ? RoundTo(Kilograms(pounds), 2) : 0;
+}
+
+double WeightedContent(const WeightedAverageRow& row) {
+    if (row.Amount == 0 || row.Hap == 0) return 0;
+    return RoundTo(row.Hap / row.Amount * 100, 2);
+}
+
+bool IsCompliant(const WeightedAverageRow& row) {
+    return !row.HapLimit || WeightedContent(row) <= *row.HapLimit;
+}
+
+bool IsFilledResin(std::string_view materialType) {
+    const std::string key = ComparisonKey(materialType);
+    return key == "TOOLING RESIN (FILLED)" || key == "PRODUCTION RESIN (FILLED)";
+}
+
+Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
+                                         const std::vector<MaterialRecord>& materials,
+                                         const PeriodUsage& usage) {
+    WeightedAverageRow row{.Method = std::string(Trim(method.ApplicationMethod))};
+    if (method.HapLimit != NoLimit) row.HapLimit = method.HapLimit;
+    for (const MaterialRecord& material : materials) {
+        const Result<double> pounds = usage.PoundsUsed(material);
+        if (!pounds) return pounds.error();
+        const double amount = AmountInKg(*pounds);
+        row.Amount += amount;
+        row.Hap += amount * material.HapContent / 100;
+    }
+    if (!std::isfinite(row.Amount) || !std::isfinite(row.Hap) || !std::isfinite(WeightedContent(row)))
+        return CannotAverage(method);
+    return row;
+}
+
+Result<WeightedAverageData> FetchWeightedAverage(AppContext& app, const ReportPeriod& period) {
+    const Result<ReportMonths> months = MonthsOf(period);
+    if (!months) return months.error();
+    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
+    if (!rows) return rows.error();
+    Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
+    if (!materials) return materials.error();
+    const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
+    if (!usage) return usage.error();
+    Result<std::vector<WeightedAverageGroup>> groups =
+        AverageTypes(GroupByType(*rows), MaterialsByMethod(std::move(*materials)), *usage);
+    if (!groups) return groups.error();
+    return WeightedAverageData{.Heading = HeadingOf(app, *months), .Groups = std::move(*groups)};
+}
+
+std::string BuildWeightedAverageHtml(const WeightedAverageData& data) {
+    std::string html = "<html><head><title>Weighted-Average HAP Content Report</title></head><body>";
+    html += CompanyHtml(data.Heading);
+    html += TitleHtml("WEIGHTED-AVERAGE HAP CONTENT REPORT", FromToHtml(data.Heading));
+    html += TableStartHtml;
+    html += HeaderRowHtml;
+    for (const WeightedAverageGroup& group : data.Groups) {
+        html += GroupRowHtml(group.MaterialType);
+        for (const WeightedAverageRow& row : group.Rows)
+            html += RowHtml(row);
+    }
+    html += PageEndHtml;
+    return html;
+}
+
+std::int16_t GenerateWeightedAverageReport(AppContext& app, const ReportPeriod& period) {
+    const Result<WeightedAverageData> data = FetchWeightedAverage(app, period);
+    if (!data) return FailReport(app, data.error());
+    return PublishReport(app, WeightedAverageFile, BuildWeightedAverageHtml(*data));
+}

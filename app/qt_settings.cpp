@@ -1,0 +1,47 @@
+#include "app/qt_settings.h"
+
+#include "app/settings.h"
+
+#include <QDir>
+#include <QSettings>
+#include <QStringList>
+#include <QVariant>
+
+namespace {
+
+QString Text(std::string_view utf8Text) {
+    return QString::fromUtf8(utf8Text.data(), static_cast<qsizetype>(utf8Text.size()));
+}
+
+/// The user's own settings; those that an administrator made for everyone do not show through.
+class UserSettings : public QSettings {
+public:
+    UserSettings() : QSettings(NativeFormat, UserScope, QStringLiteral("MACT"), Text(Settings::Application)) {
+        setFallbacksEnabled(false);
+    }
+};
+
+QString KeyText(std::string_view section, std::string_view key) {
+    return Text(section) + u'/' + Text(key);
+}
+
+} // namespace
+
+std::string QtSettings::Read(std::string_view section, std::string_view key) {
+    const UserSettings settings;
+    const QVariant value = settings.value(KeyText(section, key));
+    // A comma in a file that was edited by hand reads as a list.
+    if (value.typeId() == QMetaType::QStringList) return value.toStringList().join(u',').toStdString();
+    return value.toString().toStdString();
+}
+
+Done QtSettings::Write(std::string_view section, std::string_view key, std::string_view value) {
+    UserSettings settings;
+    settings.setValue(KeyText(section, key), Text(value));
+    settings.sync();
+    if (settings.status() == QSettings::NoError) return Success();
+    const std::string reason =
+        settings.status() == QSettings::AccessError ? "it cannot be written" : "it is not a settings file";
+    return Failure{"Cannot save the setting " + KeyText(section, key).toStdString() + " in \"" +
+                   QDir::toNativeSeparators(settings.fileName()).toStdString() + "\": " + reason + "."};
+}

@@ -1,0 +1,149 @@
+#include "cli/commands.h"
+
+#include "base/messages.h"
+#include "base/text.h"
+#include "reports/reports.h"
+#include "store/companies.h"
+#include "transfer/transfer.h"
+
+#include <algorithm>
+#include <array>
+#include <iostream>
+
+namespace {
+
+ExitStatus Fail(AppContext& app, const std::string& description) {
+    ShowError(app, {description});
+    return StatusFailed;
+}
+
+bool HasCompany(AppContext& app) {
+    if (app.CurrentCompanyId != 0) return true;
+    ShowError(app, {"No company is selected. Name one with --company, or select one with select-company."});
+    return false;
+}
+
+/// The summary's lines, each ended as the console ends its own.
+void PrintLines(std::string text) {
+    std::erase(text, '\r');
+    std::cout << text << '\n';
+}
+
+ExitStatus TransferStatus(int errorCount) {
+    return errorCount == 0 ? StatusDone : StatusRejected;
+}
+
+using Import = std::int16_t (*)(AppContext&, const std::filesystem::path&, int&, int&,
+                                const TransferWatcher&);
+using Export = std::int16_t (*)(AppContext&, const std::filesystem::path&, int&, std::optional<int>&);
+
+ExitStatus RunImport(AppContext& app, const std::filesystem::path& file, Import import) {
+    if (!HasCompany(app)) return StatusFailed;
+    int processedCount = 0;
+    int errorCount = 0;
+    import(app, file, processedCount, errorCount, {});
+    PrintLines(ImportSummary(processedCount, errorCount));
+    return TransferStatus(errorCount);
+}
+
+ExitStatus RunExport(AppContext& app, const std::filesystem::path& file, Export exportTo) {
+    if (!HasCompany(app)) return StatusFailed;
+    int processedCount = 0;
+    std::optional<int> errorCount;
+    exportTo(app, file, processedCount, errorCount);
+    PrintLines(ExportSummary(processedCount, errorCount));
+    return TransferStatus(errorCount.value_or(0));
+}
+
+struct Report {
+    const char* Kind;
+    const char* FileName;
+    std::int16_t (*Generate)(AppContext&, const ReportPeriod&);
+};
+constexpr std::array Reports = {
+    Report{"compliant",           CompliantMaterialsFile,    GenerateCompliantMaterialsReport   },
+    Report{"weighted-average",    WeightedAverageFile,       GenerateWeightedAverageReport      },
+    Report{"emission-average",    EmissionAverageFile,       GenerateEmissionAverageReport      },
+    Report{"additional-usage",    AdditionalHapUsageFile,    GenerateAdditionalHapUsageReport   },
+    Report{"additional-emission", AdditionalHapEmissionFile, GenerateAdditionalHapEmissionReport},
+};
+
+/// Text of the command line as record text; a Failure where the code page lacks a character of it.
+Result<std::string> RecordText(const std::string& utf8Text) {
+    const std::string text = CodePageFromUtf8(utf8Text);
+    if (Utf8FromCodePage(text) != utf8Text)
+        return Failure{"Cannot store \"" + utf8Text +
+                       "\": it has a character that the Windows-1252 character set lacks."};
+    return text;
+}
+
+} // namespace
+
+ExitStatus ListCompanies(AppContext& app) {
+    std::vector<CompanyRecord> companies;
+    FindCompanies(app, {}, companies);
+    for (const CompanyRecord& company : companies)
+        std::cout << company.CompanyId << '|' << Utf8FromCodePage(Trim(company.CompanyName)) << '|'
+                  << Utf8FromCodePage(Trim(company.CompanyLocation)) << '\n';
+    return StatusDone;
+}
+
+ExitStatus AddCompany(AppContext& app, const std::string& name, const std::string& location) {
+    const Result<std::string> nameText = RecordText(name);
+    if (!nameText) return Fail(app, nameText.error().Description);
+    const Result<std::string> locationText = RecordText(location);
+    if (!locationText) return Fail(app, locationText.error().Description);
+    if (Trim(*nameText).empty() || Trim(*locationText).empty())
+        return Fail(app, "You must specify Company Name and Company Location to add new company");
+
+    std::int16_t companyId = 0;
+    if (AddNewCompany(app, *nameText, *locationText, companyId)) return StatusFailed;
+    std::cout << companyId << '\n';
+    return StatusDone;
+}
+
+ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered) {
+    std::vector<CompanyRecord> found;
+    if (!FindCompanies(app, {.CompanyId = companyId}, found))
+        return Fail(app, "There is no company " + std::to_string(companyId) + ".");
+    isRemembered ? SelectCompany(app, found.front()) : MakeCompanyCurrent(app, found.front());
+    return StatusDone;
+}
+
+ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file) {
+    return RunImport(app, file, ImportMaterialFile);
+}
+ExitStatus ImportUsage(AppContext& app, const std::filesystem::path& file) {
+    return RunImport(app, file, ImportUsageFile);
+}
+ExitStatus ExportMaterials(AppContext& app, const std::filesystem::path& file) {
+    return RunExport(app, file, ExportMaterialFile);
+}
+ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file) {
+    return RunExport(app, file, ExportUsageFile);
+}
+
+ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending) {
+    if (!HasCompany(app)) return StatusFailed;
+    const auto* const report =
+        std::ranges::find_if(Reports, [&](const Report& each) { return kind == each.Kind; });
+    switch (report->Generate(app, {.EndText = ending})) {
+    case ReportPublished:
+        std::cout << PathText(app.ProgramFolder / report->FileName) << '\n';
+        return StatusDone;
+    case ReportDeclined:
+        return StatusDeclined;
+    default:
+        return StatusFailed;
+    }
+}
+
+const std::vector<std::string>& ReportKinds() {
+    static const std::vector<std::string> kinds = [] {
+        std::vector<std::string> names;
+        for (const Report& report : Reports)
+            names.emplace_back(report.Kind);
+        return names;
+    }();
+    return kinds;
+}

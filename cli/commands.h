@@ -1,0 +1,36 @@
+#pragma once
+
+#include "base/app_context.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// What each command of the command line does. They print their results to the standard output, UTF-8, and
+/// answer the status with which the program ends.
+
+enum ExitStatus : int {
+    StatusDone = 0,
+    StatusFailed = 1,   ///< a failure was shown
+    StatusWrongUse = 2, ///< the command line itself is wrong
+    StatusDeclined = 3, ///< an empty report was not wanted
+    StatusRejected = 4, ///< an import or export finished with rejected records
+};
+
+/// One line per company: id|name|location
+ExitStatus ListCompanies(AppContext& app);
+/// Prints the new company's number. The texts are UTF-8.
+ExitStatus AddCompany(AppContext& app, const std::string& name, const std::string& location);
+/// Makes the company current for this start, and with `isRemembered` for later ones.
+ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered);
+
+ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file);
+ExitStatus ImportUsage(AppContext& app, const std::filesystem::path& file);
+ExitStatus ExportMaterials(AppContext& app, const std::filesystem::path& file);
+ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file);
+
+/// `kind` is one of ReportKinds(); without `ending` (M/YYYY) the compliant materials report has all
+/// materials.
+ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending);
+const std::vector<std::string>& ReportKinds();

@@ -1,0 +1,167 @@
+#include "app/os_files.h"
+#include "app/qt_settings.h"
+#include "app/startup.h"
+#include "base/messages.h"
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/console_services.h"
+#include "reports/report_period.h"
+
+#include <CLI/CLI.hpp>
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <functional>
+#include <iostream>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+
+namespace {
+
+/// What the command line asks for. The commands read it where it stands, so it is never copied.
+struct CommandLine {
+    CommandLine() = default;
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    std::string Folder{};
+    std::optional<std::int16_t> CompanyId{};
+    std::function<ExitStatus(AppContext&)> Command{};
+
+    std::string Name{};
+    std::string Location{};
+    std::int16_t SelectedId = 0;
+    std::string File{};
+    std::string Kind{};
+    std::string Ending{};
+    bool AnswersYes = false;
+};
+
+CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
+                     const std::string& description, const std::function<ExitStatus(AppContext&)>& command) {
+    CLI::App& added = *parser.add_subcommand(name, description);
+    added.set_version_flag("--version", parser.version());
+    added.callback([&asked, command] { asked.Command = command; });
+    return added;
+}
+
+void AddCompanyCommands(CLI::App& parser, CommandLine& asked) {
+    AddCommand(parser, asked, "companies", "List the companies: id|name|location", ListCompanies);
+    CLI::App& add = AddCommand(parser, asked, "add-company", "Add a company and print its id",
+                               [&](AppContext& app) { return AddCompany(app, asked.Name, asked.Location); });
+    add.add_option("NAME", asked.Name, "Company name")->required();
+    add.add_option("LOCATION", asked.Location, "Location")->required();
+    CLI::App& select =
+        AddCommand(parser, asked, "select-company", "Make a company the current one, now and later",
+                   [&](AppContext& app) { return UseCompany(app, asked.SelectedId, true); });
+    select.add_option("ID", asked.SelectedId, "The company's id")->required();
+}
+
+void AddTransferCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
+                        const std::string& description,
+                        ExitStatus (*transfer)(AppContext&, const std::filesystem::path&)) {
+    CLI::App& added = AddCommand(parser, asked, name, description, [&asked, transfer](AppContext& app) {
+        return transfer(app, PathFromUtf8(asked.File));
+    });
+    added.add_option("FILE", asked.File, "The text file")->required();
+}
+
+/// A report that needs a month is asked for with one that exists.
+void CheckEnding(const CommandLine& asked) {
+    if (asked.Ending.empty() && asked.Kind != "compliant")
+        throw CLI::ValidationError("report " + asked.Kind, "needs --ending M/YYYY");
+}
+
+void AddReportCommand(CLI::App& parser, CommandLine& asked) {
+    CLI::App& report =
+        AddCommand(parser, asked, "report", "Write a report and print its path",
+                   [&](AppContext& app) { return WriteReport(app, asked.Kind, asked.Ending); });
+    report.add_option("KIND", asked.Kind, "Which report")->required()->check(CLI::IsMember(ReportKinds()));
+    report
+        .add_option("--ending", asked.Ending,
+                    "Last month of the twelve; without it the compliant report has all materials")
+        ->type_name("M/YYYY")
+        ->check([](const std::string& text) {
+            return ParsePeriodEnd(text) ? std::string{} : "\"" + text + "\" is not a month M/YYYY";
+        });
+    report.add_flag("--yes", asked.AnswersYes, "Write a report without records too");
+    report.parse_complete_callback([&asked] { CheckEnding(asked); });
+}
+
+/// The status with which the program ends here; empty when there is a command to run.
+std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine& asked) {
+    CLI::App parser("HAP content records and reports of a composites shop, without windows.", "mact-cli");
+    parser.set_version_flag("--version", "MACT (V" MACT_VERSION_TEXT ")");
+    parser.require_subcommand(1);
+    parser.add_option("--folder", asked.Folder, "The program folder, which holds the data folder")
+        ->type_name("DIR");
+    parser.add_option("--company", asked.CompanyId, "Work with this company, without remembering it")
+        ->type_name("ID");
+    AddCompanyCommands(parser, asked);
+    AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportMaterials);
+    AddTransferCommand(parser, asked, "import-usage", "Import monthly usage", ImportUsage);
+    AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportMaterials);
+    AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportUsage);
+    AddReportCommand(parser, asked);
+
+    std::vector<std::string> reversed; // as the parser takes them
+    for (const QString& text : texts.mid(1))
+        reversed.push_back(text.toStdString());
+    std::ranges::reverse(reversed);
+    try {
+        parser.parse(reversed);
+    } catch (const CLI::Success& help) {
+        parser.exit(help, std::cout, std::cerr);
+        return StatusDone;
+    } catch (const CLI::ParseError& error) {
+        std::cerr << "mact-cli: " << error.what() << '\n';
+        return StatusWrongUse;
+    }
+    return std::nullopt;
+}
+
+ExitStatus Run(const CommandLine& asked) {
+    ConsolePrompts prompts;
+    prompts.AnswersYes = asked.AnswersYes;
+    QtSettings settings;
+    NoPrograms programs;
+    NoFileDialogs dialogs;
+    SystemClock calendar;
+    OsFiles files;
+    const std::string folder =
+        asked.Folder.empty() ? QCoreApplication::applicationDirPath().toStdString() : asked.Folder;
+    std::error_code error;
+    std::filesystem::path programFolder =
+        std::filesystem::absolute(PathFromUtf8(folder), error).lexically_normal();
+    AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
+
+    const Done started = StartUp(app);
+    if (!started) {
+        ShowError(app, started.error());
+        return StatusFailed;
+    }
+    if (asked.CompanyId) {
+        const ExitStatus used = UseCompany(app, *asked.CompanyId, false);
+        if (used != StatusDone) return used;
+    }
+    const ExitStatus status = asked.Command(app);
+    std::cout.flush();
+    if (!std::cout) ShowError(app, {"Cannot write to the standard output."});
+    return prompts.HasShownFailure() ? StatusFailed : status;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+#ifdef Q_OS_WIN
+    SetConsoleOutputCP(CP_UTF8);
+#endif
+    // What Qt has to say of a machine without a UTF-8 locale is no failure of the command.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    const QCoreApplication application(argc, argv);
+    CommandLine asked;
+    const std::optional<ExitStatus> ended = ReadCommandLine(QCoreApplication::arguments(), asked);
+    return ended ? *ended : Run(asked);
+}

@@ -1,0 +1,269 @@
+#include "base/text.h"
+#include "materials/material_record.h"
+#include "store/companies.h"
+#include "tests/support/bytes.h"
+#include "tests/support/run_program.h"
+#include "tests/support/test_program.h"
+#include "usage/usage_record.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr const char* GoodMaterials =
+    "GC-110|Gel coat, white|Pigmented production gel|All|9.5|33|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n"
+    "R-1|Resin|Production resin|Spray|9.2|35|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n";
+constexpr const char* GoodUsage = "GC-110|3|2005|120.5|lbs\r\nR-1|3|2005|0.1|mg\r\n";
+
+class CliTest : public testing::Test {
+protected:
+    TemporaryFolder Temporary;
+    std::filesystem::path Folder = Temporary.Path() / "program";
+    std::filesystem::path Config = Temporary.Path() / "settings";
+
+    CliTest() {
+        std::filesystem::create_directory(Folder);
+        std::filesystem::create_directory(Config);
+    }
+    ProgramRun Plain(const std::vector<std::string>& arguments) {
+        return RunProgram(PathFromUtf8(MACT_CLI_PROGRAM), arguments, Config);
+    }
+    ProgramRun Run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"--folder", PathText(Folder)});
+        return Plain(arguments);
+    }
+    std::string FileNamed(const std::string& name, std::string_view content) {
+        WriteContent(Temporary.Path() / name, content);
+        return PathText(Temporary.Path() / name);
+    }
+    /// A company that is selected, with two materials and their use in March 2005.
+    void AddShop() {
+        ASSERT_EQ(Run({"add-company", "Acme", "Dock 1"}).Output, "1\n");
+        ASSERT_EQ(Run({"select-company", "1"}).Status, 0);
+        ASSERT_EQ(Run({"import-materials", FileNamed("materials.txt", GoodMaterials)}).Status, 0);
+        ASSERT_EQ(Run({"import-usage", FileNamed("usage.txt", GoodUsage)}).Status, 0);
+    }
+    static int CountLines(const std::string& text) {
+        return static_cast<int>(std::ranges::count(text, '\n'));
+    }
+};
+
+TEST_F(CliTest, AStartInAFolderWithoutDataCreatesTheDefaultTable) {
+    const ProgramRun run = Run({"companies"});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_EQ(run.Output, "");
+    EXPECT_EQ(run.Errors, "");
+    EXPECT_EQ(std::filesystem::file_size(Folder / "data" / "hapcontents.talvor"), 29U * 232);
+}
+
+TEST_F(CliTest, CompaniesAreAddedAndListedWithTheirLetters) {
+    EXPECT_EQ(Run({"add-company", "Acme", "Dock 1"}).Output, "1\n");
+    EXPECT_EQ(Run({"add-company", " B\u00E5ter \u00D8st ", "Pier \u20AC"}).Output, "2\n");
+    const ProgramRun run = Run({"companies"});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_EQ(run.Output, "1|Acme|Dock 1\n2|B\u00E5ter \u00D8st|Pier \u20AC\n");
+    EXPECT_EQ(ContentOf(Folder / "data" / "companies.talvor").substr(504, 252),
+              Hex("02 00") + Padded(" B\xE5ter \xD8st ", 250));
+}
+
+TEST_F(CliTest, ACompanyWithoutLocationIsRefusedAndNothingIsWritten) {
+    const ProgramRun run = Run({"add-company", "Acme", "  "});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Errors, "You must specify Company Name and Company Location to add new company\n");
+    EXPECT_FALSE(std::filesystem::exists(Folder / "data" / "companies.talvor"));
+}
+
+TEST_F(CliTest, ANameThatCannotBeStoredIsRefusedRatherThanChanged) {
+    const ProgramRun run = Run({"add-company", "\u0141\u00F3d\u017A", "Dock 1"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Errors, "Cannot store \"\u0141\u00F3d\u017A\": it has a character that the Windows-1252 "
+                          "character set lacks.\n");
+}
+
+TEST_F(CliTest, TheSelectedCompanyIsRememberedAndTheOptionIsNot) {
+    Run({"add-company", "Acme", "Dock 1"});
+    Run({"add-company", "Beta", "Dock 2"});
+    const std::string materials = FileNamed("materials.txt", GoodMaterials);
+    EXPECT_EQ(Run({"select-company", "1"}).Status, 0);
+    EXPECT_EQ(Run({"--company", "2", "import-materials", materials}).Status, 0);
+    EXPECT_FALSE(std::filesystem::exists(Folder / "data" / "1_materials.talvor"));
+    EXPECT_TRUE(std::filesystem::exists(Folder / "data" / "2_materials.talvor"));
+    EXPECT_EQ(Run({"import-materials", materials}).Status, 0);
+    EXPECT_TRUE(std::filesystem::exists(Folder / "data" / "1_materials.talvor"));
+}
+
+TEST_F(CliTest, ACompanyThatDoesNotExistIsAFailure) {
+    for (const std::vector<std::string>& arguments : {
+             std::vector<std::string>{"select-company", "7"        },
+             { "--company",             "7", "companies"}
+    }) {
+        const ProgramRun run = Run(arguments);
+        EXPECT_EQ(run.Status, 1);
+        EXPECT_EQ(run.Errors, "There is no company 7.\n");
+    }
+}
+
+TEST_F(CliTest, WorkWithoutACompanyIsAFailure) {
+    for (const std::vector<std::string>& arguments : {
+             std::vector<std::string>{"import-materials", "x"        },
+             {"export-usage",     "x"        },
+             {"report",           "compliant"}
+    }) {
+        const ProgramRun run = Run(arguments);
+        EXPECT_EQ(run.Status, 1);
+        EXPECT_EQ(run.Errors,
+                  "No company is selected. Name one with --company, or select one with select-company.\n");
+    }
+}
+
+TEST_F(CliTest, AnImportPrintsTheSummaryOfItsDialog) {
+    Run({"add-company", "Acme", "Dock 1"});
+    const ProgramRun run =
+        Run({"--company", "1", "import-materials", FileNamed("materials.txt", GoodMaterials)});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_EQ(run.Output, "Total Records Processed : 2\nSucessful Imports : 2\nErrors : 0\n");
+    EXPECT_EQ(std::filesystem::file_size(Folder / "data" / "1_materials.talvor"), 2U * 1444);
+}
+
+TEST_F(CliTest, AnImportWithRejectedRecordsEndsWithStatus4) {
+    Run({"add-company", "Acme", "Dock 1"});
+    const ProgramRun run = Run({"--company", "1", "import-materials",
+                                FileNamed("materials.txt", std::string(GoodMaterials) + "x\r\n")});
+    EXPECT_EQ(run.Status, 4);
+    EXPECT_EQ(run.Output, "Total Records Processed : 3\nSucessful Imports : 2\nErrors : 1\n");
+    EXPECT_EQ(ContentOf(Folder / "material_import_errors.txt"),
+              "x    ***** Invalid number of delimited fields ******\r\n");
+}
+
+TEST_F(CliTest, AFileThatCannotBeReadIsAFailureOfOneLine) {
+    Run({"add-company", "Acme", "Dock 1"});
+    const ProgramRun run =
+        Run({"--company", "1", "import-usage", PathText(Temporary.Path() / "missing.txt")});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(CountLines(run.Errors), 1);
+    EXPECT_NE(run.Errors.find("missing.txt"), std::string::npos);
+}
+
+TEST_F(CliTest, ExportsWriteWhatTheImportsRead) {
+    AddShop();
+    const std::filesystem::path target = Temporary.Path() / "exported.txt";
+    ProgramRun run = Run({"export-materials", PathText(target)});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_EQ(run.Output, "Total Records Processed : 2\nSucessful Exports : 2\nErrors : \n");
+    EXPECT_EQ(ContentOf(target), GoodMaterials);
+    run = Run({"export-usage", PathText(target)});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_EQ(run.Output, "Total Records Processed : 2\nSucessful Exports : 2\nErrors : 0\n");
+    EXPECT_EQ(ContentOf(target), "GC-110|3|2005|120.5|lbs\r\nR-1|3|2005|0.1|Mgal\r\n");
+}
+
+TEST_F(CliTest, AnExportWithUsageOfAMissingMaterialEndsWithStatus4) {
+    AddShop();
+    WriteContent(Folder / "data" / "1_materials.talvor", "");
+    const ProgramRun run = Run({"export-usage", PathText(Temporary.Path() / "exported.txt")});
+    EXPECT_EQ(run.Status, 4);
+    EXPECT_EQ(run.Output, "Total Records Processed : 2\nSucessful Exports : 0\nErrors : 2\n");
+}
+
+TEST_F(CliTest, EachReportPrintsThePathOfItsFile) {
+    AddShop();
+    const std::vector<std::pair<std::string, std::string>> reports = {
+        {"compliant",           "report.htm" },
+        {"weighted-average",    "report2.htm"},
+        {"emission-average",    "report3.htm"},
+        {"additional-usage",    "report4.htm"},
+        {"additional-emission", "report5.htm"}
+    };
+    for (const auto& [kind, file] : reports) {
+        const ProgramRun run = Run({"report", kind, "--ending", "12/2005"});
+        EXPECT_EQ(run.Status, 0) << run.Errors;
+        EXPECT_EQ(run.Output, PathText(Folder / file) + "\n");
+        EXPECT_EQ(run.Errors, "");
+        EXPECT_NE(ContentOf(Folder / file).find("<u>Acme</u>"), std::string::npos);
+    }
+}
+
+TEST_F(CliTest, TheCompliantReportWithoutAnEndingHasAllMaterials) {
+    AddShop();
+    EXPECT_EQ(Run({"report", "compliant"}).Status, 0);
+    EXPECT_NE(ContentOf(Folder / "report.htm").find("<u>All Materials</u>"), std::string::npos);
+    EXPECT_EQ(Run({"report", "compliant", "--ending", "12/2005"}).Status, 0);
+    EXPECT_NE(ContentOf(Folder / "report.htm").find("Materials used from <u>01/2005</u> to <u>12/2005</u>"),
+              std::string::npos);
+}
+
+TEST_F(CliTest, AnEmptyReportIsDeclinedUnlessYesIsGiven) {
+    AddShop();
+    const ProgramRun declined = Run({"report", "compliant", "--ending", "12/2001"});
+    EXPECT_EQ(declined.Status, 3);
+    EXPECT_EQ(declined.Output, "");
+    EXPECT_FALSE(std::filesystem::exists(Folder / "report.htm"));
+    const ProgramRun wanted = Run({"report", "compliant", "--ending", "12/2001", "--yes"});
+    EXPECT_EQ(wanted.Status, 0);
+    EXPECT_NE(ContentOf(Folder / "report.htm").find("No record found"), std::string::npos);
+}
+
+TEST_F(CliTest, AReportThatCannotBeWrittenIsAFailureOfOneLine) {
+    AddShop();
+    std::filesystem::create_directory(Folder / "report2.htm");
+    const ProgramRun run = Run({"report", "weighted-average", "--ending", "12/2005"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Output, "");
+    EXPECT_EQ(CountLines(run.Errors), 1);
+}
+
+TEST_F(CliTest, WrongUseIsSaidInOneLineAndEndsWithStatus2) {
+    const std::vector<std::vector<std::string>> wrong = {
+        {          },
+        {                    "no-such-command"          },
+        {         "companies",           "surplus"},
+        {                 "add-company",           "Acme"},
+        {              "select-company",           "Acme"},
+        {              "select-company",           "40000"},
+        {                      "report",           "annual"},
+        {                      "report",           "weighted-average"},
+        {                      "report", "weighted-average", "--ending", "13/2005"},
+        {          "report",    "weighted-average", "--ending", "2005"},
+        {"--nothing",     "companies"}
+    };
+    for (const std::vector<std::string>& arguments : wrong) {
+        const ProgramRun run = Run(arguments);
+        SCOPED_TRACE(arguments.empty() ? "" : arguments.back());
+        EXPECT_EQ(run.Status, 2);
+        EXPECT_EQ(CountLines(run.Errors), 1) << run.Errors;
+        EXPECT_EQ(run.Output, "");
+    }
+    EXPECT_FALSE(std::filesystem::exists(Folder / "data"));
+}
+
+TEST_F(CliTest, HelpAndVersionAreThereForEveryCommand) {
+    for (const char* command : {"companies", "add-company", "select-company", "import-materials",
+                                "import-usage", "export-materials", "export-usage", "report"}) {
+        SCOPED_TRACE(command);
+        const ProgramRun help = Plain({command, "--help"});
+        EXPECT_EQ(help.Status, 0);
+        EXPECT_NE(help.Output.find(command), std::string::npos);
+        const ProgramRun version = Plain({command, "--version"});
+        EXPECT_EQ(version.Status, 0);
+        EXPECT_EQ(version.Output, "MACT (V1.1)\n");
+    }
+    EXPECT_EQ(Plain({"--help"}).Status, 0);
+    EXPECT_EQ(Plain({"--version"}).Output, "MACT (V1.1)\n");
+}
+
+TEST_F(CliTest, ARememberedCompanyThatIsNotANumberStopsTheProgram) {
+    Run({"add-company", "Acme", "Dock 1"});
+    Run({"select-company", "1"});
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(Config))
+        if (entry.is_regular_file()) {
+            std::string content = ContentOf(entry.path());
+            const std::size_t value = content.find("DEFAULT=1");
+            ASSERT_NE(value, std::string::npos);
+            WriteContent(entry.path(), content.replace(value, 9, "DEFAULT=x"));
+        }
+    const ProgramRun run = Run({"companies"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(CountLines(run.Errors), 1);
+}
+
+} // namespace

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// What a program printed and how it ended.
+struct ProgramRun {
+    int Status = -1; ///< -1 = it did not start, crashed or took more than a minute
+    std::string Output{};
+    std::string Errors{};
+};
+
+/// Runs a program to its end. Its settings are in `settingsFolder`, in place of the user's own.
+ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                      const std::filesystem::path& settingsFolder);

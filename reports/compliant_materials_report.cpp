@@ -48,6 +48,7 @@ FirstByIdentifier(const std::vector<MaterialRecord>& materials) {
 /// The materials in the order of the report, as often as it lists them.
 std::vector<const MaterialRecord*> ListAll(const std::vector<MaterialRecord>& materials) {
     std::vector<const MaterialRecord*> listed;
+    listed.reserve(materials.size());
     for (const MaterialRecord& material : materials)
         listed.push_back(&material);
     return listed;

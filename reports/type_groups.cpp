@@ -13,6 +13,7 @@ std::vector<TypeGroup> GroupByType(const std::vector<HapContentRecord>& rows) {
     std::vector<std::string> names = DistinctMaterialTypes(rows);
     std::ranges::stable_sort(names, {}, UpperCase);
     std::vector<TypeGroup> groups;
+    groups.reserve(names.size());
     for (const std::string& name : names)
         groups.push_back({name, openMethods[UpperCase(name)]});
     return groups;

@@ -91,7 +91,7 @@ template <class Record> std::string Pack(const RecordLayout<Record>& layout, con
         case FieldKind::Text: {
             const std::string& text = record.*field.TextMember;
             std::memset(bytes, ' ', field.Length);
-            std::memcpy(bytes, text.data(), std::min(text.size(), field.Length));
+            std::copy_n(text.data(), std::min(text.size(), field.Length), bytes);
             break;
         }
         case FieldKind::Double:

@@ -56,8 +56,9 @@ Done SetPollutantNumbers(MaterialRecord& material, std::string_view numbers, std
     return Success();
 }
 
-Result<std::int16_t> WriteMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
-                   std::unique_ptr<RecordFile> openFile) {
+Result<std::int16_t> WriteMaterial(AppContext& app, const MaterialEntry& entry,
+                                   std::optional<std::int16_t> materialId,
+                                   std::unique_ptr<RecordFile> openFile) {
     MaterialRecord material{.MaterialId = materialId.value_or(0),
                             .CustomId = std::string(Trim(entry.CustomId)),
                             .MaterialType = entry.MaterialType,
@@ -102,6 +103,15 @@ Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const Materia
     });
     if (!read) return read.error();
     return found;
+}
+
+Result<MaterialTextMap> ReadMaterialTexts(AppContext& app) {
+    MaterialTextMap texts;
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (material.Active) texts.try_emplace(material.MaterialId, Trim(material.CustomId));
+    });
+    if (!read) return read.error();
+    return texts;
 }
 
 bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<MaterialRecord>& results) {

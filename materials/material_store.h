@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 /// The materials of the current company, in data/<company>_materials.talvor.
@@ -33,6 +34,11 @@ Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const Materia
 
 /// Calls `visit` with every record of the file, deleted ones too, in file order. Shows nothing.
 Done VisitMaterials(AppContext& app, const std::function<void(const MaterialRecord&)>& visit);
+
+/// The Material ID, trimmed, of each live material by its number: what other records show of a material.
+/// Shows nothing.
+using MaterialTextMap = std::unordered_map<std::int16_t, std::string>;
+Result<MaterialTextMap> ReadMaterialTexts(AppContext& app);
 
 /// What a material is saved from.
 struct MaterialEntry {

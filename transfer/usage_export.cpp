@@ -8,12 +8,7 @@
 #include "transfer/transfer_texts.h"
 #include "usage/usage_store.h"
 
-#include <unordered_map>
-
 namespace {
-
-/// The Material ID, trimmed, of each live material by its number.
-using MaterialTextMap = std::unordered_map<std::int16_t, std::string>;
 
 struct UsageExport {
     std::string Content;
@@ -60,13 +55,14 @@ Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target)
     Result<TransferLog> log = TransferLog::Open(app.Files, logFile);
     if (!log) return log.error();
 
-    MaterialTextMap materials;
-    Done done = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (material.Active) materials.try_emplace(material.MaterialId, Trim(material.CustomId));
-    });
+    const Result<MaterialTextMap> materials = ReadMaterialTexts(app);
     UsageExport output;
-    if (done)
-        done = VisitUsage(app, [&](const UsageRecord& usage) { AddUsage(output, *log, materials, usage); });
+    Done done = Success();
+    if (!materials) {
+        done = materials.error();
+    } else {
+        done = VisitUsage(app, [&](const UsageRecord& usage) { AddUsage(output, *log, *materials, usage); });
+    }
     const Done logged = WriteLog(*log);
     if (done) done = logged;
     if (done) done = ReplaceFile(app.Files, target, output.Content);

@@ -8,22 +8,9 @@
 #include "store/record_file.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace {
-
-/// The Material ID text, trimmed, of each live material by its number.
-using MaterialTextMap = std::unordered_map<std::int16_t, std::string>;
-
-Result<MaterialTextMap> ReadMaterialTexts(AppContext& app) {
-    MaterialTextMap texts;
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (material.Active) texts.try_emplace(material.MaterialId, Trim(material.CustomId));
-    });
-    if (!read) return read.error();
-    return texts;
-}
 
 /// The materials whose numbers a later one is not to occur in.
 ///

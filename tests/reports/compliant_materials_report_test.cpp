@@ -98,6 +98,21 @@ TEST_F(CompliantMaterialsReport, MaterialUsedInThreeMonthsHasThreeRows) {
     EXPECT_EQ(RowCount("PR-100 - General purpose resin"), 3U);
 }
 
+TEST_F(CompliantMaterialsReport, FirstOfTwoMaterialsWithOneNumberIsTaken) {
+    UseSample();
+    MaterialRecord material = Material("Production resin", "Spray");
+    material.MaterialId = 1;
+    std::string slots;
+    for (const char* description : {"first", "second"}) {
+        material.Description = description;
+        slots += Pack(MaterialLayout, material);
+    }
+    WriteContent(Program.DataFile("1_materials.talvor"), slots);
+    GenerateCompliantMaterialsReport(Program.App, SamplePeriod);
+    EXPECT_EQ(RowCount("GC-1 - first"), 3U);
+    EXPECT_EQ(RowCount("GC-1 - second"), 0U);
+}
+
 TEST_F(CompliantMaterialsReport, WithoutMaterialsTheUserIsAsked) {
     EXPECT_EQ(GenerateCompliantMaterialsReport(Program.App, AllMaterials), ReportDeclined);
     EXPECT_EQ(Program.ShownTexts(),

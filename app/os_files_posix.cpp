@@ -1,6 +1,6 @@
 #include "app/os_files.h"
 
-#include "base/text.h"
+#include "app/os_failures.h"
 
 #include <cerrno>
 #include <chrono>
@@ -14,21 +14,8 @@
 
 namespace {
 
-constexpr auto LongestWaitForLock = std::chrono::seconds(2);
-constexpr auto WaitBetweenTries = std::chrono::milliseconds(10);
-
-/// The sentence for a failed operation; `doing` is as in "open the file".
-Failure Describe(std::string_view doing, const std::filesystem::path& path, std::string_view reason) {
-    std::string sentence = "Cannot ";
-    sentence += doing;
-    sentence += " \"" + PathText(path) + "\": ";
-    sentence += reason;
-    sentence += '.';
-    return {sentence};
-}
-
 Failure DescribeError(std::string_view doing, const std::filesystem::path& path, int error) {
-    return Describe(doing, path, std::generic_category().message(error));
+    return DescribeFailure(doing, path, std::generic_category().message(error));
 }
 
 /// Runs a system call again while signals interrupt it.
@@ -101,8 +88,7 @@ public:
         while (Retry([&] { return ::flock(m_descriptor, LOCK_EX | LOCK_NB); }) != 0) {
             if (errno != EWOULDBLOCK) return DescribeError("lock the file", m_path, errno);
             if (std::chrono::steady_clock::now() >= giveUpAt)
-                return Describe("lock the file", m_path,
-                                "another running copy of the program is working with it");
+                return DescribeFailure("lock the file", m_path, LockedByAnotherCopy);
             std::this_thread::sleep_for(WaitBetweenTries);
         }
         return Success();

@@ -1,0 +1,191 @@
+#include "app/os_files.h"
+
+#include "app/os_failures.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <string>
+#include <thread>
+#include <windows.h>
+
+namespace {
+
+/// No record lies as far as the byte that a lock takes: Windows keeps readers away from locked bytes.
+constexpr std::uint64_t LockedByte = 0x7FFF'FFFF'0000'0000;
+/// One call's share of a long read or write: its count has 32 bits.
+constexpr std::size_t LongestTransfer = 1U << 30U;
+
+std::string Utf8(std::wstring_view text) {
+    const int length = static_cast<int>(text.size());
+    const int count = ::WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string bytes(static_cast<std::size_t>(count), '\0');
+    ::WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), count, nullptr, nullptr);
+    return bytes;
+}
+
+/// The system's text in the user's language, without the period and the line end that it comes with.
+std::string Reason(DWORD error) {
+    std::array<wchar_t, 512> buffer{};
+    constexpr DWORD flags =
+        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
+    const DWORD length =
+        ::FormatMessageW(flags, nullptr, error, 0, buffer.data(), static_cast<DWORD>(buffer.size()), nullptr);
+    std::wstring_view text(buffer.data(), length);
+    const std::size_t last = text.find_last_not_of(L" .\r\n");
+    text = text.substr(0, last == std::wstring_view::npos ? 0 : last + 1);
+    return text.empty() ? "system error " + std::to_string(error) : Utf8(text);
+}
+
+Failure DescribeError(std::string_view doing, const std::filesystem::path& path, DWORD error) {
+    return DescribeFailure(doing, path, Reason(error));
+}
+
+OVERLAPPED At(std::uint64_t offset) {
+    OVERLAPPED position{};
+    position.Offset = static_cast<DWORD>(offset & 0xFFFF'FFFF);
+    position.OffsetHigh = static_cast<DWORD>(offset >> 32U);
+    return position;
+}
+
+class WindowsFile : public OpenFile {
+public:
+    WindowsFile(HANDLE handle, std::filesystem::path path) : m_handle(handle), m_path(std::move(path)) {}
+    WindowsFile(const WindowsFile&) = delete;
+    WindowsFile& operator=(const WindowsFile&) = delete;
+    ~WindowsFile() override {
+        if (m_isLocked) {
+            // Closing would unlock too, but only some time later.
+            OVERLAPPED position = At(LockedByte);
+            ::UnlockFileEx(m_handle, 0, 1, 0, &position);
+        }
+        ::CloseHandle(m_handle);
+    }
+
+    Result<std::uint64_t> Length() override {
+        LARGE_INTEGER length{};
+        if (!::GetFileSizeEx(m_handle, &length))
+            return DescribeError("read the length of the file", m_path, ::GetLastError());
+        return static_cast<std::uint64_t>(length.QuadPart);
+    }
+
+    Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
+        std::size_t count = 0;
+        while (count < bytes.size()) {
+            const auto wanted = static_cast<DWORD>(std::min(bytes.size() - count, LongestTransfer));
+            OVERLAPPED position = At(offset + count);
+            DWORD read = 0;
+            if (!::ReadFile(m_handle, bytes.data() + count, wanted, &read, &position)) {
+                const DWORD error = ::GetLastError();
+                if (error == ERROR_HANDLE_EOF) break;
+                return DescribeError("read from the file", m_path, error);
+            }
+            if (read == 0) break;
+            count += read;
+        }
+        return count;
+    }
+
+    Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
+        while (!bytes.empty()) {
+            const auto wanted = static_cast<DWORD>(std::min(bytes.size(), LongestTransfer));
+            OVERLAPPED position = At(offset);
+            DWORD written = 0;
+            if (!::WriteFile(m_handle, bytes.data(), wanted, &written, &position))
+                return DescribeError("write to the file", m_path, ::GetLastError());
+            bytes.remove_prefix(written);
+            offset += written;
+        }
+        return Success();
+    }
+
+    Done CutTo(std::uint64_t length) override {
+        const Result<std::uint64_t> present = Length();
+        if (!present) return present.error();
+        if (*present <= length) return Success();
+        FILE_END_OF_FILE_INFO end{};
+        end.EndOfFile.QuadPart = static_cast<LONGLONG>(length);
+        if (!::SetFileInformationByHandle(m_handle, FileEndOfFileInfo, &end, sizeof end))
+            return DescribeError("shorten the file", m_path, ::GetLastError());
+        return Success();
+    }
+
+    Done Flush() override {
+        if (::FlushFileBuffers(m_handle)) return Success();
+        // A device has nothing to wait for.
+        const DWORD error = ::GetLastError();
+        if (error == ERROR_INVALID_FUNCTION) return Success();
+        return DescribeError("write to the disk what was saved in the file", m_path, error);
+    }
+
+    Done Lock() override {
+        constexpr DWORD flags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+        const auto giveUpAt = std::chrono::steady_clock::now() + LongestWaitForLock;
+        while (!m_isLocked) {
+            OVERLAPPED position = At(LockedByte);
+            m_isLocked = ::LockFileEx(m_handle, flags, 0, 1, 0, &position) != 0;
+            if (m_isLocked) break;
+            const DWORD error = ::GetLastError();
+            if (error != ERROR_LOCK_VIOLATION) return DescribeError("lock the file", m_path, error);
+            if (std::chrono::steady_clock::now() >= giveUpAt)
+                return DescribeFailure("lock the file", m_path, LockedByAnotherCopy);
+            std::this_thread::sleep_for(WaitBetweenTries);
+        }
+        return Success();
+    }
+
+private:
+    HANDLE m_handle;
+    std::filesystem::path m_path;
+    bool m_isLocked = false;
+};
+
+struct Opening {
+    DWORD Access;
+    DWORD Creation;
+};
+
+Opening OpeningFor(OpenMode mode) {
+    switch (mode) {
+    case OpenMode::Read:
+        return {GENERIC_READ, OPEN_EXISTING};
+    case OpenMode::ReadOrCreate:
+        return {GENERIC_READ, OPEN_ALWAYS};
+    case OpenMode::Update:
+        return {GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS};
+    case OpenMode::Replace:
+        return {GENERIC_WRITE, CREATE_ALWAYS};
+    }
+    return {GENERIC_READ, OPEN_EXISTING};
+}
+
+} // namespace
+
+// "class", since windows.h has a function of that name.
+Result<std::unique_ptr<class OpenFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
+    // Other copies of the program may read, write and replace the file meanwhile; Lock keeps writers apart.
+    constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const Opening opening = OpeningFor(mode);
+    const HANDLE handle = ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return DescribeError("open the file", path, ::GetLastError());
+    return std::unique_ptr<class OpenFile>(std::make_unique<WindowsFile>(handle, path));
+}
+
+Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
+    constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    if (!::MoveFileExW(from.c_str(), to.c_str(), flags))
+        return DescribeError("replace the file", to, ::GetLastError());
+    return Success();
+}
+
+Done OsFiles::Remove(const std::filesystem::path& path) {
+    if (!::DeleteFileW(path.c_str())) return DescribeError("remove the file", path, ::GetLastError());
+    return Success();
+}
+
+Done OsFiles::CreateFolder(const std::filesystem::path& path) {
+    if (!::CreateDirectoryW(path.c_str(), nullptr))
+        return DescribeError("create the folder", path, ::GetLastError());
+    return Success();
+}

@@ -1,0 +1,161 @@
+#include "app/dialog_routines.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QValidator>
+
+#include <optional>
+
+namespace {
+
+/// Lets everything pass, with "?" for each character that the code page lacks.
+class CodePageValidator : public QValidator {
+public:
+    using QValidator::QValidator;
+
+    State validate(QString& text, int& position) const override {
+        const QString before = FromCodePage(ToCodePage(text.left(position)));
+        const QString after = FromCodePage(ToCodePage(text.mid(position)));
+        position = static_cast<int>(before.size()); // a character of two code units is one "?"
+        text = before + after;
+        return Acceptable;
+    }
+};
+
+QString TextAt(const QListWidget& list, int row) {
+    return list.item(row)->text();
+}
+QString TextAt(const QComboBox& combo, int row) {
+    return combo.itemText(row);
+}
+QVariant DataAt(const QListWidget& list, int row) {
+    return list.item(row)->data(Qt::UserRole);
+}
+QVariant DataAt(const QComboBox& combo, int row) {
+    return combo.itemData(row);
+}
+void SelectRow(QListWidget& list, int row) {
+    list.setCurrentRow(row);
+}
+void SelectRow(QComboBox& combo, int row) {
+    combo.setCurrentIndex(row);
+}
+
+template <class List> std::optional<int> RowWithData(const List& list, const QVariant& value) {
+    const std::optional<double> number = ParseNumber(value.toString().toStdString());
+    for (int row = 0; number && row < list.count(); ++row)
+        if (DataAt(list, row).toDouble() == *number) return row;
+    return {};
+}
+
+template <class List> std::optional<int> RowWithText(const List& list, const QVariant& value) {
+    const std::string key = ComparisonKey(ToCodePage(value.toString()));
+    for (int row = 0; row < list.count(); ++row)
+        if (ComparisonKey(ToCodePage(TextAt(list, row))) == key) return row;
+    return {};
+}
+
+template <class List> void Select(List& list, const QVariant& value, bool byItemData) {
+    if (!value.isValid()) {
+        SelectRow(list, list.count() > 0 ? 0 : -1);
+        return;
+    }
+    const std::optional<int> row = byItemData ? RowWithData(list, value) : RowWithText(list, value);
+    if (row) SelectRow(list, *row);
+}
+
+} // namespace
+
+QString FromCodePage(std::string_view codePageText) {
+    return QString::fromStdString(Utf8FromCodePage(codePageText));
+}
+
+std::string ToCodePage(const QString& text) {
+    return CodePageFromUtf8(text.toStdString());
+}
+
+QString FromPath(const std::filesystem::path& path) {
+    return QDir::toNativeSeparators(QString::fromStdString(PathText(path)));
+}
+
+std::filesystem::path ToPath(const QString& text) {
+    return PathFromUtf8(QDir::toNativeSeparators(text).toStdString());
+}
+
+void AcceptCodePageText(QLineEdit& edit) {
+    edit.setValidator(new CodePageValidator(&edit));
+}
+
+void ShowLines(QListWidget& list, const ListLines& lines) {
+    list.setUniformItemSizes(true); // or each of them would be laid out by itself
+    list.setUpdatesEnabled(false);
+    list.clear();
+    for (const ListLine& line : lines) {
+        auto* item = new QListWidgetItem(FromCodePage(line.Text));
+        item->setData(Qt::UserRole, line.ItemData);
+        list.addItem(item);
+    }
+    list.setCurrentRow(-1);
+    list.setUpdatesEnabled(true);
+}
+
+void ShowLines(QComboBox& combo, const ListLines& lines) {
+    if (auto* view = qobject_cast<QListView*>(combo.view())) view->setUniformItemSizes(true);
+    // One whole model in place of the old one: each line added by itself would select and measure.
+    auto* model = new QStandardItemModel(0, 1, &combo);
+    QList<QStandardItem*> items;
+    items.reserve(static_cast<qsizetype>(lines.size()));
+    for (const ListLine& line : lines) {
+        auto* item = new QStandardItem(FromCodePage(line.Text));
+        item->setData(line.ItemData, Qt::UserRole);
+        items.append(item);
+    }
+    model->invisibleRootItem()->appendRows(items);
+    combo.setModel(model); // deletes the old one
+    combo.setCurrentIndex(-1);
+}
+
+int SelectedRow(const QListWidget& list) {
+    const QListWidgetItem* current = list.currentItem();
+    return current && current->isSelected() ? list.currentRow() : -1;
+}
+
+void SelectListItem(QListWidget& list, const QVariant& value, bool byItemData) {
+    Select(list, value, byItemData);
+}
+
+void SelectListItem(QComboBox& combo, const QVariant& value, bool byItemData) {
+    Select(combo, value, byItemData);
+}
+
+void SetListButtons(QPushButton* primary, QPushButton* second, QPushButton* selection,
+                    QPushButton* secondSelection, const QListWidget* list) {
+    const bool hasSelection = list && SelectedRow(*list) >= 0;
+    if (primary) {
+        primary->setEnabled(true);
+        primary->setDefault(true);
+    }
+    if (second) second->setEnabled(true);
+    if (selection && list) {
+        selection->setEnabled(hasSelection);
+        selection->setDefault(hasSelection);
+    }
+    if (secondSelection && list) secondSelection->setEnabled(hasSelection);
+}
+
+BusyCursor::BusyCursor() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+BusyCursor::~BusyCursor() {
+    QApplication::restoreOverrideCursor();
+}

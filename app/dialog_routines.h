@@ -1,0 +1,63 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "base/list_lines.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+class QComboBox;
+class QDialog;
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+class QWidget;
+
+/// What every window does alike. Text is converted here, at the controls: QString in the window, code-page
+/// text (records) or UTF-8 text (paths and messages) below it.
+
+QString FromCodePage(std::string_view codePageText);
+/// A character that the code page lacks becomes "?".
+std::string ToCodePage(const QString& text);
+/// The path with the platform's separators.
+QString FromPath(const std::filesystem::path& path);
+std::filesystem::path ToPath(const QString& text);
+
+/// From now on a character that the code page lacks becomes "?" where it is typed or pasted.
+void AcceptCodePageText(QLineEdit& edit);
+
+/// Fills the list with the lines, their item data in Qt::UserRole; no line is selected. 32,767 lines are no
+/// wait.
+void ShowLines(QListWidget& list, const ListLines& lines);
+void ShowLines(QComboBox& combo, const ListLines& lines);
+
+/// The selected line, or -1. A line that has only the keyboard focus is not selected.
+int SelectedRow(const QListWidget& list);
+
+/// Selects the first line whose item data is the number `value` or, unless `byItemData`, whose trimmed text
+/// is `value` whatever its case; without one the selection stays. Without a value it selects the first line.
+void SelectListItem(QListWidget& list, const QVariant& value = {}, bool byItemData = true);
+void SelectListItem(QComboBox& combo, const QVariant& value = {}, bool byItemData = true);
+
+/// Enables the first two buttons, the first one as the window's default. The selection buttons are enabled
+/// while the list has a selected line; the first of them is then the default in place of the primary one.
+void SetListButtons(QPushButton* primary = nullptr, QPushButton* second = nullptr,
+                    QPushButton* selection = nullptr, QPushButton* secondSelection = nullptr,
+                    const QListWidget* list = nullptr);
+
+/// Shows the dialog until it closes, in the size that the user gave it the last time, kept under `name` in
+/// the settings (its object name when left out). Never larger than the screen.
+int ShowModally(AppContext& app, QDialog& window, const QString& name = {});
+
+/// The busy pointer, while it lives.
+class BusyCursor {
+public:
+    BusyCursor();
+    BusyCursor(const BusyCursor&) = delete;
+    BusyCursor& operator=(const BusyCursor&) = delete;
+    ~BusyCursor();
+};

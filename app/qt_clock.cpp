@@ -1,0 +1,8 @@
+#include "app/qt_clock.h"
+
+#include <QDate>
+
+std::chrono::year_month QtClock::CurrentMonth() {
+    const QDate today = QDate::currentDate();
+    return std::chrono::year{today.year()} / std::chrono::month{static_cast<unsigned>(today.month())};
+}

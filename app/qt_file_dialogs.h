@@ -1,0 +1,10 @@
+#pragma once
+
+#include "base/services.h"
+
+/// The platform's file dialogs over the active window.
+class QtFileDialogs : public FileDialogs {
+public:
+    std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title) override;
+    std::optional<std::filesystem::path> ChooseFileToSave(const std::string& title) override;
+};

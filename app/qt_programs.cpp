@@ -1,0 +1,47 @@
+#include "app/qt_programs.h"
+
+#include "base/text.h"
+
+#ifdef _WIN32
+#include <system_error>
+#include <windows.h>
+#else
+#include <QProcess>
+#include <QStringList>
+#endif
+
+#ifdef _WIN32
+
+Done QtPrograms::Start(const ProgramStart& start) {
+    std::wstring commandLine = PathFromUtf8(start.CommandLine).wstring(); // CreateProcessW may write into it
+    STARTUPINFOW window{};
+    window.cb = sizeof window;
+    window.dwFlags = STARTF_USESHOWWINDOW;
+    window.wShowWindow = start.HasHiddenWindow ? SW_HIDE : SW_SHOWNORMAL;
+    const DWORD flags = start.HasHiddenWindow ? CREATE_NO_WINDOW : 0;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, flags, nullptr, nullptr,
+                        &window, &process)) {
+        const std::error_code reason(static_cast<int>(GetLastError()), std::system_category());
+        return Failure{"Cannot start \"" + start.CommandLine + "\": " + reason.message() + "."};
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return Success();
+}
+
+#else
+
+Done QtPrograms::Start(const ProgramStart& start) {
+    QStringList arguments;
+    for (const std::string& argument : start.Arguments)
+        arguments << QString::fromStdString(argument);
+    QProcess process;
+    process.setProgram(QString::fromStdString(PathText(start.Program)));
+    process.setArguments(arguments);
+    if (process.startDetached()) return Success();
+    return Failure{"Cannot start the program \"" + PathText(start.Program) +
+                   "\": " + process.errorString().toStdString() + "."};
+}
+
+#endif

@@ -1,0 +1,231 @@
+#include "app/dialog_routines.h"
+#include "tests/support/test_program.h"
+#include "tests/support/windows.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+
+namespace {
+
+const ListLines ThreeLines{
+    {"JAN",       1},
+    {" Feb ",     2},
+    {"\xC9t\xE9", 7}
+};
+
+void Type(QLineEdit& edit, const QString& text) {
+    for (const QChar character : text) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(character));
+        QApplication::sendEvent(&edit, &press);
+    }
+}
+
+void Paste(QLineEdit& edit, const QString& text) {
+    edit.insert(text);
+}
+
+} // namespace
+
+class dialog_routines_test : public QObject {
+    Q_OBJECT
+
+private slots:
+    void Lines_are_shown_with_their_item_data_and_none_selected() {
+        QListWidget list;
+        ShowLines(list, ThreeLines);
+        QCOMPARE(list.count(), 3);
+        QCOMPARE(list.item(2)->text(), QStringLiteral("\u00C9t\u00E9"));
+        QCOMPARE(list.item(2)->data(Qt::UserRole).toInt(), 7);
+        QCOMPARE(SelectedRow(list), -1);
+        QComboBox combo;
+        ShowLines(combo, ThreeLines);
+        QCOMPARE(combo.count(), 3);
+        QCOMPARE(combo.itemText(1), QStringLiteral(" Feb "));
+        QCOMPARE(combo.itemData(1).toInt(), 2);
+        QCOMPARE(combo.currentIndex(), -1);
+    }
+
+    void Lines_replace_those_before() {
+        QListWidget list;
+        QComboBox combo;
+        ShowLines(list, ThreeLines);
+        ShowLines(combo, ThreeLines);
+        ShowLines(list, {});
+        ShowLines(combo, {
+                             {"x", 9}
+        });
+        QCOMPARE(list.count(), 0);
+        QCOMPARE(combo.count(), 1);
+    }
+
+    void A_full_file_of_lines_is_listed_without_measuring_each() {
+        QListWidget list;
+        ShowLines(list, ListLines(32767, {"GC-100 - White gel coat", 1}));
+        QCOMPARE(list.count(), 32767);
+        QVERIFY(list.uniformItemSizes());
+    }
+
+    void Select_without_value_takes_the_first_line() {
+        QListWidget list;
+        ShowLines(list, ThreeLines);
+        SelectListItem(list);
+        QCOMPARE(SelectedRow(list), 0);
+    }
+
+    void Select_on_an_empty_list_without_value_selects_none() {
+        QListWidget list;
+        SelectListItem(list);
+        QCOMPARE(SelectedRow(list), -1);
+        QComboBox combo;
+        SelectListItem(combo);
+        QCOMPARE(combo.currentIndex(), -1);
+    }
+
+    void Select_by_an_absent_value_leaves_the_selection() {
+        QListWidget list;
+        ShowLines(list, ThreeLines);
+        list.setCurrentRow(1);
+        SelectListItem(list, 12);
+        QCOMPARE(SelectedRow(list), 1);
+        SelectListItem(list, QStringLiteral("DEC"), false);
+        QCOMPARE(SelectedRow(list), 1);
+        SelectListItem(list, QStringLiteral("no number"));
+        QCOMPARE(SelectedRow(list), 1);
+    }
+
+    void Select_by_item_data_takes_the_first_that_equals() {
+        QComboBox combo;
+        ShowLines(combo, {
+                             {"a", 5},
+                             {"b", 7},
+                             {"c", 7}
+        });
+        SelectListItem(combo, 7);
+        QCOMPARE(combo.currentIndex(), 1);
+        SelectListItem(combo, QStringLiteral("5"));
+        QCOMPARE(combo.currentIndex(), 0);
+    }
+
+    void Select_by_text_ignores_case_and_the_spaces_around() {
+        QListWidget list;
+        ShowLines(list, ThreeLines);
+        SelectListItem(list, QStringLiteral("  feb"), false);
+        QCOMPARE(SelectedRow(list), 1);
+        SelectListItem(list, QStringLiteral("\u00C9T\u00C9 "), false);
+        QCOMPARE(SelectedRow(list), 2);
+    }
+
+    void Buttons_without_a_selected_line() {
+        QDialog window;
+        QPushButton first(&window), second(&window), selection(&window), other(&window);
+        QListWidget list(&window);
+        first.setEnabled(false);
+        second.setEnabled(false);
+        selection.setDefault(true);
+        SetListButtons(&first, &second, &selection, &other, &list);
+        QVERIFY(first.isEnabled() && second.isEnabled());
+        QVERIFY(first.isDefault());
+        QVERIFY(!selection.isEnabled() && !selection.isDefault());
+        QVERIFY(!other.isEnabled());
+    }
+
+    void Buttons_with_a_selected_line() {
+        QDialog window;
+        QPushButton first(&window), second(&window), selection(&window), other(&window);
+        QListWidget list(&window);
+        ShowLines(list, ThreeLines);
+        SelectListItem(list);
+        SetListButtons(&first, &second, &selection, &other, &list);
+        QVERIFY(selection.isEnabled() && selection.isDefault());
+        QVERIFY(other.isEnabled());
+        QVERIFY(!first.isDefault());
+    }
+
+    void Buttons_that_are_left_out_stay_as_they_are() {
+        QDialog window;
+        QPushButton selection(&window);
+        selection.setEnabled(false);
+        SetListButtons(nullptr, nullptr, &selection, nullptr, nullptr);
+        QVERIFY(!selection.isEnabled());
+    }
+
+    void A_character_that_the_code_page_lacks_becomes_a_question_mark_where_it_is_typed() {
+        QLineEdit edit;
+        AcceptCodePageText(edit);
+        edit.setText(QStringLiteral("ab"));
+        edit.setCursorPosition(1);
+        Type(edit, QStringLiteral("\u0141\u00E9"));
+        QCOMPARE(edit.text(), QStringLiteral("a?\u00E9b"));
+        QCOMPARE(edit.cursorPosition(), 3);
+    }
+
+    void A_pasted_character_of_two_code_units_is_one_question_mark() {
+        QLineEdit edit;
+        AcceptCodePageText(edit);
+        edit.setText(QStringLiteral("ab"));
+        edit.setCursorPosition(1);
+        Paste(edit, QStringLiteral("\U0001F6A4x"));
+        QCOMPARE(edit.text(), QStringLiteral("a?xb"));
+        QCOMPARE(edit.cursorPosition(), 3);
+    }
+
+    void A_size_that_the_user_gave_comes_back() {
+        TestProgram program;
+        {
+            QDialog window;
+            window.setObjectName(QStringLiteral("frmTest"));
+            window.resize(300, 200);
+            InNextModal<QDialog>([](QDialog& shown) { shown.resize(410, 320); });
+            ShowModally(program.App, window);
+        }
+        QDialog window;
+        window.setObjectName(QStringLiteral("frmTest"));
+        window.resize(300, 200);
+        QSize size;
+        InNextModal<QDialog>([&size](QDialog& shown) { size = shown.size(); });
+        ShowModally(program.App, window);
+        QCOMPARE(size, QSize(410, 320));
+    }
+
+    void A_size_that_the_user_left_alone_is_not_kept() {
+        TestProgram program;
+        QDialog window;
+        window.setObjectName(QStringLiteral("frmTest"));
+        InNextModal<QDialog>([](QDialog&) {});
+        ShowModally(program.App, window);
+        QVERIFY(program.Settings.Values.empty());
+    }
+
+    void A_kept_size_never_exceeds_the_screen() {
+        TestProgram program;
+        program.Settings.Values[{"WINDOWS", "frmTest"}] = "30000x20000";
+        QDialog window;
+        window.setObjectName(QStringLiteral("frmTest"));
+        QSize size;
+        InNextModal<QDialog>([&size](QDialog& shown) { size = shown.size(); });
+        ShowModally(program.App, window);
+        const QSize screen = window.screen()->availableSize();
+        QVERIFY(size.width() <= screen.width() && size.height() <= screen.height());
+    }
+
+    void A_kept_size_that_makes_no_sense_is_ignored() {
+        TestProgram program;
+        program.Settings.Values[{"WINDOWS", "frmTest"}] = "wide";
+        QDialog window;
+        window.setObjectName(QStringLiteral("frmTest"));
+        window.resize(300, 200);
+        QSize size;
+        InNextModal<QDialog>([&size](QDialog& shown) { size = shown.size(); });
+        ShowModally(program.App, window);
+        QCOMPARE(size, QSize(300, 200));
+    }
+};
+
+QTEST_MAIN(dialog_routines_test)
+#include "dialog_routines_test.moc"

@@ -1,0 +1,178 @@
+#include "app/qt_clock.h"
+#include "app/qt_programs.h"
+#include "app/qt_prompts.h"
+#include "app/qt_settings.h"
+#include "base/text.h"
+#include "tests/support/test_program.h"
+#include "tests/support/windows.h"
+
+#include <QDate>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSettings>
+#include <QTest>
+
+#ifndef _WIN32
+#include <fstream>
+#include <sys/stat.h>
+#endif
+
+class qt_services_test : public QObject {
+    Q_OBJECT
+
+    /// Settings in a folder of their own.
+    struct SettingsFolder {
+        TemporaryFolder Folder;
+        QtSettings Settings;
+        SettingsFolder() { Use(Folder.Path()); }
+        static void Use(const std::filesystem::path& path) {
+            QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                               QString::fromStdString(PathText(path)));
+        }
+        std::filesystem::path File() const { return Folder.Path() / "MACT" / "TALVOR_QUME_APP.conf"; }
+    };
+
+private slots:
+    void A_setting_that_was_never_written_is_empty() {
+        SettingsFolder folder;
+        QCOMPARE(folder.Settings.Read("BACKUP", "PATH"), std::string());
+    }
+
+    void Settings_come_back_as_they_were_written() {
+        SettingsFolder folder;
+        const std::string value = "C:\\Caf\xC3\xA9, \"\xC5\x81\xC3\xB3"
+                                  "d\xC5\xBA\"; 100%=@Variant(x)\\ ";
+        QVERIFY(folder.Settings.Write("BROWSER", "PATH", value));
+        QVERIFY(folder.Settings.Write("BACKUP", "PATH", ""));
+        QCOMPARE(QtSettings().Read("BROWSER", "PATH"), value);
+        QCOMPARE(QtSettings().Read("BACKUP", "PATH"), std::string());
+    }
+
+    void A_setting_is_on_disk_when_it_is_written() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        QVERIFY(folder.Settings.Write("COMPANY", "DEFAULT", "12"));
+        QCOMPARE(ContentOf(folder.File()), std::string("[COMPANY]\nDEFAULT=12\n"));
+#endif
+    }
+
+    void A_comma_in_a_file_that_was_edited_by_hand_stays() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        std::filesystem::create_directory(folder.File().parent_path());
+        WriteContent(folder.File(), "[BROWSER]\nPATH=/opt/a,b/browser\n");
+        QCOMPARE(folder.Settings.Read("BROWSER", "PATH"), std::string("/opt/a,b/browser"));
+#endif
+    }
+
+    void A_setting_that_cannot_be_saved_is_a_failure_that_names_the_file() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        WriteContent(folder.Folder.Path() / "file", "");
+        SettingsFolder::Use(folder.Folder.Path() / "file"); // no folder, so nothing fits below it
+        const Done written = folder.Settings.Write("COMPANY", "DEFAULT", "1");
+        QVERIFY(!written);
+        QCOMPARE(written.error().Description,
+                 "Cannot save the setting COMPANY/DEFAULT in \"" +
+                     PathText(folder.Folder.Path() / "file" / "MACT" / "TALVOR_QUME_APP.conf") +
+                     "\": it cannot be written.");
+#endif
+    }
+
+    void A_message_box_shows_plain_text_under_the_caption() {
+        QString text;
+        QString caption;
+        Qt::TextFormat format = Qt::AutoText;
+        InNextModal<QMessageBox>([&](QMessageBox& box) {
+            text = box.text();
+            caption = box.windowTitle();
+            format = box.textFormat();
+        });
+        QtPrompts().Show({"<b>Caf\xC3\xA9</b>\r\nline 2"});
+        QCOMPARE(text, QStringLiteral("<b>Caf\u00E9</b>\nline 2"));
+        QCOMPARE(caption, QStringLiteral("MACT"));
+        QCOMPARE(format, Qt::PlainText);
+    }
+
+    void Each_kind_of_message_has_its_icon() {
+        const std::pair<PromptKind, QMessageBox::Icon> icons[] = {
+            {PromptKind::Failure,     QMessageBox::Critical   },
+            {PromptKind::FormErrors,  QMessageBox::Information},
+            {PromptKind::Information, QMessageBox::Information},
+            {PromptKind::Exclamation, QMessageBox::Warning    },
+            {PromptKind::Question,    QMessageBox::Question   },
+        };
+        for (const auto& [kind, expected] : icons) {
+            QMessageBox::Icon icon = QMessageBox::NoIcon;
+            InNextModal<QMessageBox>([&](QMessageBox& box) { icon = box.icon(); });
+            QtPrompts().Show({"x", kind});
+            QCOMPARE(icon, expected);
+        }
+    }
+
+    void A_question_answers_with_the_button_that_was_pressed() {
+        InNextModal<QMessageBox>([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+        QCOMPARE(QtPrompts().Show({"x", PromptKind::Question, PromptButtons::YesNo}), PromptAnswer::Yes);
+        InNextModal<QMessageBox>([](QMessageBox& box) { box.button(QMessageBox::No)->click(); });
+        QCOMPARE(QtPrompts().Show({"x", PromptKind::Question, PromptButtons::YesNoCancel}), PromptAnswer::No);
+    }
+
+    void Enter_and_Escape_answer_a_question_with_No() {
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            InNextModal<QMessageBox>([key](QMessageBox& box) { QTest::keyClick(&box, key); });
+            QCOMPARE(QtPrompts().Show({"x", PromptKind::Question, PromptButtons::YesNo}), PromptAnswer::No);
+        }
+    }
+
+    void A_question_that_is_closed_counts_as_No_or_Cancel() {
+        InNextModal<QMessageBox>([](QMessageBox& box) { box.close(); });
+        QCOMPARE(QtPrompts().Show({"x", PromptKind::Question, PromptButtons::YesNo}), PromptAnswer::No);
+        InNextModal<QMessageBox>([](QMessageBox& box) { box.close(); });
+        QCOMPARE(QtPrompts().Show({"x", PromptKind::Question, PromptButtons::YesNoCancel}),
+                 PromptAnswer::Cancel);
+    }
+
+    void A_program_gets_its_arguments_whole() {
+#ifdef _WIN32
+        QSKIP("Windows starts the command line.");
+#else
+        TemporaryFolder folder;
+        const std::filesystem::path pipe = folder.Path() / "pipe";
+        QCOMPARE(mkfifo(pipe.c_str(), 0600), 0);
+        const std::vector<std::string> arguments = {"-c", "printf '%s|%s' \"$0\" \"$1\" > \"$2\"", "a b",
+                                                    "$HOME \"q\"", PathText(pipe)};
+        QVERIFY(QtPrograms().Start({"/bin/sh", arguments, "", false}));
+        QCOMPARE(ContentOf(pipe), std::string("a b|$HOME \"q\"")); // reading waits for the writer
+#endif
+    }
+
+    void A_program_that_does_not_exist_is_a_failure_that_names_it() {
+#ifdef _WIN32
+        QSKIP("Windows starts the command line.");
+#else
+        const Done started = QtPrograms().Start({"/no/such browser", {}, "", false});
+        QVERIFY(!started);
+        QVERIFY(started.error().Description.starts_with("Cannot start the program \"/no/such browser\": "));
+#endif
+    }
+
+    void The_clock_tells_the_month_of_today() {
+        const QDate before = QDate::currentDate();
+        const std::chrono::year_month month = QtClock().CurrentMonth();
+        const QDate after = QDate::currentDate();
+        const QDate told(static_cast<int>(month.year()),
+                         static_cast<int>(static_cast<unsigned>(month.month())), 1);
+        QVERIFY(told == QDate(before.year(), before.month(), 1) ||
+                told == QDate(after.year(), after.month(), 1));
+    }
+};
+
+QTEST_MAIN(qt_services_test)
+#include "qt_services_test.moc"

@@ -1,0 +1,118 @@
+#include "store/frm_company.h"
+
+#include "app/dialog_routines.h"
+#include "base/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "store/company_texts.h"
+#include "ui_frm_company.h"
+
+namespace {
+
+std::string TrimmedText(const QLineEdit& edit) {
+    return std::string(Trim(ToCodePage(edit.text())));
+}
+
+} // namespace
+
+frmCompany::frmCompany(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmCompany>()) {
+    m_ui->setupUi(this);
+    m_ui->lbl_Id->hide();
+    for (QLineEdit* edit : {m_ui->txt_CompanyName, m_ui->txt_CompanyLocation}) {
+        AcceptCodePageText(*edit);
+        connect(edit, &QLineEdit::textChanged, this, &frmCompany::Enable_Button);
+    }
+    connect(m_ui->lst_Companies, &QListWidget::itemSelectionChanged, this, &frmCompany::Enable_List_Buttons);
+    connect(m_ui->lst_Companies, &QListWidget::itemDoubleClicked, this, &frmCompany::Select_Company);
+    connect(m_ui->cmd_Switch, &QPushButton::clicked, this, &frmCompany::Select_Company);
+    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmCompany::Edit_Company);
+    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmCompany::Save_Company);
+    Fill_List();
+    Show_Current_Company();
+    Enable_Button();
+    // Who has no company yet starts by typing one.
+    if (m_ui->lst_Companies->count() == 0) m_ui->txt_CompanyName->setFocus();
+}
+
+frmCompany::~frmCompany() = default;
+
+void frmCompany::Fill_List() {
+    std::vector<CompanyRecord> companies;
+    if (!FindCompanies(m_app, {}, companies)) return;
+    ListLines lines;
+    FillCompanyList(lines, companies);
+    ShowLines(*m_ui->lst_Companies, lines);
+    Enable_List_Buttons();
+}
+
+void frmCompany::Show_Current_Company() {
+    m_ui->lbl_CurrentCompany->setText(
+        m_app.CurrentCompanyId != 0
+            ? FromCodePage(m_app.CurrentCompanyName + "\n" + m_app.CurrentCompanyLocation)
+            : QString::fromLatin1(CompanyTexts::NoCurrentCompany));
+}
+
+void frmCompany::Enable_Button() {
+    const bool canSave =
+        !TrimmedText(*m_ui->txt_CompanyName).empty() && !TrimmedText(*m_ui->txt_CompanyLocation).empty();
+    m_ui->cmd_Save->setEnabled(canSave);
+    m_ui->cmd_Save->setDefault(canSave);
+    Enable_List_Buttons();
+}
+
+void frmCompany::Enable_List_Buttons() {
+    const bool hasSelection = SelectedRow(*m_ui->lst_Companies) >= 0;
+    m_ui->cmd_Switch->setEnabled(hasSelection);
+    m_ui->cmd_Edit->setEnabled(hasSelection);
+    // Enter does what is at hand: it saves what was typed, or selects.
+    if (!m_ui->cmd_Save->isDefault()) m_ui->cmd_Switch->setDefault(hasSelection);
+}
+
+std::optional<CompanyRecord> frmCompany::Selected_Company() {
+    if (SelectedRow(*m_ui->lst_Companies) < 0) return {};
+    const int companyId = m_ui->lst_Companies->currentItem()->data(Qt::UserRole).toInt();
+    std::vector<CompanyRecord> found;
+    if (!FindCompanies(m_app, {.CompanyId = static_cast<std::int16_t>(companyId)}, found)) return {};
+    return found.front();
+}
+
+void frmCompany::Edit_Company() {
+    const std::optional<CompanyRecord> company = Selected_Company();
+    if (!company) return;
+    m_ui->lbl_Id->setText(QString::number(company->CompanyId));
+    m_ui->FrameCompany->setTitle(QString::fromLatin1(CompanyTexts::EditedCompany));
+    m_ui->txt_CompanyName->setText(FromCodePage(Trim(company->CompanyName)));
+    m_ui->txt_CompanyLocation->setText(FromCodePage(Trim(company->CompanyLocation)));
+    m_ui->txt_CompanyName->setFocus();
+    m_ui->txt_CompanyName->selectAll();
+}
+
+void frmCompany::Save_Company() {
+    const std::string name = TrimmedText(*m_ui->txt_CompanyName);
+    const std::string location = TrimmedText(*m_ui->txt_CompanyLocation);
+    if (name.empty() || location.empty()) {
+        ShowInformation(m_app, CompanyTexts::NeedsNameAndLocation);
+        return;
+    }
+    SaveCompany(m_app, name, location, ParseInt16(m_ui->lbl_Id->text().toStdString()));
+    m_ui->lbl_Id->clear();
+    m_ui->FrameCompany->setTitle(QString::fromLatin1(CompanyTexts::NewCompany));
+    m_ui->txt_CompanyName->clear();
+    m_ui->txt_CompanyLocation->clear();
+    Fill_List();
+    m_ui->lst_Companies->setFocus();
+}
+
+void frmCompany::Select_Company() {
+    const std::optional<CompanyRecord> company = Selected_Company();
+    if (!company) return;
+    SelectCompany(m_app, *company);
+    Show_Current_Company();
+    hide();
+}
+
+void ShowCompanies(AppContext& app, QWidget* parent) {
+    frmCompany window(app, parent);
+    ShowModally(app, window);
+}

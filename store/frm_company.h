@@ -1,0 +1,38 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "store/companies.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class frmCompany;
+}
+
+/// The companies and locations: add one, change one, make one current.
+class frmCompany : public QDialog {
+    Q_OBJECT
+
+public:
+    frmCompany(AppContext& app, QWidget* parent);
+    ~frmCompany() override;
+
+private:
+    void Fill_List();
+    void Show_Current_Company();
+    void Enable_Button();
+    void Enable_List_Buttons();
+    void Edit_Company();
+    void Save_Company();
+    void Select_Company();
+    /// The company of the selected line; empty without one.
+    std::optional<CompanyRecord> Selected_Company();
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmCompany> m_ui;
+};
+
+void ShowCompanies(AppContext& app, QWidget* parent);

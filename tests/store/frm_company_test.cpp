@@ -1,0 +1,183 @@
+#include "store/companies.h"
+#include "store/frm_company.h"
+#include "tests/support/test_program.h"
+#include "tests/support/windows.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+
+void TypeCompany(frmCompany& window, const char* name, const char* location) {
+    Named<QLineEdit>(window, "txt_CompanyName").setText(QString::fromUtf8(name));
+    Named<QLineEdit>(window, "txt_CompanyLocation").setText(QString::fromUtf8(location));
+}
+
+/// A program that knows two companies, and none of them as current.
+struct CompanyProgram : TestProgram {
+    CompanyProgram() {
+        App.CurrentCompanyId = 0;
+        SaveCompany(App, "Acme Boats", "Taranto");
+        SaveCompany(App, "Caf\xE9 Hulls", "Nice");
+    }
+    std::vector<CompanyRecord> Companies() {
+        std::vector<CompanyRecord> found;
+        FindCompanies(App, {}, found);
+        return found;
+    }
+};
+
+} // namespace
+
+class frm_company_test : public QObject {
+    Q_OBJECT
+
+private slots:
+    void Opens_with_the_companies_and_no_selection() {
+        CompanyProgram program;
+        const frmCompany window(program.App, nullptr);
+        QCOMPARE(window.windowTitle(), QStringLiteral("Companies & Locations"));
+        const auto& list = Named<QListWidget>(window, "lst_Companies");
+        QCOMPARE(list.count(), 2);
+        QCOMPARE(list.item(1)->text(), QStringLiteral("Caf\u00E9 Hulls (Nice)"));
+        QCOMPARE(list.item(1)->data(Qt::UserRole).toInt(), 2);
+        QVERIFY(list.selectedItems().isEmpty());
+        QVERIFY(!Named<QPushButton>(window, "cmd_Switch").isEnabled());
+        QVERIFY(!Named<QPushButton>(window, "cmd_Save").isEnabled());
+        QCOMPARE(Named<QPushButton>(window, "cmd_Switch").text(), QStringLiteral("&Select"));
+    }
+
+    void Without_a_current_company_says_None() {
+        CompanyProgram program;
+        const frmCompany window(program.App, nullptr);
+        QCOMPARE(TextOf<QLabel>(window, "lbl_CurrentCompany"), std::string("None"));
+    }
+
+    void Shows_the_current_company_on_two_lines() {
+        CompanyProgram program;
+        program.App.CurrentCompanyId = 2;
+        program.App.CurrentCompanyName = "Caf\xE9 <b>Hulls";
+        program.App.CurrentCompanyLocation = "Nice";
+        const frmCompany window(program.App, nullptr);
+        QCOMPARE(TextOf<QLabel>(window, "lbl_CurrentCompany"), std::string("Caf\xC3\xA9 <b>Hulls\nNice"));
+        QCOMPARE(Named<QLabel>(window, "lbl_CurrentCompany").textFormat(), Qt::PlainText);
+    }
+
+    void Save_is_enabled_and_default_with_both_texts_only() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        const auto& save = Named<QPushButton>(window, "cmd_Save");
+        TypeCompany(window, "Acme", "  ");
+        QVERIFY(!save.isEnabled() && !save.isDefault());
+        TypeCompany(window, "Acme", "Port");
+        QVERIFY(save.isEnabled() && save.isDefault());
+        TypeCompany(window, "", "Port");
+        QVERIFY(!save.isEnabled() && !save.isDefault());
+    }
+
+    void The_first_company_gets_identifier_1() {
+        TestProgram program;
+        program.App.CurrentCompanyId = 0;
+        frmCompany window(program.App, nullptr);
+        TypeCompany(window, "  Acme ", "Port");
+        Named<QPushButton>(window, "cmd_Save").click();
+        auto& list = Named<QListWidget>(window, "lst_Companies");
+        QCOMPARE(list.count(), 1);
+        QCOMPARE(list.item(0)->text(), QStringLiteral("Acme (Port)"));
+        QCOMPARE(list.item(0)->data(Qt::UserRole).toInt(), 1);
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string());
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyLocation"), std::string());
+    }
+
+    void Saving_with_only_a_name_shows_the_message_and_writes_nothing() {
+        TestProgram program;
+        frmCompany window(program.App, nullptr);
+        TypeCompany(window, "Acme", "");
+        auto& save = Named<QPushButton>(window, "cmd_Save");
+        save.setEnabled(true); // as a test of the routine behind it
+        save.click();
+        QCOMPARE(program.Prompts.LastText(),
+                 std::string("You must specify Company Name and Company Location to add new company"));
+        QCOMPARE(program.Prompts.Shown.back().Kind, PromptKind::Information);
+        QCOMPARE(Named<QListWidget>(window, "lst_Companies").count(), 0);
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string("Acme"));
+    }
+
+    void Edit_overwrites_the_company_that_was_selected() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+        Named<QPushButton>(window, "cmd_Edit").click();
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string("Caf\xC3\xA9 Hulls"));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Id"), std::string("2"));
+        TypeCompany(window, "Caf\xC3\xA9 Boats", "Nice");
+        Named<QPushButton>(window, "cmd_Save").click();
+        QCOMPARE(program.Companies().size(), std::size_t(2));
+        QCOMPARE(program.Companies()[1].CompanyName, std::string("Caf\xE9 Boats"));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Id"), std::string());
+    }
+
+    void Editing_the_current_company_does_not_rename_it_until_it_is_selected_again() {
+        CompanyProgram program;
+        program.App.CurrentCompanyId = 1;
+        program.App.CurrentCompanyName = "Acme Boats";
+        frmCompany window(program.App, nullptr);
+        Named<QListWidget>(window, "lst_Companies").setCurrentRow(0);
+        Named<QPushButton>(window, "cmd_Edit").click();
+        TypeCompany(window, "Other", "Taranto");
+        Named<QPushButton>(window, "cmd_Save").click();
+        QCOMPARE(program.App.CurrentCompanyName, std::string("Acme Boats"));
+    }
+
+    void Select_makes_the_company_current_and_closes_the_window() {
+        CompanyProgram program;
+        InNextModal<frmCompany>([](frmCompany& window) {
+            Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+            Named<QPushButton>(window, "cmd_Switch").click();
+            QVERIFY(!window.isVisible());
+        });
+        ShowCompanies(program.App, nullptr);
+        QCOMPARE(program.App.CurrentCompanyId, std::int16_t(2));
+        QCOMPARE(program.App.CurrentCompanyName, std::string("Caf\xE9 Hulls"));
+        QCOMPARE(program.App.CurrentCompanyLocation, std::string("Nice"));
+        QCOMPARE(program.Settings.Read("COMPANY", "DEFAULT"), std::string("2"));
+    }
+
+    void A_double_click_selects_too() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        window.show();
+        auto& list = Named<QListWidget>(window, "lst_Companies");
+        const QPoint where = list.visualItemRect(list.item(0)).center();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, where);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, where);
+        QCOMPARE(program.App.CurrentCompanyId, std::int16_t(1));
+        QVERIFY(!window.isVisible());
+    }
+
+    void Escape_closes_without_selecting() {
+        CompanyProgram program;
+        InNextModal<frmCompany>([](frmCompany& window) {
+            Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+            QTest::keyClick(&window, Qt::Key_Escape);
+            QVERIFY(!window.isVisible());
+        });
+        ShowCompanies(program.App, nullptr);
+        QCOMPARE(program.App.CurrentCompanyId, std::int16_t(0));
+    }
+
+    void Enter_selects_when_there_is_nothing_to_save() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        window.show();
+        Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+        QTest::keyClick(&window, Qt::Key_Return);
+        QCOMPARE(program.App.CurrentCompanyId, std::int16_t(2));
+    }
+};
+
+QTEST_MAIN(frm_company_test)
+#include "frm_company_test.moc"

@@ -1,0 +1,68 @@
+#include "transfer/frm_export.h"
+
+#include "app/dialog_routines.h"
+#include "base/text.h"
+#include "transfer/dialog_texts.h"
+#include "transfer/frm_error_log.h"
+#include "ui_frm_export.h"
+
+frmExport::frmExport(AppContext& app, TransferModule module, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExport>()) {
+    m_ui->setupUi(this);
+    m_ui->lbl_Module->hide();
+    m_ui->lbl_Module->setNum(static_cast<int>(module));
+    m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Idle));
+    m_ui->cmd_ViewErrors->hide();
+    setWindowTitle(QString::fromLatin1(module == TransferModule::Materials
+                                           ? TransferDialogTexts::ExportMaterials
+                                           : TransferDialogTexts::ExportUsage));
+    connect(m_ui->txt_SourceFile, &QLineEdit::textChanged, this, &frmExport::Enable_Button);
+    connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmExport::Browse);
+    connect(m_ui->cmd_Export, &QPushButton::clicked, this, &frmExport::Export);
+    connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(m_ui->cmd_ViewErrors, &QPushButton::clicked, this,
+            [this] { ShowErrorLog(m_app, UsageExportErrorLog(m_app), this); });
+    Enable_Button();
+}
+
+frmExport::~frmExport() = default;
+
+TransferModule frmExport::Module() const {
+    return m_ui->lbl_Module->text() == QLatin1String("1") ? TransferModule::Materials : TransferModule::Usage;
+}
+
+void frmExport::Enable_Button() {
+    const bool hasPath = !Trim(m_ui->txt_SourceFile->text().toStdString()).empty();
+    m_ui->cmd_Export->setEnabled(hasPath);
+    m_ui->cmd_Export->setDefault(hasPath);
+}
+
+void frmExport::Browse() {
+    const auto chosen = m_app.Dialogs.ChooseFileToSave(windowTitle().toStdString());
+    if (!chosen) return;
+    m_ui->txt_SourceFile->setText(FromPath(*chosen));
+    m_ui->cmd_Export->setFocus();
+}
+
+void frmExport::Export() {
+    const BusyCursor cursor;
+    const std::filesystem::path target = PathFromUtf8(Trim(m_ui->txt_SourceFile->text().toStdString()));
+    int processedCount = 0;
+    std::optional<int> errorCount;
+    if (Module() == TransferModule::Materials)
+        ExportMaterialFile(m_app, target, processedCount, errorCount);
+    else
+        ExportUsageFile(m_app, target, processedCount, errorCount);
+    m_ui->cmd_ViewErrors->setVisible(errorCount.value_or(0) != 0);
+    m_ui->lbl_status->setText(QString::fromStdString(ExportSummary(processedCount, errorCount)));
+}
+
+void ShowMaterialExport(AppContext& app, QWidget* parent) {
+    frmExport window(app, TransferModule::Materials, parent);
+    ShowModally(app, window);
+}
+
+void ShowUsageExport(AppContext& app, QWidget* parent) {
+    frmExport window(app, TransferModule::Usage, parent);
+    ShowModally(app, window);
+}

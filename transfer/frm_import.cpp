@@ -1,0 +1,134 @@
+#include "transfer/frm_import.h"
+
+#include "app/dialog_routines.h"
+#include "base/messages.h"
+#include "base/text.h"
+#include "transfer/dialog_texts.h"
+#include "transfer/frm_error_log.h"
+#include "ui_frm_import.h"
+
+#include <QLocale>
+
+namespace {
+
+/// Keeps the place of a control that comes and goes.
+void KeepPlace(QWidget& control) {
+    QSizePolicy policy = control.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control.setSizePolicy(policy);
+    control.hide();
+}
+
+bool IsThereFile(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(path, ignored) && !std::filesystem::is_directory(path, ignored);
+}
+
+} // namespace
+
+frmImport::frmImport(AppContext& app, TransferModule module, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmImport>()) {
+    m_ui->setupUi(this);
+    m_ui->lbl_Module->hide();
+    m_ui->lbl_Module->setNum(static_cast<int>(module));
+    m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Idle));
+    m_ui->cmd_ViewErrors->hide();
+    KeepPlace(*m_ui->bar_Progress);
+    KeepPlace(*m_ui->lbl_Progress);
+    setWindowTitle(QString::fromLatin1(module == TransferModule::Materials
+                                           ? TransferDialogTexts::ImportMaterials
+                                           : TransferDialogTexts::ImportUsage));
+    connect(m_ui->txt_SourceFile, &QLineEdit::textChanged, this, &frmImport::Enable_Button);
+    connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmImport::Browse);
+    connect(m_ui->cmd_Import, &QPushButton::clicked, this, &frmImport::Import);
+    connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &frmImport::reject);
+    connect(m_ui->cmd_ViewErrors, &QPushButton::clicked, this,
+            [this] { ShowErrorLog(m_app, ImportErrorLog(m_app, Module()), this); });
+    Enable_Button();
+}
+
+frmImport::~frmImport() = default;
+
+TransferModule frmImport::Module() const {
+    return m_ui->lbl_Module->text() == QLatin1String("1") ? TransferModule::Materials : TransferModule::Usage;
+}
+
+void frmImport::Enable_Button() {
+    const bool hasPath = !Trim(m_ui->txt_SourceFile->text().toStdString()).empty();
+    m_ui->cmd_Import->setEnabled(hasPath);
+    m_ui->cmd_Import->setDefault(hasPath);
+}
+
+void frmImport::Browse() {
+    const auto chosen = m_app.Dialogs.ChooseFileToOpen(windowTitle().toStdString());
+    if (!chosen) return;
+    m_ui->txt_SourceFile->setText(FromPath(*chosen));
+    m_ui->cmd_Import->setFocus();
+}
+
+void frmImport::Import() {
+    if (IsWorking()) return;
+    const std::filesystem::path source = PathFromUtf8(Trim(m_ui->txt_SourceFile->text().toStdString()));
+    if (IsThereFile(source))
+        Run_Import(source);
+    else
+        ShowFormErrors(m_app, TransferDialogTexts::FileNotFound);
+}
+
+void frmImport::Run_Import(const std::filesystem::path& source) {
+    m_progress = std::make_unique<ImportProgress>(
+        [this](int lines, int thousandths) { Show_Progress(lines, thousandths); });
+    const TransferWatcher watcher = [this](const TransferProgress& progress) {
+        return m_progress->Watch(progress);
+    };
+    Show_Working(true);
+    int processedCount = 0;
+    int errorCount = 0;
+    if (Module() == TransferModule::Materials)
+        ImportMaterialFile(m_app, source, processedCount, errorCount, watcher);
+    else
+        ImportUsageFile(m_app, source, processedCount, errorCount, watcher);
+    m_progress.reset();
+    Show_Working(false);
+    m_ui->lbl_status->setText(QString::fromStdString(ImportSummary(processedCount, errorCount)));
+    m_ui->cmd_ViewErrors->setVisible(errorCount != 0);
+}
+
+void frmImport::Show_Working(bool isWorking) {
+    m_ui->txt_SourceFile->setEnabled(!isWorking);
+    m_ui->cmd_Browse->setEnabled(!isWorking);
+    m_ui->bar_Progress->hide();
+    m_ui->lbl_Progress->hide();
+    if (isWorking) {
+        m_ui->cmd_Import->setEnabled(false);
+        m_ui->cmd_ViewErrors->hide();
+        m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Importing));
+        m_ui->cmd_Cancel->setFocus();
+    } else {
+        Enable_Button();
+    }
+}
+
+void frmImport::Show_Progress(int lines, int thousandths) {
+    m_ui->bar_Progress->setValue(thousandths);
+    m_ui->lbl_Progress->setText(QLocale(QLocale::English).toString(lines) + QStringLiteral(" lines"));
+    m_ui->bar_Progress->show();
+    m_ui->lbl_Progress->show();
+}
+
+void frmImport::reject() {
+    if (IsWorking())
+        m_progress->Stop();
+    else
+        QDialog::reject();
+}
+
+void ShowMaterialImport(AppContext& app, QWidget* parent) {
+    frmImport window(app, TransferModule::Materials, parent);
+    ShowModally(app, window);
+}
+
+void ShowUsageImport(AppContext& app, QWidget* parent) {
+    frmImport window(app, TransferModule::Usage, parent);
+    ShowModally(app, window);
+}

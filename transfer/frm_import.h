@@ -1,0 +1,42 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "transfer/import_progress.h"
+#include "transfer/transfer.h"
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class frmImport;
+}
+
+/// Imports a file of materials or of usage. While it works, Cancel, Escape and the window's close button stop
+/// the import after the current line; what was stored until then stays, and the window too.
+class frmImport : public QDialog {
+    Q_OBJECT
+
+public:
+    frmImport(AppContext& app, TransferModule module, QWidget* parent);
+    ~frmImport() override;
+
+    void reject() override;
+
+private:
+    TransferModule Module() const; ///< as lbl_Module says
+    bool IsWorking() const { return m_progress != nullptr; }
+    void Enable_Button();
+    void Browse();
+    void Import();
+    void Run_Import(const std::filesystem::path& source);
+    void Show_Working(bool isWorking);
+    void Show_Progress(int lines, int thousandths);
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmImport> m_ui;
+    std::unique_ptr<ImportProgress> m_progress; ///< while an import runs
+};
+
+void ShowMaterialImport(AppContext& app, QWidget* parent);
+void ShowUsageImport(AppContext& app, QWidget* parent);

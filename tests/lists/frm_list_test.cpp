@@ -1,0 +1,329 @@
+#include "lists/frm_list.h"
+#include "materials/material_store.h"
+#include "tests/support/test_program.h"
+#include "tests/support/windows.h"
+#include "transfer/frm_export.h"
+#include "transfer/frm_import.h"
+#include "usage/usage_store.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+
+/// Three materials, and usage of the first two in two years.
+struct ListProgram : TestProgram {
+    ListProgram() {
+        AddMaterial("GC-1", "White <gel> coat");
+        AddMaterial("GC-2", "Caf\xE9");
+        AddMaterial("GC-3", "");
+        AddUsage(1, "3/2005");
+        AddUsage(2, "4/2005");
+        AddUsage(1, "3/2006");
+    }
+    void AddMaterial(const char* customId, const char* description) {
+        if (SaveMaterial(App, {.CustomId = customId,
+                               .Description = description,
+                               .Contents = "0|0|0|0|0|0",
+                               .Factors = "0|0|0|0|0|0"}))
+            qFatal("The test's material was not saved");
+    }
+    void AddUsage(std::int16_t materialId, const char* period) {
+        if (SaveUsage(App, {.MaterialId = materialId, .Period = period, .Quantity = 1, .Unit = UnitLbs}))
+            qFatal("The test's usage was not saved");
+    }
+};
+
+QStringList Lines(const QWidget& window) {
+    const auto& list = Named<QListWidget>(window, "lst_Main");
+    QStringList lines;
+    for (int row = 0; row < list.count(); ++row)
+        lines << list.item(row)->text();
+    return lines;
+}
+
+void Select(QWidget& window, int row) {
+    Named<QListWidget>(window, "lst_Main").setCurrentRow(row);
+}
+
+bool HasSelection(const QWidget& window) {
+    return !Named<QListWidget>(window, "lst_Main").selectedItems().isEmpty();
+}
+
+void Press(QWidget& window, const char* button) {
+    Named<QPushButton>(window, button).click();
+}
+
+void InMaterials(TestProgram& program, const std::function<void(frmList&)>& act) {
+    InNextModal<frmList>(act);
+    ShowMaterialList(program.App, nullptr);
+}
+
+void InUsage(TestProgram& program, const std::function<void(frmList&)>& act) {
+    InNextModal<frmList>(act);
+    ShowUsageList(program.App, nullptr);
+}
+
+} // namespace
+
+class frm_list_test : public QObject {
+    Q_OBJECT
+
+private slots:
+    void Materials_open_with_the_first_line_selected_and_without_the_filter() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            QCOMPARE(window.windowTitle(), QStringLiteral("Maintain Material"));
+            QCOMPARE(Named<QGroupBox>(window, "FrameList").title(), QStringLiteral("Materials"));
+            QCOMPARE(Lines(window), QStringList({"GC-1 - White <gel> coat", "GC-2 - Caf\u00E9", "GC-3 - "}));
+            const auto& list = Named<QListWidget>(window, "lst_Main");
+            QVERIFY(list.item(0)->isSelected());
+            QCOMPARE(list.item(1)->data(Qt::UserRole).toInt(), 2);
+            const auto& filter = Named<QGroupBox>(window, "filter_frame");
+            QVERIFY(!filter.isVisible() && !filter.isEnabled());
+            QCOMPARE(window.height(), 4560 * window.logicalDpiY() / 1440);
+        });
+    }
+
+    void Without_materials_the_window_opens_empty() {
+        TestProgram program;
+        InMaterials(program, [](frmList& window) {
+            QVERIFY(Lines(window).isEmpty());
+            QVERIFY(!Named<QPushButton>(window, "cmd_Delete").isEnabled());
+            QVERIFY(Named<QPushButton>(window, "cmd_Import").isEnabled());
+        });
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void The_buttons_of_the_editors_are_disabled() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            Select(window, 1);
+            QVERIFY(!Named<QPushButton>(window, "cmd_New").isEnabled());
+            QVERIFY(!Named<QPushButton>(window, "cmd_Edit").isEnabled());
+            QVERIFY(Named<QPushButton>(window, "cmd_Delete").isEnabled());
+        });
+    }
+
+    void Delete_asks_with_the_line_as_it_is_shown() {
+        ListProgram program;
+        program.AddUsage(3, "1/2005");
+        InMaterials(program, [](frmList& window) { Press(window, "cmd_Delete"); });
+        QCOMPARE(program.Prompts.LastText(), std::string("Are you sure you want to delete GC-1 - White <gel> "
+                                                         "coat? This can not be undone."));
+        QCOMPARE(program.Prompts.Shown.back().Kind, PromptKind::Question);
+        QCOMPARE(program.Prompts.Shown.back().Buttons, PromptButtons::YesNo);
+    }
+
+    void A_delete_answered_with_No_changes_nothing() {
+        ListProgram program;
+        const std::string before = ContentOf(program.DataFile("1_materials.talvor"));
+        program.Prompts.Answers = {PromptAnswer::No};
+        InMaterials(program, [](frmList& window) {
+            Select(window, 2);
+            Press(window, "cmd_Delete");
+            QCOMPARE(Lines(window).size(), 3);
+            QVERIFY(HasSelection(window));
+        });
+        QCOMPARE(ContentOf(program.DataFile("1_materials.talvor")), before);
+    }
+
+    void A_material_that_is_not_used_is_deleted_and_no_line_is_selected() {
+        ListProgram program;
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        InMaterials(program, [](frmList& window) {
+            Select(window, 2);
+            Press(window, "cmd_Delete");
+            QCOMPARE(Lines(window), QStringList({"GC-1 - White <gel> coat", "GC-2 - Caf\u00E9"}));
+            QVERIFY(!HasSelection(window));
+            QVERIFY(!Named<QPushButton>(window, "cmd_Delete").isEnabled());
+        });
+    }
+
+    void After_a_delete_the_keyboard_goes_on_at_the_nearest_line() {
+        ListProgram program;
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        InMaterials(program, [](frmList& window) {
+            Select(window, 2);
+            Press(window, "cmd_Delete");
+            QCOMPARE(Named<QListWidget>(window, "lst_Main").currentRow(), 1);
+        });
+    }
+
+    void Deleting_the_last_material_empties_the_list() {
+        TestProgram program;
+        QVERIFY(!SaveMaterial(program.App,
+                              {.CustomId = "X", .Contents = "0|0|0|0|0|0", .Factors = "0|0|0|0|0|0"}));
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        InMaterials(program, [](frmList& window) {
+            Press(window, "cmd_Delete");
+            QVERIFY(Lines(window).isEmpty());
+        });
+    }
+
+    void A_material_that_is_used_stays_after_one_message() {
+        ListProgram program;
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        InMaterials(program, [](frmList& window) {
+            Press(window, "cmd_Delete");
+            QCOMPARE(Lines(window).size(), 3);
+            QVERIFY(HasSelection(window));
+        });
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(2));
+        QVERIFY(program.Prompts.LastText().starts_with("There are one or more usage records"));
+    }
+
+    void A_double_click_deletes_nothing_and_asks_nothing() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            const auto& list = Named<QListWidget>(window, "lst_Main");
+            const QPoint where = list.visualItemRect(list.item(1)).center();
+            QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, where);
+        });
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void An_import_of_materials_reloads_the_list() {
+        TestProgram program;
+        QCOMPARE(Lines(frmList(program.App, nullptr)).size(), 0);
+        InMaterials(program, [&program](frmList& window) {
+            InNextModal<frmImport>([&program](frmImport& import) {
+                QCOMPARE(import.windowTitle(), QStringLiteral("Import Material Records"));
+                if (SaveMaterial(program.App,
+                                 {.CustomId = "New", .Contents = "0|0|0|0|0|0", .Factors = "0|0|0|0|0|0"}))
+                    qFatal("The test's material was not saved");
+            });
+            Press(window, "cmd_Import");
+            QCOMPARE(Lines(window), QStringList({"New - "}));
+            QVERIFY(!HasSelection(window));
+        });
+    }
+
+    void Each_mode_opens_its_export() {
+        ListProgram program;
+        for (const bool isForMaterials : {true, false}) {
+            QString title;
+            const auto act = [&title](frmList& window) {
+                InNextModal<frmExport>([&title](frmExport& exporting) { title = exporting.windowTitle(); });
+                Press(window, "cmd_Export");
+            };
+            if (isForMaterials)
+                InMaterials(program, act);
+            else
+                InUsage(program, act);
+            QCOMPARE(title, isForMaterials ? QStringLiteral("Export Material Records")
+                                           : QStringLiteral("Export Usage Records"));
+        }
+    }
+
+    void Close_closes() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            Press(window, "cmd_Close");
+            QVERIFY(!window.isVisible());
+        });
+    }
+
+    void Usage_opens_with_its_filter() {
+        ListProgram program;
+        InUsage(program, [](frmList& window) {
+            QCOMPARE(window.windowTitle(), QStringLiteral("Maintain Usage"));
+            QCOMPARE(Named<QGroupBox>(window, "FrameList").title(), QStringLiteral("Usages"));
+            QCOMPARE(Lines(window), QStringList({"GC-1 (3/2005)", "GC-2 (4/2005)", "GC-1 (3/2006)"}));
+            QVERIFY(HasSelection(window));
+            QVERIFY(Named<QGroupBox>(window, "filter_frame").isVisible());
+            const auto& materials = Named<QComboBox>(window, "cbo_Materials");
+            QCOMPARE(materials.count(), 3);
+            QCOMPARE(materials.currentIndex(), -1);
+            const auto& years = Named<QComboBox>(window, "cbo_Year");
+            QCOMPARE(years.count(), 2);
+            QCOMPARE(years.itemText(1), QStringLiteral("2006"));
+            QCOMPARE(years.currentIndex(), -1);
+            QCOMPARE(Named<QPushButton>(window, "cmd_Filter").text(), QStringLiteral("&Apply"));
+        });
+    }
+
+    void Apply_without_a_choice_shows_the_message_and_keeps_its_caption() {
+        ListProgram program;
+        InUsage(program, [](frmList& window) {
+            Press(window, "cmd_Filter");
+            QCOMPARE(Named<QPushButton>(window, "cmd_Filter").text(), QStringLiteral("&Apply"));
+            QVERIFY(Named<QComboBox>(window, "cbo_Year").isEnabled());
+        });
+        QCOMPARE(program.Prompts.LastText(),
+                 std::string("Please select Material Id and/or Year to apply the filter."));
+        QCOMPARE(program.Prompts.Shown.back().Kind, PromptKind::Exclamation);
+    }
+
+    void Apply_shows_the_chosen_material_and_year_only() {
+        ListProgram program;
+        InUsage(program, [](frmList& window) {
+            auto& materials = Named<QComboBox>(window, "cbo_Materials");
+            auto& years = Named<QComboBox>(window, "cbo_Year");
+            materials.setCurrentIndex(0);
+            Press(window, "cmd_Filter");
+            QCOMPARE(Lines(window), QStringList({"GC-1 (3/2005)", "GC-1 (3/2006)"}));
+            QVERIFY(!materials.isEnabled() && !years.isEnabled());
+            QCOMPARE(Named<QPushButton>(window, "cmd_Filter").text(), QStringLiteral("&Reset"));
+            Press(window, "cmd_Filter");
+            years.setCurrentIndex(1);
+            Press(window, "cmd_Filter");
+            QCOMPARE(Lines(window), QStringList({"GC-1 (3/2006)"}));
+        });
+    }
+
+    void A_filter_that_nothing_passes_leaves_the_list_empty() {
+        ListProgram program;
+        InUsage(program, [](frmList& window) {
+            Named<QComboBox>(window, "cbo_Materials").setCurrentIndex(2);
+            Press(window, "cmd_Filter");
+            QVERIFY(Lines(window).isEmpty());
+            QVERIFY(!Named<QPushButton>(window, "cmd_Delete").isEnabled());
+        });
+    }
+
+    void Reset_empties_the_choices_and_shows_all_usage() {
+        ListProgram program;
+        InUsage(program, [](frmList& window) {
+            auto& materials = Named<QComboBox>(window, "cbo_Materials");
+            auto& years = Named<QComboBox>(window, "cbo_Year");
+            materials.setCurrentIndex(1);
+            years.setCurrentIndex(0);
+            Press(window, "cmd_Filter");
+            Press(window, "cmd_Filter");
+            QCOMPARE(Named<QPushButton>(window, "cmd_Filter").text(), QStringLiteral("&Apply"));
+            QVERIFY(materials.isEnabled() && years.isEnabled());
+            QCOMPARE(materials.currentIndex(), -1);
+            QCOMPARE(years.currentIndex(), -1);
+            QCOMPARE(Lines(window).size(), 3);
+        });
+    }
+
+    void A_deleted_usage_record_leaves_the_first_line_selected() {
+        ListProgram program;
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        InUsage(program, [](frmList& window) {
+            Select(window, 1);
+            Press(window, "cmd_Delete");
+            QCOMPARE(Lines(window), QStringList({"GC-1 (3/2005)", "GC-1 (3/2006)"}));
+            QVERIFY(Named<QListWidget>(window, "lst_Main").item(0)->isSelected());
+        });
+        QCOMPARE(program.Prompts.LastText(),
+                 std::string("Are you sure you want to delete GC-2 (4/2005)? This can not be undone."));
+    }
+
+    void A_file_that_cannot_be_read_is_reported_once_and_listed_empty() {
+        TestProgram program;
+        std::filesystem::create_directory(program.DataFile("1_materials.talvor"));
+        InMaterials(program, [](frmList& window) { QVERIFY(Lines(window).isEmpty()); });
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+    }
+};
+
+QTEST_MAIN(frm_list_test)
+#include "frm_list_test.moc"

@@ -1,0 +1,81 @@
+#include "reports/frm_reports.h"
+
+#include "app/dialog_routines.h"
+#include "reports/reports.h"
+#include "ui_frm_reports.h"
+
+#include <QRegularExpressionValidator>
+
+frmReports::frmReports(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()) {
+    m_ui->setupUi(this);
+    for (const ReportFrame& frame : Frames()) {
+        for (int month = 1; month <= frame.Month->count(); ++month)
+            frame.Month->setItemData(month - 1, month);
+        Prepare_Year(*frame.Year);
+        if (frame.Month != m_ui->cbo_Month) Select_Current_Month(frame);
+        connect(frame.Generate, &QPushButton::clicked, this, [this, frame] { Generate(frame); });
+    }
+    connect(m_ui->opt_materials_0, &QRadioButton::clicked, this, [this] { Choose_Materials(true); });
+    connect(m_ui->opt_materials_1, &QRadioButton::clicked, this, [this] { Choose_Materials(false); });
+    Choose_Materials(true);
+}
+
+frmReports::~frmReports() = default;
+
+std::array<frmReports::ReportFrame, 5> frmReports::Frames() const {
+    return {
+        {
+         {m_ui->cbo_Month, m_ui->cbo_Year, m_ui->cmd_Generate, GenerateCompliantMaterialsReport},
+         {m_ui->cbo_Month2, m_ui->cbo_Year2, m_ui->cmd_Generate2, GenerateWeightedAverageReport},
+         {m_ui->cbo_Month3, m_ui->cbo_Year3, m_ui->cmd_Generate3, GenerateEmissionAverageReport},
+         {m_ui->cbo_Month4, m_ui->cbo_Year4, m_ui->cmd_Generate4, GenerateAdditionalHapUsageReport},
+         {m_ui->cbo_Month5, m_ui->cbo_Year5, m_ui->cmd_Generate5, GenerateAdditionalHapEmissionReport},
+         }
+    };
+}
+
+/// The list is short and fixed; any other year can be typed.
+void frmReports::Prepare_Year(QComboBox& year) {
+    for (int row = 0; row < year.count(); ++row)
+        year.setItemData(row, 0);
+    year.setCompleter(nullptr); // it would make 2000 of 20
+    year.setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), &year));
+}
+
+void frmReports::Select_Current_Month(const ReportFrame& frame) {
+    const std::chrono::year_month today = m_app.Calendar.CurrentMonth();
+    SelectListItem(*frame.Month);
+    SelectListItem(*frame.Year);
+    SelectListItem(*frame.Month, static_cast<unsigned>(today.month()));
+    SelectListItem(*frame.Year, QString::number(static_cast<int>(today.year())), false);
+}
+
+void frmReports::Choose_Materials(bool areAllWanted) {
+    const ReportFrame frame = Frames().front();
+    frame.Month->setEnabled(!areAllWanted);
+    frame.Year->setEnabled(!areAllWanted);
+    if (areAllWanted) {
+        frame.Month->setCurrentIndex(-1);
+        frame.Year->setCurrentIndex(-1);
+        frame.Year->clearEditText();
+    } else {
+        Select_Current_Month(frame);
+    }
+}
+
+void frmReports::Generate(const ReportFrame& frame) {
+    const BusyCursor cursor;
+    ReportPeriod period;
+    const bool isForAll = frame.Month == m_ui->cbo_Month && m_ui->opt_materials_0->isChecked();
+    if (!isForAll)
+        period.EndText =
+            (frame.Month->currentData().toString() + u'/' + frame.Year->currentText()).toStdString();
+    frame.Report(m_app, period);
+}
+
+void ShowReportsForm(AppContext& app, QWidget* parent) {
+    frmReports window(app, parent);
+    ShowModally(app, window);
+}

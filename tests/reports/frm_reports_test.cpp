@@ -1,0 +1,192 @@
+#include "reports/frm_reports.h"
+#include "tests/support/test_program.h"
+#include "tests/support/windows.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+namespace {
+
+QString Numbered(const char* name, int frame) {
+    return QString::fromLatin1(name) + (frame == 1 ? QString() : QString::number(frame));
+}
+
+QComboBox& Month(const frmReports& window, int frame) {
+    return Named<QComboBox>(window, qPrintable(Numbered("cbo_Month", frame)));
+}
+
+QComboBox& Year(const frmReports& window, int frame) {
+    return Named<QComboBox>(window, qPrintable(Numbered("cbo_Year", frame)));
+}
+
+QPushButton& GenerateButton(const frmReports& window, int frame) {
+    return Named<QPushButton>(window, qPrintable(Numbered("cmd_Generate", frame)));
+}
+
+constexpr const char* ReportFiles[] = {"report.htm", "report2.htm", "report3.htm", "report4.htm",
+                                       "report5.htm"};
+
+/// A program whose user wants empty reports too.
+struct ReportsProgram : TestProgram {
+    ReportsProgram() { Prompts.Answers.assign(10, PromptAnswer::Yes); }
+    bool HasFile(int frame) const { return std::filesystem::exists(ProgramFile(ReportFiles[frame - 1])); }
+};
+
+} // namespace
+
+class frm_reports_test : public QObject {
+    Q_OBJECT
+
+private slots:
+    void The_first_frame_asks_for_all_materials() {
+        TestProgram program;
+        const frmReports window(program.App, nullptr);
+        QCOMPARE(window.windowTitle(), QStringLiteral("Reports"));
+        QVERIFY(Named<QRadioButton>(window, "opt_materials_0").isChecked());
+        QVERIFY(!Month(window, 1).isEnabled() && !Year(window, 1).isEnabled());
+        QCOMPARE(Month(window, 1).currentIndex(), -1);
+        QCOMPARE(Year(window, 1).currentIndex(), -1);
+        QCOMPARE(Year(window, 1).currentText(), QString());
+    }
+
+    void The_captions_are_those_of_the_reports() {
+        TestProgram program;
+        const frmReports window(program.App, nullptr);
+        QStringList titles;
+        for (int frame = 0; frame < 5; ++frame)
+            titles
+                << Named<QGroupBox>(window, qPrintable(QStringLiteral("FrameReport_%1").arg(frame))).title();
+        QCOMPARE(titles,
+                 QStringList({"Compliant Materials Report ", "Weighted-Average HAP Content Report ",
+                              "Emission Averaging HAP Content Report ", "Additional HAP(s) Usage Report",
+                              "Additional HAP(s) Emission Report"}));
+        QCOMPARE(Named<QRadioButton>(window, "opt_materials_1").text(),
+                 QStringLiteral("Get Materials used in last 12 months from "));
+    }
+
+    void The_lists_hold_twelve_months_and_eleven_years() {
+        TestProgram program;
+        const frmReports window(program.App, nullptr);
+        for (int frame = 1; frame <= 5; ++frame) {
+            QCOMPARE(Month(window, frame).count(), 12);
+            QCOMPARE(Month(window, frame).itemText(11), QStringLiteral("DEC"));
+            QCOMPARE(Month(window, frame).itemData(11).toInt(), 12);
+            QCOMPARE(Year(window, frame).count(), 11);
+            QCOMPARE(Year(window, frame).itemText(10), QStringLiteral("2010"));
+            QCOMPARE(Year(window, frame).itemData(10), QVariant(0));
+        }
+    }
+
+    void The_other_frames_start_with_the_current_month() {
+        TestProgram program;
+        program.Calendar.Month = std::chrono::year{2007} / std::chrono::November;
+        const frmReports window(program.App, nullptr);
+        for (int frame = 2; frame <= 5; ++frame) {
+            QCOMPARE(Month(window, frame).currentText(), QStringLiteral("NOV"));
+            QCOMPARE(Year(window, frame).currentText(), QStringLiteral("2007"));
+        }
+    }
+
+    void A_current_year_after_2010_leaves_2000() {
+        TestProgram program;
+        program.Calendar.Month = std::chrono::year{2026} / std::chrono::May;
+        const frmReports window(program.App, nullptr);
+        for (int frame = 2; frame <= 5; ++frame) {
+            QCOMPARE(Month(window, frame).currentText(), QStringLiteral("MAY"));
+            QCOMPARE(Year(window, frame).currentText(), QStringLiteral("2000"));
+        }
+    }
+
+    void The_second_option_opens_the_first_frames_period_and_the_first_closes_it() {
+        TestProgram program;
+        const frmReports window(program.App, nullptr);
+        Named<QRadioButton>(window, "opt_materials_1").click();
+        QVERIFY(Month(window, 1).isEnabled() && Year(window, 1).isEnabled());
+        QCOMPARE(Month(window, 1).currentText(), QStringLiteral("MAR"));
+        QCOMPARE(Year(window, 1).currentText(), QStringLiteral("2005"));
+        Named<QRadioButton>(window, "opt_materials_0").click();
+        QVERIFY(!Month(window, 1).isEnabled() && !Year(window, 1).isEnabled());
+        QCOMPARE(Month(window, 1).currentIndex(), -1);
+        QCOMPARE(Year(window, 1).currentText(), QString());
+    }
+
+    void Each_button_writes_its_own_report() {
+        for (int frame = 1; frame <= 5; ++frame) {
+            ReportsProgram program;
+            const frmReports window(program.App, nullptr);
+            GenerateButton(window, frame).click();
+            for (int other = 1; other <= 5; ++other)
+                QCOMPARE(program.HasFile(other), other == frame);
+        }
+    }
+
+    void The_period_ends_with_the_chosen_month_and_year() {
+        ReportsProgram program;
+        const frmReports window(program.App, nullptr);
+        Month(window, 2).setCurrentIndex(2);
+        Year(window, 2).setCurrentIndex(8);
+        GenerateButton(window, 2).click();
+        QVERIFY(ContentOf(program.ProgramFile("report2.htm")).find("03/2008") != std::string::npos);
+    }
+
+    void A_year_that_the_list_lacks_can_be_typed() {
+        ReportsProgram program;
+        const frmReports window(program.App, nullptr);
+        QLineEdit& edit = *Year(window, 2).lineEdit();
+        edit.clear();
+        QTest::keyClicks(&edit, QStringLiteral("x2026"));
+        QTest::keyClick(&edit, Qt::Key_Return);
+        QCOMPARE(Year(window, 2).currentText(), QStringLiteral("2026"));
+        QCOMPARE(Year(window, 2).count(), 11);
+        GenerateButton(window, 2).click();
+        QVERIFY(ContentOf(program.ProgramFile("report2.htm")).find("03/2026") != std::string::npos);
+    }
+
+    void A_year_that_is_being_typed_is_not_completed() {
+        TestProgram program;
+        const frmReports window(program.App, nullptr);
+        QLineEdit& edit = *Year(window, 3).lineEdit();
+        edit.clear();
+        QTest::keyClicks(&edit, QStringLiteral("20"));
+        QCOMPARE(edit.text(), QStringLiteral("20"));
+    }
+
+    void Without_a_year_a_failure_is_shown_and_nothing_is_written() {
+        for (int frame = 1; frame <= 5; ++frame) {
+            ReportsProgram program;
+            const frmReports window(program.App, nullptr);
+            Named<QRadioButton>(window, "opt_materials_1").click();
+            Year(window, frame).clearEditText();
+            GenerateButton(window, frame).click();
+            QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+            QCOMPARE(program.Prompts.Shown[0].Kind, PromptKind::Failure);
+            QVERIFY(!program.HasFile(frame));
+        }
+    }
+
+    void Without_a_month_a_failure_is_shown_and_nothing_is_written() {
+        ReportsProgram program;
+        const frmReports window(program.App, nullptr);
+        Month(window, 4).setCurrentIndex(-1);
+        GenerateButton(window, 4).click();
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+        QCOMPARE(program.Prompts.Shown[0].Kind, PromptKind::Failure);
+        QVERIFY(!program.HasFile(4));
+    }
+
+    void Escape_closes() {
+        TestProgram program;
+        InNextModal<frmReports>([](frmReports& window) {
+            QTest::keyClick(&window, Qt::Key_Escape);
+            QVERIFY(!window.isVisible());
+        });
+        ShowReportsForm(program.App, nullptr);
+    }
+};
+
+QTEST_MAIN(frm_reports_test)
+#include "frm_reports_test.moc"

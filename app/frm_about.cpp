@@ -1,0 +1,17 @@
+#include "app/frm_about.h"
+
+#include "app/dialog_routines.h"
+#include "app/pictures.h"
+#include "ui_frm_about.h"
+
+#include <QDialog>
+
+void ShowAbout(AppContext& app, QWidget* parent) {
+    QDialog window(parent);
+    Ui::frmAbout controls;
+    controls.setupUi(&window);
+    controls.pic_About->setPixmap(EmblemIcon().pixmap(QSize(72, 72), window.devicePixelRatio()));
+    window.layout()->setSizeConstraint(QLayout::SetFixedSize);
+    QObject::connect(controls.cmd_OK, &QPushButton::clicked, &window, &QDialog::accept);
+    ShowModally(app, window);
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "base/app_context.h"
+
+class QWidget;
+
+/// Says which program this is, in which version and whose.
+void ShowAbout(AppContext& app, QWidget* parent);

@@ -1,0 +1,101 @@
+#include "app/frm_main.h"
+
+#include "app/dialog_routines.h"
+#include "app/frm_about.h"
+#include "app/main_texts.h"
+#include "app/pictures.h"
+#include "lists/frm_list.h"
+#include "reports/frm_reports.h"
+#include "store/additional_names.h"
+#include "store/frm_company.h"
+#include "ui_frm_main.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QSvgRenderer>
+
+namespace {
+
+constexpr QSize PictureSize{560, 190};
+
+QString Text(const char* utf8Text) {
+    return QString::fromUtf8(utf8Text);
+}
+
+} // namespace
+
+frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMain>()) {
+    m_ui->setupUi(this);
+    setWindowTitle(Text(MainTexts::Title));
+    m_ui->Picture1->load(PictureFile(QStringLiteral("picture")));
+    m_ui->Picture1->setFixedSize(PictureSize);
+    m_ui->cmd_About->hide(); // has no task
+    SetIcons();
+    ConnectButtons();
+    Show_Current_Company();
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::SetIcons() {
+    const std::pair<QPushButton*, const char*> icons[] = {
+        {m_ui->cmd_Material, "materials"    },
+        {m_ui->cmd_Usage,    "usage"        },
+        {m_ui->cmd_Reports,  "reports"      },
+        {m_ui->cmd_Company,  "companies"    },
+        {m_ui->cmd_Config,   "configuration"},
+        {m_ui->cmd_Backup,   "backup"       },
+        {m_ui->cmd_Abount,   "about"        },
+        {m_ui->cmd_Exit,     "exit"         },
+    };
+    for (const auto& [button, name] : icons)
+        button->setIcon(LineIcon(QString::fromLatin1(name)));
+}
+
+void frmMain::ConnectButtons() {
+    const auto opens = [this](QPushButton* button, auto open) {
+        connect(button, &QPushButton::clicked, this, [this, open] {
+            open();
+            Show_Current_Company();
+        });
+    };
+    opens(m_ui->cmd_Material, [this] {
+        LoadAdditionalNames(m_app);
+        ShowMaterialList(m_app, this);
+    });
+    opens(m_ui->cmd_Usage, [this] { ShowUsageList(m_app, this); });
+    opens(m_ui->cmd_Reports, [this] {
+        LoadAdditionalNames(m_app);
+        ShowReportsForm(m_app, this);
+    });
+    opens(m_ui->cmd_Company, [this] { ShowCompanies(m_app, this); });
+    opens(m_ui->cmd_Abount, [this] { ShowAbout(m_app, this); });
+    connect(m_ui->cmd_Exit, &QPushButton::clicked, this, &frmMain::Exit);
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) Show_Current_Company();
+}
+
+void frmMain::Show_Current_Company() {
+    const bool hasCompany = m_app.CurrentCompanyId != 0;
+    const std::pair<QPushButton*, const char*> buttons[] = {
+        {m_ui->cmd_Material, MainTexts::Materials},
+        {m_ui->cmd_Usage,    MainTexts::Usage    },
+        {m_ui->cmd_Reports,  MainTexts::Reports  },
+    };
+    for (const auto& [button, toolTip] : buttons) {
+        button->setEnabled(hasCompany);
+        button->setToolTip(Text(hasCompany ? toolTip : MainTexts::NeedsCompany));
+    }
+    m_ui->lbl_Company->setText(
+        hasCompany ? Text(MainTexts::CurrentCompany) +
+                         FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation)
+                   : Text(MainTexts::NoCompany));
+}
+
+void frmMain::Exit() {
+    QCoreApplication::exit(0);
+}

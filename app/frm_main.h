@@ -1,0 +1,33 @@
+#pragma once
+
+#include "base/app_context.h"
+
+#include <QWidget>
+
+#include <memory>
+
+namespace Ui {
+class frmMain;
+}
+
+/// The main window, from which every other one is reached. The process lives as long as it is open.
+class frmMain : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit frmMain(AppContext& app);
+    ~frmMain() override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void ConnectButtons();
+    void SetIcons();
+    void Show_Current_Company();
+    /// Ends the process at once: no window is asked whether it may close.
+    void Exit();
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmMain> m_ui;
+};

@@ -1,0 +1,202 @@
+#include "app/frm_main.h"
+#include "app/startup.h"
+#include "lists/frm_list.h"
+#include "reports/frm_reports.h"
+#include "store/companies.h"
+#include "store/frm_company.h"
+#include "tests/support/test_program.h"
+#include "tests/support/windows.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSvgWidget>
+#include <QTest>
+
+namespace {
+
+constexpr const char* NeedCompany[] = {"cmd_Material", "cmd_Usage", "cmd_Reports"};
+
+bool IsEnabled(const frmMain& window, const char* button) {
+    return Named<QPushButton>(window, button).isEnabled();
+}
+
+/// A program with no company yet.
+struct NewProgram : TestProgram {
+    NewProgram() { App.CurrentCompanyId = 0; }
+};
+
+/// Counts the windows that are asked whether they may close.
+class CloseWatcher : public QObject {
+public:
+    int Asked = 0;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Close) ++Asked;
+        return false;
+    }
+};
+
+} // namespace
+
+class frm_main_test : public QObject {
+    Q_OBJECT
+
+private slots:
+    void Bears_the_programs_title() {
+        TestProgram program;
+        const frmMain window(program.App);
+        QCOMPARE(window.windowTitle(), QStringLiteral("EPA - MACT (HAP Content Reporting Application)"));
+    }
+
+    void The_picture_is_centred() {
+        TestProgram program;
+        frmMain window(program.App);
+        window.show();
+        const auto& picture = Named<QSvgWidget>(window, "Picture1");
+        QCOMPARE(picture.x(), (window.width() - picture.width()) / 2);
+    }
+
+    void On_a_first_run_only_companies_can_be_worked_with() {
+        NewProgram program;
+        std::filesystem::remove_all(program.App.ProgramFolder / "data");
+        QVERIFY(StartUp(program.App));
+        QCOMPARE(ContentOf(program.DataFile("hapcontents.talvor")).size(), std::size_t(29 * 232));
+        const frmMain window(program.App);
+        for (const char* button : NeedCompany) {
+            QVERIFY(!IsEnabled(window, button));
+            QCOMPARE(Named<QPushButton>(window, button).toolTip(),
+                     QStringLiteral("Choose Companies first: add a company or select one."));
+        }
+        QVERIFY(IsEnabled(window, "cmd_Company"));
+        QVERIFY(IsEnabled(window, "cmd_Abount"));
+        QVERIFY(IsEnabled(window, "cmd_Exit"));
+        QVERIFY(TextOf<QLabel>(window, "lbl_Company").starts_with("No company selected yet"));
+    }
+
+    void A_remembered_company_that_does_not_exist_leaves_none_selected() {
+        NewProgram program;
+        program.Settings.Values[{"COMPANY", "DEFAULT"}] = "7";
+        QVERIFY(StartUp(program.App));
+        const frmMain window(program.App);
+        QVERIFY(!IsEnabled(window, "cmd_Material"));
+    }
+
+    void With_a_company_everything_can_be_worked_with() {
+        TestProgram program;
+        program.App.CurrentCompanyName = "Caf\xE9 <b>Hulls";
+        program.App.CurrentCompanyLocation = "Nice";
+        const frmMain window(program.App);
+        for (const char* button : NeedCompany)
+            QVERIFY(IsEnabled(window, button));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Company"),
+                 std::string("Current company: Caf\xC3\xA9 <b>Hulls, Nice"));
+        QCOMPARE(Named<QLabel>(window, "lbl_Company").textFormat(), Qt::PlainText);
+    }
+
+    void Selecting_a_company_enables_the_buttons() {
+        NewProgram program;
+        SaveCompany(program.App, "Acme", "Port");
+        frmMain window(program.App);
+        window.show();
+        InNextModal<frmCompany>([](frmCompany& companies) {
+            Named<QListWidget>(companies, "lst_Companies").setCurrentRow(0);
+            Named<QPushButton>(companies, "cmd_Switch").click();
+        });
+        Named<QPushButton>(window, "cmd_Company").click();
+        for (const char* button : NeedCompany)
+            QVERIFY(IsEnabled(window, button));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Company"), std::string("Current company: Acme, Port"));
+    }
+
+    void Becoming_active_tells_of_a_change() {
+        NewProgram program;
+        frmMain window(program.App);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QWidget other;
+        other.show();
+        QApplication::setActiveWindow(&other);
+        program.App.CurrentCompanyId = 1;
+        QVERIFY(!IsEnabled(window, "cmd_Material"));
+        QApplication::setActiveWindow(&window);
+        QVERIFY(IsEnabled(window, "cmd_Material"));
+    }
+
+    void Windows_that_are_still_to_come_have_disabled_buttons() {
+        TestProgram program;
+        const frmMain window(program.App);
+        QVERIFY(!IsEnabled(window, "cmd_Config"));
+        QVERIFY(!IsEnabled(window, "cmd_Backup"));
+        QVERIFY(Named<QPushButton>(window, "cmd_About").isHidden());
+    }
+
+    void Materials_open_with_the_companys_pollutant_names() {
+        TestProgram program;
+        WriteContent(program.DataFile("1_additional.talvor"), "\"Styrene|-|-|-|-|-\"\r\n");
+        frmMain window(program.App);
+        QString title;
+        InNextModal<frmList>([&title](frmList& list) { title = list.windowTitle(); });
+        Named<QPushButton>(window, "cmd_Material").click();
+        QCOMPARE(title, QStringLiteral("Maintain Material"));
+        QCOMPARE(program.App.AdditionalNames, std::string("Styrene|-|-|-|-|-"));
+    }
+
+    void Usage_opens() {
+        TestProgram program;
+        frmMain window(program.App);
+        QString title;
+        InNextModal<frmList>([&title](frmList& list) { title = list.windowTitle(); });
+        Named<QPushButton>(window, "cmd_Usage").click();
+        QCOMPARE(title, QStringLiteral("Maintain Usage"));
+    }
+
+    void Reports_open_with_the_companys_pollutant_names() {
+        TestProgram program;
+        WriteContent(program.DataFile("1_additional.talvor"), "\"Styrene|-|-|-|-|-\"\r\n");
+        frmMain window(program.App);
+        bool isOpen = false;
+        InNextModal<frmReports>([&isOpen](frmReports&) { isOpen = true; });
+        Named<QPushButton>(window, "cmd_Reports").click();
+        QVERIFY(isOpen);
+        QCOMPARE(program.App.AdditionalNames, std::string("Styrene|-|-|-|-|-"));
+    }
+
+    void About_says_what_the_program_is_and_OK_closes_it() {
+        TestProgram program;
+        frmMain window(program.App);
+        InNextModal<QDialog>([](QDialog& about) {
+            QCOMPARE(about.objectName(), QStringLiteral("frmAbout"));
+            QCOMPARE(TextOf<QLabel>(about, "lbl_Version"), std::string("MACT (V1.1)"));
+            QCOMPARE(TextOf<QLabel>(about, "lbl_Maker"), std::string("The MACT maintainers"));
+            Named<QPushButton>(about, "cmd_OK").click();
+            QVERIFY(!about.isVisible());
+        });
+        Named<QPushButton>(window, "cmd_Abount").click();
+    }
+
+    void Exit_ends_the_program_without_asking_a_window() {
+        TestProgram program;
+        frmMain window(program.App);
+        window.show();
+        CloseWatcher watcher;
+        window.installEventFilter(&watcher);
+        QTimer::singleShot(0, &window, [&] { Named<QPushButton>(window, "cmd_Exit").click(); });
+        QCOMPARE(QApplication::exec(), 0);
+        QCOMPARE(watcher.Asked, 0);
+        QVERIFY(window.isVisible());
+    }
+
+    void Exit_makes_no_backup_unless_it_is_set_to_1() {
+        for (const char* setting : {"", "0", "2", "yes", "1.0", " 1"}) {
+            TestProgram program;
+            program.Settings.Values[{"BACKUP", "AUTO_BACKUP"}] = setting;
+            frmMain window(program.App);
+            QTimer::singleShot(0, &window, [&] { Named<QPushButton>(window, "cmd_Exit").click(); });
+            QCOMPARE(QApplication::exec(), 0);
+            QVERIFY(program.Programs.Started.empty());
+        }
+    }
+};
+
+QTEST_MAIN(frm_main_test)
+#include "frm_main_test.moc"

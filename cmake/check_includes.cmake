@@ -14,7 +14,7 @@ set(may_include_app base store materials usage transfer reports lists)
 set(may_include_cli base store materials usage transfer reports app)
 # A floor for every folder but base, and for windows only.
 set(floor app/settings.h)
-set(window_floor app/dialog_routines.h)
+set(window_floor app/dialog_routines.h app/pictures.h)
 
 if(NOT ROOT)
   get_filename_component(ROOT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)

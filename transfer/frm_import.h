@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/app_context.h"
-#include "transfer/import_progress.h"
+#include "transfer/frm_import_progress.h"
 #include "transfer/transfer.h"
 
 #include <QDialog>

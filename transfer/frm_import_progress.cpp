@@ -1,4 +1,4 @@
-#include "transfer/import_progress.h"
+#include "transfer/frm_import_progress.h"
 
 #include <QCoreApplication>
 

@@ -31,6 +31,14 @@ public:
     }
 };
 
+/// Room for the longest line: where all lines have one size, it is that of the last.
+void MakeRoomForLongest(QListWidget& list, const QString& longest) {
+    constexpr int margins = 12;
+    if (list.count() == 0) return;
+    const int width = list.fontMetrics().horizontalAdvance(longest) + margins;
+    list.item(list.count() - 1)->setSizeHint(QSize(width, list.sizeHintForRow(0)));
+}
+
 QString TextAt(const QListWidget& list, int row) {
     return list.item(row)->text();
 }
@@ -99,11 +107,14 @@ void ShowLines(QListWidget& list, const ListLines& lines) {
     list.setUniformItemSizes(true); // or each of them would be laid out by itself
     list.setUpdatesEnabled(false);
     list.clear();
+    QString longest;
     for (const ListLine& line : lines) {
         auto* item = new QListWidgetItem(FromCodePage(line.Text));
         item->setData(Qt::UserRole, line.ItemData);
         list.addItem(item);
+        if (item->text().size() > longest.size()) longest = item->text();
     }
+    MakeRoomForLongest(list, longest);
     list.setCurrentRow(-1);
     list.setUpdatesEnabled(true);
 }

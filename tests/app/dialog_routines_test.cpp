@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTest>
 
 namespace {
@@ -69,6 +70,20 @@ private slots:
         ShowLines(list, ListLines(32767, {"GC-100 - White gel coat", 1}));
         QCOMPARE(list.count(), 32767);
         QVERIFY(list.uniformItemSizes());
+    }
+
+    void A_line_that_is_too_long_can_be_scrolled_to_its_end() {
+        QListWidget list;
+        list.resize(200, 100);
+        ShowLines(list, {
+                            {"short",         1   },
+                            {std::string(200, 'm'), 2},
+                            {"short",               3            }
+        });
+        list.show();
+        QVERIFY(list.horizontalScrollBar()->maximum() > 0);
+        QVERIFY(list.visualItemRect(list.item(1)).width() >
+                list.fontMetrics().horizontalAdvance(QString(200, u'm')));
     }
 
     void Select_without_value_takes_the_first_line() {

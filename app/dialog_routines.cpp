@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
@@ -13,6 +14,7 @@
 #include <QStandardItemModel>
 #include <QValidator>
 
+#include <algorithm>
 #include <optional>
 
 namespace {
@@ -37,6 +39,33 @@ void MakeRoomForLongest(QListWidget& list, const QString& longest) {
     if (list.count() == 0) return;
     const int width = list.fontMetrics().horizontalAdvance(longest) + margins;
     list.item(list.count() - 1)->setSizeHint(QSize(width, list.sizeHintForRow(0)));
+}
+
+/// Lets the first key that moves through a list without a selection select the line at which the list stands.
+/// A list would go on to the next line, and one of a single line could not be selected by keyboard at all.
+class FirstKeySelects : public QObject {
+public:
+    explicit FirstKeySelects(QListWidget& list) : QObject(&list), m_list(list) {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress || SelectedRow(m_list) >= 0 || m_list.count() == 0)
+            return QObject::eventFilter(watched, event);
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Down && key != Qt::Key_Up) return QObject::eventFilter(watched, event);
+        m_list.setCurrentRow(std::max(m_list.currentRow(), 0));
+        return true;
+    }
+
+private:
+    QListWidget& m_list;
+};
+
+/// Once for each list, however often it is filled.
+void SelectWithFirstKey(QListWidget& list) {
+    constexpr const char* done = "selectsWithFirstKey";
+    if (list.property(done).toBool()) return;
+    list.installEventFilter(new FirstKeySelects(list));
+    list.setProperty(done, true);
 }
 
 QString TextAt(const QListWidget& list, int row) {
@@ -104,6 +133,7 @@ void AcceptCodePageText(QLineEdit& edit) {
 }
 
 void ShowLines(QListWidget& list, const ListLines& lines) {
+    SelectWithFirstKey(list);
     list.setUniformItemSizes(true); // or each of them would be laid out by itself
     list.setUpdatesEnabled(false);
     list.clear();

@@ -52,6 +52,24 @@ private slots:
         QCOMPARE(combo.currentIndex(), -1);
     }
 
+    void The_first_key_selects_the_line_at_which_a_list_stands() {
+        QListWidget list;
+        ShowLines(list, {
+                            {"only", 1}
+        });
+        list.show();
+        list.setFocus();
+        QCOMPARE(SelectedRow(list), -1);
+        QTest::keyClick(&list, Qt::Key_Down);
+        QCOMPARE(SelectedRow(list), 0);
+
+        ShowLines(list, ThreeLines);
+        QTest::keyClick(&list, Qt::Key_Down);
+        QCOMPARE(SelectedRow(list), 0);
+        QTest::keyClick(&list, Qt::Key_Down);
+        QCOMPARE(SelectedRow(list), 1);
+    }
+
     void Lines_replace_those_before() {
         QListWidget list;
         QComboBox combo;

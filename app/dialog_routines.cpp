@@ -41,17 +41,16 @@ void MakeRoomForLongest(QListWidget& list, const QString& longest) {
     list.item(list.count() - 1)->setSizeHint(QSize(width, list.sizeHintForRow(0)));
 }
 
-/// Lets the first key that moves through a list without a selection select the line at which the list stands.
-/// A list would go on to the next line, and one of a single line could not be selected by keyboard at all.
-class FirstKeySelects : public QObject {
+/// Left to itself, a list moves on from the line that has the focus, and never selects an only line.
+class ArrowKeySelection : public QObject {
 public:
-    explicit FirstKeySelects(QListWidget& list) : QObject(&list), m_list(list) {}
+    explicit ArrowKeySelection(QListWidget& list) : QObject(&list), m_list(list) {}
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::KeyPress || SelectedRow(m_list) >= 0 || m_list.count() == 0)
             return QObject::eventFilter(watched, event);
         const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key != Qt::Key_Down && key != Qt::Key_Up) return QObject::eventFilter(watched, event);
+        if (key != Qt::Key_Up && key != Qt::Key_Down) return QObject::eventFilter(watched, event);
         m_list.setCurrentRow(std::max(m_list.currentRow(), 0));
         return true;
     }
@@ -59,14 +58,6 @@ public:
 private:
     QListWidget& m_list;
 };
-
-/// Once for each list, however often it is filled.
-void SelectWithFirstKey(QListWidget& list) {
-    constexpr const char* done = "selectsWithFirstKey";
-    if (list.property(done).toBool()) return;
-    list.installEventFilter(new FirstKeySelects(list));
-    list.setProperty(done, true);
-}
 
 QString TextAt(const QListWidget& list, int row) {
     return list.item(row)->text();
@@ -133,7 +124,6 @@ void AcceptCodePageText(QLineEdit& edit) {
 }
 
 void ShowLines(QListWidget& list, const ListLines& lines) {
-    SelectWithFirstKey(list);
     list.setUniformItemSizes(true); // or each of them would be laid out by itself
     list.setUpdatesEnabled(false);
     list.clear();
@@ -163,6 +153,10 @@ void ShowLines(QComboBox& combo, const ListLines& lines) {
     model->invisibleRootItem()->appendRows(items);
     combo.setModel(model); // deletes the old one
     combo.setCurrentIndex(-1);
+}
+
+void SelectByArrowKeys(QListWidget& list) {
+    list.installEventFilter(new ArrowKeySelection(list));
 }
 
 int SelectedRow(const QListWidget& list) {

@@ -35,6 +35,9 @@ void AcceptCodePageText(QLineEdit& edit);
 void ShowLines(QListWidget& list, const ListLines& lines);
 void ShowLines(QComboBox& combo, const ListLines& lines);
 
+/// From now on an arrow key selects the line that has the keyboard focus when no line is selected.
+void SelectByArrowKeys(QListWidget& list);
+
 /// The selected line, or -1. A line that has only the keyboard focus is not selected.
 int SelectedRow(const QListWidget& list);
 

@@ -31,6 +31,7 @@ std::optional<std::string> SelectedText(const QComboBox& combo) {
 frmList::frmList(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmList>()) {
     m_ui->setupUi(this);
+    SelectByArrowKeys(*m_ui->lst_Main);
     connect(m_ui->lst_Main, &QListWidget::itemSelectionChanged, this, &frmList::Set_Buttons);
     connect(m_ui->lst_Main, &QListWidget::itemClicked, this, &frmList::Set_Buttons);
     connect(m_ui->cmd_Delete, &QPushButton::clicked, this, &frmList::Delete_Record);

@@ -52,24 +52,6 @@ private slots:
         QCOMPARE(combo.currentIndex(), -1);
     }
 
-    void The_first_key_selects_the_line_at_which_a_list_stands() {
-        QListWidget list;
-        ShowLines(list, {
-                            {"only", 1}
-        });
-        list.show();
-        list.setFocus();
-        QCOMPARE(SelectedRow(list), -1);
-        QTest::keyClick(&list, Qt::Key_Down);
-        QCOMPARE(SelectedRow(list), 0);
-
-        ShowLines(list, ThreeLines);
-        QTest::keyClick(&list, Qt::Key_Down);
-        QCOMPARE(SelectedRow(list), 0);
-        QTest::keyClick(&list, Qt::Key_Down);
-        QCOMPARE(SelectedRow(list), 1);
-    }
-
     void Lines_replace_those_before() {
         QListWidget list;
         QComboBox combo;
@@ -152,6 +134,34 @@ private slots:
         QCOMPARE(SelectedRow(list), 1);
         SelectListItem(list, QStringLiteral("\u00C9T\u00C9 "), false);
         QCOMPARE(SelectedRow(list), 2);
+    }
+
+    void An_arrow_key_selects_the_line_that_has_the_focus() {
+        QListWidget list;
+        SelectByArrowKeys(list);
+        ShowLines(list, ThreeLines);
+        list.setCurrentRow(1, QItemSelectionModel::NoUpdate);
+        QTest::keyClick(&list, Qt::Key_Down);
+        QCOMPARE(SelectedRow(list), 1);
+        QTest::keyClick(&list, Qt::Key_Down);
+        QCOMPARE(SelectedRow(list), 2);
+    }
+
+    void An_arrow_key_selects_an_only_line() {
+        QListWidget list;
+        SelectByArrowKeys(list);
+        ShowLines(list, {
+                            {"only", 1}
+        });
+        QTest::keyClick(&list, Qt::Key_Up);
+        QCOMPARE(SelectedRow(list), 0);
+    }
+
+    void An_arrow_key_in_an_empty_list_selects_nothing() {
+        QListWidget list;
+        SelectByArrowKeys(list);
+        QTest::keyClick(&list, Qt::Key_Down);
+        QCOMPARE(SelectedRow(list), -1);
     }
 
     void Buttons_without_a_selected_line() {

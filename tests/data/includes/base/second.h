@@ -1,0 +1,3 @@
+#pragma once
+#include <unistd.h>
+#include "base/first.h"

@@ -4,7 +4,7 @@ run_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libcli11-dev qt6-wa
 test_packages=("${run_packages[@]}" libgtest-dev chromium)
 check_packages=("${test_packages[@]}" clang clang-format clang-tidy)
 
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+root=$(CDPATH="" cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 
 # install_missing PACKAGE...: installs those that are not there; without the right to, prints the line that does.
 install_missing() {
@@ -17,7 +17,7 @@ install_missing() {
   local become=()
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null || ! { sudo -n true 2>/dev/null || { [ -t 0 ] && sudo true; }; }; then
-      echo "Some packages are missing. Install them with this line, then try again:" >&2
+      echo "Some packages are missing. Install them as root with this line, then try again:" >&2
       echo "apt-get update && apt-get install --no-install-recommends ${missing[*]}" >&2
       return 1
     fi

@@ -166,8 +166,8 @@ Result<std::unique_ptr<class OpenFile>> OsFiles::Open(const std::filesystem::pat
     // Other copies of the program may read, write and replace the file meanwhile; Lock keeps writers apart.
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const Opening opening = OpeningFor(mode);
-    const HANDLE handle = ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation,
-                                        FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE handle = ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) return DescribeError("open the file", path, ::GetLastError());
     return std::unique_ptr<class OpenFile>(std::make_unique<WindowsFile>(handle, path));
 }

@@ -39,7 +39,7 @@ protected:
 TEST_F(Samples, TheGoodFilesImportWithoutErrors) {
     ImportGoodFiles();
     EXPECT_EQ(Materials().size(), 29U);
-    EXPECT_EQ(Usage().size(), 688U);
+    EXPECT_EQ(Usage().size(), 619U);
     EXPECT_TRUE(Prompts.Shown.empty());
 }
 

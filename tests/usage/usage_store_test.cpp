@@ -199,6 +199,27 @@ TEST_F(UsageStoreTest, OperationsOnTheLargestFileStayQuick) {
     EXPECT_EQ(Found({.OneRecordPerMaterial = true}).size(), 32767U);
 }
 
+TEST_F(UsageStoreTest, AFileThatWasCutAnywhereIsWorkedWithAndMendedByTheNextAppend) {
+    Save(1, "1/2005");
+    Save(2, "2/2005");
+    Save(3, "3/2005");
+    const std::string whole = ContentOf(File);
+    for (std::size_t length = 0; length <= whole.size(); ++length) {
+        SCOPED_TRACE(length);
+        WriteContent(File, whole.substr(0, length));
+        std::vector<UsageRecord> results;
+        FindUsage(App, {}, results);
+        for (std::size_t index = 0; index < length / 32; ++index)
+            EXPECT_EQ(results[index].UsageId, index + 1);
+        Save(9, "9/2005");
+        const std::string mended = ContentOf(File);
+        EXPECT_EQ(mended.size() % 32, 0U);
+        EXPECT_EQ(mended.substr(0, length / 32 * 32), whole.substr(0, length / 32 * 32));
+        EXPECT_EQ(Found({.MaterialId = std::int16_t{9}}), Ids{static_cast<int>(mended.size() / 32)});
+    }
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
 class UsageListTest : public UsageStoreTest {
 protected:
     UsageListTest() {

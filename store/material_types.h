@@ -8,8 +8,7 @@
 #include <vector>
 
 /// The material-type table that all companies share, in data/hapcontents.talvor: for each material type and
-/// application method the numbers by which a material is judged (40 CFR Part 63, Subpart VVVV, Tables 2 and
-/// 3).
+/// application method the numbers by which a material is judged (40 CFR 63, Subpart VVVV, Tables 2 and 3).
 ///
 /// A file that cannot be opened is shown once (ShowError) and counts as empty.
 

@@ -141,6 +141,7 @@ ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::stri
 const std::vector<std::string>& ReportKinds() {
     static const std::vector<std::string> kinds = [] {
         std::vector<std::string> names;
+        names.reserve(Reports.size());
         for (const Report& report : Reports)
             names.emplace_back(report.Kind);
         return names;

@@ -11,6 +11,8 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <cstdio>
+#include <exception>
 #include <functional>
 #include <iostream>
 
@@ -154,7 +156,7 @@ ExitStatus Run(const CommandLine& asked) {
 
 } // namespace
 
-int main(int argc, char* argv[]) {
+int main(int argc, char* argv[]) try {
 #ifdef Q_OS_WIN
     SetConsoleOutputCP(CP_UTF8);
 #endif
@@ -164,4 +166,10 @@ int main(int argc, char* argv[]) {
     CommandLine asked;
     const std::optional<ExitStatus> ended = ReadCommandLine(QCoreApplication::arguments(), asked);
     return ended ? *ended : Run(asked);
+} catch (const std::exception& error) {
+    // Nothing throws on purpose: this is the memory that ran out.
+    std::fputs("mact-cli: ", stderr);
+    std::fputs(error.what(), stderr);
+    std::fputs("\n", stderr);
+    return StatusFailed;
 }

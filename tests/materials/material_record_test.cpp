@@ -13,9 +13,9 @@ const std::string GelCoatBytes = Hex("07 00") + Padded("GC-110", 100) +
                                  Padded("State test 2004", 255) + Padded("Gel coat, \xD8st blue", 100) +
                                  Hex("FF FF") + Hex("00 00 00 00 00 00 29 40") + // 12.5
                                  Hex("00 00 00 00 00 00 F8 3F") +                // 1.5
-                                 Zeros(9 * 8) +                                  // pairs 2 to 5, content 6
-                                 Hex("00 00 00 00 00 00 F8 3F") +                // 1.5
-                                 Hex("00 00 00 00 00 00 F8 BF") +                // -1.5
+                                 Zeros(72) +                      // nine numbers: pairs 2 to 5, content 6
+                                 Hex("00 00 00 00 00 00 F8 3F") + // 1.5
+                                 Hex("00 00 00 00 00 00 F8 BF") + // -1.5
                                  Zeros(657);
 
 TEST(MaterialRecordTest, PacksToTheBytesOfEarlierVersions) {

@@ -13,6 +13,7 @@ protected:
         const bool isFound = FindCompanies(App, filter, results);
         EXPECT_EQ(isFound, !results.empty());
         std::vector<std::string> names;
+        names.reserve(results.size());
         for (const CompanyRecord& company : results)
             names.push_back(company.CompanyName);
         return names;

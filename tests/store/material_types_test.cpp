@@ -118,8 +118,8 @@ TEST_F(MaterialTypesTest, TheDefaultsOverwriteTheirSlotsAndLeaveThoseBeyond) {
     ASSERT_TRUE(CreateDefaultHapContents(App));
     const std::string content = ContentOf(DataFile("hapcontents.talvor"));
     ASSERT_EQ(content.size(), 30U * 232);
-    EXPECT_EQ(content.substr(28 * 232, 100), Padded("Tooling resin (Filled)", 100));
-    EXPECT_EQ(content.substr(29 * 232, 100), Padded("Mine", 100));
+    EXPECT_EQ(content.substr(std::size_t{28} * 232, 100), Padded("Tooling resin (Filled)", 100));
+    EXPECT_EQ(content.substr(std::size_t{29} * 232, 100), Padded("Mine", 100));
 }
 
 TEST_F(MaterialTypesTest, AFolderInTheFilesPlaceIsShownOnceAndCountsAsEmpty) {

@@ -214,15 +214,21 @@ TEST_F(ImportFailures, AnImageIsRejectedLineByLine) {
     EXPECT_TRUE(Prompts.Shown.empty());
 }
 
+std::string TenMegabytesOf(char character) {
+    std::string text;
+    text.resize(10'000'000, character);
+    return text;
+}
+
 TEST_F(ImportFailures, ALineOfTenMegabytesIsOneRejectedLine) {
-    const std::string line(10'000'000, '|');
+    const std::string line = TenMegabytesOf('|');
     ImportMaterials(line + "\r\n" + GoodMaterial("A"));
     ExpectCounts(2, 1);
     EXPECT_EQ(ContentOf(MaterialLogFile()), line + "    ***** Invalid number of delimited fields ******\r\n");
 }
 
 TEST_F(ImportFailures, AFieldOfTenMegabytesIsCut) {
-    ImportMaterials("A|" + std::string(10'000'000, 'd') +
+    ImportMaterials("A|" + TenMegabytesOf('d') +
                     "|Production resin|Spray|9|28|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n");
     ExpectCounts(1, 0);
     EXPECT_EQ(Materials().at(0).Description, std::string(100, 'd'));

@@ -51,7 +51,7 @@ TEST_F(RecordAppend, AnAppendBehindAShortLastSlotStartsAtItsProperOffset) {
 }
 
 TEST_F(RecordAppend, PendingSlotsAreCountedForTheNextNumber) {
-    WriteContent(File, std::string(32765 * 10, '0'));
+    WriteContent(File, std::string(327650, '0'));
     const RecordFile file = Open();
     EXPECT_EQ(*file.NextNumber(), 32766);
     EXPECT_EQ(*file.NextNumber(1), 32767);

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "reports/reports.h"
 #include "store/companies.h"
+#include "store/company_texts.h"
 #include "transfer/transfer.h"
 
 #include <algorithm>
@@ -94,7 +95,7 @@ ExitStatus AddCompany(AppContext& app, const std::string& name, const std::strin
     const Result<std::string> locationText = RecordText(location);
     if (!locationText) return Fail(app, locationText.error().Description);
     if (Trim(*nameText).empty() || Trim(*locationText).empty())
-        return Fail(app, "You must specify Company Name and Company Location to add new company");
+        return Fail(app, std::string(CompanyTexts::NeedsNameAndLocation));
 
     std::int16_t companyId = 0;
     if (AddNewCompany(app, *nameText, *locationText, companyId)) return StatusFailed;

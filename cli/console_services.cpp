@@ -1,24 +1,21 @@
 #include "cli/console_services.h"
 
-#include <QDate>
-
 #include <iostream>
 
 namespace {
 
-/// The text in one line: runs of line ends and blanks become one blank.
+/// The text in one line: each run of line ends becomes one blank, and everything else stays, as a path must.
 std::string OneLine(const std::string& text) {
     std::string line;
+    bool isAfterLineEnd = false;
     for (const char character : text) {
-        const bool isBlank = character == '\r' || character == '\n' || character == ' ';
-        if (!isBlank) {
+        const bool isLineEnd = character == '\r' || character == '\n';
+        if (!isLineEnd) {
+            if (isAfterLineEnd) line += ' ';
             line += character;
-        } else if (!line.empty() && line.back() != ' ') {
-            line += ' ';
         }
+        isAfterLineEnd = isLineEnd;
     }
-    while (line.ends_with(' '))
-        line.pop_back();
     return line;
 }
 
@@ -30,9 +27,4 @@ PromptAnswer ConsolePrompts::Show(const Prompt& prompt) {
     std::cerr << OneLine(prompt.Text) << '\n';
     m_hasShownFailure = true;
     return PromptAnswer::Ok;
-}
-
-std::chrono::year_month SystemClock::CurrentMonth() {
-    const QDate today = QDate::currentDate();
-    return std::chrono::year{today.year()} / today.month();
 }

@@ -32,8 +32,3 @@ public:
         return std::nullopt;
     }
 };
-
-class SystemClock : public Clock {
-public:
-    std::chrono::year_month CurrentMonth() override;
-};

@@ -1,4 +1,5 @@
 #include "app/os_files.h"
+#include "app/qt_clock.h"
 #include "app/qt_settings.h"
 #include "app/startup.h"
 #include "base/messages.h"
@@ -130,7 +131,7 @@ ExitStatus Run(const CommandLine& asked) {
     QtSettings settings;
     NoPrograms programs;
     NoFileDialogs dialogs;
-    SystemClock calendar;
+    QtClock calendar;
     OsFiles files;
     const std::string folder =
         asked.Folder.empty() ? QCoreApplication::applicationDirPath().toStdString() : asked.Folder;

@@ -3,7 +3,7 @@
 # A feature folder names its sources by the library they belong to:
 #   CORE      records, stores, rules: standard C++ only
 #   SYSTEM    the operating system's files: no Qt
-#   SETTINGS  the settings store: Qt Core
+#   SETTINGS  the settings store and the clock: Qt Core
 #   WINDOWS   windows and the services that need Qt Widgets
 function(feature)
   cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "CORE;SYSTEM;SETTINGS;WINDOWS")

@@ -144,6 +144,13 @@ TEST_F(CliTest, AFileThatCannotBeReadIsAFailureOfOneLine) {
     EXPECT_NE(run.Errors.find("missing.txt"), std::string::npos);
 }
 
+TEST_F(CliTest, AFailureNamesAPathAsItIs) {
+    Run({"add-company", "Acme", "Dock 1"});
+    const std::string missing = PathText(Temporary.Path() / "two  blanks.txt");
+    EXPECT_EQ(Run({"--company", "1", "import-usage", missing}).Errors,
+              "Cannot open the file \"" + missing + "\": No such file or directory.\n");
+}
+
 TEST_F(CliTest, ExportsWriteWhatTheImportsRead) {
     AddShop();
     const std::filesystem::path target = Temporary.Path() / "exported.txt";

@@ -46,9 +46,11 @@ Done Import(AppContext& app, const ImportJob& job, const TransferWatcher& watche
 
 } // namespace
 
-ImportCounts RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& watcher) {
+void RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
+               int& errorCount) {
     ImportCounts counts;
     const Done imported = Import(app, job, watcher, counts);
+    processedCount = counts.Processed;
+    errorCount = counts.Errors;
     if (!imported) ShowError(app, imported.error());
-    return counts;
 }

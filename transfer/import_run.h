@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 #include "transfer/import_output.h"
+#include "transfer/line_fields.h"
 #include "transfer/transfer.h"
 
 #include <functional>
@@ -18,5 +19,22 @@ struct ImportJob {
     std::function<Result<bool>(const ImportedLine& line, ImportOutput& output)> ImportLine;
 };
 
-/// Runs the import and shows its failure, if there is one. The data file is locked all the while.
-ImportCounts RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& watcher);
+/// Runs the import, sets the counts and shows its failure, if there is one. The data file is locked all the
+/// while.
+void RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
+               int& errorCount);
+
+/// Splits the line into `checked.Fields` and has them checked by `check`, which answers the first error's
+/// message. Logs a rejection.
+template <class CheckedLine, class Check>
+bool IsRejected(const ImportedLine& line, ImportOutput& output, CheckedLine& checked, const Check& check) {
+    const auto fields = SplitFields<std::tuple_size_v<decltype(checked.Fields)>>(line.Text);
+    if (!fields) {
+        output.LogInvalidFieldCount(line);
+        return true;
+    }
+    checked.Fields = *fields;
+    const std::string_view error = check(checked);
+    if (!error.empty()) output.LogRejection(line, error);
+    return !error.empty();
+}

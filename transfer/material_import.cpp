@@ -6,7 +6,6 @@
 #include "store/data_folder.h"
 #include "store/material_types.h"
 #include "transfer/import_run.h"
-#include "transfer/line_fields.h"
 #include "transfer/transfer_texts.h"
 
 #include <algorithm>
@@ -35,7 +34,7 @@ bool ParseAll(const std::string_view* texts, std::array<double, 12>& numbers) {
 } // namespace
 
 struct MaterialImport::CheckedLine {
-    std::array<std::string_view, FieldCount> Fields;
+    std::array<std::string_view, FieldCount> Fields{};
     double Density = 0;
     double HapContent = 0;
     std::array<double, 12> PollutantNumbers{}; ///< content and factor in turn
@@ -84,17 +83,8 @@ std::string_view MaterialImport::Check(CheckedLine& checked) const {
 }
 
 Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, ImportOutput& output) {
-    const auto fields = SplitFields<FieldCount>(line.Text);
-    if (!fields) {
-        output.LogInvalidFieldCount(line);
-        return true;
-    }
-    CheckedLine checked{.Fields = *fields};
-    const std::string_view error = Check(checked);
-    if (!error.empty()) {
-        output.LogRejection(line, error);
-        return true;
-    }
+    CheckedLine checked;
+    if (IsRejected(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
     const Result<std::int16_t> number = output.NextNumber();
     if (!number) return number.error();
     output.AppendRecord(Pack(MaterialLayout, checked.Record(*number)));
@@ -115,8 +105,6 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
         .ImportLine = [&](const ImportedLine& line,
                           ImportOutput& output) { return import.ImportMaterialLine(line, output); },
     };
-    const ImportCounts counts = RunImport(app, job, watcher);
-    processedCount = counts.Processed;
-    errorCount = counts.Errors;
+    RunImport(app, job, watcher, processedCount, errorCount);
     return 0;
 }

@@ -5,7 +5,6 @@
 #include "materials/material_store.h"
 #include "store/data_folder.h"
 #include "transfer/import_run.h"
-#include "transfer/line_fields.h"
 #include "transfer/transfer_texts.h"
 #include "usage/usage_record.h"
 
@@ -38,7 +37,7 @@ std::int16_t UnitOf(std::string_view text) {
 } // namespace
 
 struct UsageImport::CheckedLine {
-    std::array<std::string_view, FieldCount> Fields;
+    std::array<std::string_view, FieldCount> Fields{};
     UsageRecord Usage{};
 };
 
@@ -84,17 +83,8 @@ std::string_view UsageImport::Check(CheckedLine& checked) const {
 }
 
 Result<bool> UsageImport::ImportUsageLine(const ImportedLine& line, ImportOutput& output) {
-    const auto fields = SplitFields<FieldCount>(line.Text);
-    if (!fields) {
-        output.LogInvalidFieldCount(line);
-        return true;
-    }
-    CheckedLine checked{.Fields = *fields};
-    const std::string_view error = Check(checked);
-    if (!error.empty()) {
-        output.LogRejection(line, error);
-        return true;
-    }
+    CheckedLine checked;
+    if (IsRejected(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
     const Result<std::int16_t> number = output.NextNumber();
     if (!number) return number.error();
     checked.Usage.UsageId = *number;
@@ -115,8 +105,6 @@ std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& sourc
         .ImportLine = [&](const ImportedLine& line,
                           ImportOutput& output) { return import.ImportUsageLine(line, output); },
     };
-    const ImportCounts counts = RunImport(app, job, watcher);
-    processedCount = counts.Processed;
-    errorCount = counts.Errors;
+    RunImport(app, job, watcher, processedCount, errorCount);
     return 0;
 }

@@ -7,17 +7,28 @@
 #include <QComboBox>
 #include <QDir>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
 #include <QPushButton>
+#include <QRegularExpressionValidator>
 #include <QStandardItemModel>
-#include <QValidator>
 
 #include <algorithm>
 #include <optional>
 
 namespace {
+
+/// Line breaks, and tabs, which come with pasted text, as spaces: a record's text is one line.
+QString InOneLine(QString text) {
+    text.replace(QLatin1String("\r\n"), QLatin1String(" "));
+    for (QChar& character : text)
+        if (character == u'\r' || character == u'\n' || character == u'\t' || character == u'\u2028' ||
+            character == u'\u2029')
+            character = u' ';
+    return text;
+}
 
 /// Lets everything pass, with "?" for each character that the code page lacks.
 class CodePageValidator : public QValidator {
@@ -25,8 +36,8 @@ public:
     using QValidator::QValidator;
 
     State validate(QString& text, int& position) const override {
-        const QString before = FromCodePage(ToCodePage(text.left(position)));
-        const QString after = FromCodePage(ToCodePage(text.mid(position)));
+        const QString before = FromCodePage(ToCodePage(InOneLine(text.left(position))));
+        const QString after = FromCodePage(ToCodePage(InOneLine(text.mid(position))));
         position = static_cast<int>(before.size()); // a character of two code units is one "?"
         text = before + after;
         return Acceptable;
@@ -123,6 +134,14 @@ void AcceptCodePageText(QLineEdit& edit) {
     edit.setValidator(new CodePageValidator(&edit));
 }
 
+void AcceptAnyYear(QComboBox& year) {
+    year.setEditable(true);
+    year.setInsertPolicy(QComboBox::NoInsert);
+    year.setCompleter(nullptr); // it would make 2000 of 20
+    year.setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), &year));
+}
+
 void ShowLines(QListWidget& list, const ListLines& lines) {
     list.setUniformItemSizes(true); // or each of them would be laid out by itself
     list.setUpdatesEnabled(false);
@@ -185,6 +204,10 @@ void SetListButtons(QPushButton* primary, QPushButton* second, QPushButton* sele
         selection->setDefault(hasSelection);
     }
     if (secondSelection && list) secondSelection->setEnabled(hasSelection);
+}
+
+int ResultOf(const QLabel& result) {
+    return ParseInt16(result.text().toStdString()).value_or(-1);
 }
 
 BusyCursor::BusyCursor() {

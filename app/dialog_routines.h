@@ -12,6 +12,7 @@
 
 class QComboBox;
 class QDialog;
+class QLabel;
 class QLineEdit;
 class QListWidget;
 class QPushButton;
@@ -27,8 +28,12 @@ std::string ToCodePage(const QString& text);
 QString FromPath(const std::filesystem::path& path);
 std::filesystem::path ToPath(const QString& text);
 
-/// From now on a character that the code page lacks becomes "?" where it is typed or pasted.
+/// From now on a character that the code page lacks becomes "?" where it is typed or pasted, and a line break
+/// a space.
 void AcceptCodePageText(QLineEdit& edit);
+
+/// A box that holds a list of years and takes any other number of up to four digits that is typed.
+void AcceptAnyYear(QComboBox& year);
 
 /// Fills the list with the lines, their item data in Qt::UserRole; no line is selected. 32,767 lines are no
 /// wait.
@@ -52,8 +57,12 @@ void SetListButtons(QPushButton* primary = nullptr, QPushButton* second = nullpt
                     QPushButton* selection = nullptr, QPushButton* secondSelection = nullptr,
                     const QListWidget* list = nullptr);
 
+/// What an editor's hidden lbl_result tells its opener: the number that it holds, or -1.
+int ResultOf(const QLabel& result);
+
 /// Shows the dialog until it closes, in the size that the user gave it the last time, kept under `name` in
-/// the settings (its object name when left out). Never larger than the screen.
+/// the settings (its object name when left out). Never larger than the screen. Turning the mouse wheel over a
+/// box of choices changes it only while it has the keyboard focus.
 int ShowModally(AppContext& app, QDialog& window, const QString& name = {});
 
 /// The busy pointer, while it lives.

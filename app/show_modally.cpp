@@ -3,7 +3,9 @@
 #include "base/numbers.h"
 #include "base/text.h"
 
+#include <QComboBox>
 #include <QDialog>
+#include <QEvent>
 #include <QScreen>
 
 namespace {
@@ -24,6 +26,22 @@ std::string SizeText(const QSize& size) {
     return WholeNumberText(size.width()) + 'x' + WholeNumberText(size.height());
 }
 
+/// A wheel that is turned to scroll past a box of choices is not to change it unnoticed.
+class WheelGuard : public QObject {
+public:
+    explicit WheelGuard(QDialog& window) : QObject(&window) {
+        for (auto* combo : window.findChildren<QComboBox*>())
+            combo->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Wheel || static_cast<QComboBox*>(watched)->hasFocus())
+            return QObject::eventFilter(watched, event);
+        event->ignore(); // whoever scrolls may have it
+        return true;
+    }
+};
+
 } // namespace
 
 int ShowModally(AppContext& app, QDialog& window, const QString& name) {
@@ -33,6 +51,7 @@ int ShowModally(AppContext& app, QDialog& window, const QString& name) {
                             .expandedTo(window.minimumSizeHint())
                             .boundedTo(window.screen()->availableSize());
     window.resize(shown);
+    const WheelGuard guard(window);
     const int result = window.exec();
     // A size that cannot be kept is not worth a message.
     if (window.size() != shown)

@@ -4,15 +4,15 @@
 #include "reports/reports.h"
 #include "ui_frm_reports.h"
 
-#include <QRegularExpressionValidator>
-
 frmReports::frmReports(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()) {
     m_ui->setupUi(this);
     for (const ReportFrame& frame : Frames()) {
         for (int month = 1; month <= frame.Month->count(); ++month)
             frame.Month->setItemData(month - 1, month);
-        Prepare_Year(*frame.Year);
+        for (int row = 0; row < frame.Year->count(); ++row)
+            frame.Year->setItemData(row, 0);
+        AcceptAnyYear(*frame.Year);
         if (frame.Month != m_ui->cbo_Month) Select_Current_Month(frame);
         connect(frame.Generate, &QPushButton::clicked, this, [this, frame] { Generate(frame); });
     }
@@ -33,15 +33,6 @@ std::array<frmReports::ReportFrame, 5> frmReports::Frames() const {
          {m_ui->cbo_Month5, m_ui->cbo_Year5, m_ui->cmd_Generate5, GenerateAdditionalHapEmissionReport},
          }
     };
-}
-
-/// The list is short and fixed; any other year can be typed.
-void frmReports::Prepare_Year(QComboBox& year) {
-    for (int row = 0; row < year.count(); ++row)
-        year.setItemData(row, 0);
-    year.setCompleter(nullptr); // it would make 2000 of 20
-    year.setValidator(
-        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), &year));
 }
 
 void frmReports::Select_Current_Month(const ReportFrame& frame) {

@@ -31,7 +31,6 @@ private:
         std::int16_t (*Report)(AppContext&, const ReportPeriod&);
     };
     std::array<ReportFrame, 5> Frames() const;
-    void Prepare_Year(QComboBox& year);
     void Select_Current_Month(const ReportFrame& frame);
     void Choose_Materials(bool areAllWanted);
     void Generate(const ReportFrame& frame);

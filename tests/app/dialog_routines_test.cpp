@@ -5,12 +5,14 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
 
 namespace {
 
@@ -255,6 +257,54 @@ private slots:
         ShowModally(program.App, window);
         const QSize screen = window.screen()->availableSize();
         QVERIFY(size.width() <= screen.width() && size.height() <= screen.height());
+    }
+
+    void A_pasted_line_break_or_tab_becomes_a_space() {
+        QLineEdit edit;
+        AcceptCodePageText(edit);
+        Paste(edit, QStringLiteral("a\r\nb\nc\td\u2028e"));
+        QCOMPARE(edit.text(), QStringLiteral("a b c d e"));
+    }
+
+    void A_year_box_takes_a_year_that_its_list_lacks() {
+        QComboBox year;
+        year.addItems({QStringLiteral("2000"), QStringLiteral("2001")});
+        AcceptAnyYear(year);
+        year.setCurrentIndex(-1);
+        Type(*year.lineEdit(), QStringLiteral("20a26"));
+        QCOMPARE(year.currentText(), QStringLiteral("2026"));
+        QCOMPARE(year.count(), 2);
+        Type(*year.lineEdit(), QStringLiteral("7"));
+        QCOMPARE(year.currentText(), QStringLiteral("2026"));
+    }
+
+    void The_wheel_changes_a_choice_only_where_the_keyboard_is() {
+        TestProgram program;
+        QDialog window;
+        window.setObjectName(QStringLiteral("frmTest"));
+        QComboBox first(&window);
+        QComboBox second(&window);
+        for (QComboBox* combo : {&first, &second})
+            combo->addItems({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+        InNextModal<QDialog>([&](QDialog&) {
+            QApplication::setActiveWindow(&window);
+            first.setFocus();
+            for (QComboBox* combo : {&first, &second}) {
+                QWheelEvent down(QPointF(2, 2), combo->mapToGlobal(QPointF(2, 2)), {}, QPoint(0, -120),
+                                 Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+                QApplication::sendEvent(combo, &down);
+            }
+        });
+        ShowModally(program.App, window);
+        QCOMPARE(first.currentIndex(), 1);
+        QCOMPARE(second.currentIndex(), 0);
+    }
+
+    void An_editor_tells_its_result_or_minus_one() {
+        QLabel result;
+        QCOMPARE(ResultOf(result), -1);
+        result.setText(QStringLiteral("0"));
+        QCOMPARE(ResultOf(result), 0);
     }
 
     void A_kept_size_that_makes_no_sense_is_ignored() {

@@ -14,7 +14,9 @@ inline constexpr std::string_view Default = "DEFAULT"; ///< number of the curren
 inline constexpr std::string_view Backup = "BACKUP";
 inline constexpr std::string_view AutoBackup = "AUTO_BACKUP"; ///< "1" = back up on exit
 
+inline constexpr std::string_view BackupVolume = "BK_VOLUME"; ///< number of the next backup set
+
 inline constexpr std::string_view Browser = "BROWSER";
-inline constexpr std::string_view Path = "PATH"; ///< of the browser program, UTF-8
+inline constexpr std::string_view Path = "PATH"; ///< of the backup folder or the browser program, UTF-8
 
 } // namespace Settings

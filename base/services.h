@@ -68,6 +68,9 @@ public:
     virtual Done Start(const ProgramStart& start) = 0;
 };
 
+/// Which files a dialog offers.
+enum class FileKind { Text, Program };
+
 /// The platform's standard dialogs. Empty when the user cancels.
 class FileDialogs {
 public:
@@ -75,8 +78,13 @@ public:
     FileDialogs(const FileDialogs&) = delete;
     FileDialogs& operator=(const FileDialogs&) = delete;
     virtual ~FileDialogs() = default;
-    virtual std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title) = 0;
+    virtual std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title,
+                                                                  FileKind kind) = 0;
+    /// A text file.
     virtual std::optional<std::filesystem::path> ChooseFileToSave(const std::string& title) = 0;
+    /// An existing folder; `start` is shown first.
+    virtual std::optional<std::filesystem::path> ChooseFolder(const std::string& title,
+                                                              const std::filesystem::path& start) = 0;
 };
 
 class Clock {

@@ -25,10 +25,14 @@ public:
 
 class NoFileDialogs : public FileDialogs {
 public:
-    std::optional<std::filesystem::path> ChooseFileToOpen(const std::string&) override {
+    std::optional<std::filesystem::path> ChooseFileToOpen(const std::string&, FileKind) override {
         return std::nullopt;
     }
     std::optional<std::filesystem::path> ChooseFileToSave(const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<std::filesystem::path> ChooseFolder(const std::string&,
+                                                      const std::filesystem::path&) override {
         return std::nullopt;
     }
 };

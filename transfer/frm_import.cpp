@@ -60,7 +60,7 @@ void frmImport::Enable_Button() {
 }
 
 void frmImport::Browse() {
-    const auto chosen = m_app.Dialogs.ChooseFileToOpen(windowTitle().toStdString());
+    const auto chosen = m_app.Dialogs.ChooseFileToOpen(windowTitle().toStdString(), FileKind::Text);
     if (!chosen) return;
     m_ui->txt_SourceFile->setText(FromPath(*chosen));
     m_ui->cmd_Import->setFocus();

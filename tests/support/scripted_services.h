@@ -61,8 +61,17 @@ class ScriptedDialogs : public FileDialogs {
 public:
     std::optional<std::filesystem::path> Choice{}; ///< empty = the user cancels
 
-    std::optional<std::filesystem::path> ChooseFileToOpen(const std::string&) override { return Choice; }
+    std::filesystem::path FolderShownFirst{};
+
+    std::optional<std::filesystem::path> ChooseFileToOpen(const std::string&, FileKind) override {
+        return Choice;
+    }
     std::optional<std::filesystem::path> ChooseFileToSave(const std::string&) override { return Choice; }
+    std::optional<std::filesystem::path> ChooseFolder(const std::string&,
+                                                      const std::filesystem::path& start) override {
+        FolderShownFirst = start;
+        return Choice;
+    }
 };
 
 class ScriptedClock : public Clock {

@@ -64,6 +64,15 @@ void LoadAdditionalNames(AppContext& app) {
     if (!loaded) ShowError(app, loaded.error());
 }
 
+Failed SaveAdditionalNames(AppContext& app, const PollutantNames& names) {
+    std::string line = names.front();
+    for (std::size_t index = 1; index < names.size(); ++index)
+        line += '|' + names[index];
+    const Done saved = ReplaceFile(app.Files, AdditionalNamesFile(app), line + "\r\n");
+    if (!saved) ShowError(app, saved.error());
+    return !saved;
+}
+
 PollutantNames SplitAdditionalNames(std::string_view names) {
     PollutantNames six;
     std::vector<std::string_view> pieces = Split(names, '|');

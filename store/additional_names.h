@@ -20,6 +20,9 @@ Done ReadAdditionalNames(AppContext& app);
 /// The same, with a failure shown (ShowError).
 void LoadAdditionalNames(AppContext& app);
 
+/// Writes the names as they stand, for the next load; those in the context stay.
+[[nodiscard]] Failed SaveAdditionalNames(AppContext& app, const PollutantNames& names);
+
 /// Six names; any other number of them counts as six "-".
 PollutantNames SplitAdditionalNames(std::string_view names);
 

@@ -1,0 +1,51 @@
+#include "store/frm_extra_pollutants_names.h"
+
+#include "app/dialog_routines.h"
+#include "base/messages.h"
+#include "base/text.h"
+#include "store/additional_names.h"
+#include "store/additional_names_texts.h"
+#include "ui_frm_extra_pollutants_names.h"
+
+frmExtraPollutantsNames::frmExtraPollutantsNames(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExtraPollutantsNames>()) {
+    m_ui->setupUi(this);
+    for (QLineEdit* box : Boxes())
+        AcceptCodePageText(*box);
+    connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmExtraPollutantsNames::Save_Names);
+    connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+
+    LoadAdditionalNames(m_app);
+    const std::vector<std::string_view> names = Split(m_app.AdditionalNames, '|');
+    if (names.size() == Boxes().size()) {
+        for (std::size_t index = 0; index < names.size(); ++index)
+            Boxes()[index]->setText(FromCodePage(names[index]));
+    } else if (!m_app.AdditionalNames.empty()) {
+        m_app.AdditionalNames = UnusedNames;
+    }
+}
+
+frmExtraPollutantsNames::~frmExtraPollutantsNames() = default;
+
+std::array<QLineEdit*, 6> frmExtraPollutantsNames::Boxes() const {
+    return {m_ui->txt_pname_0, m_ui->txt_pname_1, m_ui->txt_pname_2,
+            m_ui->txt_pname_3, m_ui->txt_pname_4, m_ui->txt_pname_5};
+}
+
+void frmExtraPollutantsNames::Save_Names() {
+    PollutantNames names;
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        names[index] = ToCodePage(Boxes()[index]->text());
+        if (Trim(names[index]).empty()) {
+            ShowFormErrors(m_app, AdditionalNamesTexts::NameIsEmpty);
+            Boxes()[index]->setFocus();
+            return;
+        }
+    }
+    if (!SaveAdditionalNames(m_app, names)) hide();
+}
+
+void ShowAdditionalNames(AppContext& app, QWidget* parent) {
+    frmExtraPollutantsNames window(app, parent);
+    ShowModally(app, window);
+}

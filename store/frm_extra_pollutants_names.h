@@ -1,0 +1,33 @@
+#pragma once
+
+#include "base/app_context.h"
+
+#include <QDialog>
+
+#include <array>
+#include <memory>
+
+class QLineEdit;
+
+namespace Ui {
+class frmExtraPollutantsNames;
+}
+
+/// The names of the six additional pollutants of the current company.
+class frmExtraPollutantsNames : public QDialog {
+    Q_OBJECT
+
+public:
+    frmExtraPollutantsNames(AppContext& app, QWidget* parent);
+    ~frmExtraPollutantsNames() override;
+
+private:
+    std::array<QLineEdit*, 6> Boxes() const;
+    void Save_Names();
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmExtraPollutantsNames> m_ui;
+};
+
+/// Names that were saved are read by the next LoadAdditionalNames.
+void ShowAdditionalNames(AppContext& app, QWidget* parent);

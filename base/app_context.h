@@ -7,6 +7,13 @@
 #include <filesystem>
 #include <string>
 
+/// What the last new usage record was entered with.
+struct LastUsageEntry {
+    std::int16_t Month = 0; ///< 1 to 12
+    std::string Year{};
+    std::int16_t Unit = 0; ///< 0 = no record was entered yet
+};
+
 /// What the modules work with: the platform's services, the program folder, and the little that is remembered
 /// between operations. It is passed, never global.
 struct AppContext {
@@ -23,4 +30,5 @@ struct AppContext {
     std::string CurrentCompanyLocation{}; ///< code-page text
     /// The six additional pollutant names joined by "|", code-page text; "-" = a name not in use.
     std::string AdditionalNames{};
+    LastUsageEntry LastUsage{};
 };

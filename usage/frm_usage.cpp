@@ -1,0 +1,196 @@
+#include "usage/frm_usage.h"
+
+#include "app/dialog_routines.h"
+#include "base/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "ui_frm_usage.h"
+#include "usage/usage_store.h"
+#include "usage/usage_texts.h"
+
+namespace {
+
+std::optional<std::int16_t> SelectedData(const QComboBox& combo) {
+    if (combo.currentIndex() < 0) return {};
+    return static_cast<std::int16_t>(combo.currentData().toInt());
+}
+
+/// Item data 1, 2 and so on, in the order of the list.
+void NumberItems(QComboBox& combo) {
+    for (int row = 0; row < combo.count(); ++row)
+        combo.setItemData(row, row + 1);
+    combo.setCurrentIndex(-1);
+}
+
+} // namespace
+
+frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmUsage>()) {
+    m_ui->setupUi(this);
+    m_ui->lbl_Id->hide();
+    m_ui->lbl_result->hide();
+    ListLines lines;
+    FillMaterialList(lines, materials, false);
+    ShowLines(*m_ui->cbo_MaterialId, lines);
+    for (const MaterialRecord& material : materials)
+        m_descriptions << FromCodePage(Trim(material.Description));
+    NumberItems(*m_ui->cbo_Month);
+    NumberItems(*m_ui->cbo_Unit);
+    for (int row = 0; row < m_ui->cbo_Year->count(); ++row)
+        m_ui->cbo_Year->setItemData(row, 0);
+    AcceptAnyYear(*m_ui->cbo_Year);
+    AcceptCodePageText(*m_ui->txt_Quantiry);
+    connect(m_ui->cbo_MaterialId, &QComboBox::currentIndexChanged, this, &frmUsage::Show_Description);
+    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmUsage::Save);
+    connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+    m_ui->cbo_MaterialId->setFocus();
+}
+
+frmUsage::~frmUsage() = default;
+
+void frmUsage::Prepare_New() {
+    setWindowTitle(QString::fromLatin1(UsageTexts::NewTitle));
+    if (m_app.LastUsage.Unit != 0) {
+        Prepare_Remembered();
+        return;
+    }
+    const std::chrono::year_month today = m_app.Calendar.CurrentMonth();
+    Select_Year(QString::number(static_cast<int>(today.year())));
+    SelectListItem(*m_ui->cbo_Month, static_cast<unsigned>(today.month()));
+    SelectListItem(*m_ui->cbo_Unit);
+}
+
+void frmUsage::Prepare_Remembered() {
+    SelectListItem(*m_ui->cbo_Month, m_app.LastUsage.Month);
+    Select_Year(FromCodePage(m_app.LastUsage.Year));
+    SelectListItem(*m_ui->cbo_Unit, m_app.LastUsage.Unit);
+    QWidget* const order[] = {m_ui->cbo_MaterialId, m_ui->txt_Quantiry, m_ui->cbo_Unit, m_ui->cmd_Save,
+                              m_ui->cmd_Cancel,     m_ui->cbo_Month,    m_ui->cbo_Year};
+    for (std::size_t index = 1; index < std::size(order); ++index)
+        setTabOrder(order[index - 1], order[index]);
+}
+
+void frmUsage::Prepare_Edit(const UsageRecord& usage) {
+    const PeriodPieces period = SplitPeriod(usage.Period);
+    SelectListItem(*m_ui->cbo_MaterialId, usage.MaterialId);
+    SelectListItem(*m_ui->cbo_Month, FromCodePage(period.Month));
+    Select_Year(FromCodePage(period.Year));
+    SelectListItem(*m_ui->cbo_Unit, usage.Unit);
+    m_ui->txt_Quantiry->setText(FromCodePage(NumberText(usage.Quantity)));
+    m_ui->lbl_Id->setText(QString::number(usage.UsageId));
+}
+
+/// A year that the list lacks stands there as if it had been typed.
+void frmUsage::Select_Year(const QString& year) {
+    m_ui->cbo_Year->setCurrentIndex(-1);
+    SelectListItem(*m_ui->cbo_Year, year, false);
+    if (m_ui->cbo_Year->currentIndex() < 0) m_ui->cbo_Year->setEditText(year);
+}
+
+void frmUsage::Show_Description() {
+    const int row = m_ui->cbo_MaterialId->currentIndex();
+    m_ui->lbl_Description->setText(row < 0 ? QString() : m_descriptions.at(row));
+}
+
+UsageEntry frmUsage::Read_Form() const {
+    return {.MaterialId = SelectedData(*m_ui->cbo_MaterialId),
+            .Month = SelectedData(*m_ui->cbo_Month),
+            .Year = ToCodePage(m_ui->cbo_Year->currentText()),
+            .Quantity = ToCodePage(m_ui->txt_Quantiry->text()),
+            .Unit = SelectedData(*m_ui->cbo_Unit)};
+}
+
+bool frmUsage::Validate_Form() {
+    const UsageEntry entry = Read_Form();
+    const FormErrors errors = CheckUsageEntry(entry);
+    if (errors.IsEmpty()) return true;
+    ShowFormErrors(m_app, errors.Text());
+    Focus_First_Error(entry);
+    return false;
+}
+
+void frmUsage::Focus_First_Error(const UsageEntry& entry) {
+    if (!entry.MaterialId)
+        m_ui->cbo_MaterialId->setFocus();
+    else if (!IsNumeric(Trim(entry.Quantity)))
+        m_ui->txt_Quantiry->setFocus();
+    else if (!entry.Month)
+        m_ui->cbo_Month->setFocus();
+    else if (!IsUsageYear(Trim(entry.Year)))
+        m_ui->cbo_Year->setFocus();
+    else
+        m_ui->cbo_Unit->setFocus();
+}
+
+void frmUsage::Save() {
+    if (!Validate_Form()) return;
+    if (IsNumeric(m_ui->lbl_Id->text().toStdString()))
+        Check_4_Update();
+    else
+        Check_4_Save();
+}
+
+void frmUsage::Check_4_Save() {
+    const UsageEntry entry = Read_Form();
+    const UsageRecord usage = RecordOf(entry, 0);
+    if (Is_Saved(usage))
+        m_app.LastUsage = {.Month = entry.Month.value_or(0), .Year = entry.Year, .Unit = usage.Unit};
+}
+
+void frmUsage::Check_4_Update() {
+    const std::string id = m_ui->lbl_Id->text().toStdString();
+    Is_Saved(RecordOf(Read_Form(), ParseInt16(id).value_or(0)));
+}
+
+bool frmUsage::Is_Saved(const UsageRecord& usage) {
+    if (IsRefusedAsDuplicate(m_app, usage) || SaveUsage(m_app, usage)) return false;
+    m_ui->lbl_result->setText(QStringLiteral("0"));
+    hide();
+    return true;
+}
+
+int frmUsage::Show() {
+    m_ui->lbl_result->clear();
+    ShowModally(m_app, *this);
+    return ResultOf(*m_ui->lbl_result);
+}
+
+int NewUsage(AppContext& app, QWidget* parent) {
+    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
+    if (!materials) {
+        ShowError(app, materials.error());
+        return -1;
+    }
+    if (materials->empty()) {
+        ShowFormErrors(app, UsageTexts::NeedsMaterials);
+        return -1;
+    }
+    frmUsage window(app, *materials, parent);
+    window.Prepare_New();
+    return window.Show();
+}
+
+int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent) {
+    const Result<std::vector<UsageRecord>> found = ReadUsage(app, {.UsageId = usageId});
+    if (!found) {
+        ShowError(app, found.error());
+        return -1;
+    }
+    if (found->empty()) {
+        ShowFormErrors(app, UsageTexts::UsageNotFound);
+        return -1;
+    }
+    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
+    if (!materials) {
+        ShowError(app, materials.error());
+        return -1;
+    }
+    if (materials->empty()) {
+        ShowFormErrors(app, UsageTexts::MaterialsNotFound);
+        return -1;
+    }
+    frmUsage window(app, *materials, parent);
+    window.Prepare_Edit(found->front());
+    return window.Show();
+}

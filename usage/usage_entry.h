@@ -1,0 +1,30 @@
+#pragma once
+
+#include "base/messages.h"
+#include "usage/usage_record.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// What the usage editor holds, as selected and typed.
+struct UsageEntry {
+    std::optional<std::int16_t> MaterialId{}; ///< empty = nothing selected
+    std::optional<std::int16_t> Month{};      ///< 1 to 12; empty = nothing selected
+    std::string Year{};
+    std::string Quantity{};
+    std::optional<std::int16_t> Unit{}; ///< empty = nothing selected
+};
+
+/// One message per failed check, in the order of the form.
+FormErrors CheckUsageEntry(const UsageEntry& entry);
+
+/// Four digits, from 1900 on: what the reports can look back from.
+bool IsUsageYear(std::string_view year);
+
+/// The record of an entry that passed every check. `usageId` 0 = a new one.
+UsageRecord RecordOf(const UsageEntry& entry, std::int16_t usageId);
+
+/// Shows why the record cannot be saved and returns true when another live one has its material and month, or
+/// when that cannot be told. Of several, the first one in the file counts.
+bool IsRefusedAsDuplicate(AppContext& app, const UsageRecord& record);

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "base/app_context.h"
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class frmMaterialTypes;
+}
+
+/// The material types. No button of the program opens this window, nothing fills its list, and it writes
+/// nothing: the table stays as it is.
+class frmMaterialTypes : public QDialog {
+    Q_OBJECT
+
+public:
+    frmMaterialTypes(AppContext& app, QWidget* parent);
+    ~frmMaterialTypes() override;
+
+    void Initialize_Form();
+    /// Shows what is wrong with the entries; true when nothing is.
+    bool Validate_Form();
+    /// Does nothing.
+    void Show_MaterialType_Record(int materialTypeId);
+
+private:
+    friend void ShowMaterialTypes(AppContext& app, QWidget* parent);
+
+    void New_Type();
+    void Edit_Type();
+    void Enable_Entry();
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmMaterialTypes> m_ui;
+};
+
+void ShowMaterialTypes(AppContext& app, QWidget* parent);

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "base/messages.h"
+
+#include <string>
+
+/// What the material-type window holds, as typed: code-page text.
+struct MaterialTypeEntry {
+    std::string Name;
+    std::string Type;        ///< 1 or 2; only that it is a number is checked
+    std::string HapContents; ///< weight percent
+};
+
+/// One message per failed check, in the order of the form.
+FormErrors CheckMaterialTypeEntry(const MaterialTypeEntry& entry);

@@ -174,6 +174,10 @@ void ShowLines(QComboBox& combo, const ListLines& lines) {
     combo.setCurrentIndex(-1);
 }
 
+void MakeRoomForLines(QLabel& label, int lines) {
+    label.setMinimumHeight(lines * label.fontMetrics().lineSpacing());
+}
+
 void SelectByArrowKeys(QListWidget& list) {
     list.installEventFilter(new ArrowKeySelection(list));
 }

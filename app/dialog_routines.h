@@ -40,6 +40,9 @@ void AcceptAnyYear(QComboBox& year);
 void ShowLines(QListWidget& list, const ListLines& lines);
 void ShowLines(QComboBox& combo, const ListLines& lines);
 
+/// Room for so many lines of text, whatever the label holds.
+void MakeRoomForLines(QLabel& label, int lines);
+
 /// From now on an arrow key selects the line that has the keyboard focus when no line is selected.
 void SelectByArrowKeys(QListWidget& list);
 
@@ -61,8 +64,8 @@ void SetListButtons(QPushButton* primary = nullptr, QPushButton* second = nullpt
 int ResultOf(const QLabel& result);
 
 /// Shows the dialog until it closes, in the size that the user gave it the last time, kept under `name` in
-/// the settings (its object name when left out). Never larger than the screen. Turning the mouse wheel over a
-/// box of choices changes it only while it has the keyboard focus.
+/// the settings (its object name when left out). Never larger than the screen, never too small for its texts.
+/// Turning the mouse wheel over a box of choices changes it only while it has the keyboard focus.
 int ShowModally(AppContext& app, QDialog& window, const QString& name = {});
 
 /// The busy pointer, while it lives.

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QEvent>
+#include <QLayout>
 #include <QScreen>
 
 namespace {
@@ -24,6 +25,15 @@ std::optional<QSize> ParseSize(std::string_view text) {
 
 std::string SizeText(const QSize& size) {
     return WholeNumberText(size.width()) + 'x' + WholeNumberText(size.height());
+}
+
+/// Texts that are broken into lines need the more height the narrower they are, which a window's own least
+/// size does not consider.
+void LimitToTexts(QDialog& window) {
+    const QLayout* layout = window.layout();
+    if (!layout || !layout->hasHeightForWidth()) return;
+    const QSize least = layout->totalMinimumSize();
+    window.setMinimumSize(least.expandedTo({0, layout->totalMinimumHeightForWidth(least.width())}));
 }
 
 /// A wheel that is turned to scroll past a box of choices is not to change it unnoticed.
@@ -45,10 +55,12 @@ public:
 } // namespace
 
 int ShowModally(AppContext& app, QDialog& window, const QString& name) {
+    LimitToTexts(window);
     const std::string key = (name.isEmpty() ? window.objectName() : name).toStdString();
     const QSize shown = ParseSize(app.Settings.Read(WindowsSection, key))
                             .value_or(window.size())
                             .expandedTo(window.minimumSizeHint())
+                            .expandedTo(window.minimumSize())
                             .boundedTo(window.screen()->availableSize());
     window.resize(shown);
     const WheelGuard guard(window);

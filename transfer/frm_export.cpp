@@ -12,6 +12,7 @@ frmExport::frmExport(AppContext& app, TransferModule module, QWidget* parent)
     m_ui->lbl_Module->hide();
     m_ui->lbl_Module->setNum(static_cast<int>(module));
     m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Idle));
+    MakeRoomForLines(*m_ui->lbl_status, 3);
     m_ui->cmd_ViewErrors->hide();
     setWindowTitle(QString::fromLatin1(module == TransferModule::Materials
                                            ? TransferDialogTexts::ExportMaterials

@@ -33,6 +33,9 @@ frmImport::frmImport(AppContext& app, TransferModule module, QWidget* parent)
     m_ui->lbl_Module->setNum(static_cast<int>(module));
     m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Idle));
     m_ui->cmd_ViewErrors->hide();
+    MakeRoomForLines(*m_ui->lbl_status, 3);
+    m_ui->lbl_Progress->setMinimumWidth(
+        fontMetrics().horizontalAdvance(QStringLiteral("88,888,888 lines"))); // or the bar would jump
     KeepPlace(*m_ui->bar_Progress);
     KeepPlace(*m_ui->lbl_Progress);
     setWindowTitle(QString::fromLatin1(module == TransferModule::Materials

@@ -27,6 +27,11 @@ QPushButton& GenerateButton(const frmReports& window, int frame) {
     return Named<QPushButton>(window, qPrintable(Numbered("cmd_Generate", frame)));
 }
 
+/// A caption without the mark of its underlined letter.
+template <class T> QString Words(const frmReports& window, const char* name) {
+    return Named<T>(window, name).text().remove(u'&');
+}
+
 constexpr const char* ReportFiles[] = {"report.htm", "report2.htm", "report3.htm", "report4.htm",
                                        "report5.htm"};
 
@@ -64,8 +69,16 @@ private slots:
                  QStringList({"Compliant Materials Report ", "Weighted-Average HAP Content Report ",
                               "Emission Averaging HAP Content Report ", "Additional HAP(s) Usage Report",
                               "Additional HAP(s) Emission Report"}));
-        QCOMPARE(Named<QRadioButton>(window, "opt_materials_1").text(),
+    }
+
+    void The_buttons_say_what_they_do() {
+        TestProgram program;
+        const frmReports window(program.App, nullptr);
+        QCOMPARE(Words<QRadioButton>(window, "opt_materials_0"), QStringLiteral("Get all materials"));
+        QCOMPARE(Words<QRadioButton>(window, "opt_materials_1"),
                  QStringLiteral("Get Materials used in last 12 months from "));
+        for (int frame = 1; frame <= 5; ++frame)
+            QCOMPARE(GenerateButton(window, frame).text().remove(u'&'), QStringLiteral("Generate"));
     }
 
     void The_lists_hold_twelve_months_and_eleven_years() {

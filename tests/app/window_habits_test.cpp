@@ -1,116 +1,350 @@
-#include "app/frm_main.h"
-#include "lists/frm_list.h"
-#include "reports/frm_reports.h"
-#include "store/frm_company.h"
-#include "tests/support/test_program.h"
-#include "tests/support/windows.h"
-#include "transfer/frm_export.h"
-#include "transfer/frm_import.h"
+#include "tests/support/all_windows.h"
+#include "tests/support/sample_shop.h"
 
 #include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
+#include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QStyleOptionComboBox>
 #include <QTest>
 
 #include <map>
-#include <memory>
 
-/// What every window does alike, so that the keyboard and a screen reader can work with it.
+namespace {
+
+/// A screen of 1920x1080 at 200 %, less a task bar.
+constexpr QSize SmallestScreen{960, 500};
+/// A screen of 1024x768, less a window's title bar.
+constexpr QSize OldScreen{1024, 738};
+
+QString Place(const QWidget& control) {
+    return control.metaObject()->className() + QStringLiteral(" ") + control.objectName();
+}
+
+QString Mnemonic(const QString& text) {
+    return QKeySequence::mnemonic(text).toString();
+}
+
+/// The part of the Alt key's sequence that is the letter.
+char Letter(const QString& mnemonic) {
+    return mnemonic.back().toLatin1();
+}
+
+template <class T> QList<T*> VisibleIn(const QWidget& window) {
+    QList<T*> visible;
+    for (auto* control : window.findChildren<T*>())
+        if (control->isVisibleTo(&window)) visible << control;
+    return visible;
+}
+
+/// The controls that a user works with, as the window's form names them.
+QList<QWidget*> Controls(const QWidget& window) {
+    QList<QWidget*> controls;
+    for (auto* control : window.findChildren<QWidget*>())
+        if (qobject_cast<QAbstractButton*>(control) || qobject_cast<QComboBox*>(control) ||
+            qobject_cast<QListWidget*>(control) || qobject_cast<QPlainTextEdit*>(control) ||
+            (qobject_cast<QLineEdit*>(control) && !qobject_cast<QComboBox*>(control->parentWidget())))
+            controls << control;
+    return controls;
+}
+
+bool IsReachedByArrows(const QWidget& control) {
+    return qobject_cast<const QRadioButton*>(&control) && !(control.focusPolicy() & Qt::TabFocus);
+}
+
+/// The text box of a combo box that can be typed into counts as the combo box.
+QWidget* ControlWithFocus(const QWidget& window) {
+    QWidget* focus = window.focusWidget();
+    if (!focus) return nullptr;
+    auto* combo = qobject_cast<QComboBox*>(focus->parentWidget());
+    return combo ? combo : focus;
+}
+
+QStringList NamesOf(const QList<QWidget*>& controls) {
+    QStringList names;
+    for (const QWidget* control : controls)
+        names << control->objectName();
+    return names;
+}
+
+QList<QWidget*> TabOrder(QWidget& window, const QList<QWidget*>& expected) {
+    QList<QWidget*> reached;
+    for (qsizetype step = 0; step < expected.size(); ++step) {
+        QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, Qt::Key_Tab);
+        reached << ControlWithFocus(window);
+    }
+    return reached;
+}
+
+/// Whether `second` comes after `first` when one reads line by line.
+bool IsReadAfter(const QWidget& first, const QWidget& second) {
+    const QRect before(first.mapToGlobal(QPoint(0, 0)), first.size());
+    const QRect after(second.mapToGlobal(QPoint(0, 0)), second.size());
+    const bool isSameLine = after.center().y() < before.bottom() && after.center().y() > before.top();
+    return isSameLine ? after.left() > before.left() : after.top() > before.top();
+}
+
+bool Fits(const QSize& text, const QWidget& control) {
+    return text.width() <= control.width() && text.height() <= control.height();
+}
+
+bool IsWholeLabel(const QLabel& label) {
+    if (label.text().isEmpty()) return true;
+    if (label.wordWrap()) return label.heightForWidth(label.width()) <= label.height();
+    return Fits(label.sizeHint(), label);
+}
+
+bool IsWholeChoice(const QComboBox& combo) {
+    QStyleOptionComboBox option;
+    option.initFrom(&combo);
+    option.editable = combo.isEditable();
+    const QRect room =
+        combo.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &combo);
+    const int textMargins = combo.isEditable() ? 6 : 0;
+    return combo.fontMetrics().horizontalAdvance(combo.currentText()) + textMargins <= room.width() &&
+           combo.sizeHint().height() <= combo.height();
+}
+
+/// The controls of whose text something is cut off.
+QStringList CutOff(const QWidget& window) {
+    QStringList names;
+    for (const auto* label : VisibleIn<QLabel>(window))
+        if (!IsWholeLabel(*label)) names << Place(*label);
+    for (const auto* button : VisibleIn<QAbstractButton>(window))
+        if (!Fits(button->sizeHint(), *button)) names << Place(*button);
+    for (const auto* combo : VisibleIn<QComboBox>(window))
+        if (!IsWholeChoice(*combo)) names << Place(*combo);
+    for (const auto* group : VisibleIn<QGroupBox>(window))
+        if (!Fits(group->minimumSizeHint(), *group)) names << Place(*group);
+    return names;
+}
+
+void MakeAsSmallAsPossible(QWidget& window) {
+    window.resize(1, 1);
+    QCoreApplication::processEvents();
+}
+
+/// Larger letters, while it lives.
+class LargerFont {
+public:
+    explicit LargerFont(double factor) {
+        QFont font = m_before;
+        font.setPointSizeF(font.pointSizeF() * factor);
+        QApplication::setFont(font);
+    }
+    LargerFont(const LargerFont&) = delete;
+    LargerFont& operator=(const LargerFont&) = delete;
+    ~LargerFont() { QApplication::setFont(m_before); }
+
+private:
+    QFont m_before = QApplication::font();
+};
+
+} // namespace
+
+/// What every window does alike, so that the keyboard and a screen reader can work with it, and on every
+/// screen. Each test runs over AllWindows() (tests/support).
 class window_habits_test : public QObject {
     Q_OBJECT
 
-    TestProgram m_program;
-    std::vector<std::unique_ptr<QWidget>> m_windows;
-
-    static QString Place(const QWidget& window, const QWidget& control) {
-        return window.objectName() + u'.' + control.objectName();
+    static void EachWindow() {
+        QTest::addColumn<int>("row");
+        for (std::size_t row = 0; row < AllWindows().size(); ++row)
+            QTest::newRow(AllWindows()[row].Name) << static_cast<int>(row);
     }
 
-    /// The controls that a user works with, as the window's form names them.
-    static QList<QWidget*> Controls(const QWidget& window) {
-        QList<QWidget*> controls;
-        for (auto* control : window.findChildren<QWidget*>())
-            if (qobject_cast<QAbstractButton*>(control) || qobject_cast<QComboBox*>(control) ||
-                qobject_cast<QListWidget*>(control) ||
-                (qobject_cast<QLineEdit*>(control) && !qobject_cast<QComboBox*>(control->parentWidget())))
-                controls << control;
-        return controls;
+    static void InThisWindow(const std::function<void(QWidget&)>& act, QWidget* parent = nullptr) {
+        QFETCH(const int, row);
+        SampleShop shop;
+        InWindow(AllWindows()[static_cast<std::size_t>(row)], shop.App, parent, act);
     }
 
 private slots:
-    void initTestCase() {
-        AppContext& app = m_program.App;
-        m_windows.push_back(std::make_unique<frmMain>(app));
-        m_windows.push_back(std::make_unique<frmCompany>(app, nullptr));
-        m_windows.push_back(std::make_unique<frmList>(app, nullptr));
-        m_windows.push_back(std::make_unique<frmImport>(app, TransferModule::Materials, nullptr));
-        m_windows.push_back(std::make_unique<frmExport>(app, TransferModule::Usage, nullptr));
-        m_windows.push_back(std::make_unique<frmReports>(app, nullptr));
-    }
-
+    void Every_control_has_a_name_of_its_own_data() { EachWindow(); }
     void Every_control_has_a_name_of_its_own() {
-        for (const auto& window : m_windows) {
-            QStringList names;
-            for (const QWidget* control : Controls(*window))
-                names << control->objectName();
-            QVERIFY2(!names.contains(QString()), qPrintable(window->objectName()));
+        InThisWindow([](const QWidget& window) {
+            QStringList names = NamesOf(Controls(window));
+            QVERIFY(!names.contains(QString()));
             QCOMPARE(names.removeDuplicates(), 0);
-        }
+        });
     }
 
+    void Every_control_says_what_it_is_data() { EachWindow(); }
     void Every_control_says_what_it_is() {
-        for (const auto& window : m_windows)
-            for (const QWidget* control : Controls(*window)) {
+        InThisWindow([](const QWidget& window) {
+            for (const QWidget* control : Controls(window)) {
                 const auto* button = qobject_cast<const QAbstractButton*>(control);
                 QVERIFY2(!control->accessibleName().isEmpty() || (button && !button->text().isEmpty()),
-                         qPrintable(Place(*window, *control)));
+                         qPrintable(Place(*control)));
             }
+        });
     }
 
-    void No_accelerator_occurs_twice_in_a_window() {
-        for (const auto& window : m_windows) {
-            std::map<QString, QString> owners;
-            for (const auto* button : window->findChildren<QAbstractButton*>()) {
-                const QString letter = QKeySequence::mnemonic(button->text()).toString();
-                if (letter.isEmpty() || button->isHidden()) continue;
-                QVERIFY2(owners.emplace(letter, button->objectName()).second,
-                         qPrintable(Place(*window, *button) + u' ' + letter));
-            }
-        }
-    }
-
+    void A_label_before_a_field_is_its_buddy_data() { EachWindow(); }
     void A_label_before_a_field_is_its_buddy() {
-        for (const auto& window : m_windows)
-            for (const auto* label : window->findChildren<QLabel*>())
-                if (label->text().endsWith(u':'))
-                    QVERIFY2(label->buddy(), qPrintable(Place(*window, *label)));
+        InThisWindow([](const QWidget& window) {
+            for (const auto* label : window.findChildren<QLabel*>())
+                if (label->text().endsWith(u':')) QVERIFY2(label->buddy(), qPrintable(Place(*label)));
+        });
     }
 
+    void Every_button_and_every_field_has_an_accelerator_data() { EachWindow(); }
+    void Every_button_and_every_field_has_an_accelerator() {
+        InThisWindow([](const QWidget& window) {
+            for (const auto* button : VisibleIn<QAbstractButton>(window))
+                QVERIFY2(!Mnemonic(button->text()).isEmpty(), qPrintable(Place(*button)));
+            for (const auto* label : VisibleIn<QLabel>(window))
+                if (label->buddy()) QVERIFY2(!Mnemonic(label->text()).isEmpty(), qPrintable(Place(*label)));
+        });
+    }
+
+    void No_accelerator_occurs_twice_in_a_window_data() { EachWindow(); }
+    void No_accelerator_occurs_twice_in_a_window() {
+        InThisWindow([](const QWidget& window) {
+            QStringList texts;
+            for (const auto* button : VisibleIn<QAbstractButton>(window))
+                texts << button->text();
+            for (const auto* label : VisibleIn<QLabel>(window))
+                if (label->buddy()) texts << label->text();
+            for (const auto* group : VisibleIn<QGroupBox>(window))
+                texts << group->title();
+            std::map<QString, QString> owners;
+            for (const QString& text : texts) {
+                const QString letter = Mnemonic(text);
+                const auto [owner, isNew] = owners.emplace(letter, text);
+                QVERIFY2(isNew || letter.isEmpty(), qPrintable(owner->second + u'|' + text));
+            }
+        });
+    }
+
+    void The_accelerator_of_a_label_focuses_its_field_data() { EachWindow(); }
+    void The_accelerator_of_a_label_focuses_its_field() {
+        InThisWindow([](QWidget& window) {
+            QVERIFY(QTest::qWaitForWindowActive(&window));
+            for (const auto* label : VisibleIn<QLabel>(window)) {
+                if (!label->buddy() || !label->buddy()->isEnabled()) continue;
+                QTest::keyClick(&window, Letter(Mnemonic(label->text())), Qt::AltModifier);
+                QCOMPARE(ControlWithFocus(window)->objectName(), label->buddy()->objectName());
+            }
+        });
+    }
+
+    void Labels_show_plain_text_data() { EachWindow(); }
     void Labels_show_plain_text() {
-        for (const auto& window : m_windows)
-            for (const auto* label : window->findChildren<QLabel*>())
-                QVERIFY2(label->textFormat() == Qt::PlainText, qPrintable(Place(*window, *label)));
+        InThisWindow([](const QWidget& window) {
+            for (const auto* label : window.findChildren<QLabel*>())
+                QVERIFY2(label->textFormat() == Qt::PlainText, qPrintable(Place(*label)));
+        });
     }
 
+    void At_most_one_button_of_a_dialog_is_the_default_data() { EachWindow(); }
     void At_most_one_button_of_a_dialog_is_the_default() {
-        for (const auto& window : m_windows) {
+        InThisWindow([](const QWidget& window) {
             int defaults = 0;
-            for (const auto* button : window->findChildren<QPushButton*>())
+            for (const auto* button : window.findChildren<QPushButton*>())
                 if (button->isDefault()) ++defaults;
-            QVERIFY2(defaults <= 1, qPrintable(window->objectName()));
+            QVERIFY(defaults <= 1);
+        });
+    }
+
+    void No_button_of_a_dialog_becomes_the_default_by_itself_data() { EachWindow(); }
+    void No_button_of_a_dialog_becomes_the_default_by_itself() {
+        InThisWindow([](const QWidget& window) {
+            if (!qobject_cast<const QDialog*>(&window)) return; // Enter presses a button of the main window
+            for (const auto* button : window.findChildren<QPushButton*>())
+                QVERIFY2(!button->autoDefault(), qPrintable(Place(*button)));
+        });
+    }
+
+    void Escape_closes_every_dialog_data() { EachWindow(); }
+    void Escape_closes_every_dialog() {
+        InThisWindow([](QWidget& window) {
+            if (!qobject_cast<QDialog*>(&window)) return;
+            QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, Qt::Key_Escape);
+            QVERIFY(!window.isVisible());
+        });
+    }
+
+    void Tab_reaches_every_control_once_data() { EachWindow(); }
+    void Tab_reaches_every_control_once() {
+        InThisWindow([](QWidget& window) {
+            QList<QWidget*> expected;
+            for (QWidget* control : Controls(window))
+                if (control->isVisibleTo(&window) && control->isEnabled() && !IsReachedByArrows(*control))
+                    expected << control;
+            QStringList names = NamesOf(expected);
+            QStringList reached = NamesOf(TabOrder(window, expected));
+            names.sort();
+            reached.sort();
+            QCOMPARE(reached.join(u' '), names.join(u' '));
+        });
+    }
+
+    void Tab_goes_through_the_fields_as_they_are_read_data() { EachWindow(); }
+    void Tab_goes_through_the_fields_as_they_are_read() {
+        InThisWindow([](QWidget& window) {
+            std::map<QWidget*, QWidget*> lastOfParent; // a frame is read by itself
+            QWidget* control = &window;
+            while ((control = control->nextInFocusChain()) != &window) {
+                if (!Controls(window).contains(control) || !control->isVisibleTo(&window)) continue;
+                if (qobject_cast<QAbstractButton*>(control)) continue; // may stand beside what they are for
+                QWidget*& last = lastOfParent[control->parentWidget()];
+                QVERIFY2(!last || IsReadAfter(*last, *control), qPrintable(Place(*control)));
+                last = control;
+            }
+        });
+    }
+
+    void Every_window_fits_on_the_smallest_screen_data() { EachWindow(); }
+    void Every_window_fits_on_the_smallest_screen() {
+        InThisWindow([](QWidget& window) {
+            MakeAsSmallAsPossible(window);
+            const QSize size = window.size();
+            QVERIFY2(size.boundedTo(SmallestScreen) == size, QTest::toString(size));
+        });
+    }
+
+    void Every_window_opens_no_larger_than_an_old_screen_data() { EachWindow(); }
+    void Every_window_opens_no_larger_than_an_old_screen() {
+        InThisWindow([](const QWidget& window) {
+            const QSize size = window.size();
+            QVERIFY2(size.boundedTo(OldScreen) == size, QTest::toString(size));
+        });
+    }
+
+    void No_text_is_cut_off_data() { EachWindow(); }
+    void No_text_is_cut_off() {
+        for (const double factor : {1.0, 1.5}) {
+            const LargerFont font(factor);
+            InThisWindow([](QWidget& window) {
+                QCOMPARE(CutOff(window).join(QLatin1String(", ")), QString());
+                MakeAsSmallAsPossible(window);
+                QCOMPARE(CutOff(window).join(QLatin1String(", ")), QString());
+            });
         }
     }
 
-    void No_button_of_a_dialog_becomes_the_default_by_itself() {
-        for (const auto& window : m_windows) {
-            if (!qobject_cast<QDialog*>(window.get())) continue; // Enter presses a button of the main window
-            for (const auto* button : window->findChildren<QPushButton*>())
-                QVERIFY2(!button->autoDefault(), qPrintable(Place(*window, *button)));
-        }
+    void A_window_opens_in_the_middle_of_the_one_below_data() { EachWindow(); }
+    void A_window_opens_in_the_middle_of_the_one_below() {
+        QWidget below;
+        below.setGeometry(below.screen()->availableGeometry().adjusted(20, 20, -20, -20));
+        below.show();
+        InThisWindow(
+            [&below](const QWidget& window) {
+                if (!qobject_cast<const QDialog*>(&window)) return;
+                const QPoint offset = window.geometry().center() - below.geometry().center();
+                QVERIFY2(offset.manhattanLength() <= 8, QTest::toString(offset));
+            },
+            &below);
     }
 };
 

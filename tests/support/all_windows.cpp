@@ -1,0 +1,156 @@
+#include "tests/support/all_windows.h"
+
+#include "app/dialog_routines.h"
+#include "app/frm_about.h"
+#include "app/frm_main.h"
+#include "lists/frm_list.h"
+#include "reports/frm_reports.h"
+#include "store/frm_company.h"
+#include "store/frm_extra_pollutants_names.h"
+#include "store/frm_material_types.h"
+#include "tests/support/windows.h"
+#include "transfer/frm_error_log.h"
+#include "transfer/frm_export.h"
+#include "transfer/frm_import.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
+#include <QEventLoop>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProgressBar>
+
+namespace {
+
+void Press(const QWidget& window, const char* button) {
+    Named<QAbstractButton>(window, button).click();
+}
+
+void Type(const QWidget& window, const char* edit, const QString& text) {
+    Named<QLineEdit>(window, edit).setText(text);
+}
+
+void OpenMain(AppContext& app, QWidget*) {
+    frmMain window(app);
+    window.show();
+    QEventLoop untilClosed;
+    QTimer::singleShot(0, &untilClosed, [&] { // after the one that works with the window
+        window.close();
+        untilClosed.quit();
+    });
+    untilClosed.exec();
+}
+
+void OpenMainWithoutCompany(AppContext& app, QWidget* parent) {
+    app.CurrentCompanyId = 0;
+    OpenMain(app, parent);
+}
+
+void OpenErrorLog(AppContext& app, QWidget* parent) {
+    int processedCount = 0;
+    int errorCount = 0;
+    ImportMaterialFile(app, app.ProgramFolder / "samples" / "materials_with_errors.txt", processedCount,
+                       errorCount);
+    ShowErrorLog(app, ImportErrorLog(app, TransferModule::Materials), parent);
+}
+
+void AsItOpens(const QWidget&) {}
+
+void SelectCompanyLine(const QWidget& window) {
+    Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+}
+
+void EditCompany(const QWidget& window) {
+    SelectCompanyLine(window);
+    Press(window, "cmd_Edit");
+}
+
+void FilterUsage(const QWidget& window) {
+    Named<QComboBox>(window, "cbo_Materials").setCurrentIndex(3);
+    Named<QComboBox>(window, "cbo_Year").setCurrentIndex(1);
+    Press(window, "cmd_Filter");
+}
+
+void TypeImportPath(const QWidget& window) {
+    Type(window, "txt_SourceFile", QStringLiteral("samples/materials.txt"));
+}
+
+void ShowImportAtWork(const QWidget& window) {
+    TypeImportPath(window);
+    for (const char* name : {"txt_SourceFile", "cmd_Browse", "cmd_Import"})
+        Named<QWidget>(window, name).setEnabled(false);
+    Named<QLabel>(window, "lbl_status").setText(QStringLiteral("Importing..."));
+    Named<QProgressBar>(window, "bar_Progress").setValue(430);
+    Named<QLabel>(window, "lbl_Progress").setText(QStringLiteral("1,028,768 lines"));
+    Named<QProgressBar>(window, "bar_Progress").show();
+    Named<QLabel>(window, "lbl_Progress").show();
+}
+
+void ImportWithErrors(const QWidget& window) {
+    Type(window, "txt_SourceFile", QStringLiteral("samples/usage_with_errors.txt"));
+    Press(window, "cmd_Import");
+}
+
+void ExportToFile(const QWidget& window) {
+    Type(window, "txt_SourceFile", QStringLiteral("usage.txt"));
+    Press(window, "cmd_Export");
+}
+
+void StartNewType(const QWidget& window) {
+    Press(window, "cmd_New");
+}
+
+void ChooseMonths(const QWidget& window) {
+    Press(window, "opt_materials_1");
+}
+
+} // namespace
+
+const std::vector<WindowState>& AllWindows() {
+    static const std::vector<WindowState> windows{
+        {"frmMain",                 OpenMain,               AsItOpens        },
+        {"frmMain_no_company",      OpenMainWithoutCompany, AsItOpens        },
+        {"frmAbout",                ShowAbout,              AsItOpens        },
+        {"frmCompany",              ShowCompanies,          SelectCompanyLine},
+        {"frmCompany_edit",         ShowCompanies,          EditCompany      },
+        {"frmExtraPollutantsNames", ShowAdditionalNames,    AsItOpens        },
+        {"frmMaterialTypes",        ShowMaterialTypes,      AsItOpens        },
+        {"frmMaterialTypes_new",    ShowMaterialTypes,      StartNewType     },
+        {"frmList_materials",       ShowMaterialList,       AsItOpens        },
+        {"frmList_usage",           ShowUsageList,          AsItOpens        },
+        {"frmList_usage_filtered",  ShowUsageList,          FilterUsage      },
+        {"frmImport",               ShowMaterialImport,     AsItOpens        },
+        {"frmImport_path",          ShowMaterialImport,     TypeImportPath   },
+        {"frmImport_at_work",       ShowMaterialImport,     ShowImportAtWork },
+        {"frmImport_errors",        ShowUsageImport,        ImportWithErrors },
+        {"frmExport",               ShowMaterialExport,     AsItOpens        },
+        {"frmExport_done",          ShowUsageExport,        ExportToFile     },
+        {"frmErrorLog",             OpenErrorLog,           AsItOpens        },
+        {"frmReports",              ShowReportsForm,        AsItOpens        },
+        {"frmReports_month",        ShowReportsForm,        ChooseMonths     },
+    };
+    return windows;
+}
+
+void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
+              const std::function<void(QWidget&)>& act) {
+    const QString folderBefore = QDir::currentPath();
+    QDir::setCurrent(FromPath(app.ProgramFolder)); // the paths that are typed count from there
+    bool isDone = false;
+    QTimer::singleShot(0, qApp, [&] {
+        QWidget* window = QApplication::activeModalWidget();
+        for (QWidget* other : QApplication::topLevelWidgets())
+            if (!window && other != parent && other->isVisible()) window = other;
+        if (!window) qFatal("The window %s is not open", state.Name);
+        state.Prepare(*window);
+        const QPointer<QWidget> watched = window;
+        act(*window);
+        isDone = true;
+        if (watched && watched->isVisible()) watched->close();
+    });
+    state.Open(app, parent);
+    QDir::setCurrent(folderBefore);
+    if (!isDone) qFatal("The window %s did not wait", state.Name);
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "base/app_context.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <vector>
+
+/// A window as a user meets it.
+struct WindowState {
+    const char* Name;                               ///< the window's own, and which state of it
+    void (*Open)(AppContext& app, QWidget* parent); ///< returns when the window is closed
+    void (*Prepare)(const QWidget& window);         ///< what the user does in it first
+};
+
+/// Every window of the program, each in the states that look different. They need the sample shop.
+const std::vector<WindowState>& AllWindows();
+
+/// Opens the window, prepares it, hands it to `act` and closes it.
+void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
+              const std::function<void(QWidget&)>& act);

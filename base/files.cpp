@@ -43,3 +43,14 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
     content.resize(*count);
     return content;
 }
+
+bool IsFileAt(const std::filesystem::path& path) {
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+}
+
+bool IsFolderAt(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(path, ignored);
+}

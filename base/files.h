@@ -60,3 +60,7 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
 
 /// All bytes of a file.
 Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path);
+
+/// Whether there is a file (anything but a folder) or a folder at the path; a link is followed.
+bool IsFileAt(const std::filesystem::path& path);
+bool IsFolderAt(const std::filesystem::path& path);

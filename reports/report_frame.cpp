@@ -7,7 +7,6 @@
 #include "reports/reports.h"
 
 #include <filesystem>
-#include <system_error>
 
 namespace {
 
@@ -17,12 +16,6 @@ std::string MonthsHtml(const ReportHeading& heading, std::string_view from, std:
     html += to;
     html += " <u>" + heading.End + "</u>";
     return html;
-}
-
-bool IsFileAt(const std::filesystem::path& path) {
-    std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
-    return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
 /// A report path with blanks reaches the browser in pieces: it has never been quoted.

@@ -1,6 +1,7 @@
 #include "transfer/frm_import.h"
 
 #include "app/dialog_routines.h"
+#include "base/files.h"
 #include "base/messages.h"
 #include "base/text.h"
 #include "transfer/dialog_texts.h"
@@ -17,11 +18,6 @@ void KeepPlace(QWidget& control) {
     policy.setRetainSizeWhenHidden(true);
     control.setSizePolicy(policy);
     control.hide();
-}
-
-bool IsThereFile(const std::filesystem::path& path) {
-    std::error_code ignored;
-    return std::filesystem::exists(path, ignored) && !std::filesystem::is_directory(path, ignored);
 }
 
 } // namespace
@@ -72,7 +68,7 @@ void frmImport::Browse() {
 void frmImport::Import() {
     if (IsWorking()) return;
     const std::filesystem::path source = PathFromUtf8(Trim(m_ui->txt_SourceFile->text().toStdString()));
-    if (IsThereFile(source))
+    if (IsFileAt(source))
         Run_Import(source);
     else
         ShowFormErrors(m_app, TransferDialogTexts::FileNotFound);

@@ -98,4 +98,16 @@ TEST_F(OsFilesTest, BytesBetweenTheEndAndAWriteAreZero) {
     EXPECT_EQ(ContentOf(File), std::string("\0\0\0x", 4));
 }
 
+TEST_F(OsFilesTest, AFolderIsNoFileAndAFileNoFolder) {
+    WriteContent(File, "x");
+    EXPECT_TRUE(IsFileAt(File));
+    EXPECT_FALSE(IsFolderAt(File));
+    EXPECT_FALSE(IsFileAt(File.parent_path()));
+    EXPECT_TRUE(IsFolderAt(File.parent_path()));
+    EXPECT_FALSE(IsFileAt(File.parent_path() / "missing"));
+    EXPECT_FALSE(IsFolderAt(File.parent_path() / "missing"));
+    EXPECT_FALSE(IsFileAt({}));
+    EXPECT_FALSE(IsFolderAt({}));
+}
+
 } // namespace

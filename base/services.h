@@ -66,6 +66,9 @@ public:
     ProgramStarter& operator=(const ProgramStarter&) = delete;
     virtual ~ProgramStarter() = default;
     virtual Done Start(const ProgramStart& start) = 0;
+    /// The bytes of a command script that stand for the text; a Failure where the platform's interpreter has
+    /// none for a character of it.
+    virtual Result<std::string> ScriptText(std::string_view utf8Text) { return std::string(utf8Text); }
 };
 
 /// Which files a dialog offers.

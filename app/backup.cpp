@@ -1,0 +1,90 @@
+#include "app/backup.h"
+
+#include "app/backup_script.h"
+#include "app/backup_texts.h"
+#include "app/settings.h"
+#include "base/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+
+#include <cmath>
+#include <system_error>
+
+namespace {
+
+/// Whole numbers up to here have an exact double, and so has the next one.
+constexpr double LargestVolume = 9007199254740991.0;
+
+/// Returns the number of this set; that of the next one is saved at once.
+std::int64_t TakeVolume(AppContext& app) {
+    const std::int64_t volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
+    const Done saved =
+        app.Settings.Write(Settings::Backup, Settings::BackupVolume, WholeNumberText(volume + 1));
+    if (!saved) ShowError(app, saved.error());
+    return volume;
+}
+
+std::filesystem::path BaseFolder(AppContext& app) {
+    if (!IsBackupFolderDefined(app)) return app.ProgramFolder;
+    return PathFromUtf8(app.Settings.Read(Settings::Backup, Settings::Path));
+}
+
+/// The absolute path without doubled separators: those in the script's line mark where its two paths part.
+std::filesystem::path Tidied(const std::filesystem::path& folder) {
+    std::error_code error;
+    const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
+    std::filesystem::path tidied;
+    for (const std::filesystem::path& part : error ? folder : absolute)
+        if (!part.empty()) tidied /= part;
+    return tidied;
+}
+
+Done StartCopy(AppContext& app, const std::filesystem::path& target) {
+    const std::filesystem::path programFolder = Tidied(app.ProgramFolder);
+    const std::filesystem::path script = programFolder / BackupScriptName;
+    const Result<std::string> line = app.Programs.ScriptText(BackupLine(programFolder, target));
+    if (!line) return line.error();
+    const Done written = ReplaceFile(app.Files, script, *line + std::string(ScriptLineEnd));
+    if (!written) return written;
+    return app.Programs.Start(BackupStart(script));
+}
+
+} // namespace
+
+bool IsBackupFolderDefined(AppContext& app) {
+    return IsFolderAt(PathFromUtf8(app.Settings.Read(Settings::Backup, Settings::Path)));
+}
+
+std::int64_t BackupVolume(std::string_view text) {
+    const std::optional<double> number = ParseNumber(text);
+    if (!number || std::abs(*number) > LargestVolume) return 1;
+    return static_cast<std::int64_t>(RoundTo(*number, 0));
+}
+
+std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
+    const std::int64_t volume = TakeVolume(app);
+    const std::filesystem::path target =
+        Tidied(BaseFolder(app)) / ("talvor_backupset_" + WholeNumberText(volume));
+    Done done = app.Files.CreateFolder(target);
+    if (done) done = StartCopy(app, target);
+    if (!done) {
+        ShowError(app, done.error());
+        return std::nullopt;
+    }
+    if (isTold) ShowInformation(app, std::string(BackupTexts::CompletedIn) + PathText(target));
+    return target;
+}
+
+void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder) {
+    if (!IsBackupFolderDefined(app)) {
+        const PromptAnswer answer = app.Prompts.Show(
+            {std::string(BackupTexts::NoFolderDefined), PromptKind::Question, PromptButtons::YesNoCancel});
+        if (answer == PromptAnswer::Cancel) return;
+        if (answer == PromptAnswer::Yes) defineFolder();
+    }
+    RunBackup(app, true);
+}
+
+void BackUpOnExit(AppContext& app) {
+    if (app.Settings.Read(Settings::Backup, Settings::AutoBackup) == "1") RunBackup(app, false);
+}

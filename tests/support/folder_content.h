@@ -1,0 +1,16 @@
+#pragma once
+
+#include "tests/support/test_program.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+/// The files that lie in a folder, and what they hold; empty where there is no such folder.
+inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& folder) {
+    std::map<std::string, std::string> files;
+    std::error_code ignored;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, ignored))
+        if (entry.is_regular_file(ignored)) files[entry.path().filename().string()] = ContentOf(entry.path());
+    return files;
+}

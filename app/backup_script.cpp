@@ -31,7 +31,8 @@ done
 exit $status
 )";
 
-/// A percent sign in a script of Windows, where one alone begins the name of a variable.
+/// In a script of Windows "%PATH%" is what that variable holds, also between quotes, and "%%" is a percent
+/// sign. So those of a folder's name are doubled there.
 std::string WithoutVariables(const std::string& text) {
 #ifdef _WIN32
     std::string doubled;

@@ -3,6 +3,8 @@
 #include "base/text.h"
 
 #ifdef _WIN32
+#include "app/os_script_text.h"
+
 #include <system_error>
 #include <windows.h>
 #else
@@ -28,6 +30,10 @@ Done QtPrograms::Start(const ProgramStart& start) {
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
     return Success();
+}
+
+Result<std::string> QtPrograms::ScriptText(std::string_view utf8Text) {
+    return ScriptTextOfConsole(utf8Text);
 }
 
 #else

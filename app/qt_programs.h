@@ -6,4 +6,7 @@
 class QtPrograms : public ProgramStarter {
 public:
     Done Start(const ProgramStart& start) override;
+#ifdef _WIN32
+    Result<std::string> ScriptText(std::string_view utf8Text) override;
+#endif
 };

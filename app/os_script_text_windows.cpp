@@ -1,0 +1,21 @@
+#include "app/os_script_text.h"
+
+#include <windows.h>
+
+Result<std::string> ScriptTextOfConsole(std::string_view utf8Text) {
+    const int utf8Length = static_cast<int>(utf8Text.size());
+    std::wstring wide(utf8Text.size(), L'\0'); // never longer
+    const int wideLength = MultiByteToWideChar(CP_UTF8, 0, utf8Text.data(), utf8Length, wide.data(),
+                                               static_cast<int>(wide.size()));
+    constexpr std::size_t longestCharacter = 2; // bytes, in the widest of the console's sets
+    std::string text(wide.size() * longestCharacter, '\0');
+    BOOL isLacking = FALSE;
+    const int length = WideCharToMultiByte(CP_OEMCP, WC_NO_BEST_FIT_CHARS, wide.data(), wideLength,
+                                           text.data(), static_cast<int>(text.size()), nullptr, &isLacking);
+    if (length == 0 || isLacking)
+        return Failure{"Cannot name the folders of a command script: the console's character set lacks a "
+                       "character of " +
+                       std::string(utf8Text) + "."};
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}

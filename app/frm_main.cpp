@@ -1,7 +1,9 @@
 #include "app/frm_main.h"
 
+#include "app/backup.h"
 #include "app/dialog_routines.h"
 #include "app/frm_about.h"
+#include "app/frm_config.h"
 #include "app/main_texts.h"
 #include "app/pictures.h"
 #include "lists/frm_list.h"
@@ -70,6 +72,12 @@ void frmMain::ConnectButtons() {
         ShowReportsForm(m_app, this);
     });
     opens(m_ui->cmd_Company, [this] { ShowCompanies(m_app, this); });
+    const auto configure = [this] {
+        LoadAdditionalNames(m_app);
+        ShowConfiguration(m_app, this);
+    };
+    opens(m_ui->cmd_Config, configure);
+    opens(m_ui->cmd_Backup, [this, configure] { BackUpOnRequest(m_app, configure); });
     opens(m_ui->cmd_Abount, [this] { ShowAbout(m_app, this); });
     connect(m_ui->cmd_Exit, &QPushButton::clicked, this, &frmMain::Exit);
 }
@@ -97,5 +105,6 @@ void frmMain::Show_Current_Company() {
 }
 
 void frmMain::Exit() {
+    BackUpOnExit(m_app);
     QCoreApplication::exit(0);
 }

@@ -25,7 +25,8 @@ private:
     void ConnectButtons();
     void SetIcons();
     void Show_Current_Company();
-    /// Ends the process at once: no window is asked whether it may close.
+    /// Ends the process after the automatic backup, whose copy goes on by itself. At once: no window is asked
+    /// whether it may close.
     void Exit();
 
     AppContext& m_app;

@@ -1,5 +1,7 @@
+#include "app/frm_config.h"
 #include "app/frm_main.h"
 #include "app/startup.h"
+#include "base/text.h"
 #include "lists/frm_list.h"
 #include "reports/frm_reports.h"
 #include "store/companies.h"
@@ -67,9 +69,8 @@ private slots:
             QCOMPARE(Named<QPushButton>(window, button).toolTip(),
                      QStringLiteral("Choose Companies first: add a company or select one."));
         }
-        QVERIFY(IsEnabled(window, "cmd_Company"));
-        QVERIFY(IsEnabled(window, "cmd_Abount"));
-        QVERIFY(IsEnabled(window, "cmd_Exit"));
+        for (const char* button : {"cmd_Company", "cmd_Config", "cmd_Backup", "cmd_Abount", "cmd_Exit"})
+            QVERIFY(IsEnabled(window, button));
         QVERIFY(TextOf<QLabel>(window, "lbl_Company").starts_with("No company selected yet"));
     }
 
@@ -122,11 +123,9 @@ private slots:
         QVERIFY(IsEnabled(window, "cmd_Material"));
     }
 
-    void Windows_that_are_still_to_come_have_disabled_buttons() {
+    void The_button_without_a_task_is_not_shown() {
         TestProgram program;
         const frmMain window(program.App);
-        QVERIFY(!IsEnabled(window, "cmd_Config"));
-        QVERIFY(!IsEnabled(window, "cmd_Backup"));
         QVERIFY(Named<QPushButton>(window, "cmd_About").isHidden());
     }
 
@@ -161,6 +160,55 @@ private slots:
         QCOMPARE(program.App.AdditionalNames, std::string("Styrene|-|-|-|-|-"));
     }
 
+    void The_configuration_opens_with_the_companys_pollutant_names() {
+        TestProgram program;
+        WriteContent(program.DataFile("1_additional.talvor"), "\"Styrene|-|-|-|-|-\"\r\n");
+        frmMain window(program.App);
+        bool isOpen = false;
+        InNextModal<frmConfig>([&isOpen](frmConfig&) { isOpen = true; });
+        Named<QPushButton>(window, "cmd_Config").click();
+        QVERIFY(isOpen);
+        QCOMPARE(program.App.AdditionalNames, std::string("Styrene|-|-|-|-|-"));
+    }
+
+    void A_backup_without_a_folder_lets_the_user_configure_one_first() {
+        TestProgram program;
+        const std::filesystem::path backups = program.Folder.Path() / "backups";
+        std::filesystem::create_directory(backups);
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        program.Dialogs.Choice = backups;
+        WriteContent(program.DataFile("1_additional.talvor"), "\"Styrene|-|-|-|-|-\"\r\n");
+        frmMain window(program.App);
+        InNextModal<frmConfig>([](frmConfig& configuration) {
+            Named<QPushButton>(configuration, "cmd_Folder").click();
+            Named<QPushButton>(configuration, "cmd_Save").click();
+        });
+        Named<QPushButton>(window, "cmd_Backup").click();
+        QCOMPARE(program.Prompts.LastText(),
+                 "Backup has been completed in folder " + PathText(backups / "talvor_backupset_1"));
+        QCOMPARE(program.App.AdditionalNames, std::string("Styrene|-|-|-|-|-"));
+    }
+
+    void A_backup_whose_configuration_is_cancelled_is_made_in_the_program_folder() {
+        TestProgram program;
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        frmMain window(program.App);
+        InNextModal<frmConfig>(
+            [](frmConfig& configuration) { Named<QPushButton>(configuration, "cmd_Cancel").click(); });
+        Named<QPushButton>(window, "cmd_Backup").click();
+        QCOMPARE(program.Prompts.LastText(), "Backup has been completed in folder " +
+                                                 PathText(program.ProgramFile("talvor_backupset_1")));
+    }
+
+    void A_backup_can_be_cancelled() {
+        TestProgram program;
+        program.Prompts.Answers = {PromptAnswer::Cancel};
+        frmMain window(program.App);
+        Named<QPushButton>(window, "cmd_Backup").click();
+        QVERIFY(program.Programs.Started.empty());
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+    }
+
     void About_says_what_the_program_is_and_OK_closes_it() {
         TestProgram program;
         frmMain window(program.App);
@@ -184,6 +232,27 @@ private slots:
         QCOMPARE(QApplication::exec(), 0);
         QCOMPARE(watcher.Asked, 0);
         QVERIFY(window.isVisible());
+    }
+
+    void Exit_backs_up_without_a_message_when_it_is_set_to_1() {
+        TestProgram program;
+        program.Settings.Values[{"BACKUP", "AUTO_BACKUP"}] = "1";
+        frmMain window(program.App);
+        QTimer::singleShot(0, &window, [&] { Named<QPushButton>(window, "cmd_Exit").click(); });
+        QCOMPARE(QApplication::exec(), 0);
+        QCOMPARE(program.Programs.Started.size(), std::size_t(1));
+        QVERIFY(std::filesystem::is_directory(program.ProgramFile("talvor_backupset_1")));
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void Closing_the_window_makes_no_backup() {
+        TestProgram program;
+        program.Settings.Values[{"BACKUP", "AUTO_BACKUP"}] = "1";
+        frmMain window(program.App);
+        window.show();
+        QTimer::singleShot(0, &window, [&] { window.close(); });
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY(program.Programs.Started.empty());
     }
 
     void Exit_makes_no_backup_unless_it_is_set_to_1() {

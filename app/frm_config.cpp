@@ -1,0 +1,67 @@
+#include "app/frm_config.h"
+
+#include "app/config_texts.h"
+#include "app/configuration.h"
+#include "app/dialog_routines.h"
+#include "base/text.h"
+#include "store/frm_extra_pollutants_names.h"
+#include "ui_frm_config.h"
+
+namespace {
+
+QString ShownPath(const std::string& utf8Path) {
+    return FromPath(PathFromUtf8(utf8Path));
+}
+
+/// The path as it is typed, so that a blank at an end is still there to be trimmed.
+std::string PathIn(const QLineEdit& edit) {
+    return PathText(ToPath(edit.text()));
+}
+
+} // namespace
+
+frmConfig::frmConfig(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmConfig>()) {
+    m_ui->setupUi(this);
+    const Configuration configuration = ReadConfiguration(app);
+    m_ui->dir_backup->setText(ShownPath(configuration.BackupFolder));
+    m_ui->chk_auto->setChecked(configuration.IsBackedUpOnExit);
+    m_ui->txt_browser->setText(ShownPath(configuration.Browser));
+    m_ui->dir_backup->setFocus();
+    if (app.CurrentCompanyId == 0) {
+        m_ui->cmd_ExtraPollutants->setEnabled(false);
+        m_ui->cmd_ExtraPollutants->setToolTip(QString::fromUtf8(ConfigTexts::NeedsCompany));
+    }
+
+    connect(m_ui->cmd_Folder, &QPushButton::clicked, this, &frmConfig::Choose_Folder);
+    connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmConfig::Choose_Browser);
+    connect(m_ui->cmd_ExtraPollutants, &QPushButton::clicked, this,
+            [this] { ShowAdditionalNames(m_app, this); });
+    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmConfig::Save_Settings);
+    connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frmConfig::~frmConfig() = default;
+
+void frmConfig::Choose_Folder() {
+    const auto folder =
+        m_app.Dialogs.ChooseFolder(ConfigTexts::ChooseBackupFolder, ToPath(m_ui->dir_backup->text()));
+    if (folder) m_ui->dir_backup->setText(FromPath(*folder));
+}
+
+void frmConfig::Choose_Browser() {
+    const auto browser = m_app.Dialogs.ChooseFileToOpen(ConfigTexts::ChooseBrowser, FileKind::Program);
+    if (browser) m_ui->txt_browser->setText(FromPath(*browser));
+}
+
+void frmConfig::Save_Settings() {
+    const bool isFailed = SaveConfiguration(m_app, {.BackupFolder = PathIn(*m_ui->dir_backup),
+                                                    .IsBackedUpOnExit = m_ui->chk_auto->isChecked(),
+                                                    .Browser = PathIn(*m_ui->txt_browser)});
+    if (!isFailed) hide();
+}
+
+void ShowConfiguration(AppContext& app, QWidget* parent) {
+    frmConfig window(app, parent);
+    ShowModally(app, window);
+}

@@ -1,0 +1,134 @@
+#include "app/configuration.h"
+#include "base/text.h"
+#include "tests/support/test_program.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class ConfigurationTest : public testing::Test, public TestProgram {
+protected:
+    std::filesystem::path Backups = Folder.Path() / u8"backups of Łódź, 100% é";
+    std::filesystem::path Browser = Folder.Path() / u8"bröwser";
+
+    ConfigurationTest() {
+        std::filesystem::create_directory(Backups);
+        WriteContent(Browser, "");
+    }
+    std::string& BackupPath() { return Settings.Values[{"BACKUP", "PATH"}]; }
+    std::string& AutoBackup() { return Settings.Values[{"BACKUP", "AUTO_BACKUP"}]; }
+    std::string& BrowserPath() { return Settings.Values[{"BROWSER", "PATH"}]; }
+};
+
+TEST_F(ConfigurationTest, WithoutSettingsItIsTheProgramFolderNoBrowserAndNoBackupOnExit) {
+    const Configuration read = ReadConfiguration(App);
+    EXPECT_EQ(read.BackupFolder, PathText(App.ProgramFolder));
+    EXPECT_EQ(read.Browser, "");
+    EXPECT_FALSE(read.IsBackedUpOnExit);
+}
+
+TEST_F(ConfigurationTest, SettingsAreShownAsTheyAre) {
+    BackupPath() = PathText(Backups);
+    AutoBackup() = "1";
+    BrowserPath() = PathText(Browser);
+    const Configuration read = ReadConfiguration(App);
+    EXPECT_EQ(read.BackupFolder, PathText(Backups));
+    EXPECT_EQ(read.Browser, PathText(Browser));
+    EXPECT_TRUE(read.IsBackedUpOnExit);
+}
+
+TEST_F(ConfigurationTest, ABackupFolderThatWasDeletedIsShownAsTheProgramFolder) {
+    BackupPath() = PathText(Backups);
+    std::filesystem::remove(Backups);
+    EXPECT_EQ(ReadConfiguration(App).BackupFolder, PathText(App.ProgramFolder));
+}
+
+TEST_F(ConfigurationTest, AFileIsNoBackupFolder) {
+    BackupPath() = PathText(Browser);
+    EXPECT_EQ(ReadConfiguration(App).BackupFolder, PathText(App.ProgramFolder));
+}
+
+TEST_F(ConfigurationTest, ABrowserThatIsGoneIsShownAsNone) {
+    BrowserPath() = PathText(Browser);
+    std::filesystem::remove(Browser);
+    EXPECT_EQ(ReadConfiguration(App).Browser, "");
+}
+
+TEST_F(ConfigurationTest, AFolderIsNoBrowser) {
+    BrowserPath() = PathText(Backups);
+    EXPECT_EQ(ReadConfiguration(App).Browser, "");
+}
+
+TEST_F(ConfigurationTest, TheBackupOnExitIsCheckedWhenTheTextIsTheNumber1) {
+    for (const char* text : {"1", " 1", "1.0", "+1"}) {
+        AutoBackup() = text;
+        EXPECT_TRUE(ReadConfiguration(App).IsBackedUpOnExit) << text;
+    }
+    for (const char* text : {"", "0", "2", "-1", "yes", "1e999"}) {
+        AutoBackup() = text;
+        EXPECT_FALSE(ReadConfiguration(App).IsBackedUpOnExit) << text;
+    }
+}
+
+TEST_F(ConfigurationTest, EverythingIsSaved) {
+    EXPECT_FALSE(SaveConfiguration(App, {PathText(Backups), true, "  " + PathText(Browser) + " "}));
+    EXPECT_EQ(BackupPath(), PathText(Backups));
+    EXPECT_EQ(AutoBackup(), "1");
+    EXPECT_EQ(BrowserPath(), PathText(Browser));
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+TEST_F(ConfigurationTest, NoBackupOnExitIsSavedAs0) {
+    EXPECT_FALSE(SaveConfiguration(App, {}));
+    EXPECT_EQ(AutoBackup(), "0");
+}
+
+TEST_F(ConfigurationTest, AnEmptyBackupFolderIsNotSaved) {
+    BackupPath() = "earlier";
+    EXPECT_FALSE(SaveConfiguration(App, {}));
+    EXPECT_EQ(BackupPath(), "earlier");
+}
+
+TEST_F(ConfigurationTest, AClearedBrowserIsSavedAsTheEmptyText) {
+    for (const char* text : {"", "   "}) {
+        BrowserPath() = PathText(Browser);
+        EXPECT_FALSE(SaveConfiguration(App, {.BackupFolder = "", .Browser = text}));
+        EXPECT_EQ(BrowserPath(), "");
+    }
+}
+
+TEST_F(ConfigurationTest, ABrowserThatIsNotThereLeavesTheEarlierOneWithoutAWord) {
+    BrowserPath() = PathText(Browser);
+    for (const std::filesystem::path& other : {Folder.Path() / "missing", Backups}) {
+        EXPECT_FALSE(SaveConfiguration(App, {.BackupFolder = "", .Browser = PathText(other)}));
+        EXPECT_EQ(BrowserPath(), PathText(Browser));
+    }
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+TEST_F(ConfigurationTest, EachSettingThatCannotBeSavedIsShownOnce) {
+    Settings.FailsWith = Failure{"Cannot save."};
+    EXPECT_TRUE(SaveConfiguration(App, {PathText(Backups), true, PathText(Browser)}));
+    EXPECT_EQ(ShownTexts(), std::vector<std::string>(3, "Cannot save."));
+    EXPECT_EQ(Prompts.Shown.front().Kind, PromptKind::Failure);
+}
+
+/// A store that cannot save one key.
+class PartlyBrokenSettings : public ScriptedSettings {
+public:
+    Done Write(std::string_view section, std::string_view key, std::string_view value) override {
+        if (section == "BACKUP" && key == "PATH") return Failure{"Cannot save the folder."};
+        return ScriptedSettings::Write(section, key, value);
+    }
+};
+
+TEST_F(ConfigurationTest, ASettingThatCannotBeSavedDoesNotHoldUpTheOthers) {
+    PartlyBrokenSettings settings;
+    AppContext app{Prompts, settings, Programs, Dialogs, Calendar, Files, App.ProgramFolder};
+    EXPECT_TRUE(SaveConfiguration(app, {PathText(Backups), true, PathText(Browser)}));
+    EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot save the folder."});
+    EXPECT_EQ(settings.Read("BACKUP", "AUTO_BACKUP"), "1");
+    EXPECT_EQ(settings.Read("BROWSER", "PATH"), PathText(Browser));
+}
+
+} // namespace

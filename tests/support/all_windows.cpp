@@ -2,6 +2,7 @@
 
 #include "app/dialog_routines.h"
 #include "app/frm_about.h"
+#include "app/frm_config.h"
 #include "app/frm_main.h"
 #include "lists/frm_list.h"
 #include "reports/frm_reports.h"
@@ -12,6 +13,7 @@
 #include "transfer/frm_error_log.h"
 #include "transfer/frm_export.h"
 #include "transfer/frm_import.h"
+#include "usage/frm_usage.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -54,6 +56,14 @@ void OpenErrorLog(AppContext& app, QWidget* parent) {
     ImportMaterialFile(app, app.ProgramFolder / "samples" / "materials_with_errors.txt", processedCount,
                        errorCount);
     ShowErrorLog(app, ImportErrorLog(app, TransferModule::Materials), parent);
+}
+
+void OpenNewUsage(AppContext& app, QWidget* parent) {
+    NewUsage(app, parent);
+}
+
+void OpenUsage(AppContext& app, QWidget* parent) {
+    EditUsage(app, 1, parent);
 }
 
 void AsItOpens(const QWidget&) {}
@@ -121,6 +131,8 @@ const std::vector<WindowState>& AllWindows() {
         {"frmList_materials",       ShowMaterialList,       AsItOpens        },
         {"frmList_usage",           ShowUsageList,          AsItOpens        },
         {"frmList_usage_filtered",  ShowUsageList,          FilterUsage      },
+        {"frmUsage_new",            OpenNewUsage,           AsItOpens        },
+        {"frmUsage_edit",           OpenUsage,              AsItOpens        },
         {"frmImport",               ShowMaterialImport,     AsItOpens        },
         {"frmImport_path",          ShowMaterialImport,     TypeImportPath   },
         {"frmImport_at_work",       ShowMaterialImport,     ShowImportAtWork },
@@ -128,6 +140,7 @@ const std::vector<WindowState>& AllWindows() {
         {"frmExport",               ShowMaterialExport,     AsItOpens        },
         {"frmExport_done",          ShowUsageExport,        ExportToFile     },
         {"frmErrorLog",             OpenErrorLog,           AsItOpens        },
+        {"frmConfig",               ShowConfiguration,      AsItOpens        },
         {"frmReports",              ShowReportsForm,        AsItOpens        },
         {"frmReports_month",        ShowReportsForm,        ChooseMonths     },
     };

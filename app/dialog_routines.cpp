@@ -44,6 +44,30 @@ public:
     }
 };
 
+/// Follows the colours of the window.
+class DisabledBackground : public QObject {
+public:
+    explicit DisabledBackground(QLineEdit& edit) : QObject(&edit), m_edit(edit) {
+        edit.window()->installEventFilter(this);
+        Apply();
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::PaletteChange) Apply();
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void Apply() {
+        QPalette palette = m_edit.palette();
+        palette.setColor(QPalette::Disabled, QPalette::Base,
+                         m_edit.window()->palette().color(QPalette::Active, QPalette::Window));
+        m_edit.setPalette(palette);
+    }
+
+    QLineEdit& m_edit;
+};
+
 /// Room for the longest line: where all lines have one size, it is that of the last.
 void MakeRoomForLongest(QListWidget& list, const QString& longest) {
     constexpr int margins = 12;
@@ -132,6 +156,10 @@ std::filesystem::path ToPath(const QString& text) {
 
 void AcceptCodePageText(QLineEdit& edit) {
     edit.setValidator(new CodePageValidator(&edit));
+}
+
+void ShowDisabledInWindowColour(QLineEdit& edit) {
+    new DisabledBackground(edit); // belongs to the box
 }
 
 void AcceptAnyYear(QComboBox& year) {

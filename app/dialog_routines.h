@@ -32,6 +32,9 @@ std::filesystem::path ToPath(const QString& text);
 /// a space.
 void AcceptCodePageText(QLineEdit& edit);
 
+/// While it is disabled the box has the background of its window, also when the user turns to dark colours.
+void ShowDisabledInWindowColour(QLineEdit& edit);
+
 /// A box that holds a list of years and takes any other number of up to four digits that is typed.
 void AcceptAnyYear(QComboBox& year);
 

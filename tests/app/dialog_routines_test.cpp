@@ -278,6 +278,25 @@ private slots:
         QCOMPARE(year.currentText(), QStringLiteral("2026"));
     }
 
+    void A_disabled_box_follows_the_background_of_its_window() {
+        const QPalette normal = QApplication::palette();
+        QDialog window;
+        QLineEdit box(&window);
+        ShowDisabledInWindowColour(box);
+        for (const QColor& background : {QColor(240, 240, 240), QColor(40, 42, 46)}) {
+            QPalette palette = normal;
+            palette.setColor(QPalette::Window, background);
+            palette.setColor(QPalette::Base, background.darker());
+            QApplication::setPalette(palette);
+            QCoreApplication::processEvents(); // the windows hear of it
+            box.setEnabled(false);
+            QCOMPARE(box.palette().color(QPalette::Base), background);
+            box.setEnabled(true);
+            QCOMPARE(box.palette().color(QPalette::Base), background.darker());
+        }
+        QApplication::setPalette(normal);
+    }
+
     void The_wheel_changes_a_choice_only_where_the_keyboard_is() {
         TestProgram program;
         QDialog window;

@@ -1,0 +1,22 @@
+#include "materials/frm_emission_factor_help.h"
+
+#include "app/dialog_routines.h"
+#include "materials/material_texts.h"
+#include "ui_frm_emission_factor_help.h"
+
+frm_EmissionFactorHelp::frm_EmissionFactorHelp(QWidget* parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::frm_EmissionFactorHelp>()) {
+    setObjectName(QStringLiteral("frm_EmissionFactorHelp")); // the form's would be a parameter's name
+    m_ui->setupUi(this);
+    m_ui->lbl_info->setText(QString::fromLatin1(MaterialTexts::AboutEmissionFactors));
+    m_ui->lbl_url->setText(QString::fromLatin1(MaterialTexts::EmissionFactorAddress));
+    m_ui->cmd_Close->setFocus(); // not the first text
+    connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frm_EmissionFactorHelp::~frm_EmissionFactorHelp() = default;
+
+void ShowEmissionFactorHelp(AppContext& app, QWidget* parent) {
+    frm_EmissionFactorHelp window(parent);
+    ShowModally(app, window);
+}

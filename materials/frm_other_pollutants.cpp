@@ -1,0 +1,110 @@
+#include "materials/frm_other_pollutants.h"
+
+#include "app/dialog_routines.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "store/additional_names.h"
+#include "ui_frm_other_pollutants.h"
+
+frmOtherPollutants::frmOtherPollutants(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmOtherPollutants>()) {
+    m_ui->setupUi(this);
+    m_rows = {
+        {{m_ui->lbl_number_0, m_ui->lbl_poll_0, m_ui->txt_pollcontent_0, m_ui->txt_pollEFactor_0},
+         {m_ui->lbl_number_1, m_ui->lbl_poll_1, m_ui->txt_pollcontent_1, m_ui->txt_pollEFactor_1},
+         {m_ui->lbl_number_2, m_ui->lbl_poll_2, m_ui->txt_pollcontent_2, m_ui->txt_pollEFactor_2},
+         {m_ui->lbl_number_3, m_ui->lbl_poll_3, m_ui->txt_pollcontent_3, m_ui->txt_pollEFactor_3},
+         {m_ui->lbl_number_4, m_ui->lbl_poll_4, m_ui->txt_pollcontent_4, m_ui->txt_pollEFactor_4},
+         {m_ui->lbl_number_5, m_ui->lbl_poll_5, m_ui->txt_pollcontent_5, m_ui->txt_pollEFactor_5}}
+    };
+    for (const Row& row : m_rows)
+        for (QLineEdit* box : {row.Content, row.Factor}) {
+            AcceptCodePageText(*box);
+            ShowDisabledInWindowColour(*box);
+        }
+    connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmOtherPollutants::Close_If_Valid);
+    connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frmOtherPollutants::~frmOtherPollutants() = default;
+
+bool frmOtherPollutants::Set_Names(std::string_view names) {
+    const std::vector<std::string_view> pieces = Split(names, '|');
+    if (pieces.size() != m_rows.size()) return false;
+    for (std::size_t index = 0; index < pieces.size(); ++index) {
+        const Row& row = m_rows[index];
+        const QString name = FromCodePage(pieces[index]);
+        // The number takes over the accelerator: an "&" in a name is a letter of it.
+        row.Number->setText(u'&' + QString::number(index + 1));
+        row.Name->setBuddy(nullptr);
+        row.Name->setText(name);
+        row.Content->setAccessibleName(QStringLiteral("Content of ") + name);
+        row.Factor->setAccessibleName(QStringLiteral("Emission factor of ") + name);
+        for (QLineEdit* box : {row.Content, row.Factor})
+            box->setEnabled(IsUsedName(pieces[index]));
+    }
+    return true;
+}
+
+void frmOtherPollutants::Set_Values(const MaterialRecord& material) {
+    SixPollutants values;
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        values[index].Content = NumberText(material.*PollutantContents[index]);
+        values[index].Factor = NumberText(material.*PollutantFactors[index]);
+    }
+    Show_Values(values);
+}
+
+SixPollutants frmOtherPollutants::Values() const {
+    SixPollutants values;
+    for (std::size_t index = 0; index < values.size(); ++index)
+        values[index] = {.Content = ToCodePage(m_rows[index].Content->text()),
+                         .Factor = ToCodePage(m_rows[index].Factor->text()),
+                         .IsUsed = m_rows[index].Content->isEnabled()};
+    return values;
+}
+
+void frmOtherPollutants::Show_Values(const SixPollutants& values) {
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        m_rows[index].Content->setText(FromCodePage(values[index].Content));
+        m_rows[index].Factor->setText(FromCodePage(values[index].Factor));
+    }
+}
+
+bool frmOtherPollutants::Validate_Form() {
+    const FormErrors errors = CheckPollutants(Values());
+    if (errors.IsEmpty()) return true;
+    ShowFormErrors(m_app, errors.Text());
+    Focus_First_Fault();
+    return false;
+}
+
+void frmOtherPollutants::Focus_First_Fault() {
+    for (const Row& row : m_rows)
+        for (QLineEdit* box : {row.Content, row.Factor})
+            if (box->isEnabled() && !IsNumeric(ToCodePage(box->text()))) {
+                box->setFocus();
+                box->selectAll();
+                return;
+            }
+}
+
+void frmOtherPollutants::Close_If_Valid() {
+    if (Validate_Form()) hide();
+}
+
+int frmOtherPollutants::exec() {
+    m_valuesBefore = Values();
+    for (const Row& row : m_rows)
+        if (row.Content->isEnabled()) {
+            row.Content->setFocus();
+            row.Content->selectAll();
+            break;
+        }
+    return QDialog::exec();
+}
+
+void frmOtherPollutants::reject() {
+    Show_Values(m_valuesBefore);
+    QDialog::reject();
+}

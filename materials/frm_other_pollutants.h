@@ -1,0 +1,54 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "materials/material_entry.h"
+
+#include <QDialog>
+
+#include <array>
+#include <memory>
+
+class QLabel;
+class QLineEdit;
+
+namespace Ui {
+class frmOtherPollutants;
+}
+
+/// The contents and emission factors of the six additional pollutants, for the material that is open in the
+/// material editor. The values live here until the editor saves or closes.
+class frmOtherPollutants : public QDialog {
+    Q_OBJECT
+
+public:
+    frmOtherPollutants(AppContext& app, QWidget* parent);
+    ~frmOtherPollutants() override;
+
+    /// Sets up the rows and returns true when `names` are six joined by "|"; otherwise changes nothing.
+    bool Set_Names(std::string_view names);
+    void Set_Values(const MaterialRecord& material);
+    SixPollutants Values() const;
+    /// Whether every enabled row holds numbers; says so if not.
+    bool Validate_Form();
+
+    int exec() override;
+    /// Puts back the values that were there when the window opened.
+    void reject() override;
+
+private:
+    struct Row {
+        QLabel* Number;
+        QLabel* Name;
+        QLineEdit* Content;
+        QLineEdit* Factor;
+    };
+
+    void Show_Values(const SixPollutants& values);
+    void Close_If_Valid();
+    void Focus_First_Fault();
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmOtherPollutants> m_ui;
+    std::array<Row, 6> m_rows;
+    SixPollutants m_valuesBefore;
+};

@@ -1,0 +1,244 @@
+#include "materials/frm_material.h"
+
+#include "app/dialog_routines.h"
+#include "app/pictures.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/frm_emission_factor_help.h"
+#include "materials/frm_other_pollutants.h"
+#include "materials/material_texts.h"
+#include "store/additional_names.h"
+#include "store/frm_extra_pollutants_names.h"
+#include "store/material_types.h"
+#include "ui_frm_material.h"
+
+#include <utility>
+
+namespace {
+
+void ShowNames(QComboBox& combo, const std::vector<std::string>& names) {
+    ListLines lines;
+    for (const std::string& name : names)
+        lines.push_back({name, 0});
+    ShowLines(combo, lines);
+}
+
+std::optional<std::string> SelectedText(const QComboBox& combo) {
+    if (combo.currentIndex() < 0) return {};
+    return ToCodePage(combo.currentText());
+}
+
+void Focus(QWidget& box) {
+    box.setFocus();
+    if (auto* edit = qobject_cast<QLineEdit*>(&box)) edit->selectAll();
+}
+
+} // namespace
+
+frmMaterial::frmMaterial(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmMaterial>()),
+      m_pollutants(std::make_unique<frmOtherPollutants>(app, this)) {
+    m_ui->setupUi(this);
+    setWindowTitle(QString::fromLatin1(MaterialTexts::NewCaption));
+    m_ui->lbl_Id->hide();
+    m_ui->lbl_result->hide();
+    m_ui->txt_CustomId->setFocus();
+    m_ui->img_help->setIcon(LineIcon(QStringLiteral("help")));
+    for (QLineEdit* edit :
+         {m_ui->txt_CustomId, m_ui->txt_Description, m_ui->txt_density, m_ui->txt_HapContents,
+          m_ui->txt_filler, m_ui->txt_EmissionFactor, m_ui->txt_Comments}) {
+        AcceptCodePageText(*edit);
+        ShowDisabledInWindowColour(*edit);
+    }
+    if (!m_pollutants->Set_Names(m_app.AdditionalNames)) m_app.AdditionalNames.clear();
+    std::vector<std::string> types;
+    GetMaterialTypes(m_app, types, true);
+    ShowNames(*m_ui->cbo_MaterialType, types);
+
+    // Choosing the type that is selected counts as well; a new choice arrives by both ways.
+    connect(m_ui->cbo_MaterialType, &QComboBox::currentIndexChanged, this, [this] {
+        m_hasTypeJustChanged = true;
+        Type_Selected();
+    });
+    connect(m_ui->cbo_MaterialType, &QComboBox::activated, this, [this] {
+        if (!std::exchange(m_hasTypeJustChanged, false)) Type_Selected();
+    });
+    connect(m_ui->chk_EmissionFactor, &QCheckBox::toggled, this, &frmMaterial::Emission_Factor_Ticked);
+    connect(m_ui->img_help, &QToolButton::clicked, this, [this] { ShowEmissionFactorHelp(m_app, this); });
+    connect(m_ui->cmd_Additional, &QPushButton::clicked, this, &frmMaterial::Show_Pollutants);
+    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmMaterial::Save_Material);
+    connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frmMaterial::~frmMaterial() = default;
+
+void frmMaterial::Edit_Material(const MaterialRecord& material) {
+    const auto text = [](const std::string& field) { return FromCodePage(Trim(field)); };
+    const auto number = [](double field) { return FromCodePage(NumberText(field)); };
+    SelectListItem(*m_ui->cbo_MaterialType, text(material.MaterialType), false);
+    m_hasTypeJustChanged = false;
+    SelectListItem(*m_ui->cbo_ApplicationType, text(material.ApplicationMethod), false);
+    m_ui->txt_CustomId->setText(text(material.CustomId));
+    m_ui->txt_density->setText(number(material.Density));
+    m_ui->txt_Description->setText(text(material.Description));
+    m_ui->txt_HapContents->setText(number(material.HapContent));
+    if (material.EmissionFactor != 0) {
+        m_ui->chk_EmissionFactor->setChecked(true);
+        m_ui->txt_EmissionFactor->setText(number(material.EmissionFactor));
+    }
+    m_ui->txt_Comments->setText(text(material.Comments));
+    m_ui->lbl_Id->setText(QString::number(material.MaterialId));
+    setWindowTitle(QString::fromLatin1(MaterialTexts::UpdateCaption));
+    m_pollutants->Set_Values(material);
+    // Whatever the type: a filled resin that was saved without filler cannot be given one here.
+    Show_Filler(number(material.Filler), material.Filler != 0);
+}
+
+TypedMaterial frmMaterial::Read_Form() const {
+    return {.CustomId = ToCodePage(m_ui->txt_CustomId->text()),
+            .Description = ToCodePage(m_ui->txt_Description->text()),
+            .MaterialType = SelectedText(*m_ui->cbo_MaterialType),
+            .ApplicationMethod = SelectedText(*m_ui->cbo_ApplicationType),
+            .Density = ToCodePage(m_ui->txt_density->text()),
+            .HapContent = ToCodePage(m_ui->txt_HapContents->text()),
+            .HasEmissionFactor = m_ui->chk_EmissionFactor->isChecked(),
+            .EmissionFactor = ToCodePage(m_ui->txt_EmissionFactor->text()),
+            .Comments = ToCodePage(m_ui->txt_Comments->text()),
+            .CanHaveFiller = m_ui->txt_filler->isEnabled(),
+            .Filler = ToCodePage(m_ui->txt_filler->text()),
+            .Pollutants = m_pollutants->Values()};
+}
+
+QWidget& frmMaterial::Box_Of(MaterialField field) const {
+    switch (field) {
+    case MaterialField::CustomId:
+        return *m_ui->txt_CustomId;
+    case MaterialField::Description:
+        return *m_ui->txt_Description;
+    case MaterialField::MaterialType:
+        return *m_ui->cbo_MaterialType;
+    // Without methods its box is disabled: only another type brings one.
+    case MaterialField::ApplicationMethod:
+        return m_ui->cbo_ApplicationType->isEnabled() ? *m_ui->cbo_ApplicationType : *m_ui->cbo_MaterialType;
+    case MaterialField::Density:
+        return *m_ui->txt_density;
+    case MaterialField::HapContent:
+        return *m_ui->txt_HapContents;
+    case MaterialField::EmissionFactor:
+        return *m_ui->txt_EmissionFactor;
+    case MaterialField::Filler:
+        break;
+    }
+    return *m_ui->txt_filler;
+}
+
+void frmMaterial::Type_Selected() {
+    const std::optional<std::string> type = SelectedText(*m_ui->cbo_MaterialType);
+    if (type) {
+        std::vector<std::string> methods;
+        GetApplicationMethods(m_app, methods, true, type);
+        ShowNames(*m_ui->cbo_ApplicationType, methods);
+        SelectListItem(*m_ui->cbo_ApplicationType);
+    }
+    const bool hasMethods = m_ui->cbo_ApplicationType->count() > 0;
+    m_ui->cbo_ApplicationType->setEnabled(hasMethods);
+    m_ui->lbl_ApplicationMethod->setEnabled(hasMethods);
+    const bool isFilled = type && TakesFiller(*type);
+    Show_Filler(isFilled ? QString() : QStringLiteral("0"), isFilled);
+}
+
+void frmMaterial::Show_Filler(const QString& filler, bool canBeTyped) {
+    m_ui->txt_filler->setText(filler);
+    m_ui->txt_filler->setEnabled(canBeTyped);
+}
+
+void frmMaterial::Emission_Factor_Ticked(bool isTicked) {
+    m_ui->txt_EmissionFactor->clear();
+    m_ui->txt_Comments->clear();
+    for (QWidget* control : std::initializer_list<QWidget*>{
+             m_ui->txt_EmissionFactor, m_ui->lbl_EmissionFactor, m_ui->txt_Comments, m_ui->lbl_Basis})
+        control->setEnabled(isTicked);
+}
+
+void frmMaterial::Show_Pollutants() {
+    if (m_app.AdditionalNames.empty()) {
+        const Prompt question{std::string(MaterialTexts::AskToDefineNames), PromptKind::Question,
+                              PromptButtons::YesNo};
+        if (m_app.Prompts.Show(question) != PromptAnswer::Yes) return;
+        ShowAdditionalNames(m_app, this);
+        LoadAdditionalNames(m_app);
+        if (!m_pollutants->Set_Names(m_app.AdditionalNames)) {
+            m_app.AdditionalNames.clear(); // so that the next time asks again
+            return;
+        }
+    }
+    ShowModally(m_app, *m_pollutants);
+}
+
+bool frmMaterial::Validate_Form() {
+    const TypedMaterial material = Read_Form();
+    const FormErrors errors = CheckMaterialEntry(material);
+    if (errors.IsEmpty()) return true;
+    ShowFormErrors(m_app, errors.Text());
+    Focus(Box_Of(*FirstFaultyField(material)));
+    return false;
+}
+
+void frmMaterial::Save_Material() {
+    if (!Validate_Form()) return;
+    if (ParseInt16(m_ui->lbl_Id->text().toStdString()))
+        Check_4_Update();
+    else
+        Check_4_Save();
+}
+
+void frmMaterial::Check_4_Save() {
+    const MaterialEntry entry = ToMaterialEntry(Read_Form());
+    const Result<std::vector<MaterialRecord>> sameId = ReadMaterials(m_app, {.CustomId = entry.CustomId});
+    if (!sameId) { // a duplicate cannot be ruled out
+        ShowError(m_app, sameId.error());
+    } else if (!sameId->empty()) {
+        ShowFormErrors(m_app, MaterialTexts::IdExists);
+        Focus(*m_ui->txt_CustomId);
+    } else {
+        Close_When_Saved(SaveMaterial(m_app, entry));
+    }
+}
+
+// Without a duplicate check on purpose: only a new material is refused an ID that exists.
+void frmMaterial::Check_4_Update() {
+    const std::optional<std::int16_t> materialId = ParseInt16(m_ui->lbl_Id->text().toStdString());
+    Close_When_Saved(SaveMaterial(m_app, ToMaterialEntry(Read_Form()), materialId));
+}
+
+void frmMaterial::Close_When_Saved(Failed hasFailed) {
+    if (hasFailed) return;
+    m_ui->lbl_result->setText(QStringLiteral("0"));
+    hide();
+}
+
+std::int16_t frmMaterial::Outcome() const {
+    return static_cast<std::int16_t>(ResultOf(*m_ui->lbl_result));
+}
+
+std::int16_t NewMaterial(AppContext& app, QWidget* parent) {
+    frmMaterial window(app, parent);
+    ShowModally(app, window);
+    return window.Outcome();
+}
+
+std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* parent) {
+    const Result<std::vector<MaterialRecord>> found = ReadMaterials(app, {.MaterialId = materialId});
+    if (!found) {
+        ShowError(app, found.error());
+        return -1;
+    }
+    if (found->empty()) {
+        ShowFormErrors(app, MaterialTexts::MaterialNotFound);
+        return -1;
+    }
+    frmMaterial window(app, parent);
+    window.Edit_Material(found->front());
+    ShowModally(app, window);
+    return window.Outcome();
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "materials/material_entry.h"
+
+#include <QDialog>
+
+#include <cstdint>
+#include <memory>
+
+class QWidget;
+class frmOtherPollutants;
+
+namespace Ui {
+class frmMaterial;
+}
+
+/// The editor of a material, new or existing.
+class frmMaterial : public QDialog {
+    Q_OBJECT
+
+public:
+    /// For a new material.
+    frmMaterial(AppContext& app, QWidget* parent);
+    ~frmMaterial() override;
+
+    /// From now on the editor is for this stored material.
+    void Edit_Material(const MaterialRecord& material);
+    /// Says what is wrong, and whether nothing is.
+    bool Validate_Form();
+    /// Appends the entries as a new material, unless its Material ID exists, and closes.
+    void Check_4_Save();
+    /// Overwrites the material that is edited, and closes. A Material ID that another one has is accepted.
+    void Check_4_Update();
+    /// 0 after a save, otherwise -1.
+    std::int16_t Outcome() const;
+
+private:
+    TypedMaterial Read_Form() const;
+    QWidget& Box_Of(MaterialField field) const;
+    void Type_Selected();
+    void Show_Filler(const QString& filler, bool canBeTyped);
+    void Emission_Factor_Ticked(bool isTicked);
+    void Show_Pollutants();
+    void Save_Material();
+    void Close_When_Saved(Failed hasFailed);
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmMaterial> m_ui;
+    std::unique_ptr<frmOtherPollutants> m_pollutants; ///< hidden, but for the while that the user edits there
+    bool m_hasTypeJustChanged = false;
+};
+
+/// Both return 0 when a material was saved, otherwise -1.
+std::int16_t NewMaterial(AppContext& app, QWidget* parent);
+std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* parent);

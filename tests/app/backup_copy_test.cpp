@@ -58,14 +58,6 @@ std::string EveryByte() {
     return bytes;
 }
 
-/// How many files of that name there are in the folder and all below it.
-int CountNamed(const std::filesystem::path& folder, const std::string& name) {
-    int count = 0;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.path().filename() == name) ++count;
-    return count;
-}
-
 struct NameCase {
     const char* Row;
     const char* Name; ///< of a folder, or of one in another

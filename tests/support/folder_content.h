@@ -14,3 +14,11 @@ inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& f
         if (entry.is_regular_file(ignored)) files[entry.path().filename().string()] = ContentOf(entry.path());
     return files;
 }
+
+/// How many files of that name there are in the folder and all below it.
+inline int CountNamed(const std::filesystem::path& folder, const std::string& name) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+        if (entry.path().filename() == name) ++count;
+    return count;
+}

@@ -1,14 +1,18 @@
 #include "cli/commands.h"
 
+#include "app/backup.h"
 #include "base/messages.h"
 #include "base/text.h"
 #include "reports/reports.h"
+#include "store/additional_names.h"
+#include "store/additional_names_texts.h"
 #include "store/companies.h"
 #include "store/company_texts.h"
 #include "transfer/transfer.h"
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <iostream>
 
 namespace {
@@ -78,6 +82,13 @@ Result<std::string> RecordText(const std::string& utf8Text) {
     return text;
 }
 
+/// The same for the name of a pollutant, which stands in one line between two "|".
+Result<std::string> NameText(const std::string& utf8Name) {
+    if (utf8Name.find_first_of("|\r\n") != std::string::npos)
+        return Failure{"Cannot store \"" + utf8Name + "\": a name has neither \"|\" nor a line break."};
+    return RecordText(utf8Name);
+}
+
 } // namespace
 
 ExitStatus ListCompanies(AppContext& app) {
@@ -109,6 +120,27 @@ ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered
         return Fail(app, "There is no company " + std::to_string(companyId) + ".");
     isRemembered ? SelectCompany(app, found.front()) : MakeCompanyCurrent(app, found.front());
     return StatusDone;
+}
+
+ExitStatus ShowPollutantNames(AppContext& app) {
+    if (!HasCompany(app)) return StatusFailed;
+    LoadAdditionalNames(app);
+    for (const std::string& name : SplitAdditionalNames(app.AdditionalNames))
+        std::cout << Utf8FromCodePage(name) << '\n';
+    return StatusDone;
+}
+
+ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& names) {
+    if (!HasCompany(app)) return StatusFailed;
+    PollutantNames texts;
+    assert(names.size() == texts.size());
+    for (std::size_t index = 0; index < texts.size(); ++index) {
+        const Result<std::string> text = NameText(names[index]);
+        if (!text) return Fail(app, text.error().Description);
+        if (Trim(*text).empty()) return Fail(app, std::string(AdditionalNamesTexts::NameIsEmpty));
+        texts[index] = *text;
+    }
+    return SaveAdditionalNames(app, texts) ? StatusFailed : StatusDone;
 }
 
 ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file) {
@@ -148,4 +180,11 @@ const std::vector<std::string>& ReportKinds() {
         return names;
     }();
     return kinds;
+}
+
+ExitStatus BackUp(AppContext& app) {
+    const std::optional<std::filesystem::path> set = RunBackup(app, false);
+    if (!set) return StatusFailed;
+    std::cout << PathText(*set) << '\n';
+    return StatusDone;
 }

@@ -25,6 +25,11 @@ ExitStatus AddCompany(AppContext& app, const std::string& name, const std::strin
 /// Makes the company current for this start, and with `isRemembered` for later ones.
 ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered);
 
+/// The six names of the additional pollutants of the current company, one a line.
+ExitStatus ShowPollutantNames(AppContext& app);
+/// `names` are six, UTF-8.
+ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& names);
+
 ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file);
 ExitStatus ImportUsage(AppContext& app, const std::filesystem::path& file);
 ExitStatus ExportMaterials(AppContext& app, const std::filesystem::path& file);
@@ -34,3 +39,6 @@ ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file);
 /// materials.
 ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending);
 const std::vector<std::string>& ReportKinds();
+
+/// Prints the folder of the new set, once every file is in it.
+ExitStatus BackUp(AppContext& app);

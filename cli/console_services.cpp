@@ -1,6 +1,14 @@
 #include "cli/console_services.h"
 
+#include "base/text.h"
+
+#include <QProcess>
+
 #include <iostream>
+
+#ifdef _WIN32
+#include "app/os_script_text.h"
+#endif
 
 namespace {
 
@@ -19,6 +27,21 @@ std::string OneLine(const std::string& text) {
     return line;
 }
 
+QString Text(const std::string& utf8Text) {
+    return QString::fromStdString(utf8Text);
+}
+
+void StartProcess(QProcess& process, const ProgramStart& start) {
+#ifdef _WIN32
+    process.startCommand(Text(start.CommandLine));
+#else
+    QStringList arguments;
+    for (const std::string& argument : start.Arguments)
+        arguments << Text(argument);
+    process.start(Text(PathText(start.Program)), arguments);
+#endif
+}
+
 } // namespace
 
 PromptAnswer ConsolePrompts::Show(const Prompt& prompt) {
@@ -28,3 +51,26 @@ PromptAnswer ConsolePrompts::Show(const Prompt& prompt) {
     m_hasShownFailure = true;
     return PromptAnswer::Ok;
 }
+
+Done ConsolePrograms::Start(const ProgramStart& start) {
+    if (!start.HasHiddenWindow) return Success();
+    constexpr int withoutEnd = -1;
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    StartProcess(process, start);
+    const bool isEnded = process.waitForFinished(withoutEnd) && process.exitStatus() == QProcess::NormalExit;
+    if (isEnded && process.exitCode() == 0) return Success();
+    const std::string said = process.readAllStandardError().trimmed().toStdString();
+    if (!said.empty()) return Failure{said};
+    const std::string name = process.program().toStdString();
+    if (isEnded)
+        return Failure{"The program \"" + name + "\" ended with status " +
+                       std::to_string(process.exitCode()) + "."};
+    return Failure{"Cannot run the program \"" + name + "\": " + process.errorString().toStdString() + "."};
+}
+
+#ifdef _WIN32
+Result<std::string> ConsolePrograms::ScriptText(std::string_view utf8Text) {
+    return ScriptTextOfConsole(utf8Text);
+}
+#endif

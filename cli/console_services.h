@@ -2,7 +2,7 @@
 
 #include "base/services.h"
 
-/// Platform services for a start without windows: nothing is asked and no other program is started.
+/// Platform services for a start without windows: nothing is asked and no window is opened.
 
 /// Failures and refusals go to the standard error output, one line each. Questions are answered as the
 /// command line says. Other messages say what a window would; they are left out.
@@ -17,10 +17,14 @@ private:
     bool m_hasShownFailure = false;
 };
 
-/// Reports are not opened in a browser.
-class NoPrograms : public ProgramStarter {
+/// A program without a window is run to its end; a status other than 0 is a failure, and what the program
+/// wrote to its error output says which. One with a window, the browser, is not started.
+class ConsolePrograms : public ProgramStarter {
 public:
-    Done Start(const ProgramStart&) override { return Success(); }
+    Done Start(const ProgramStart& start) override;
+#ifdef _WIN32
+    Result<std::string> ScriptText(std::string_view utf8Text) override;
+#endif
 };
 
 class NoFileDialogs : public FileDialogs {

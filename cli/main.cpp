@@ -40,6 +40,7 @@ struct CommandLine {
     std::string Kind{};
     std::string Ending{};
     bool AnswersYes = false;
+    std::vector<std::string> PollutantNames{};
 };
 
 CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
@@ -60,6 +61,21 @@ void AddCompanyCommands(CLI::App& parser, CommandLine& asked) {
         AddCommand(parser, asked, "select-company", "Make a company the current one, now and later",
                    [&](AppContext& app) { return UseCompany(app, asked.SelectedId, true); });
     select.add_option("ID", asked.SelectedId, "The company's id")->required();
+}
+
+void AddNamesCommand(CLI::App& parser, CommandLine& asked) {
+    constexpr int six = 6;
+    CLI::App& names =
+        AddCommand(parser, asked, "names", "List or set the names of the six additional pollutants",
+                   [&](AppContext& app) {
+                       return asked.PollutantNames.empty() ? ShowPollutantNames(app)
+                                                           : SetPollutantNames(app, asked.PollutantNames);
+                   });
+    names
+        .add_option(
+            "NAME", asked.PollutantNames,
+            "All six names; \"-\" is one that is not in use. Without names they are listed, one a line")
+        ->expected(six);
 }
 
 void AddTransferCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
@@ -103,11 +119,14 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
     parser.add_option("--company", asked.CompanyId, "Work with this company, without remembering it")
         ->type_name("ID");
     AddCompanyCommands(parser, asked);
+    AddNamesCommand(parser, asked);
     AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportMaterials);
     AddTransferCommand(parser, asked, "import-usage", "Import monthly usage", ImportUsage);
     AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportMaterials);
     AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportUsage);
     AddReportCommand(parser, asked);
+    AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
+               BackUp);
 
     std::vector<std::string> reversed; // as the parser takes them
     for (const QString& text : texts.mid(1))
@@ -129,7 +148,7 @@ ExitStatus Run(const CommandLine& asked) {
     ConsolePrompts prompts;
     prompts.AnswersYes = asked.AnswersYes;
     QtSettings settings;
-    NoPrograms programs;
+    ConsolePrograms programs;
     NoFileDialogs dialogs;
     QtClock calendar;
     OsFiles files;

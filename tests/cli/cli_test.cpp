@@ -2,6 +2,7 @@
 #include "materials/material_record.h"
 #include "store/companies.h"
 #include "tests/support/bytes.h"
+#include "tests/support/folder_content.h"
 #include "tests/support/run_program.h"
 #include "tests/support/test_program.h"
 #include "usage/usage_record.h"
@@ -43,6 +44,11 @@ protected:
         ASSERT_EQ(Run({"import-materials", FileNamed("materials.txt", GoodMaterials)}).Status, 0);
         ASSERT_EQ(Run({"import-usage", FileNamed("usage.txt", GoodUsage)}).Status, 0);
     }
+    void SetSettings(const std::string& settings) {
+        std::filesystem::create_directory(Config / "MACT");
+        WriteContent(Config / "MACT" / "TALVOR_QUME_APP.conf", settings);
+    }
+    std::string NamesFile() const { return ContentOf(Folder / "data" / "1_additional.talvor"); }
     static int CountLines(const std::string& text) {
         return static_cast<int>(std::ranges::count(text, '\n'));
     }
@@ -105,9 +111,11 @@ TEST_F(CliTest, ACompanyThatDoesNotExistIsAFailure) {
 
 TEST_F(CliTest, WorkWithoutACompanyIsAFailure) {
     for (const std::vector<std::string>& arguments : {
-             std::vector<std::string>{"import-materials", "x"        },
-             {"export-usage",     "x"        },
-             {"report",           "compliant"}
+             std::vector<std::string>{"import-materials", "x"},
+             {                   "export-usage",                                                                    "x"                                                                                                                                                                                                                           },
+             {                                                                                                                                                                                                                                                                                                                                       "report",                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                           "compliant"},
+             { "names"},
+             {                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         "names",                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                 "a",                                                                                                                                                                                                                                                                                                                                                  "b", "c", "d", "e", "f"}
     }) {
         const ProgramRun run = Run(arguments);
         EXPECT_EQ(run.Status, 1);
@@ -219,19 +227,114 @@ TEST_F(CliTest, AReportThatCannotBeWrittenIsAFailureOfOneLine) {
     EXPECT_EQ(CountLines(run.Errors), 1);
 }
 
+TEST_F(CliTest, AReportStartsNoBrowser) {
+    AddShop();
+    const std::string browser = FileNamed("browser", "#!/bin/sh\n: >\"$0.started\"\n");
+    std::filesystem::permissions(PathFromUtf8(browser), std::filesystem::perms::owner_all);
+    SetSettings("[COMPANY]\nDEFAULT=1\n[BROWSER]\nPATH=" + browser + "\n");
+    EXPECT_EQ(Run({"report", "compliant"}).Status, 0);
+    EXPECT_FALSE(std::filesystem::exists(Temporary.Path() / "browser.started"));
+}
+
+TEST_F(CliTest, ANewCompanysPollutantNamesAreSixThatAreNotInUse) {
+    Run({"add-company", "Acme", "Dock 1"});
+    const ProgramRun run = Run({"--company", "1", "names"});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_EQ(run.Output, "-\n-\n-\n-\n-\n-\n");
+    EXPECT_EQ(NamesFile(), "\"-|-|-|-|-|-\"\r\n");
+}
+
+TEST_F(CliTest, PollutantNamesAreSetAndListed) {
+    Run({"add-company", "Acme", "Dock 1"});
+    const ProgramRun set =
+        Run({"--company", "1", "names", "MMA", "Styr\u00E8ne", "-", "two words", "-", "-"});
+    EXPECT_EQ(set.Status, 0);
+    EXPECT_EQ(set.Output, "");
+    EXPECT_EQ(NamesFile(), "MMA|Styr\xE8ne|-|two words|-|-\r\n");
+    EXPECT_EQ(Run({"--company", "1", "names"}).Output, "MMA\nStyr\u00E8ne\n-\ntwo words\n-\n-\n");
+}
+
+TEST_F(CliTest, APollutantNameThatIsEmptyIsRefusedInTheWindowsWords) {
+    Run({"add-company", "Acme", "Dock 1"});
+    for (const char* name : {"", "  "}) {
+        const ProgramRun run = Run({"--company", "1", "names", "a", "b", name, "d", "e", "f"});
+        EXPECT_EQ(run.Status, 1);
+        EXPECT_EQ(run.Errors, "You can not leave any of the pollutant name empty. If you dont want to use "
+                              "all pollutants please use '-' as their name to make them disable.\n");
+        EXPECT_FALSE(std::filesystem::exists(Folder / "data" / "1_additional.talvor"));
+    }
+}
+
+TEST_F(CliTest, APollutantNameThatCannotBeStoredIsRefused) {
+    Run({"add-company", "Acme", "Dock 1"});
+    for (const char* name : {"\u0141", "a|b", "a\nb"}) {
+        const ProgramRun run = Run({"--company", "1", "names", "a", "b", "c", "d", "e", name});
+        EXPECT_EQ(run.Status, 1);
+        EXPECT_EQ(CountLines(run.Errors), 1);
+        EXPECT_FALSE(std::filesystem::exists(Folder / "data" / "1_additional.talvor"));
+    }
+}
+
+TEST_F(CliTest, ABackupIsCompleteWhenItsFolderIsPrinted) {
+    AddShop();
+    const ProgramRun run = Run({"backup"});
+    EXPECT_EQ(run.Status, 0) << run.Errors;
+    EXPECT_EQ(run.Output, PathText(Folder / "talvor_backupset_1") + "\n");
+    EXPECT_EQ(run.Errors, "");
+    EXPECT_EQ(FilesIn(Folder / "talvor_backupset_1"), FilesIn(Folder / "data"));
+    EXPECT_GE(FilesIn(Folder / "data").size(), 4U);
+    EXPECT_EQ(Run({"backup"}).Output, PathText(Folder / "talvor_backupset_2") + "\n");
+}
+
+TEST_F(CliTest, ABackupGoesToTheFolderThatIsConfigured) {
+    const std::filesystem::path base = Temporary.Path() / "backups";
+    std::filesystem::create_directory(base);
+    SetSettings("[BACKUP]\nPATH=" + PathText(base) + "\nBK_VOLUME=12\n");
+    EXPECT_EQ(Run({"backup"}).Output, PathText(base / "talvor_backupset_12") + "\n");
+    EXPECT_EQ(FilesIn(base / "talvor_backupset_12"), FilesIn(Folder / "data"));
+}
+
+TEST_F(CliTest, AFileThatCannotBeCopiedIsNamedAndTheOthersAreCopied) {
+    AddShop();
+    const auto expected = FilesIn(Folder / "data");
+    std::filesystem::create_symlink("/proc/self/mem", Folder / "data" / "bad"); // no byte of it can be read
+    const ProgramRun run = Run({"backup"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Output, "");
+    EXPECT_EQ(CountLines(run.Errors), 1);
+    EXPECT_NE(run.Errors.find("\"" + PathText(Folder / "data" / "bad") + "\""), std::string::npos);
+    auto copied = FilesIn(Folder / "talvor_backupset_1");
+    copied.erase("bad");
+    EXPECT_EQ(copied, expected);
+}
+
+TEST_F(CliTest, ABackupSetThatIsThereIsAFailureAndStaysAsItIs) {
+    std::filesystem::create_directory(Folder / "talvor_backupset_1");
+    const ProgramRun run = Run({"backup"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Output, "");
+    EXPECT_EQ(run.Errors,
+              "Cannot create the folder \"" + PathText(Folder / "talvor_backupset_1") + "\": File exists.\n");
+    EXPECT_TRUE(FilesIn(Folder / "talvor_backupset_1").empty());
+    EXPECT_EQ(Run({"backup"}).Status, 0);
+}
+
 TEST_F(CliTest, WrongUseIsSaidInOneLineAndEndsWithStatus2) {
     const std::vector<std::vector<std::string>> wrong = {
-        {          },
-        {                    "no-such-command"          },
-        {         "companies",           "surplus"},
-        {                 "add-company",           "Acme"},
-        {              "select-company",           "Acme"},
-        {              "select-company",           "40000"},
-        {                      "report",           "annual"},
-        {                      "report",           "weighted-average"},
-        {                      "report", "weighted-average", "--ending", "13/2005"},
-        {          "report",    "weighted-average", "--ending", "2005"},
-        {"--nothing",     "companies"}
+        {           },
+        {                    "no-such-command"           },
+        {         "companies",            "surplus"},
+        {                  "add-company",            "Acme"},
+        {               "select-company",            "Acme"},
+        {               "select-company",            "40000"},
+        {                       "report",            "annual"},
+        {                       "report",            "weighted-average"},
+        {                       "report",  "weighted-average", "--ending", "13/2005"},
+        {           "report",     "weighted-average", "--ending", "2005"},
+        {"--nothing",      "companies"},
+        {                        "names","a", "b", "c", "d", "e"},
+        {              "names",              "a", "b", "c", "d", "e", "f", "g"},
+        {                             "backup",         "surplus"}
     };
     for (const std::vector<std::string>& arguments : wrong) {
         const ProgramRun run = Run(arguments);
@@ -244,8 +347,9 @@ TEST_F(CliTest, WrongUseIsSaidInOneLineAndEndsWithStatus2) {
 }
 
 TEST_F(CliTest, HelpAndVersionAreThereForEveryCommand) {
-    for (const char* command : {"companies", "add-company", "select-company", "import-materials",
-                                "import-usage", "export-materials", "export-usage", "report"}) {
+    for (const char* command :
+         {"companies", "add-company", "select-company", "import-materials", "import-usage",
+          "export-materials", "export-usage", "report", "names", "backup"}) {
         SCOPED_TRACE(command);
         const ProgramRun help = Plain({command, "--help"});
         EXPECT_EQ(help.Status, 0);

@@ -1,4 +1,5 @@
 #include "app/frm_main.h"
+#include "app/message_icons.h"
 #include "app/os_files.h"
 #include "app/pictures.h"
 #include "app/qt_clock.h"
@@ -16,6 +17,9 @@
 int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(EmblemIcon());
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS) // elsewhere the system has them
+    QApplication::setStyle(new StyleWithMessageIcons);
+#endif
     QtPrompts prompts;
     QtSettings settings;
     QtPrograms programs;

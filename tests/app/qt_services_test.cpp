@@ -1,3 +1,4 @@
+#include "app/message_icons.h"
 #include "app/qt_clock.h"
 #include "app/qt_programs.h"
 #include "app/qt_prompts.h"
@@ -115,6 +116,20 @@ private slots:
             QtPrompts().Show({"x", kind});
             QCOMPARE(icon, expected);
         }
+    }
+
+    void Message_boxes_have_icons_without_an_icon_theme() {
+        const StyleWithMessageIcons style;
+        const QString themeBefore = QIcon::themeName();
+        QIcon::setThemeName(QStringLiteral("no such theme"));
+        for (const QStyle::StandardPixmap icon :
+             {QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxQuestion, QStyle::SP_MessageBoxWarning,
+              QStyle::SP_MessageBoxCritical}) {
+            const QImage picture = style.standardIcon(icon).pixmap(QSize(128, 128)).toImage();
+            QCOMPARE(picture.size(), QSize(128, 128)); // drawn in that size
+            QVERIFY(picture.pixelColor(64, 24).alpha() > 0);
+        }
+        QIcon::setThemeName(themeBefore);
     }
 
     void A_question_answers_with_the_button_that_was_pressed() {

@@ -14,6 +14,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QStyleOptionComboBox>
 #include <QTest>
 
@@ -331,6 +332,20 @@ private slots:
                 QCOMPARE(CutOff(window).join(QLatin1String(", ")), QString());
             });
         }
+    }
+
+    void A_text_that_is_too_wide_can_be_scrolled_data() { EachWindow(); }
+    void A_text_that_is_too_wide_can_be_scrolled() {
+        InThisWindow([](const QWidget& window) {
+            for (const auto* edit : VisibleIn<QPlainTextEdit>(window)) {
+                int widest = 0;
+                for (const QString& line : edit->toPlainText().split(u'\n'))
+                    widest = std::max(widest, edit->fontMetrics().horizontalAdvance(line));
+                const QScrollBar& bar = *edit->horizontalScrollBar();
+                QVERIFY(widest <= edit->viewport()->width() || bar.isVisible());
+                QVERIFY(widest <= edit->viewport()->width() + bar.maximum());
+            }
+        });
     }
 
     void A_window_opens_in_the_middle_of_the_one_below_data() { EachWindow(); }

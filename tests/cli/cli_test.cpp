@@ -111,11 +111,9 @@ TEST_F(CliTest, ACompanyThatDoesNotExistIsAFailure) {
 
 TEST_F(CliTest, WorkWithoutACompanyIsAFailure) {
     for (const std::vector<std::string>& arguments : {
-             std::vector<std::string>{"import-materials", "x"},
-             {                   "export-usage",                                                                    "x"                                                                                                                                                                                                                           },
-             {                                                                                                                                                                                                                                                                                                                                       "report",                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                           "compliant"},
-             { "names"},
-             {                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         "names",                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                 "a",                                                                                                                                                                                                                                                                                                                                                  "b", "c", "d", "e", "f"}
+             std::vector<std::string>{"import-materials", "x"        },
+             {"export-usage",     "x"        },
+             {"report",           "compliant"}
     }) {
         const ProgramRun run = Run(arguments);
         EXPECT_EQ(run.Status, 1);
@@ -254,6 +252,26 @@ TEST_F(CliTest, PollutantNamesAreSetAndListed) {
     EXPECT_EQ(Run({"--company", "1", "names"}).Output, "MMA\nStyr\u00E8ne\n-\ntwo words\n-\n-\n");
 }
 
+TEST_F(CliTest, PollutantNamesWithoutACompanyAreAFailure) {
+    for (const ProgramRun& run : {Run({"names"}), Run({"names", "a", "b", "c", "d", "e", "f"})}) {
+        EXPECT_EQ(run.Status, 1);
+        EXPECT_EQ(run.Errors,
+                  "No company is selected. Name one with --company, or select one with select-company.\n");
+    }
+}
+
+TEST_F(CliTest, PollutantNamesAreSixOrNone) {
+    Run({"add-company", "Acme", "Dock 1"});
+    for (const std::size_t count : {1U, 5U, 7U}) {
+        std::vector<std::string> arguments(count, "MMA");
+        arguments.insert(arguments.begin(), {"--company", "1", "names"});
+        const ProgramRun run = Run(arguments);
+        EXPECT_EQ(run.Status, 2) << count;
+        EXPECT_EQ(CountLines(run.Errors), 1) << run.Errors;
+    }
+    EXPECT_FALSE(std::filesystem::exists(Folder / "data" / "1_additional.talvor"));
+}
+
 TEST_F(CliTest, APollutantNameThatIsEmptyIsRefusedInTheWindowsWords) {
     Run({"add-company", "Acme", "Dock 1"});
     for (const char* name : {"", "  "}) {
@@ -284,6 +302,11 @@ TEST_F(CliTest, ABackupIsCompleteWhenItsFolderIsPrinted) {
     EXPECT_EQ(FilesIn(Folder / "talvor_backupset_1"), FilesIn(Folder / "data"));
     EXPECT_GE(FilesIn(Folder / "data").size(), 4U);
     EXPECT_EQ(Run({"backup"}).Output, PathText(Folder / "talvor_backupset_2") + "\n");
+}
+
+TEST_F(CliTest, ABackupTakesNoArgument) {
+    EXPECT_EQ(Run({"backup", "surplus"}).Status, 2);
+    EXPECT_FALSE(std::filesystem::exists(Folder / "backup.bat"));
 }
 
 TEST_F(CliTest, ABackupGoesToTheFolderThatIsConfigured) {
@@ -321,20 +344,17 @@ TEST_F(CliTest, ABackupSetThatIsThereIsAFailureAndStaysAsItIs) {
 
 TEST_F(CliTest, WrongUseIsSaidInOneLineAndEndsWithStatus2) {
     const std::vector<std::vector<std::string>> wrong = {
-        {           },
-        {                    "no-such-command"           },
-        {         "companies",            "surplus"},
-        {                  "add-company",            "Acme"},
-        {               "select-company",            "Acme"},
-        {               "select-company",            "40000"},
-        {                       "report",            "annual"},
-        {                       "report",            "weighted-average"},
-        {                       "report",  "weighted-average", "--ending", "13/2005"},
-        {           "report",     "weighted-average", "--ending", "2005"},
-        {"--nothing",      "companies"},
-        {                        "names","a", "b", "c", "d", "e"},
-        {              "names",              "a", "b", "c", "d", "e", "f", "g"},
-        {                             "backup",         "surplus"}
+        {          },
+        {                    "no-such-command"          },
+        {         "companies",           "surplus"},
+        {                 "add-company",           "Acme"},
+        {              "select-company",           "Acme"},
+        {              "select-company",           "40000"},
+        {                      "report",           "annual"},
+        {                      "report",           "weighted-average"},
+        {                      "report", "weighted-average", "--ending", "13/2005"},
+        {          "report",    "weighted-average", "--ending", "2005"},
+        {"--nothing",     "companies"}
     };
     for (const std::vector<std::string>& arguments : wrong) {
         const ProgramRun run = Run(arguments);

@@ -2,7 +2,7 @@
 
 #include "app/dialog_routines.h"
 #include "app/pictures.h"
-#include "ui_frm_about.h"
+#include "app/ui_frm_about.h"
 
 #include <QDialog>
 

@@ -3,9 +3,9 @@
 #include "app/config_texts.h"
 #include "app/configuration.h"
 #include "app/dialog_routines.h"
+#include "app/ui_frm_config.h"
 #include "base/text.h"
 #include "store/frm_extra_pollutants_names.h"
-#include "ui_frm_config.h"
 
 namespace {
 

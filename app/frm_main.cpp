@@ -6,11 +6,11 @@
 #include "app/frm_config.h"
 #include "app/main_texts.h"
 #include "app/pictures.h"
+#include "app/ui_frm_main.h"
 #include "lists/frm_list.h"
 #include "reports/frm_reports.h"
 #include "store/additional_names.h"
 #include "store/frm_company.h"
-#include "ui_frm_main.h"
 
 #include <QCoreApplication>
 #include <QEvent>

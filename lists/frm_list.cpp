@@ -3,10 +3,10 @@
 #include "app/dialog_routines.h"
 #include "app/pictures.h"
 #include "lists/list_texts.h"
+#include "lists/ui_frm_list.h"
 #include "materials/material_store.h"
 #include "transfer/frm_export.h"
 #include "transfer/frm_import.h"
-#include "ui_frm_list.h"
 #include "usage/usage_store.h"
 
 #include <algorithm>

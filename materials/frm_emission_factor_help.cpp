@@ -2,7 +2,7 @@
 
 #include "app/dialog_routines.h"
 #include "materials/material_texts.h"
-#include "ui_frm_emission_factor_help.h"
+#include "materials/ui_frm_emission_factor_help.h"
 
 frm_EmissionFactorHelp::frm_EmissionFactorHelp(QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::frm_EmissionFactorHelp>()) {

@@ -7,10 +7,10 @@
 #include "materials/frm_emission_factor_help.h"
 #include "materials/frm_other_pollutants.h"
 #include "materials/material_texts.h"
+#include "materials/ui_frm_material.h"
 #include "store/additional_names.h"
 #include "store/frm_extra_pollutants_names.h"
 #include "store/material_types.h"
-#include "ui_frm_material.h"
 
 #include <utility>
 

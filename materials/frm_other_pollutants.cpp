@@ -3,8 +3,8 @@
 #include "app/dialog_routines.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "materials/ui_frm_other_pollutants.h"
 #include "store/additional_names.h"
-#include "ui_frm_other_pollutants.h"
 
 frmOtherPollutants::frmOtherPollutants(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmOtherPollutants>()) {

@@ -2,7 +2,7 @@
 
 #include "app/dialog_routines.h"
 #include "reports/reports.h"
-#include "ui_frm_reports.h"
+#include "reports/ui_frm_reports.h"
 
 frmReports::frmReports(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()) {

@@ -5,7 +5,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "store/company_texts.h"
-#include "ui_frm_company.h"
+#include "store/ui_frm_company.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "base/text.h"
 #include "store/additional_names.h"
 #include "store/additional_names_texts.h"
-#include "ui_frm_extra_pollutants_names.h"
+#include "store/ui_frm_extra_pollutants_names.h"
 
 frmExtraPollutantsNames::frmExtraPollutantsNames(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExtraPollutantsNames>()) {

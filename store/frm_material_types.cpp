@@ -3,7 +3,7 @@
 #include "app/dialog_routines.h"
 #include "base/messages.h"
 #include "store/material_type_entry.h"
-#include "ui_frm_material_types.h"
+#include "store/ui_frm_material_types.h"
 
 frmMaterialTypes::frmMaterialTypes(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmMaterialTypes>()) {

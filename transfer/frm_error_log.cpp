@@ -3,7 +3,7 @@
 #include "app/dialog_routines.h"
 #include "transfer/dialog_texts.h"
 #include "transfer/transfer.h"
-#include "ui_frm_error_log.h"
+#include "transfer/ui_frm_error_log.h"
 
 #include <QDialog>
 #include <QFontDatabase>

@@ -4,7 +4,7 @@
 #include "base/text.h"
 #include "transfer/dialog_texts.h"
 #include "transfer/frm_error_log.h"
-#include "ui_frm_export.h"
+#include "transfer/ui_frm_export.h"
 
 frmExport::frmExport(AppContext& app, TransferModule module, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExport>()) {

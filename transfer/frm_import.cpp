@@ -6,7 +6,7 @@
 #include "base/text.h"
 #include "transfer/dialog_texts.h"
 #include "transfer/frm_error_log.h"
-#include "ui_frm_import.h"
+#include "transfer/ui_frm_import.h"
 
 #include <QLocale>
 

@@ -5,7 +5,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "materials/material_store.h"
-#include "ui_frm_usage.h"
+#include "usage/ui_frm_usage.h"
 #include "usage/usage_store.h"
 #include "usage/usage_texts.h"
 

@@ -2,11 +2,14 @@
 
 #include "app/dialog_routines.h"
 #include "app/pictures.h"
+#include "base/numbers.h"
 #include "lists/list_texts.h"
 #include "lists/ui_frm_list.h"
+#include "materials/frm_material.h"
 #include "materials/material_store.h"
 #include "transfer/frm_export.h"
 #include "transfer/frm_import.h"
+#include "usage/frm_usage.h"
 #include "usage/usage_store.h"
 
 #include <algorithm>
@@ -34,6 +37,9 @@ frmList::frmList(AppContext& app, QWidget* parent)
     SelectByArrowKeys(*m_ui->lst_Main);
     connect(m_ui->lst_Main, &QListWidget::itemSelectionChanged, this, &frmList::Set_Buttons);
     connect(m_ui->lst_Main, &QListWidget::itemClicked, this, &frmList::Set_Buttons);
+    connect(m_ui->lst_Main, &QListWidget::itemDoubleClicked, this, &frmList::Edit_Record);
+    connect(m_ui->cmd_New, &QPushButton::clicked, this, &frmList::New_Record);
+    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmList::Edit_Record);
     connect(m_ui->cmd_Delete, &QPushButton::clicked, this, &frmList::Delete_Record);
     connect(m_ui->cmd_Import, &QPushButton::clicked, this, &frmList::Import_Records);
     connect(m_ui->cmd_Export, &QPushButton::clicked, this, &frmList::Export_Records);
@@ -80,9 +86,7 @@ void frmList::Prepare_Usage() {
     ListLines materialLines;
     if (FindMaterials(m_app, {}, materials)) FillMaterialList(materialLines, materials, false);
     ShowLines(*m_ui->cbo_Materials, materialLines);
-    ListLines years;
-    FillUsageYears(years, usage);
-    ShowLines(*m_ui->cbo_Year, years);
+    Show_Years(usage);
     setWindowTitle(QString::fromLatin1(ListTexts::UsageTitle));
     m_ui->FrameList->setTitle(QString::fromLatin1(ListTexts::UsageFrame));
 }
@@ -104,6 +108,23 @@ void frmList::Refresh_Usage_List() {
     SelectListItem(*m_ui->lst_Main);
 }
 
+void frmList::Reload_Usage_List() {
+    const Result<std::vector<UsageRecord>> usage = ReadUsage(m_app);
+    if (usage) Show_Years(*usage); // the list itself says why not
+    Refresh_Usage_List();
+}
+
+void frmList::Show_Years(const std::vector<UsageRecord>& usage) {
+    ListLines years;
+    FillUsageYears(years, usage);
+    // The year of a filter stays, also when its last record is gone.
+    const std::optional<std::string> selected = SelectedText(*m_ui->cbo_Year);
+    if (selected && std::ranges::find(years, *selected, &ListLine::Text) == years.end())
+        years.push_back({*selected, ParseInt16(*selected).value_or(0)});
+    ShowLines(*m_ui->cbo_Year, years);
+    if (selected) SelectListItem(*m_ui->cbo_Year, FromCodePage(*selected), false);
+}
+
 void frmList::Show_List(const ListLines& lines) {
     const int row = m_ui->lst_Main->currentRow();
     ShowLines(*m_ui->lst_Main, lines);
@@ -116,9 +137,26 @@ void frmList::Show_List(const ListLines& lines) {
 
 void frmList::Set_Buttons() {
     SetListButtons(m_ui->cmd_New, m_ui->cmd_Import, m_ui->cmd_Edit, m_ui->cmd_Delete, m_ui->lst_Main);
-    // The editors that these two open are not there yet.
-    m_ui->cmd_New->setEnabled(false);
-    m_ui->cmd_Edit->setEnabled(false);
+}
+
+void frmList::New_Record() {
+    if (!IsForMaterials()) {
+        if (NewUsage(m_app, this) == 0) Reload_Usage_List();
+    } else if (NewMaterial(m_app, this) == 0) {
+        Reload_Material_List();
+        SelectListItem(*m_ui->lst_Main);
+    }
+}
+
+void frmList::Edit_Record() {
+    if (SelectedRow(*m_ui->lst_Main) < 0) return;
+    const auto recordId =
+        static_cast<std::int16_t>(m_ui->lst_Main->currentItem()->data(Qt::UserRole).toInt());
+    if (!IsForMaterials()) {
+        if (EditUsage(m_app, recordId, this) == 0) Reload_Usage_List();
+    } else if (EditMaterial(m_app, recordId, this) == 0) {
+        Reload_Material_List();
+    }
 }
 
 void frmList::Delete_Record() {
@@ -133,7 +171,7 @@ void frmList::Delete_Record() {
         const auto isUsed = [this](std::int16_t materialId) { return IsMaterialUsed(m_app, materialId); };
         if (!DeleteMaterial(m_app, recordId, isUsed)) Reload_Material_List();
     } else if (!DeleteUsage(m_app, recordId)) {
-        Refresh_Usage_List();
+        Reload_Usage_List();
     }
 }
 
@@ -143,7 +181,7 @@ void frmList::Import_Records() {
         Reload_Material_List();
     } else {
         ShowUsageImport(m_app, this);
-        Refresh_Usage_List();
+        Reload_Usage_List();
     }
 }
 

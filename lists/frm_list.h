@@ -6,6 +6,9 @@
 #include <QDialog>
 
 #include <memory>
+#include <vector>
+
+struct UsageRecord;
 
 namespace Ui {
 class frmList;
@@ -37,7 +40,12 @@ private:
     /// Leaves no line selected.
     void Reload_Material_List();
     void Show_List(const ListLines& lines);
+    /// After a change of records: a year that is new can be filtered by.
+    void Reload_Usage_List();
+    void Show_Years(const std::vector<UsageRecord>& usage);
     void Set_Buttons();
+    void New_Record();
+    void Edit_Record();
     void Delete_Record();
     void Import_Records();
     void Export_Records();

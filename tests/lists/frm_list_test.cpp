@@ -1,9 +1,12 @@
 #include "lists/frm_list.h"
+#include "materials/frm_material.h"
 #include "materials/material_store.h"
+#include "store/material_types.h"
 #include "tests/support/test_program.h"
 #include "tests/support/windows.h"
 #include "transfer/frm_export.h"
 #include "transfer/frm_import.h"
+#include "usage/frm_usage.h"
 #include "usage/usage_store.h"
 
 #include <QComboBox>
@@ -19,6 +22,7 @@ namespace {
 /// Three materials, and usage of the first two in two years.
 struct ListProgram : TestProgram {
     ListProgram() {
+        if (!CreateDefaultHapContents(App)) qFatal("The test's material types were not written");
         AddMaterial("GC-1", "White <gel> coat");
         AddMaterial("GC-2", "Caf\xE9");
         AddMaterial("GC-3", "");
@@ -57,6 +61,20 @@ bool HasSelection(const QWidget& window) {
 
 void Press(QWidget& window, const char* button) {
     Named<QPushButton>(window, button).click();
+}
+
+void FillMaterial(const QWidget& editor, const char* customId) {
+    Named<QLineEdit>(editor, "txt_CustomId").setText(QString::fromLatin1(customId));
+    Named<QLineEdit>(editor, "txt_Description").setText(QStringLiteral("Described"));
+    Named<QComboBox>(editor, "cbo_MaterialType").setCurrentIndex(1);
+    Named<QLineEdit>(editor, "txt_density").setText(QStringLiteral("9"));
+    Named<QLineEdit>(editor, "txt_HapContents").setText(QStringLiteral("30"));
+}
+
+void FillUsage(const QWidget& editor) {
+    auto& material = Named<QComboBox>(editor, "cbo_MaterialId");
+    material.setCurrentIndex(material.findText(QStringLiteral("GC-3")));
+    Named<QLineEdit>(editor, "txt_Quantiry").setText(QStringLiteral("5"));
 }
 
 void InMaterials(TestProgram& program, const std::function<void(frmList&)>& act) {
@@ -100,13 +118,138 @@ private slots:
         QVERIFY(program.Prompts.Shown.empty());
     }
 
-    void The_buttons_of_the_editors_are_disabled() {
+    void Without_a_selected_line_Enter_means_New_and_with_one_Edit() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            QVERIFY(Named<QPushButton>(window, "cmd_Edit").isDefault());
+            Named<QListWidget>(window, "lst_Main").clearSelection();
+            QVERIFY(Named<QPushButton>(window, "cmd_New").isDefault());
+            for (const char* button : {"cmd_Edit", "cmd_Delete"})
+                QVERIFY(!Named<QPushButton>(window, button).isEnabled());
+            Select(window, 1);
+            QVERIFY(Named<QPushButton>(window, "cmd_Edit").isDefault());
+            for (const char* button : {"cmd_New", "cmd_Edit", "cmd_Delete", "cmd_Import"})
+                QVERIFY(Named<QPushButton>(window, button).isEnabled());
+        });
+    }
+
+    void A_new_material_is_listed_and_the_first_line_selected() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            Select(window, 2);
+            InNextModal<frmMaterial>([](frmMaterial& editor) {
+                QCOMPARE(editor.windowTitle(), QStringLiteral("New Material"));
+                FillMaterial(editor, "GC-4");
+                Press(editor, "cmd_Save");
+            });
+            Press(window, "cmd_New");
+            QCOMPARE(Lines(window).size(), 4);
+            QCOMPARE(Lines(window).back(), QStringLiteral("GC-4 - Described"));
+            QVERIFY(Named<QListWidget>(window, "lst_Main").item(0)->isSelected());
+        });
+    }
+
+    void An_edited_material_is_listed_and_no_line_selected() {
         ListProgram program;
         InMaterials(program, [](frmList& window) {
             Select(window, 1);
-            QVERIFY(!Named<QPushButton>(window, "cmd_New").isEnabled());
-            QVERIFY(!Named<QPushButton>(window, "cmd_Edit").isEnabled());
-            QVERIFY(Named<QPushButton>(window, "cmd_Delete").isEnabled());
+            InNextModal<frmMaterial>([](frmMaterial& editor) {
+                QCOMPARE(editor.windowTitle(), QStringLiteral("Update Material"));
+                FillMaterial(editor, "GC-2b");
+                Press(editor, "cmd_Save");
+            });
+            Press(window, "cmd_Edit");
+            QCOMPARE(Lines(window)[1], QStringLiteral("GC-2b - Described"));
+            QVERIFY(!HasSelection(window));
+            QCOMPARE(Named<QListWidget>(window, "lst_Main").currentRow(), 1); // the keyboard goes on there
+        });
+    }
+
+    void An_editor_that_is_cancelled_leaves_the_list_as_it_was() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            Select(window, 1);
+            for (const char* button : {"cmd_New", "cmd_Edit"}) {
+                InNextModal<frmMaterial>([](frmMaterial& editor) {
+                    FillMaterial(editor, "Other");
+                    Press(editor, "cmd_Cancel");
+                });
+                Press(window, button);
+                QCOMPARE(Lines(window).size(), 3);
+                QVERIFY(Named<QListWidget>(window, "lst_Main").item(1)->isSelected());
+            }
+        });
+    }
+
+    void A_double_click_and_Enter_edit_the_line() {
+        ListProgram program;
+        InMaterials(program, [](frmList& window) {
+            auto& list = Named<QListWidget>(window, "lst_Main");
+            std::string edited;
+            const auto look = [&edited](frmMaterial& editor) {
+                edited = TextOf<QLineEdit>(editor, "txt_CustomId");
+            };
+            InNextModal<frmMaterial>(look);
+            const QPoint where = list.visualItemRect(list.item(1)).center();
+            QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, where);
+            QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, where);
+            QCOMPARE(edited, std::string("GC-2"));
+            Select(window, 2);
+            InNextModal<frmMaterial>(look);
+            QTest::keyClick(&list, Qt::Key_Return);
+            QCOMPARE(edited, std::string("GC-3"));
+        });
+    }
+
+    void A_material_that_is_gone_meanwhile_is_not_edited() {
+        ListProgram program;
+        InMaterials(program, [&program](frmList& window) {
+            Select(window, 2);
+            if (DeleteMaterial(program.App, 3, [](std::int16_t) { return false; })) qFatal("Not deleted");
+            Press(window, "cmd_Edit");
+        });
+        QCOMPARE(program.Prompts.LastText(),
+                 std::string("Error(s) found while processing the form:\r\n\r\n"
+                             "- Material not found. Please reopen the list form."));
+    }
+
+    void New_usage_of_another_year_is_listed_and_can_be_filtered() {
+        ListProgram program;
+        program.Calendar.Month = {std::chrono::year{2026}, std::chrono::November};
+        InUsage(program, [](frmList& window) {
+            InNextModal<frmUsage>([](frmUsage& editor) {
+                QCOMPARE(editor.windowTitle(), QStringLiteral("New Usage"));
+                FillUsage(editor);
+                Press(editor, "cmd_Save");
+            });
+            Press(window, "cmd_New");
+            QCOMPARE(Lines(window),
+                     QStringList({"GC-1 (3/2005)", "GC-2 (4/2005)", "GC-1 (3/2006)", "GC-3 (11/2026)"}));
+            QVERIFY(Named<QListWidget>(window, "lst_Main").item(0)->isSelected());
+            auto& years = Named<QComboBox>(window, "cbo_Year");
+            QCOMPARE(years.currentIndex(), -1);
+            years.setCurrentIndex(years.findText(QStringLiteral("2026")));
+            Press(window, "cmd_Filter");
+            QCOMPARE(Lines(window), QStringList({"GC-3 (11/2026)"}));
+        });
+    }
+
+    void Edited_usage_is_listed_under_the_filter_that_is_applied() {
+        ListProgram program;
+        InUsage(program, [](frmList& window) {
+            auto& years = Named<QComboBox>(window, "cbo_Year");
+            years.setCurrentIndex(years.findText(QStringLiteral("2006")));
+            Press(window, "cmd_Filter");
+            InNextModal<frmUsage>([](frmUsage& editor) {
+                Named<QComboBox>(editor, "cbo_Year").setCurrentIndex(7);
+                Press(editor, "cmd_Save");
+            });
+            Press(window, "cmd_Edit");
+            QVERIFY(Lines(window).isEmpty()); // the year's only record went to 2007
+            QCOMPARE(years.currentText(), QStringLiteral("2006"));
+            QVERIFY(years.findText(QStringLiteral("2007")) >= 0);
+            Press(window, "cmd_Filter");
+            QCOMPARE(Lines(window), QStringList({"GC-1 (3/2005)", "GC-2 (4/2005)", "GC-1 (3/2007)"}));
         });
     }
 
@@ -176,16 +319,6 @@ private slots:
         });
         QCOMPARE(program.Prompts.Shown.size(), std::size_t(2));
         QVERIFY(program.Prompts.LastText().starts_with("There are one or more usage records"));
-    }
-
-    void A_double_click_deletes_nothing_and_asks_nothing() {
-        ListProgram program;
-        InMaterials(program, [](frmList& window) {
-            const auto& list = Named<QListWidget>(window, "lst_Main");
-            const QPoint where = list.visualItemRect(list.item(1)).center();
-            QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, where);
-        });
-        QVERIFY(program.Prompts.Shown.empty());
     }
 
     void An_import_of_materials_reloads_the_list() {

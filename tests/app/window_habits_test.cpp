@@ -31,6 +31,10 @@ QString Place(const QWidget& control) {
     return control.metaObject()->className() + QStringLiteral(" ") + control.objectName();
 }
 
+QString Numbers(int first, int second) {
+    return QStringLiteral("%1, %2").arg(first).arg(second);
+}
+
 QString Mnemonic(const QString& text) {
     return QKeySequence::mnemonic(text).toString();
 }
@@ -40,9 +44,17 @@ char Letter(const QString& mnemonic) {
     return mnemonic.back().toLatin1();
 }
 
+/// The controls of the window itself: one that is opened from it has its own.
+template <class T> QList<T*> Own(const QWidget& window) {
+    QList<T*> own;
+    for (auto* control : window.findChildren<T*>())
+        if (control->window() == &window) own << control;
+    return own;
+}
+
 template <class T> QList<T*> VisibleIn(const QWidget& window) {
     QList<T*> visible;
-    for (auto* control : window.findChildren<T*>())
+    for (auto* control : Own<T>(window))
         if (control->isVisibleTo(&window)) visible << control;
     return visible;
 }
@@ -50,7 +62,7 @@ template <class T> QList<T*> VisibleIn(const QWidget& window) {
 /// The controls that a user works with, as the window's form names them.
 QList<QWidget*> Controls(const QWidget& window) {
     QList<QWidget*> controls;
-    for (auto* control : window.findChildren<QWidget*>())
+    for (auto* control : Own<QWidget>(window))
         if (qobject_cast<QAbstractButton*>(control) || qobject_cast<QComboBox*>(control) ||
             qobject_cast<QListWidget*>(control) || qobject_cast<QPlainTextEdit*>(control) ||
             (qobject_cast<QLineEdit*>(control) && !qobject_cast<QComboBox*>(control->parentWidget())))
@@ -157,16 +169,18 @@ private:
 class window_habits_test : public QObject {
     Q_OBJECT
 
+    SampleShop m_shop;
+
     static void EachWindow() {
         QTest::addColumn<int>("row");
         for (std::size_t row = 0; row < AllWindows().size(); ++row)
             QTest::newRow(AllWindows()[row].Name) << static_cast<int>(row);
     }
 
-    static void InThisWindow(const std::function<void(QWidget&)>& act, QWidget* parent = nullptr) {
+    void InThisWindow(const std::function<void(QWidget&)>& act, QWidget* parent = nullptr) {
         QFETCH(const int, row);
-        SampleShop shop;
-        InWindow(AllWindows()[static_cast<std::size_t>(row)], shop.App, parent, act);
+        m_shop.Restore();
+        InWindow(AllWindows()[static_cast<std::size_t>(row)], m_shop.App, parent, act);
     }
 
 private slots:
@@ -193,7 +207,7 @@ private slots:
     void A_label_before_a_field_is_its_buddy_data() { EachWindow(); }
     void A_label_before_a_field_is_its_buddy() {
         InThisWindow([](const QWidget& window) {
-            for (const auto* label : window.findChildren<QLabel*>())
+            for (const auto* label : Own<QLabel>(window))
                 if (label->text().endsWith(u':')) QVERIFY2(label->buddy(), qPrintable(Place(*label)));
         });
     }
@@ -242,7 +256,7 @@ private slots:
     void Labels_show_plain_text_data() { EachWindow(); }
     void Labels_show_plain_text() {
         InThisWindow([](const QWidget& window) {
-            for (const auto* label : window.findChildren<QLabel*>())
+            for (const auto* label : Own<QLabel>(window))
                 QVERIFY2(label->textFormat() == Qt::PlainText, qPrintable(Place(*label)));
         });
     }
@@ -251,7 +265,7 @@ private slots:
     void At_most_one_button_of_a_dialog_is_the_default() {
         InThisWindow([](const QWidget& window) {
             int defaults = 0;
-            for (const auto* button : window.findChildren<QPushButton*>())
+            for (const auto* button : Own<QPushButton>(window))
                 if (button->isDefault()) ++defaults;
             QVERIFY(defaults <= 1);
         });
@@ -261,7 +275,7 @@ private slots:
     void No_button_of_a_dialog_becomes_the_default_by_itself() {
         InThisWindow([](const QWidget& window) {
             if (!qobject_cast<const QDialog*>(&window)) return; // Enter presses a button of the main window
-            for (const auto* button : window.findChildren<QPushButton*>())
+            for (const auto* button : Own<QPushButton>(window))
                 QVERIFY2(!button->autoDefault(), qPrintable(Place(*button)));
         });
     }
@@ -310,7 +324,8 @@ private slots:
         InThisWindow([](QWidget& window) {
             MakeAsSmallAsPossible(window);
             const QSize size = window.size();
-            QVERIFY2(size.boundedTo(SmallestScreen) == size, QTest::toString(size));
+            QVERIFY2(size.boundedTo(SmallestScreen) == size,
+                     qPrintable(Numbers(size.width(), size.height())));
         });
     }
 
@@ -318,7 +333,7 @@ private slots:
     void Every_window_opens_no_larger_than_an_old_screen() {
         InThisWindow([](const QWidget& window) {
             const QSize size = window.size();
-            QVERIFY2(size.boundedTo(OldScreen) == size, QTest::toString(size));
+            QVERIFY2(size.boundedTo(OldScreen) == size, qPrintable(Numbers(size.width(), size.height())));
         });
     }
 
@@ -357,7 +372,7 @@ private slots:
             [&below](const QWidget& window) {
                 if (!qobject_cast<const QDialog*>(&window)) return;
                 const QPoint offset = window.geometry().center() - below.geometry().center();
-                QVERIFY2(offset.manhattanLength() <= 8, QTest::toString(offset));
+                QVERIFY2(offset.manhattanLength() <= 8, qPrintable(Numbers(offset.x(), offset.y())));
             },
             &below);
     }

@@ -5,6 +5,9 @@
 #include "app/frm_config.h"
 #include "app/frm_main.h"
 #include "lists/frm_list.h"
+#include "materials/frm_emission_factor_help.h"
+#include "materials/frm_material.h"
+#include "materials/frm_other_pollutants.h"
 #include "reports/frm_reports.h"
 #include "store/frm_company.h"
 #include "store/frm_extra_pollutants_names.h"
@@ -58,6 +61,24 @@ void OpenErrorLog(AppContext& app, QWidget* parent) {
     ShowErrorLog(app, ImportErrorLog(app, TransferModule::Materials), parent);
 }
 
+void OpenNewMaterial(AppContext& app, QWidget* parent) {
+    NewMaterial(app, parent);
+}
+
+void OpenMaterial(AppContext& app, QWidget* parent) {
+    EditMaterial(app, 12, parent);
+}
+
+void OpenFilledMaterial(AppContext& app, QWidget* parent) {
+    EditMaterial(app, 25, parent);
+}
+
+void OpenOtherPollutants(AppContext& app, QWidget* parent) {
+    frmOtherPollutants window(app, parent);
+    window.Set_Names(app.AdditionalNames);
+    ShowModally(app, window);
+}
+
 void OpenNewUsage(AppContext& app, QWidget* parent) {
     NewUsage(app, parent);
 }
@@ -108,6 +129,12 @@ void ExportToFile(const QWidget& window) {
     Press(window, "cmd_Export");
 }
 
+void GiveEmissionFactor(const QWidget& window) {
+    Press(window, "chk_EmissionFactor");
+    Type(window, "txt_EmissionFactor", QStringLiteral("57.5"));
+    Type(window, "txt_Comments", QStringLiteral("Stack test of June 2005, report 05-114"));
+}
+
 void StartNewType(const QWidget& window) {
     Press(window, "cmd_New");
 }
@@ -120,29 +147,34 @@ void ChooseMonths(const QWidget& window) {
 
 const std::vector<WindowState>& AllWindows() {
     static const std::vector<WindowState> windows{
-        {"frmMain",                 OpenMain,               AsItOpens        },
-        {"frmMain_no_company",      OpenMainWithoutCompany, AsItOpens        },
-        {"frmAbout",                ShowAbout,              AsItOpens        },
-        {"frmCompany",              ShowCompanies,          SelectCompanyLine},
-        {"frmCompany_edit",         ShowCompanies,          EditCompany      },
-        {"frmExtraPollutantsNames", ShowAdditionalNames,    AsItOpens        },
-        {"frmMaterialTypes",        ShowMaterialTypes,      AsItOpens        },
-        {"frmMaterialTypes_new",    ShowMaterialTypes,      StartNewType     },
-        {"frmList_materials",       ShowMaterialList,       AsItOpens        },
-        {"frmList_usage",           ShowUsageList,          AsItOpens        },
-        {"frmList_usage_filtered",  ShowUsageList,          FilterUsage      },
-        {"frmUsage_new",            OpenNewUsage,           AsItOpens        },
-        {"frmUsage_edit",           OpenUsage,              AsItOpens        },
-        {"frmImport",               ShowMaterialImport,     AsItOpens        },
-        {"frmImport_path",          ShowMaterialImport,     TypeImportPath   },
-        {"frmImport_at_work",       ShowMaterialImport,     ShowImportAtWork },
-        {"frmImport_errors",        ShowUsageImport,        ImportWithErrors },
-        {"frmExport",               ShowMaterialExport,     AsItOpens        },
-        {"frmExport_done",          ShowUsageExport,        ExportToFile     },
-        {"frmErrorLog",             OpenErrorLog,           AsItOpens        },
-        {"frmConfig",               ShowConfiguration,      AsItOpens        },
-        {"frmReports",              ShowReportsForm,        AsItOpens        },
-        {"frmReports_month",        ShowReportsForm,        ChooseMonths     },
+        {"frmMain",                 OpenMain,               AsItOpens         },
+        {"frmMain_no_company",      OpenMainWithoutCompany, AsItOpens         },
+        {"frmAbout",                ShowAbout,              AsItOpens         },
+        {"frmCompany",              ShowCompanies,          SelectCompanyLine },
+        {"frmCompany_edit",         ShowCompanies,          EditCompany       },
+        {"frmExtraPollutantsNames", ShowAdditionalNames,    AsItOpens         },
+        {"frmMaterialTypes",        ShowMaterialTypes,      AsItOpens         },
+        {"frmMaterialTypes_new",    ShowMaterialTypes,      StartNewType      },
+        {"frmList_materials",       ShowMaterialList,       AsItOpens         },
+        {"frmList_usage",           ShowUsageList,          AsItOpens         },
+        {"frmList_usage_filtered",  ShowUsageList,          FilterUsage       },
+        {"frmMaterial_new",         OpenNewMaterial,        AsItOpens         },
+        {"frmMaterial_edit",        OpenMaterial,           GiveEmissionFactor},
+        {"frmMaterial_filled",      OpenFilledMaterial,     AsItOpens         },
+        {"frmOtherPollutants",      OpenOtherPollutants,    AsItOpens         },
+        {"frm_EmissionFactorHelp",  ShowEmissionFactorHelp, AsItOpens         },
+        {"frmUsage_new",            OpenNewUsage,           AsItOpens         },
+        {"frmUsage_edit",           OpenUsage,              AsItOpens         },
+        {"frmImport",               ShowMaterialImport,     AsItOpens         },
+        {"frmImport_path",          ShowMaterialImport,     TypeImportPath    },
+        {"frmImport_at_work",       ShowMaterialImport,     ShowImportAtWork  },
+        {"frmImport_errors",        ShowUsageImport,        ImportWithErrors  },
+        {"frmExport",               ShowMaterialExport,     AsItOpens         },
+        {"frmExport_done",          ShowUsageExport,        ExportToFile      },
+        {"frmErrorLog",             OpenErrorLog,           AsItOpens         },
+        {"frmConfig",               ShowConfiguration,      AsItOpens         },
+        {"frmReports",              ShowReportsForm,        AsItOpens         },
+        {"frmReports_month",        ShowReportsForm,        ChooseMonths      },
     };
     return windows;
 }

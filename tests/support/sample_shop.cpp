@@ -37,4 +37,18 @@ SampleShop::SampleShop() {
     ImportMaterialFile(App, samples / "materials.txt", processedCount, errorCount);
     ImportUsageFile(App, samples / "usage.txt", processedCount, errorCount);
     if (!Prompts.Shown.empty()) Stop(*this);
+
+    m_firstSettings = Settings.Values;
+    std::filesystem::copy(ProgramFile("data"), ProgramFile("data at first"), ignored);
+    if (ignored) Stop(*this);
+}
+
+void SampleShop::Restore() {
+    std::error_code error;
+    std::filesystem::remove_all(ProgramFile("data"), error);
+    std::filesystem::copy(ProgramFile("data at first"), ProgramFile("data"), error);
+    if (error) Stop(*this);
+    App.CurrentCompanyId = 1;
+    Settings.Values = m_firstSettings;
+    Prompts.Shown.clear();
 }

@@ -2,9 +2,19 @@
 
 #include "tests/support/test_program.h"
 
+#include <map>
+#include <string>
+#include <utility>
+
 /// The program with the shop of samples/: its company is current, its pollutants have names, its materials
 /// and usage are imported. A copy of the samples is in the program folder, in `samples`.
 class SampleShop : public TestProgram {
 public:
     SampleShop();
+
+    /// Everything as it was at first, which is quicker than a new shop.
+    void Restore();
+
+private:
+    std::map<std::pair<std::string, std::string>, std::string> m_firstSettings;
 };

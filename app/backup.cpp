@@ -65,10 +65,14 @@ std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
     const std::int64_t volume = TakeVolume(app);
     const std::filesystem::path target =
         Tidied(BaseFolder(app)) / ("talvor_backupset_" + WholeNumberText(volume));
-    Done done = app.Files.CreateFolder(target);
-    if (done) done = StartCopy(app, target);
-    if (!done) {
-        ShowError(app, done.error());
+    const Done created = app.Files.CreateFolder(target);
+    if (!created) {
+        ShowError(app, created.error());
+        if (!IsFolderAt(target)) return std::nullopt;
+    }
+    const Done started = StartCopy(app, target);
+    if (!started) {
+        ShowError(app, started.error());
         return std::nullopt;
     }
     if (isTold) ShowInformation(app, std::string(BackupTexts::CompletedIn) + PathText(target));

@@ -163,21 +163,28 @@ TEST_F(BackupTest, WithoutTheMessageNothingIsShown) {
     EXPECT_EQ(Programs.Started.size(), 1U);
 }
 
-TEST_F(BackupTest, AFolderOfThatNumberIsAFailureAndNothingIsCopiedIntoIt) {
+TEST_F(BackupTest, AFolderOfThatNumberIsToldAndGetsTheFilesAllTheSame) {
     const std::filesystem::path target = SetIn(App.ProgramFolder, "1");
     std::filesystem::create_directory(target);
+    EXPECT_EQ(RunBackup(App, true), target);
+    EXPECT_EQ(ShownTexts(),
+              (std::vector<std::string>{"Cannot create the folder \"" + PathText(target) + "\": File exists.",
+                                        "Backup has been completed in folder " + PathText(target)}));
+    EXPECT_EQ(Prompts.Shown.front().Kind, PromptKind::Failure);
+    EXPECT_EQ(Programs.Started.size(), 1U);
+    EXPECT_EQ(Script(), ScriptTo(target));
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "2"));
+}
+
+TEST_F(BackupTest, WithoutAFolderToCopyIntoNothingIsStarted) {
+    const std::filesystem::path target = SetIn(App.ProgramFolder, "1");
+    WriteContent(target, "a file in the folder's place");
     WriteContent(ProgramFile("backup.bat"), "an older one");
     EXPECT_FALSE(RunBackup(App, true));
     EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot create the folder \"" + PathText(target) +
                                                      "\": File exists."});
-    EXPECT_EQ(Prompts.Shown.front().Kind, PromptKind::Failure);
     EXPECT_TRUE(Programs.Started.empty());
     EXPECT_EQ(Script(), "an older one");
-}
-
-TEST_F(BackupTest, AFolderThatWasInTheWayDoesNotHoldUpTheNextBackup) {
-    std::filesystem::create_directory(SetIn(App.ProgramFolder, "1"));
-    RunBackup(App, true);
     EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "2"));
 }
 

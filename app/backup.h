@@ -17,11 +17,11 @@ bool IsBackupFolderDefined(AppContext& app);
 
 /// Starts the copy into the next set and returns the set's folder; with `isTold` a message names it.
 ///
-/// A failure is shown. After some the backup goes on: a folder of the set's name that is there already gets the
-/// files all the same, since a backup on exit has no second chance; so it does when the number of the next
-/// set cannot be saved. Others end it: when there is no folder to copy into, when the script cannot be written
-/// or cannot be started. Then no older script is run, no completion is told, and the result is empty; a folder
-/// that was created stays.
+/// A failure is shown. After some the backup goes on: a folder of the set's name that is there already gets
+/// the files all the same, since a backup on exit has no second chance; so it does when the number of the
+/// next set cannot be saved. Others end it: when there is no folder to copy into, when the script cannot be
+/// written or cannot be started. Then no older script is run, no completion is told, and the result is empty;
+/// a folder that was created stays.
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold);
 
 /// What the main window's button does: without a backup folder the user is asked whether to define one, with

@@ -86,8 +86,36 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
     if (number < 1 || number > m_count + 1)
         return Failure{"Cannot write record " + std::to_string(number) + " of the file " + Quoted(m_path) +
                        ": it has " + std::to_string(m_count) + " records."};
-    if (number > m_count) return AppendSlots(slot);
-    return m_file->WriteAt((std::uint64_t(number) - 1) * m_slotLength, slot);
+    const std::uint64_t start = (std::uint64_t(number) - 1) * m_slotLength;
+    const Result<std::uint64_t> length = m_file->Length();
+    if (!length) return length.error();
+    std::string before(*length > start ? std::min<std::uint64_t>(*length - start, m_slotLength) : 0, '\0');
+    const Result<std::size_t> count = m_file->ReadAt(start, before);
+    if (!count) return count.error();
+    before.resize(*count);
+
+    Done written = m_file->WriteAt(start, slot);
+    if (written) written = m_file->Flush();
+    if (written) {
+        m_count = std::max(m_count, number);
+        return written;
+    }
+    if (TakeBack(start, before, *length)) return written;
+    std::string sentence = written.error().Description;
+    if (sentence.ends_with('.')) sentence.pop_back();
+    return Failure{sentence + "; what was written of record " + std::to_string(number) +
+                   " could not be taken back."};
+}
+
+bool RecordFile::TakeBack(std::uint64_t start, std::string_view before, std::uint64_t length) {
+    const Done cut = m_file->CutTo(length);
+    const Done restored = before.empty() ? Success() : m_file->WriteAt(start, before);
+    if (cut && restored) return true;
+    // The disk that refuses this may have refused the write as a whole.
+    const Result<std::uint64_t> lengthNow = m_file->Length();
+    std::string now(before.size(), '\0');
+    const Result<std::size_t> count = m_file->ReadAt(start, now);
+    return lengthNow && *lengthNow == length && count && *count == before.size() && now == before;
 }
 
 Done RecordFile::AppendSlots(std::string_view slots) {

@@ -30,7 +30,8 @@ public:
     /// Calls `visit` with each slot's number and bytes, in file order, until it returns false.
     Done ForEachSlot(const std::function<bool(std::int16_t number, std::string_view slot)>& visit);
     Result<std::string> ReadSlot(std::int16_t number);
-    /// Appends when `number` is one more than the count; a number beyond that is a Failure.
+    /// Appends when `number` is one more than the count; a number beyond that is a Failure. On disk when it
+    /// succeeds. Where it fails the file is as it was, or the Failure says that it could not be made so.
     Done WriteSlot(std::int16_t number, std::string_view slot);
     /// Appends whole slots. Where it fails, those that reached the file count and no piece of another one
     /// stays.
@@ -46,6 +47,8 @@ private:
         : m_file(std::move(file)), m_path(std::move(path)), m_slotLength(slotLength) {}
     static Result<RecordFile> Open(FileAccess& files, const std::filesystem::path& path,
                                    std::size_t slotLength, OpenMode mode);
+    /// Puts the bytes that were at `start` before a write back, and the length; false where it cannot.
+    bool TakeBack(std::uint64_t start, std::string_view before, std::uint64_t length);
 
     std::unique_ptr<OpenFile> m_file;
     std::filesystem::path m_path;
@@ -65,8 +68,8 @@ Done ForEachRecord(RecordFile& file, const RecordLayout<Record>& layout, const V
     });
 }
 
-/// Puts `record` into slot `record.*number`, or appends it (setting that number) where the number is 0, and
-/// flushes. The number of the record that was written.
+/// Puts `record` into slot `record.*number`, or appends it (setting that number) where the number is 0. The
+/// number of the record that was written.
 template <class Record>
 Result<std::int16_t> WriteRecord(RecordFile& file, const RecordLayout<Record>& layout, Record record,
                                  std::int16_t Record::*number) {
@@ -75,14 +78,13 @@ Result<std::int16_t> WriteRecord(RecordFile& file, const RecordLayout<Record>& l
         if (!next) return next.error();
         record.*number = *next;
     }
-    Done written = file.WriteSlot(record.*number, Pack(layout, record));
-    if (written) written = file.Flush();
+    const Done written = file.WriteSlot(record.*number, Pack(layout, record));
     if (!written) return written.error();
     return record.*number;
 }
 
-/// Clears the Active flag of live record `id` in its slot, leaves the other bytes of its fields as they are,
-/// and flushes. False when there is no such live record.
+/// Clears the Active flag of live record `id` in its slot and leaves the other bytes of its fields as they
+/// are. False when there is no such live record.
 template <class Record>
 Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record>& layout, std::int16_t id,
                                      std::int16_t Record::*number, bool Record::*active) {
@@ -98,8 +100,7 @@ Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record
     // Unpacking drops the spaces at the end of a text and packing restores them: nothing else changes. The
     // slot is the one in which the record was found: in a damaged file slot `id` may hold another record.
     record.*active = false;
-    Done written = file.WriteSlot(foundIn, Pack(layout, record));
-    if (written) written = file.Flush();
+    const Done written = file.WriteSlot(foundIn, Pack(layout, record));
     if (!written) return written.error();
     return true;
 }

@@ -1,0 +1,89 @@
+#include "store/record_file.h"
+#include "tests/support/failing_files.h"
+#include "tests/support/test_program.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Slots of ten bytes. Writing one reads the length, reads what is in its place, writes and flushes.
+class RecordWriteFailures : public testing::Test {
+protected:
+    TemporaryFolder Folder;
+    FailingFiles Files;
+    std::filesystem::path File = Folder.Path() / "records";
+
+    /// What WriteSlot says, its `operation` failing; empty when it succeeds.
+    std::string Write(std::int16_t number, std::string_view slot, int operation, FaultKind kind) {
+        RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
+        Files.Start({operation, kind});
+        const Done written = file.WriteSlot(number, slot);
+        return written ? std::string{} : written.error().Description;
+    }
+    std::string CannotWrite() const {
+        return "Cannot write to the file \"" + PathText(File) + "\": No space left on device";
+    }
+};
+constexpr int TheWrite = 3;
+constexpr int TheFlush = 4;
+
+TEST_F(RecordWriteFailures, AnOverwriteThatStopsHalfWayIsTakenBack) {
+    WriteContent(File, "aaaaaaaaaabbbbbbbbbb");
+    EXPECT_EQ(Write(1, "cccccccccc", TheWrite, FaultKind::HalfWritten), CannotWrite() + ".");
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbbbbbbbbb");
+}
+
+TEST_F(RecordWriteFailures, AnOverwriteThatCannotBeTakenBackSaysSo) {
+    WriteContent(File, "aaaaaaaaaabbbbbbbbbb");
+    EXPECT_EQ(Write(1, "cccccccccc", TheWrite, FaultKind::FillsUp),
+              CannotWrite() + "; what was written of record 1 could not be taken back.");
+    EXPECT_EQ(ContentOf(File), "cccccaaaaabbbbbbbbbb");
+}
+
+TEST_F(RecordWriteFailures, AnOverwriteThatTheDiskRefusedAsAWholeNeedsNotBeTakenBack) {
+    WriteContent(File, "aaaaaaaaaabbbbbbbbbb");
+    EXPECT_EQ(Write(1, "cccccccccc", TheWrite, FaultKind::IsFull), CannotWrite() + ".");
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbbbbbbbbb");
+}
+
+TEST_F(RecordWriteFailures, AnOverwrittenShortLastSlotIsShortAgain) {
+    WriteContent(File, "aaaaaaaaaabbbbbb");
+    EXPECT_EQ(Write(2, "cccccccccc", TheFlush, FaultKind::Once),
+              "Cannot write to the disk what was saved in the file \"" + PathText(File) +
+                  "\": Input/output error.");
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbbbbb");
+}
+
+TEST_F(RecordWriteFailures, AnAppendThatStopsHalfWayLeavesNothing) {
+    WriteContent(File, "aaaaaaaaaa");
+    for (const FaultKind kind : {FaultKind::HalfWritten, FaultKind::FillsUp}) {
+        EXPECT_EQ(Write(2, "cccccccccc", TheWrite, kind), CannotWrite() + ".");
+        EXPECT_EQ(ContentOf(File), "aaaaaaaaaa");
+    }
+}
+
+TEST_F(RecordWriteFailures, AnAppendOverARestThatDoesNotCountPutsTheRestBack) {
+    WriteContent(File, "aaaaaaaaaabbb");
+    EXPECT_EQ(Write(2, "cccccccccc", TheWrite, FaultKind::HalfWritten), CannotWrite() + ".");
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbb");
+}
+
+TEST_F(RecordWriteFailures, AnAppendBehindAShortLastSlotLeavesItShort) {
+    WriteContent(File, "aaaaaaaaaabbbbbb");
+    EXPECT_EQ(Write(3, "cccccccccc", TheWrite, FaultKind::HalfWritten), CannotWrite() + ".");
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbbbbb");
+}
+
+TEST_F(RecordWriteFailures, AnAppendThatDidNotReachTheDiskIsTakenBack) {
+    WriteContent(File, "aaaaaaaaaa");
+    EXPECT_NE(Write(2, "cccccccccc", TheFlush, FaultKind::Once), "");
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaa");
+}
+
+TEST_F(RecordWriteFailures, ADiskThatIsGoneIsToldWithTheRecordThatIsInDoubt) {
+    WriteContent(File, "aaaaaaaaaa");
+    EXPECT_EQ(Write(2, "cccccccccc", TheWrite, FaultKind::IsGone),
+              CannotWrite() + "; what was written of record 2 could not be taken back.");
+}
+
+} // namespace

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "app/os_failures.h"
+#include "tests/support/wrapped_files.h"
+
+#include <string_view>
+
+enum class FaultKind {
+    Once,        ///< the operation fails without having done anything
+    HalfWritten, ///< the same, but a write has written half of its bytes
+    IsFull,      ///< it fails as with Once, and so does every later write
+    FillsUp,     ///< it fails as with HalfWritten, and every later write as with Once
+    IsGone,      ///< it fails as with HalfWritten, and every later operation as with Once
+};
+
+/// Which operation fails, counted from 1 over all files; 0 = none.
+struct Fault {
+    int At = 0;
+    FaultKind Kind = FaultKind::Once;
+};
+
+/// The operating system's files, one of whose operations fails. Nothing waits for the disk.
+class FailingFiles : public WrappedFiles {
+public:
+    /// Counts from 1 again.
+    void Start(Fault fault) {
+        m_fault = fault;
+        m_count = 0;
+    }
+    int Count() const { return m_count; }
+
+    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
+        if (Fails()) return Failed("open the file", path);
+        Result<std::unique_ptr<OpenFile>> file = WrappedFiles::Open(path, mode);
+        if (!file) return file;
+        return std::unique_ptr<OpenFile>(std::make_unique<FailingFile>(std::move(*file), *this, path));
+    }
+    Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
+        if (Fails()) return Failed("replace the file", to);
+        return WrappedFiles::Rename(from, to);
+    }
+    Done Remove(const std::filesystem::path& path) override {
+        if (Fails()) return Failed("remove the file", path);
+        return WrappedFiles::Remove(path);
+    }
+    Done CreateFolder(const std::filesystem::path& path) override {
+        if (Fails()) return Failed("create the folder", path);
+        return WrappedFiles::CreateFolder(path);
+    }
+
+private:
+    bool IsNow() const { return m_count == m_fault.At; }
+    bool IsPast() const { return m_fault.At != 0 && m_count > m_fault.At; }
+    bool Fails() {
+        ++m_count;
+        return IsNow() || (IsPast() && m_fault.Kind == FaultKind::IsGone);
+    }
+    bool WriteFails() {
+        const bool isFull = m_fault.Kind == FaultKind::IsFull || m_fault.Kind == FaultKind::FillsUp;
+        return Fails() || (IsPast() && isFull);
+    }
+    bool WritesHalf() const {
+        return IsNow() && m_fault.Kind != FaultKind::Once && m_fault.Kind != FaultKind::IsFull;
+    }
+    static Failure Failed(std::string_view doing, const std::filesystem::path& path) {
+        return DescribeFailure(doing, path, "Input/output error");
+    }
+
+    class FailingFile : public WrappedFile {
+    public:
+        FailingFile(std::unique_ptr<OpenFile> file, FailingFiles& files, std::filesystem::path path)
+            : WrappedFile(std::move(file)), m_files(files), m_path(std::move(path)) {}
+
+        Result<std::uint64_t> Length() override {
+            if (m_files.Fails()) return Failed("read the length of the file", m_path);
+            return WrappedFile::Length();
+        }
+        Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
+            if (m_files.Fails()) return Failed("read from the file", m_path);
+            return WrappedFile::ReadAt(offset, bytes);
+        }
+        Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
+            if (!m_files.WriteFails()) return WrappedFile::WriteAt(offset, bytes);
+            if (m_files.WritesHalf()) {
+                const Done half = WrappedFile::WriteAt(offset, bytes.substr(0, bytes.size() / 2));
+                if (!half) return half;
+            }
+            return DescribeFailure("write to the file", m_path, "No space left on device");
+        }
+        Done CutTo(std::uint64_t length) override {
+            if (m_files.Fails()) return Failed("shorten the file", m_path);
+            return WrappedFile::CutTo(length);
+        }
+        Done Flush() override {
+            if (m_files.Fails()) return Failed("write to the disk what was saved in the file", m_path);
+            return Success();
+        }
+        Done Lock() override {
+            if (m_files.Fails()) return Failed("lock the file", m_path);
+            return WrappedFile::Lock();
+        }
+
+    private:
+        FailingFiles& m_files;
+        std::filesystem::path m_path;
+    };
+
+    Fault m_fault;
+    int m_count = 0;
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/os_files.h"
+
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+/// The operating system's files, of which a test replaces a part.
+
+class WrappedFile : public OpenFile {
+public:
+    explicit WrappedFile(std::unique_ptr<OpenFile> file) : m_file(std::move(file)) {}
+
+    Result<std::uint64_t> Length() override { return m_file->Length(); }
+    Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
+        return m_file->ReadAt(offset, bytes);
+    }
+    Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
+        return m_file->WriteAt(offset, bytes);
+    }
+    Done CutTo(std::uint64_t length) override { return m_file->CutTo(length); }
+    Done Flush() override { return m_file->Flush(); }
+    Done Lock() override { return m_file->Lock(); }
+
+private:
+    std::unique_ptr<OpenFile> m_file;
+};
+
+class WrappedFiles : public FileAccess {
+public:
+    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
+        return m_files.Open(path, mode);
+    }
+    Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
+        return m_files.Rename(from, to);
+    }
+    Done Remove(const std::filesystem::path& path) override { return m_files.Remove(path); }
+    Done CreateFolder(const std::filesystem::path& path) override { return m_files.CreateFolder(path); }
+
+private:
+    OsFiles m_files;
+};

@@ -26,10 +26,13 @@ template <class Call> auto Retry(const Call& call) {
     }
 }
 
+constexpr mode_t Permissions = 0666; // less what the user's mask takes away
+
 class PosixFile : public OpenFile {
 public:
-    PosixFile(int descriptor, std::filesystem::path path)
-        : m_descriptor(descriptor), m_path(std::move(path)) {}
+    /// `flags` are those with which it is opened again, should another file be at the path.
+    PosixFile(int descriptor, std::filesystem::path path, int flags)
+        : m_descriptor(descriptor), m_path(std::move(path)), m_flags(flags) {}
     PosixFile(const PosixFile&) = delete;
     PosixFile& operator=(const PosixFile&) = delete;
     ~PosixFile() override { ::close(m_descriptor); }
@@ -85,18 +88,40 @@ public:
 
     Done Lock() override {
         const auto giveUpAt = std::chrono::steady_clock::now() + LongestWaitForLock;
-        while (Retry([&] { return ::flock(m_descriptor, LOCK_EX | LOCK_NB); }) != 0) {
-            if (errno != EWOULDBLOCK) return DescribeError("lock the file", m_path, errno);
+        for (;;) {
+            if (Retry([&] { return ::flock(m_descriptor, LOCK_EX | LOCK_NB); }) == 0) {
+                if (IsAtItsPath()) return Success();
+                const Done opened = OpenAgain();
+                if (!opened) return opened;
+            } else {
+                if (errno != EWOULDBLOCK) return DescribeError("lock the file", m_path, errno);
+                std::this_thread::sleep_for(WaitBetweenTries);
+            }
             if (std::chrono::steady_clock::now() >= giveUpAt)
                 return DescribeFailure("lock the file", m_path, LockedByAnotherCopy);
-            std::this_thread::sleep_for(WaitBetweenTries);
         }
-        return Success();
     }
 
 private:
+    /// False when another copy has renamed or removed the file since it was opened.
+    bool IsAtItsPath() const {
+        struct stat mine {};
+        struct stat there {};
+        return ::fstat(m_descriptor, &mine) == 0 && ::stat(m_path.c_str(), &there) == 0 &&
+               mine.st_dev == there.st_dev && mine.st_ino == there.st_ino;
+    }
+
+    Done OpenAgain() {
+        const int descriptor = Retry([&] { return ::open(m_path.c_str(), m_flags, Permissions); });
+        if (descriptor < 0) return DescribeError("open the file", m_path, errno);
+        ::close(m_descriptor);
+        m_descriptor = descriptor;
+        return Success();
+    }
+
     int m_descriptor;
     std::filesystem::path m_path;
+    int m_flags;
 };
 
 int Flags(OpenMode mode) {
@@ -128,12 +153,11 @@ void FlushFolderOf(const std::filesystem::path& path) {
 } // namespace
 
 Result<std::unique_ptr<OpenFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
-    constexpr mode_t permissions = 0666; // less what the user's mask takes away
     struct stat status {};
     const bool isNew = mode != OpenMode::Read && ::stat(path.c_str(), &status) != 0;
-    const int descriptor = Retry([&] { return ::open(path.c_str(), Flags(mode), permissions); });
+    const int descriptor = Retry([&] { return ::open(path.c_str(), Flags(mode), Permissions); });
     if (descriptor < 0) return DescribeError("open the file", path, errno);
-    std::unique_ptr<OpenFile> file = std::make_unique<PosixFile>(descriptor, path);
+    std::unique_ptr<OpenFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
     if (::fstat(descriptor, &status) != 0) return DescribeError("open the file", path, errno);
     if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
     if (isNew) FlushFolderOf(path);

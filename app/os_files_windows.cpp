@@ -48,19 +48,40 @@ OVERLAPPED At(std::uint64_t offset) {
     return position;
 }
 
+struct Opening {
+    DWORD Access;
+    DWORD Creation;
+};
+
+Opening OpeningFor(OpenMode mode) {
+    switch (mode) {
+    case OpenMode::Read:
+        return {GENERIC_READ, OPEN_EXISTING};
+    case OpenMode::ReadOrCreate:
+        return {GENERIC_READ, OPEN_ALWAYS};
+    case OpenMode::Update:
+        return {GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS};
+    case OpenMode::Replace:
+        return {GENERIC_WRITE, CREATE_ALWAYS};
+    }
+    return {GENERIC_READ, OPEN_EXISTING};
+}
+
+/// Other copies of the program may read, write and replace the file meanwhile; Lock keeps writers apart.
+HANDLE OpenHandle(const std::filesystem::path& path, const Opening& opening) {
+    constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation,
+                         FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
 class WindowsFile : public OpenFile {
 public:
-    WindowsFile(HANDLE handle, std::filesystem::path path) : m_handle(handle), m_path(std::move(path)) {}
+    /// `opening` is how it is opened again, should another file be at the path.
+    WindowsFile(HANDLE handle, std::filesystem::path path, Opening opening)
+        : m_handle(handle), m_path(std::move(path)), m_opening(opening) {}
     WindowsFile(const WindowsFile&) = delete;
     WindowsFile& operator=(const WindowsFile&) = delete;
-    ~WindowsFile() override {
-        if (m_isLocked) {
-            // Closing would unlock too, but only some time later.
-            OVERLAPPED position = At(LockedByte);
-            ::UnlockFileEx(m_handle, 0, 1, 0, &position);
-        }
-        ::CloseHandle(m_handle);
-    }
+    ~WindowsFile() override { Close(); }
 
     Result<std::uint64_t> Length() override {
         LARGE_INTEGER length{};
@@ -121,55 +142,69 @@ public:
     Done Lock() override {
         constexpr DWORD flags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
         const auto giveUpAt = std::chrono::steady_clock::now() + LongestWaitForLock;
-        while (!m_isLocked) {
+        for (;;) {
             OVERLAPPED position = At(LockedByte);
-            m_isLocked = ::LockFileEx(m_handle, flags, 0, 1, 0, &position) != 0;
-            if (m_isLocked) break;
-            const DWORD error = ::GetLastError();
-            if (error != ERROR_LOCK_VIOLATION) return DescribeError("lock the file", m_path, error);
+            m_isLocked = m_isLocked || ::LockFileEx(m_handle, flags, 0, 1, 0, &position) != 0;
+            if (m_isLocked && IsAtItsPath()) return Success();
+            if (m_isLocked) {
+                const Done opened = OpenAgain();
+                if (!opened) return opened;
+            } else {
+                const DWORD error = ::GetLastError();
+                if (error != ERROR_LOCK_VIOLATION) return DescribeError("lock the file", m_path, error);
+                std::this_thread::sleep_for(WaitBetweenTries);
+            }
             if (std::chrono::steady_clock::now() >= giveUpAt)
                 return DescribeFailure("lock the file", m_path, LockedByAnotherCopy);
-            std::this_thread::sleep_for(WaitBetweenTries);
         }
-        return Success();
     }
 
 private:
+    void Close() {
+        if (m_isLocked) {
+            // Closing would unlock too, but only some time later.
+            OVERLAPPED position = At(LockedByte);
+            ::UnlockFileEx(m_handle, 0, 1, 0, &position);
+            m_isLocked = false;
+        }
+        ::CloseHandle(m_handle);
+    }
+
+    /// False when another copy has renamed or removed the file since it was opened.
+    bool IsAtItsPath() const {
+        HANDLE other = OpenHandle(m_path, {0, OPEN_EXISTING});
+        if (other == INVALID_HANDLE_VALUE) return false;
+        BY_HANDLE_FILE_INFORMATION mine{};
+        BY_HANDLE_FILE_INFORMATION there{};
+        const bool isKnown =
+            ::GetFileInformationByHandle(m_handle, &mine) && ::GetFileInformationByHandle(other, &there);
+        ::CloseHandle(other);
+        return isKnown && mine.dwVolumeSerialNumber == there.dwVolumeSerialNumber &&
+               mine.nFileIndexHigh == there.nFileIndexHigh && mine.nFileIndexLow == there.nFileIndexLow;
+    }
+
+    Done OpenAgain() {
+        HANDLE handle = OpenHandle(m_path, m_opening);
+        if (handle == INVALID_HANDLE_VALUE) return DescribeError("open the file", m_path, ::GetLastError());
+        Close();
+        m_handle = handle;
+        return Success();
+    }
+
     HANDLE m_handle;
     std::filesystem::path m_path;
+    Opening m_opening;
     bool m_isLocked = false;
 };
-
-struct Opening {
-    DWORD Access;
-    DWORD Creation;
-};
-
-Opening OpeningFor(OpenMode mode) {
-    switch (mode) {
-    case OpenMode::Read:
-        return {GENERIC_READ, OPEN_EXISTING};
-    case OpenMode::ReadOrCreate:
-        return {GENERIC_READ, OPEN_ALWAYS};
-    case OpenMode::Update:
-        return {GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS};
-    case OpenMode::Replace:
-        return {GENERIC_WRITE, CREATE_ALWAYS};
-    }
-    return {GENERIC_READ, OPEN_EXISTING};
-}
 
 } // namespace
 
 // "class", since windows.h has a function of that name.
 Result<std::unique_ptr<class OpenFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
-    // Other copies of the program may read, write and replace the file meanwhile; Lock keeps writers apart.
-    constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const Opening opening = OpeningFor(mode);
-    HANDLE handle = ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+    HANDLE handle = OpenHandle(path, opening);
     if (handle == INVALID_HANDLE_VALUE) return DescribeError("open the file", path, ::GetLastError());
-    return std::unique_ptr<class OpenFile>(std::make_unique<WindowsFile>(handle, path));
+    return std::unique_ptr<class OpenFile>(std::make_unique<WindowsFile>(handle, path, opening));
 }
 
 Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {

@@ -6,12 +6,16 @@
 
 namespace {
 
-Done WriteAll(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
+Done WriteAll(OpenFile& file, std::string_view content) {
+    const Done written = file.WriteAt(0, content);
+    if (!written) return written;
+    return file.Flush();
+}
+
+Done WriteToDevice(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
     const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Replace);
     if (!file) return file.error();
-    const Done written = (*file)->WriteAt(0, content);
-    if (!written) return written;
-    return (*file)->Flush();
+    return WriteAll(**file, content);
 }
 
 } // namespace
@@ -22,13 +26,19 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     if (target.empty()) target = path;
     const std::filesystem::file_status status = std::filesystem::status(target, ignored);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        return WriteAll(files, target, content);
+        return WriteToDevice(files, target, content);
 
     std::filesystem::path temporary = target;
     temporary += ".tmp";
-    Done replaced = WriteAll(files, temporary, content);
+    const Result<std::unique_ptr<OpenFile>> file = files.Open(temporary, OpenMode::Update);
+    if (!file) return file.error();
+    // Not before it is ours: another running copy may be about to put it in the same file's place.
+    const Done locked = (*file)->Lock();
+    if (!locked) return locked;
+    Done replaced = (*file)->CutTo(0);
+    if (replaced) replaced = WriteAll(**file, content);
     if (replaced) replaced = files.Rename(temporary, target);
-    if (!replaced) std::filesystem::remove(temporary, ignored);
+    if (!replaced) static_cast<void>(files.Remove(temporary)); // the failure to tell is the first
     return replaced;
 }
 

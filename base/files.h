@@ -27,6 +27,7 @@ public:
     /// Returns when everything written is on the disk.
     virtual Done Flush() = 0;
     /// Holds the file against other writers that lock it. Waits at most two seconds for one that has it.
+    /// Where that one has renamed or removed the file, it is opened again by its path.
     virtual Done Lock() = 0;
 };
 
@@ -54,8 +55,8 @@ public:
 };
 
 /// Puts `content` in the place of the file's, so that a crash or a full disk leaves the old content: through
-/// a temporary file beside it and a rename. A link is followed. What is not a regular file (a device) is
-/// written as it stands.
+/// a temporary file beside it and a rename. Of two running copies that do so at once one waits for the other.
+/// A link is followed. What is not a regular file (a device) is written as it stands.
 Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content);
 
 /// All bytes of a file.

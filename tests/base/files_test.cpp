@@ -55,6 +55,32 @@ TEST_F(ReplaceFileTest, AMissingFolderIsAFailureAndLeavesNothing) {
     EXPECT_EQ(CountFiles(), 0U);
 }
 
+TEST_F(ReplaceFileTest, AContentThatAnotherCopyIsAboutToPutThereIsLeftAlone) {
+    WriteContent(File, "old");
+    std::filesystem::path temporary = File;
+    temporary += ".tmp";
+    const auto ofOther = Files.Open(temporary, OpenMode::Update);
+    ASSERT_TRUE((*ofOther)->Lock());
+    ASSERT_TRUE((*ofOther)->WriteAt(0, "theirs"));
+    const Done replaced = ReplaceFile(Files, File, "mine");
+    ASSERT_FALSE(replaced);
+    EXPECT_EQ(replaced.error().Description,
+              "Cannot lock the file \"" + PathText(temporary) +
+                  "\": another running copy of the program is working with it.");
+    EXPECT_EQ(ContentOf(File), "old");
+    EXPECT_EQ(ContentOf(temporary), "theirs");
+}
+
+TEST_F(ReplaceFileTest, WhatACopyThatWasKilledLeftIsReplaced) {
+    WriteContent(File, "old");
+    std::filesystem::path temporary = File;
+    temporary += ".tmp";
+    WriteContent(temporary, "a longer content that was never put in place");
+    EXPECT_TRUE(ReplaceFile(Files, File, "new"));
+    EXPECT_EQ(ContentOf(File), "new");
+    EXPECT_EQ(CountFiles(), 1U);
+}
+
 class OsFilesTest : public ReplaceFileTest {};
 
 TEST_F(OsFilesTest, AFolderIsNeverOpened) {
@@ -88,6 +114,20 @@ TEST_F(OsFilesTest, ALockEndsWithItsFile) {
     }
     const auto second = Files.Open(File, OpenMode::Update);
     EXPECT_TRUE((*second)->Lock());
+}
+
+TEST_F(OsFilesTest, AFileThatWasRenamedWhileALockWasWaitedForIsOpenedAgain) {
+    auto first = std::move(*Files.Open(File, OpenMode::Update));
+    ASSERT_TRUE(first->Lock());
+    const auto second = Files.Open(File, OpenMode::Update);
+    const std::filesystem::path elsewhere = Folder.Path() / "elsewhere.txt";
+    ASSERT_TRUE(first->WriteAt(0, "theirs"));
+    ASSERT_TRUE(Files.Rename(File, elsewhere));
+    first.reset();
+    ASSERT_TRUE((*second)->Lock());
+    ASSERT_TRUE((*second)->WriteAt(0, "mine"));
+    EXPECT_EQ(ContentOf(elsewhere), "theirs");
+    EXPECT_EQ(ContentOf(File), "mine");
 }
 
 TEST_F(OsFilesTest, BytesBetweenTheEndAndAWriteAreZero) {

@@ -104,16 +104,17 @@ std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
 
 Done CreateDefaultHapContents(AppContext& app) {
     const std::filesystem::path path = HapContentsFile(app);
+    std::string content;
     std::error_code ignored;
-    // A new table appears whole or not at all: an incomplete one would never be completed.
-    if (!std::filesystem::exists(path, ignored)) return ReplaceFile(app.Files, path, DefaultSlots());
-
-    Result<std::unique_ptr<OpenFile>> file = app.Files.Open(path, OpenMode::Update);
-    if (!file) return file.error();
-    const Done locked = (*file)->Lock();
-    if (!locked) return locked;
-    const Done written = (*file)->WriteAt(0, DefaultSlots());
-    return written ? (*file)->Flush() : written;
+    if (std::filesystem::exists(path, ignored)) {
+        Result<std::string> present = ReadWholeFile(app.Files, path);
+        if (!present) return present.error();
+        content = std::move(*present);
+    }
+    const std::string defaults = DefaultSlots();
+    content.replace(0, defaults.size(), defaults);
+    // The table appears whole or not at all: an incomplete one would never be completed.
+    return ReplaceFile(app.Files, path, content);
 }
 
 Result<std::vector<HapContentRecord>> ReadHapContents(AppContext& app, const HapContentFilter& filter) {

@@ -1,5 +1,6 @@
 #include "store/material_types.h"
 #include "tests/support/bytes.h"
+#include "tests/support/failing_files.h"
 #include "tests/support/test_program.h"
 
 #include <gtest/gtest.h>
@@ -120,6 +121,21 @@ TEST_F(MaterialTypesTest, TheDefaultsOverwriteTheirSlotsAndLeaveThoseBeyond) {
     ASSERT_EQ(content.size(), 30U * 232);
     EXPECT_EQ(content.substr(std::size_t{28} * 232, 100), Padded("Tooling resin (Filled)", 100));
     EXPECT_EQ(content.substr(std::size_t{29} * 232, 100), Padded("Mine", 100));
+}
+
+TEST_F(MaterialTypesTest, DefaultsThatCannotBeWrittenLeaveTheTableAsItWas) {
+    WriteTable(std::vector<HapContentRecord>(30, HapContentRecord{.MaterialType = "Mine"}));
+    const std::string before = ContentOf(DataFile("hapcontents.talvor"));
+    FailingFiles files;
+    AppContext faulty{Prompts, Settings, Programs, Dialogs, Calendar, files, App.ProgramFolder};
+    bool isWritten = false;
+    for (int operation = 1; operation < 100; ++operation) {
+        files.Start({operation, FaultKind::FillsUp});
+        isWritten = static_cast<bool>(CreateDefaultHapContents(faulty));
+        if (isWritten) break;
+        EXPECT_EQ(ContentOf(DataFile("hapcontents.talvor")), before) << operation;
+    }
+    EXPECT_TRUE(isWritten);
 }
 
 TEST_F(MaterialTypesTest, AFolderInTheFilesPlaceIsShownOnceAndCountsAsEmpty) {

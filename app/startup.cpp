@@ -11,7 +11,8 @@ Done StartUp(AppContext& app) {
     if (!std::filesystem::exists(HapContentsFile(app), ignored)) {
         if (!std::filesystem::exists(DataFolder(app), ignored)) {
             const Done created = app.Files.CreateFolder(DataFolder(app));
-            if (!created) return created;
+            // Another copy that starts at the same time may have been first.
+            if (!created && !IsFolderAt(DataFolder(app))) return created;
         }
         const Done created = CreateDefaultHapContents(app);
         if (!created) return created;

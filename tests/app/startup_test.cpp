@@ -3,6 +3,7 @@
 #include "store/companies.h"
 #include "tests/support/bytes.h"
 #include "tests/support/test_program.h"
+#include "tests/support/wrapped_files.h"
 
 #include <gtest/gtest.h>
 
@@ -72,6 +73,23 @@ TEST_F(StartUpTest, ADataFolderThatCannotBeCreatedStopsTheProgram) {
     EXPECT_EQ(started.error().Description, "Cannot create the folder \"" +
                                                PathText(App.ProgramFolder / "data") +
                                                "\": No such file or directory.");
+}
+
+/// Another running copy creates each folder just before this one does.
+class LateFiles : public WrappedFiles {
+public:
+    Done CreateFolder(const std::filesystem::path& path) override {
+        const Done first = WrappedFiles::CreateFolder(path);
+        return first ? WrappedFiles::CreateFolder(path) : first;
+    }
+};
+
+TEST_F(StartUpTest, ADataFolderThatAnotherCopyCreatedMeanwhileIsNoFailure) {
+    std::filesystem::remove_all(App.ProgramFolder / "data");
+    LateFiles files;
+    AppContext app{Prompts, Settings, Programs, Dialogs, Calendar, files, App.ProgramFolder};
+    EXPECT_TRUE(StartUp(app));
+    EXPECT_EQ(std::filesystem::file_size(DataFile("hapcontents.talvor")), 29U * 232);
 }
 
 TEST_F(StartUpTest, AFileInTheDataFoldersPlaceStopsTheProgram) {

@@ -26,8 +26,11 @@ public:
     void Start(Fault fault) {
         m_fault = fault;
         m_count = 0;
+        m_hasFailedInAWrite = false;
     }
     int Count() const { return m_count; }
+    /// Whether the operation that failed was a write.
+    bool HasFailedInAWrite() const { return m_hasFailedInAWrite; }
 
     Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
         if (Fails()) return Failed("open the file", path);
@@ -81,6 +84,7 @@ private:
         }
         Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
             if (!m_files.WriteFails()) return WrappedFile::WriteAt(offset, bytes);
+            m_files.m_hasFailedInAWrite |= m_files.IsNow();
             if (m_files.WritesHalf()) {
                 const Done half = WrappedFile::WriteAt(offset, bytes.substr(0, bytes.size() / 2));
                 if (!half) return half;
@@ -107,4 +111,5 @@ private:
 
     Fault m_fault;
     int m_count = 0;
+    bool m_hasFailedInAWrite = false;
 };

@@ -1,0 +1,231 @@
+#include "base/numbers.h"
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "store/data_folder.h"
+#include "tests/safety/shop_operations.h"
+#include "tests/support/failing_files.h"
+#include "tests/support/folder_content.h"
+#include "tests/support/sample_shop.h"
+#include "transfer/transfer.h"
+#include "usage/usage_store.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Contents = std::map<std::string, std::string>;
+
+/// Everything that an operation could have harmed.
+struct Place {
+    Contents Data;    ///< the files of the data folder
+    Contents Written; ///< those of the program folder
+};
+
+std::size_t SlotLengthOf(const std::string& fileName) {
+    if (fileName.ends_with("_materials.talvor")) return 1444;
+    if (fileName.ends_with("_usage.talvor")) return 32;
+    if (fileName == "companies.talvor") return 504;
+    return 0; // a file that is replaced as a whole
+}
+
+/// What a file held, or nothing.
+const std::string* ContentIn(const Contents& files, const std::string& name) {
+    const auto found = files.find(name);
+    return found == files.end() ? nullptr : &found->second;
+}
+
+bool AreEqual(const std::string* left, const std::string* right) {
+    return left && right ? *left == *right : left == right;
+}
+
+/// The number in "what was written of record 3 could not be taken back"; 0 without that.
+int RecordInDoubt(const std::string& message) {
+    const std::string before = "; what was written of record ";
+    const std::size_t at = message.find(before);
+    return at == std::string::npos ? 0 : std::stoi(message.substr(at + before.size()));
+}
+
+class FailingOperation : public testing::TestWithParam<ShopOperation> {
+protected:
+    FailingOperation() {
+        WriteContent(Shop.ProgramFile(NewMaterialsFile), NewMaterials());
+        WriteContent(Shop.ProgramFile(NewUsageFile), NewUsage());
+        for (const char* written : {ExportedFile, "report.htm", "report2.htm", "report3.htm", "report4.htm",
+                                    "report5.htm", "backup.bat"})
+            WriteContent(Shop.ProgramFile(written), "of the run before");
+        GiveUsageOfTheUnusedMaterialToTheFirst();
+        m_before = Look();
+    }
+
+    void GiveUsageOfTheUnusedMaterialToTheFirst() const {
+        std::string usage = ContentOf(Shop.DataFile("1_usage.talvor"));
+        for (std::size_t at = 0; at < usage.size(); at += 32)
+            if (usage[at + 2] == UnusedMaterial) usage[at + 2] = 1;
+        WriteContent(Shop.DataFile("1_usage.talvor"), usage);
+    }
+
+    Place Look() const { return {FilesIn(Shop.ProgramFile("data")), FilesIn(Shop.App.ProgramFolder)}; }
+
+    void PutBack() {
+        const auto put = [](const std::filesystem::path& folder, const Contents& files) {
+            const Contents present = FilesIn(folder);
+            for (const auto& [name, content] : present)
+                if (!files.contains(name)) std::filesystem::remove(folder / name);
+            for (const auto& [name, content] : files)
+                if (!AreEqual(&content, ContentIn(present, name))) WriteContent(folder / name, content);
+        };
+        put(Shop.ProgramFile("data"), m_before.Data);
+        put(Shop.App.ProgramFolder, m_before.Written);
+        std::filesystem::remove_all(Shop.ProgramFile("talvor_backupset_1"));
+        std::filesystem::remove_all(Shop.ProgramFile("talvor_backupset_2"));
+        Shop.Settings.Values[{"BACKUP", "BK_VOLUME"}] = "1";
+        Shop.Prompts.Shown.clear();
+    }
+
+    /// False when it said that it did not succeed. `fault` says what the disk does meanwhile.
+    bool Run(Fault fault) {
+        Shop.Prompts.Shown.clear();
+        m_files.Start(fault);
+        AppContext app{Shop.Prompts,  Shop.Settings, Shop.Programs,          Shop.Dialogs,
+                       Shop.Calendar, m_files,       Shop.App.ProgramFolder, 1};
+        return GetParam().Run(app);
+    }
+
+    void ExpectOneFailure() const {
+        ASSERT_EQ(Shop.Prompts.Shown.size(), 1U) << testing::PrintToString(Shop.ShownTexts());
+        const Prompt& shown = Shop.Prompts.Shown.front();
+        EXPECT_EQ(shown.Kind, PromptKind::Failure) << shown.Text;
+        EXPECT_TRUE(shown.Text.starts_with("Cannot ")) << shown.Text;
+        EXPECT_TRUE(shown.Text.ends_with('.')) << shown.Text;
+        EXPECT_EQ(shown.Text.find('\n'), std::string::npos) << shown.Text;
+        EXPECT_NE(shown.Text.find(PathText(Shop.App.ProgramFolder)), std::string::npos) << shown.Text;
+    }
+
+    /// Each slot is that of before or that of a run without a fault; none is missing or surplus.
+    void ExpectOldOrNewSlots(const std::string& name, std::size_t slotLength, const std::string& after,
+                             int inDoubt) const {
+        const std::string before = m_before.Data.contains(name) ? m_before.Data.at(name) : std::string{};
+        const std::string done = m_done.Data.contains(name) ? m_done.Data.at(name) : before;
+        if (inDoubt == 0 && !m_isGone) {
+            EXPECT_EQ(after.size() % slotLength, 0U);
+        }
+        EXPECT_GE(after.size(), before.size());
+        EXPECT_LE(after.size(), done.size());
+        for (std::size_t at = 0; at < after.size(); at += slotLength) {
+            if (static_cast<int>(at / slotLength) + 1 == inDoubt) continue;
+            const std::string slot = after.substr(at, slotLength);
+            const bool isOld = at < before.size() && slot == before.substr(at, slotLength);
+            EXPECT_TRUE(isOld || slot == done.substr(at, slot.size())) << "slot " << at / slotLength + 1;
+        }
+    }
+
+    void ExpectNothingHarmed(int inDoubt) const {
+        const Place after = Look();
+        for (const auto& [name, content] : after.Data) {
+            SCOPED_TRACE(name);
+            const std::size_t slotLength = SlotLengthOf(name);
+            if (slotLength != 0) {
+                ExpectOldOrNewSlots(name, slotLength, content, inDoubt);
+            } else {
+                ExpectOldOrNew(name, content, m_before.Data, m_done.Data);
+            }
+        }
+        for (const auto& [name, content] : m_before.Data)
+            EXPECT_TRUE(after.Data.contains(name)) << name;
+        for (const auto& [name, content] : after.Written) {
+            SCOPED_TRACE(name);
+            if (name.ends_with("_errors.txt")) continue; // a log is begun anew
+            ExpectOldOrNew(name, content, m_before.Written, m_done.Written);
+        }
+    }
+    /// A temporary file is neither. One that could not be locked stays, empty, since it may be that of
+    /// another copy; and a disk that is gone does not let any be removed.
+    void ExpectOldOrNew(const std::string& name, const std::string& after, const Contents& before,
+                        const Contents& done) const {
+        const bool isLockRefused = Shop.Prompts.LastText().starts_with("Cannot lock the file");
+        if (name.ends_with(".tmp") && (m_isGone || (isLockRefused && after.empty()))) return;
+        EXPECT_TRUE(AreEqual(&after, ContentIn(before, name)) || AreEqual(&after, ContentIn(done, name)));
+    }
+
+    /// What says that it failed has changed no record.
+    void ExpectTruth(bool isDone, int inDoubt) const {
+        if (GetParam().Tells == Telling::ByMessage) return;
+        EXPECT_FALSE(isDone);
+        if (inDoubt != 0) return;
+        for (const auto& [name, content] : Look().Data)
+            EXPECT_TRUE(SlotLengthOf(name) == 0 || content == m_before.Data.at(name)) << name;
+    }
+
+    void ExpectNoLock() const {
+        OsFiles files;
+        for (const auto& folder : {Shop.ProgramFile("data"), Shop.App.ProgramFolder})
+            for (const auto& [name, content] : FilesIn(folder)) {
+                const auto file = files.Open(folder / name, OpenMode::Update);
+                ASSERT_TRUE(file);
+                EXPECT_TRUE((*file)->Lock());
+            }
+    }
+
+    /// What does not depend on how often the operation was tried before.
+    void ExpectDone() const {
+        const Place after = Look();
+        for (const auto& [name, content] : m_done.Data)
+            EXPECT_TRUE(AreEqual(&content, ContentIn(after.Data, name))) << name;
+    }
+
+    void CheckFault(Fault fault) {
+        m_isGone = fault.Kind == FaultKind::IsGone;
+        PutBack();
+        const bool isDone = Run(fault);
+        m_isInAWrite = m_files.HasFailedInAWrite();
+        ExpectOneFailure();
+        if (HasFatalFailure()) return;
+        const int inDoubt = RecordInDoubt(Shop.Prompts.LastText());
+        // A record is in doubt only where the disk took something of it and then nothing more.
+        if (fault.Kind == FaultKind::Once || fault.Kind == FaultKind::HalfWritten) {
+            EXPECT_EQ(inDoubt, 0);
+        }
+        ExpectNothingHarmed(inDoubt);
+        ExpectTruth(isDone, inDoubt);
+        ExpectNoLock();
+
+        // A deletion that could not be taken back is one.
+        const bool isRepeated = Run({});
+        EXPECT_TRUE(isRepeated || inDoubt != 0);
+        for (const Prompt& shown : Shop.Prompts.Shown)
+            EXPECT_EQ(shown.Kind, PromptKind::Information) << shown.Text;
+        // What could not be taken back of an append is a record of its own when that is repeated.
+        if (!m_isGone) ExpectDone();
+    }
+
+    SampleShop Shop;
+    FailingFiles m_files;
+    bool m_isInAWrite = false; ///< that the fault happened
+    bool m_isGone = false;     ///< the disk, so that nothing can be cut off or removed any more
+    Place m_before;
+    Place m_done;
+};
+
+TEST_P(FailingOperation, HarmsNothingSaysSoOnceAndCanBeRepeated) {
+    PutBack();
+    ASSERT_TRUE(Run({}));
+    const int operations = m_files.Count();
+    ASSERT_GT(operations, 0);
+    m_done = Look();
+    for (int at = 1; at <= operations; ++at) {
+        SCOPED_TRACE("operation " + std::to_string(at) + " of " + std::to_string(operations));
+        std::vector<FaultKind> kinds = {FaultKind::Once, FaultKind::IsFull, FaultKind::IsGone};
+        for (std::size_t index = 0; index < kinds.size(); ++index) {
+            SCOPED_TRACE("kind " + std::to_string(static_cast<int>(kinds[index])));
+            CheckFault({at, kinds[index]});
+            if (HasFailure()) return;
+            if (index == 0 && m_isInAWrite)
+                kinds.insert(kinds.end(), {FaultKind::HalfWritten, FaultKind::FillsUp});
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, FailingOperation, testing::ValuesIn(ShopOperations()),
+                         [](const auto& given) { return std::string(given.param.Name); });
+
+} // namespace

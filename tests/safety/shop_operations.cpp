@@ -1,0 +1,247 @@
+#include "tests/safety/shop_operations.h"
+
+#include "app/backup.h"
+#include "app/startup.h"
+#include "base/messages.h"
+#include "materials/material_store.h"
+#include "reports/reports.h"
+#include "store/additional_names.h"
+#include "store/companies.h"
+#include "store/data_folder.h"
+#include "store/material_types.h"
+#include "transfer/transfer.h"
+#include "usage/usage_store.h"
+
+namespace {
+
+constexpr const char* NewFolder = "new folder";
+
+MaterialEntry NewMaterial() {
+    return {.CustomId = "PR-999",
+            .Description = "another laminating resin",
+            .MaterialType = "Production resin",
+            .ApplicationMethod = "Spray",
+            .Density = 9.3,
+            .HapContent = 27,
+            .Comments = "as delivered",
+            .Contents = "27|0|0|0|0|0",
+            .Factors = "16|0|0|0|0|0"};
+}
+
+bool SaveNewMaterial(AppContext& app) {
+    return !SaveMaterial(app, NewMaterial());
+}
+bool SaveEditedMaterial(AppContext& app) {
+    return !SaveMaterial(app, NewMaterial(), 3);
+}
+bool SaveWithTheFileHandedIn(AppContext& app) {
+    Result<RecordFile> file =
+        RecordFile::OpenForWriting(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
+    if (!file) {
+        ShowError(app, file.error());
+        return false;
+    }
+    return !SaveMaterial(app, NewMaterial(), {}, std::make_unique<RecordFile>(std::move(*file)));
+}
+
+bool DeleteUnusedMaterial(AppContext& app) {
+    return !DeleteMaterial(app, UnusedMaterial, [&](std::int16_t id) { return IsMaterialUsed(app, id); });
+}
+
+bool SaveNewUsage(AppContext& app) {
+    return !SaveUsage(app, {.MaterialId = 2, .Period = "1/2031", .Quantity = 0.5, .Unit = UnitMgal});
+}
+bool SaveEditedUsage(AppContext& app) {
+    return !SaveUsage(app, {.UsageId = 40, .MaterialId = 2, .Period = "1/2031", .Unit = UnitLbs});
+}
+bool DeleteUsageRecord(AppContext& app) {
+    return !DeleteUsage(app, 17);
+}
+
+bool AddCompany(AppContext& app) {
+    std::int16_t id = 0;
+    return !AddNewCompany(app, "Acme", "Dock 1", id);
+}
+/// Its caller finds out by listing the companies again.
+bool SaveEditedCompany(AppContext& app) {
+    return SaveCompany(app, "Acme", "Dock 1", 2) == 0;
+}
+
+bool SaveNames(AppContext& app) {
+    return !SaveAdditionalNames(app, {"a", "b", "c", "d", "e", "f"});
+}
+bool LoadNames(AppContext& app) {
+    app.AdditionalNames.clear();
+    LoadAdditionalNames(app);
+    return !app.AdditionalNames.empty();
+}
+
+/// The names are six "-" from then on, whether or not their file could be created.
+bool LoadNamesOfANewCompany(AppContext& app) {
+    app.CurrentCompanyId = 2;
+    LoadAdditionalNames(app);
+    return app.AdditionalNames == UnusedNames;
+}
+
+/// Goes on without a company when the companies cannot be read.
+bool Start(AppContext& app) {
+    const Done started = StartUp(app);
+    if (!started) ShowError(app, started.error());
+    return static_cast<bool>(started);
+}
+bool StartInANewFolder(AppContext& app) {
+    AppContext started{app.Prompts,
+                       app.Settings,
+                       app.Programs,
+                       app.Dialogs,
+                       app.Calendar,
+                       app.Files,
+                       app.ProgramFolder / NewFolder};
+    std::error_code ignored;
+    std::filesystem::remove_all(started.ProgramFolder, ignored);
+    std::filesystem::create_directory(started.ProgramFolder, ignored);
+    return Start(started) && std::filesystem::exists(HapContentsFile(started)) &&
+           started.CurrentCompanyId == 0;
+}
+
+bool RestoreRememberedCompany(AppContext& app) {
+    app.CurrentCompanyId = 0;
+    const Done restored = RestoreCompany(app);
+    const bool isRestored = restored && app.CurrentCompanyId == 1;
+    app.CurrentCompanyId = 1;
+    return isRestored;
+}
+
+bool WriteDefaultTable(AppContext& app) {
+    const Done created = CreateDefaultHapContents(app);
+    if (!created) ShowError(app, created.error());
+    return static_cast<bool>(created);
+}
+
+/// Of an import the counts say how far it came; at its end all lines may have been stored.
+bool ImportNewMaterials(AppContext& app) {
+    int processed = 0;
+    int errors = 0;
+    return ImportMaterialFile(app, app.ProgramFolder / NewMaterialsFile, processed, errors) == 0;
+}
+bool ImportNewUsage(AppContext& app) {
+    int processed = 0;
+    int errors = 0;
+    return ImportUsageFile(app, app.ProgramFolder / NewUsageFile, processed, errors) == 0;
+}
+bool ExportMaterials(AppContext& app) {
+    int processed = 0;
+    std::optional<int> errors;
+    ExportMaterialFile(app, app.ProgramFolder / ExportedFile, processed, errors);
+    return processed > 0;
+}
+bool ExportUsage(AppContext& app) {
+    int processed = 0;
+    std::optional<int> errors;
+    ExportUsageFile(app, app.ProgramFolder / ExportedFile, processed, errors);
+    return processed > 0;
+}
+
+bool ReportOfAll(AppContext& app) {
+    return GenerateCompliantMaterialsReport(app, {}) == ReportPublished;
+}
+template <auto Generate> bool ReportOf2005(AppContext& app) {
+    return Generate(app, {.EndText = "12/2005"}) == ReportPublished;
+}
+
+bool BackUp(AppContext& app) {
+    return RunBackup(app, false).has_value();
+}
+
+bool FindLiveMaterials(AppContext& app) {
+    std::vector<MaterialRecord> found;
+    return FindMaterials(app, {}, found);
+}
+bool FindUsageOfAMaterial(AppContext& app) {
+    std::vector<UsageRecord> found;
+    return FindUsage(app, {.MaterialText = "pr-101"}, found);
+}
+bool ListUsage(AppContext& app) {
+    ListLines lines;
+    FillUsageList(app, lines,
+                  {
+                      {.UsageId = 1, .MaterialId = 1, .Period = "3/2005", .Unit = UnitLbs}
+    });
+    return !lines.empty();
+}
+bool FindAllCompanies(AppContext& app) {
+    std::vector<CompanyRecord> found;
+    return FindCompanies(app, {}, found);
+}
+bool ListMaterialTypes(AppContext& app) {
+    std::vector<std::string> names;
+    GetMaterialTypes(app, names, true);
+    return !names.empty();
+}
+bool ListApplicationMethods(AppContext& app) {
+    std::vector<std::string> methods;
+    GetApplicationMethods(app, methods, true, "Tooling resin");
+    return !methods.empty();
+}
+bool ViewLog(AppContext& app) {
+    return !ReadErrorLog(app, app.ProgramFolder / NewUsageFile).empty();
+}
+
+} // namespace
+
+std::string NewMaterials() {
+    std::string lines;
+    for (int number = 1; number <= 5; ++number)
+        lines += "N-" + std::to_string(number) +
+                 "|a new resin|Production resin|Spray|9.1|28|1|2|0|0|0|0|0|0|0|0|0|0|0\r\n" +
+                 "not a material\r\n";
+    return lines;
+}
+
+std::string NewUsage() {
+    std::string lines;
+    for (int month = 1; month <= 5; ++month)
+        lines += "PR-101|" + std::to_string(month) + "|2031|120.5|lbs\r\nnot usage\r\n";
+    return lines;
+}
+
+const std::vector<ShopOperation>& ShopOperations() {
+    using enum Telling;
+    static const std::vector<ShopOperation> operations = {
+        {"SaveNewMaterial",          SaveNewMaterial,                                   ByAnswer },
+        {"SaveEditedMaterial",       SaveEditedMaterial,                                ByAnswer },
+        {"SaveMaterialFileHandedIn", SaveWithTheFileHandedIn,                           ByAnswer },
+        {"DeleteMaterial",           DeleteUnusedMaterial,                              ByAnswer },
+        {"SaveNewUsage",             SaveNewUsage,                                      ByAnswer },
+        {"SaveEditedUsage",          SaveEditedUsage,                                   ByAnswer },
+        {"DeleteUsage",              DeleteUsageRecord,                                 ByAnswer },
+        {"AddCompany",               AddCompany,                                        ByAnswer },
+        {"SaveEditedCompany",        SaveEditedCompany,                                 ByMessage},
+        {"SaveNames",                SaveNames,                                         ByAnswer },
+        {"LoadNames",                LoadNames,                                         ByAnswer },
+        {"LoadNamesOfANewCompany",   LoadNamesOfANewCompany,                            ByMessage},
+        {"Start",                    Start,                                             ByMessage},
+        {"StartInANewFolder",        StartInANewFolder,                                 ByMessage},
+        {"RestoreCompany",           RestoreRememberedCompany,                          ByAnswer },
+        {"WriteDefaultTable",        WriteDefaultTable,                                 ByAnswer },
+        {"ImportMaterials",          ImportNewMaterials,                                ByMessage},
+        {"ImportUsage",              ImportNewUsage,                                    ByMessage},
+        {"ExportMaterials",          ExportMaterials,                                   ByAnswer },
+        {"ExportUsage",              ExportUsage,                                       ByAnswer },
+        {"CompliantReportOfAll",     ReportOfAll,                                       ByAnswer },
+        {"CompliantReport",          ReportOf2005<GenerateCompliantMaterialsReport>,    ByAnswer },
+        {"WeightedAverageReport",    ReportOf2005<GenerateWeightedAverageReport>,       ByAnswer },
+        {"EmissionAverageReport",    ReportOf2005<GenerateEmissionAverageReport>,       ByAnswer },
+        {"AdditionalUsageReport",    ReportOf2005<GenerateAdditionalHapUsageReport>,    ByAnswer },
+        {"AdditionalEmissionReport", ReportOf2005<GenerateAdditionalHapEmissionReport>, ByAnswer },
+        {"Backup",                   BackUp,                                            ByAnswer },
+        {"FindMaterials",            FindLiveMaterials,                                 ByAnswer },
+        {"FindUsage",                FindUsageOfAMaterial,                              ByAnswer },
+        {"ListUsage",                ListUsage,                                         ByAnswer },
+        {"FindCompanies",            FindAllCompanies,                                  ByAnswer },
+        {"ListMaterialTypes",        ListMaterialTypes,                                 ByAnswer },
+        {"ListApplicationMethods",   ListApplicationMethods,                            ByAnswer },
+        {"ViewErrorLog",             ViewLog,                                           ByAnswer },
+    };
+    return operations;
+}

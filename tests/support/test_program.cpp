@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <random>
+#include <sstream>
 
 namespace {
 
@@ -51,7 +51,9 @@ std::vector<std::string> TestProgram::ShownTexts() const {
 std::string ContentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) Stop(path);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream content;
+    content << file.rdbuf(); // many times quicker than byte by byte
+    return std::move(content).str();
 }
 
 void WriteContent(const std::filesystem::path& path, std::string_view content) {

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+/// Holds children back until all of them are there.
+class StartSignal {
+public:
+    StartSignal();
+    StartSignal(const StartSignal&) = delete;
+    StartSignal& operator=(const StartSignal&) = delete;
+    ~StartSignal() { Give(); }
+    void Give();
+
+private:
+    friend class ChildProgram;
+    int m_pipe[2] = {-1, -1};
+};
+
+/// What a child is started with.
+struct ChildStart {
+    std::filesystem::path Program{};
+    std::vector<std::string> Arguments{};
+    std::filesystem::path SettingsFolder{};     ///< in place of the user's own
+    std::optional<std::uint64_t> LongestFile{}; ///< bytes: it is killed by a write beyond them
+    const StartSignal* Signal = nullptr;        ///< that it waits for
+};
+
+/// A process of its own.
+class ChildProgram {
+public:
+    explicit ChildProgram(const ChildStart& start);
+    ChildProgram(const ChildProgram&) = delete;
+    ChildProgram& operator=(const ChildProgram&) = delete;
+    ~ChildProgram();
+
+    /// As kill -9 does it.
+    void Kill() const;
+    /// The status with which it ended; -1 = it was killed.
+    int Wait();
+    /// What it wrote to its error output.
+    std::string Errors() const;
+
+private:
+    pid_t m_process = -1;
+    int m_errors = -1; ///< a file without a name
+};

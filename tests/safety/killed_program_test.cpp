@@ -1,0 +1,211 @@
+#include "tests/safety/program_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <random>
+#include <thread>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// The number of records of a file, halves to even.
+std::size_t CountOf(const std::string& content, std::size_t slotLength) {
+    return static_cast<std::size_t>(
+        std::nearbyint(static_cast<double>(content.size()) / static_cast<double>(slotLength)));
+}
+
+/// The content as an append finds it: bytes that a last slot lacks are zero, and a rest that does not count
+/// is written over.
+std::string WholeSlots(std::string content, std::size_t slotLength) {
+    content.resize(CountOf(content, slotLength) * slotLength, '\0');
+    return content;
+}
+
+/// One command that is killed, and what it may leave.
+struct Command {
+    std::vector<std::string> Arguments;
+    std::string File;           ///< of the data folder, that it changes
+    std::size_t SlotLength = 0; ///< 0 = the file is replaced
+    std::string Written;        ///< what it appends, or the new content
+};
+
+constexpr int LinesAtOnce = 400; // 578 kB of materials: three writes
+
+class KilledProgram : public testing::Test {
+protected:
+    ProgramFolder Folder;
+
+    KilledProgram() {
+        Folder.Run({"add-company", "Acme", "Dock 1"});
+        Folder.Run({"select-company", "1"});
+        Folder.Run({"names", "a", "b", "c", "d", "e", "f"});
+        Folder.Run({"import-materials", Folder.MaterialsToImport("Resin", 1)});
+    }
+
+    int NextNumber(const std::string& file, std::size_t slotLength) const {
+        return static_cast<int>(CountOf(Folder.Data(file), slotLength)) + 1;
+    }
+    /// `run` tells the records of each run apart.
+    Command MaterialImport(int run) const {
+        const std::string name = "K" + std::to_string(run);
+        return {
+            {"import-materials", Folder.MaterialsToImport(name, LinesAtOnce)},
+            "1_materials.talvor",
+            1444,
+            MaterialSlots(name, LinesAtOnce, NextNumber("1_materials.talvor", 1444))
+        };
+    }
+    Command UsageImport(int run) const {
+        const int year = 1000 + run * 40; // LinesAtOnce months are less
+        return {
+            {"import-usage", Folder.UsageToImport(year, LinesAtOnce)},
+            "1_usage.talvor",
+            32,
+            UsageSlots(year, LinesAtOnce, NextNumber("1_usage.talvor", 32))
+        };
+    }
+    Command AddCompany(int run) const {
+        const std::string name = "Company " + std::to_string(run);
+        return {
+            {"add-company", name, "Dock 1"},
+            "companies.talvor",
+            504,
+            CompanySlot(name, NextNumber("companies.talvor", 504))
+        };
+    }
+    static Command SetNames(int run) {
+        const std::string name = "name " + std::to_string(run);
+        return {
+            {"names", name, "b", "c", "d", "e", "f"},
+            "1_additional.talvor", 0, name + "|b|c|d|e|f\r\n"
+        };
+    }
+    Command CommandOf(int run) const {
+        switch (run % 4) {
+        case 0:
+            return MaterialImport(run);
+        case 1:
+            return UsageImport(run);
+        case 2:
+            return AddCompany(run);
+        default:
+            return SetNames(run);
+        }
+    }
+
+    std::map<std::string, std::string> AllData() const {
+        std::map<std::string, std::string> data;
+        for (const char* name : {"hapcontents.talvor", "companies.talvor", "1_materials.talvor",
+                                 "1_usage.talvor", "1_additional.talvor"})
+            data[name] = Folder.Data(name);
+        return data;
+    }
+
+    /// The file is as before, or it has the whole slots of before and behind them what was written until
+    /// then.
+    void ExpectOldOrPartOfNew(const Command& command, const std::string& before) const {
+        const std::string after = Folder.Data(command.File);
+        if (after == before) return;
+        if (command.SlotLength == 0) {
+            EXPECT_EQ(after, command.Written);
+            return;
+        }
+        const std::string kept = WholeSlots(before, command.SlotLength);
+        EXPECT_TRUE(after.starts_with(kept)) << command.File << ": an earlier record has changed";
+        EXPECT_TRUE((kept + command.Written).starts_with(after)) << command.File << ": a record is not right";
+    }
+    void ExpectNothingElseChanged(const Command& command, std::map<std::string, std::string> before) const {
+        auto after = AllData();
+        before.erase(command.File);
+        after.erase(command.File);
+        EXPECT_TRUE(after == before) << command.File << " was not the only file that changed";
+    }
+    /// The next start finds its way, whatever was left.
+    void ExpectWorks(const Command& command) const {
+        const std::string before = Folder.Data(command.File);
+        ChildProgram program(Folder.Start(command.Arguments));
+        EXPECT_EQ(program.Wait(), 0) << program.Errors();
+        const std::string kept = command.SlotLength == 0 ? "" : WholeSlots(before, command.SlotLength);
+        EXPECT_TRUE(Folder.Data(command.File) == kept + command.Written) << command.File;
+    }
+    /// How long the command takes when it is left alone.
+    Clock::duration UsualTime(const Command& command) const {
+        const auto start = Clock::now();
+        Folder.Run(command.Arguments);
+        return Clock::now() - start;
+    }
+};
+
+std::uint32_t Seed() {
+    // A run is repeated by giving it the seed that its message tells.
+    const char* given = std::getenv("MACT_TEST_SEED"); // NOLINT(concurrency-mt-unsafe): one thread
+    return given ? static_cast<std::uint32_t>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
+}
+
+class KilledAtARandomTime : public KilledProgram, public testing::WithParamInterface<int> {};
+
+// Six times fifty, so that no file grows so large that reading it takes most of the time.
+TEST_P(KilledAtARandomTime, LosesNoRecordAndGoesOn) {
+    const std::uint32_t seed = Seed();
+    std::mt19937 random(seed);
+    std::array<Clock::duration, 4> usualTimes{};
+    int run = 0;
+    for (Clock::duration& time : usualTimes) {
+        time = UsualTime(CommandOf(run));
+        ++run;
+    }
+    constexpr int runs = 50;
+    for (const int end = run + runs; run < end; ++run) {
+        SCOPED_TRACE("MACT_TEST_SEED=" + std::to_string(seed) + ", run " + std::to_string(run));
+        const auto before = AllData();
+        const Command command = CommandOf(run);
+        std::uniform_real_distribution<double> share(0, 1.1);
+        const auto wait = share(random) * usualTimes.at(static_cast<std::size_t>(run % 4));
+        {
+            ChildProgram program(Folder.Start(command.Arguments));
+            std::this_thread::sleep_for(wait);
+            program.Kill();
+            program.Wait();
+        }
+        ExpectOldOrPartOfNew(command, before.at(command.File));
+        ExpectNothingElseChanged(command, before);
+        if (run % 10 == 9) ExpectWorks(CommandOf(run + 1000 - run % 4 + run / 10 % 2));
+        if (HasFailure()) return;
+    }
+    for (int command = 0; command < 4; ++command)
+        ExpectWorks(CommandOf(2000 + command));
+}
+INSTANTIATE_TEST_SUITE_P(FiftyRuns, KilledAtARandomTime, testing::Range(0, 6));
+
+/// The process ends at the very byte where its file may not grow any more.
+TEST_F(KilledProgram, InTheMiddleOfAWriteLeavesAPieceThatTheNextStartMends) {
+    int run = 0;
+    for (const std::size_t piece : {1U, 700U, 722U, 723U, 1443U, 1444U, 1445U, 3000U}) {
+        SCOPED_TRACE(piece);
+        const Command command = MaterialImport(run++);
+        const std::string before = Folder.Data(command.File);
+        const std::string kept = WholeSlots(before, 1444);
+        ChildStart start = Folder.Start(command.Arguments);
+        start.LongestFile = kept.size() + piece;
+        ChildProgram program(start);
+        EXPECT_EQ(program.Wait(), -1);
+        EXPECT_TRUE(Folder.Data(command.File) == kept + command.Written.substr(0, piece));
+        ExpectWorks(MaterialImport(run++));
+    }
+}
+
+TEST_F(KilledProgram, BeforeARenameLeavesTheOldNamesAndATemporaryFileThatIsReplaced) {
+    ChildStart start = Folder.Start({"names", "MMA", "b", "c", "d", "e", "f"});
+    start.LongestFile = 5; // bytes of the new names
+    ChildProgram program(start);
+    EXPECT_EQ(program.Wait(), -1);
+    EXPECT_EQ(Folder.Data("1_additional.talvor"), "a|b|c|d|e|f\r\n");
+    EXPECT_EQ(Folder.Data("1_additional.talvor.tmp"), "MMA|b");
+    ExpectWorks(SetNames(1));
+    EXPECT_FALSE(std::filesystem::exists(Folder.DataFile("1_additional.talvor.tmp")));
+}
+
+} // namespace

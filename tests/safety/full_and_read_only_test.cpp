@@ -1,0 +1,192 @@
+#include "base/text.h"
+#include "tests/safety/shop_operations.h"
+#include "tests/support/folder_content.h"
+#include "tests/support/sample_shop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sched.h>
+#include <set>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+/// Mounts that nobody else sees and that end with this process at the latest. Where they are not permitted,
+/// the tests that need them are skipped.
+bool CanMount() {
+    static const bool can =
+        ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    return can;
+}
+
+class Mounted {
+public:
+    Mounted() = default;
+    Mounted(const Mounted&) = delete;
+    Mounted& operator=(const Mounted&) = delete;
+    ~Mounted() {
+        if (!m_path.empty()) ::umount2(m_path.c_str(), MNT_DETACH);
+    }
+    /// A disk of 2 MB in the folder's place.
+    bool SmallDisk(const std::filesystem::path& path) {
+        m_path = path;
+        return ::mount("none", path.c_str(), "tmpfs", 0, "size=2m") == 0;
+    }
+    /// The folder itself, read-only.
+    bool ReadOnly(const std::filesystem::path& path) {
+        m_path = path;
+        return ::mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
+               ::mount("none", path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
+    }
+
+private:
+    std::filesystem::path m_path;
+};
+
+class ShopOnAnotherDisk : public testing::TestWithParam<ShopOperation> {
+protected:
+    ShopOnAnotherDisk() {
+        WriteContent(Shop.ProgramFile(NewMaterialsFile), NewMaterials());
+        WriteContent(Shop.ProgramFile(NewUsageFile), NewUsage());
+        std::string usage = ContentOf(Shop.DataFile("1_usage.talvor"));
+        for (std::size_t at = 0; at < usage.size(); at += 32)
+            if (usage[at + 2] == UnusedMaterial) usage[at + 2] = 1;
+        WriteContent(Shop.DataFile("1_usage.talvor"), usage);
+    }
+    std::map<std::string, std::string> Data() const { return FilesIn(Shop.ProgramFile("data")); }
+    bool Run() {
+        Shop.Prompts.Shown.clear();
+        Shop.App.CurrentCompanyId = 1;
+        return GetParam().Run(Shop.App);
+    }
+    void ExpectOneFailure(const std::string& reason) const {
+        ASSERT_EQ(Shop.Prompts.Shown.size(), 1U) << testing::PrintToString(Shop.ShownTexts());
+        const Prompt& shown = Shop.Prompts.Shown.front();
+        EXPECT_EQ(shown.Kind, PromptKind::Failure);
+        EXPECT_TRUE(shown.Text.starts_with("Cannot ")) << shown.Text;
+        EXPECT_TRUE(shown.Text.ends_with(": " + reason + ".")) << shown.Text;
+        EXPECT_NE(shown.Text.find(PathText(Shop.App.ProgramFolder)), std::string::npos) << shown.Text;
+    }
+    bool HasShownFailure() const {
+        return std::ranges::any_of(Shop.Prompts.Shown,
+                                   [](const Prompt& shown) { return shown.Kind == PromptKind::Failure; });
+    }
+
+    SampleShop Shop;
+};
+
+class ShopOnAFullDisk : public ShopOnAnotherDisk {
+protected:
+    /// Moves the program folder to a small disk.
+    bool Move(Mounted& disk) {
+        const std::filesystem::path elsewhere = Shop.Folder.Path() / "elsewhere";
+        std::filesystem::rename(Shop.App.ProgramFolder, elsewhere);
+        std::filesystem::create_directory(Shop.App.ProgramFolder);
+        if (!disk.SmallDisk(Shop.App.ProgramFolder)) return false;
+        std::filesystem::copy(elsewhere, Shop.App.ProgramFolder, std::filesystem::copy_options::recursive);
+        return true;
+    }
+    std::filesystem::path Filler() const { return Shop.ProgramFile("filler"); }
+    void FillUp() const {
+        const int file = ::open(Filler().c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+        const std::string page(4096, 'x');
+        while (::write(file, page.data(), page.size()) > 0) {
+        }
+        ::close(file);
+    }
+};
+
+// What fits into the pages that a file has already succeeds, as it does on a disk: a record that is written
+// over, or one that is added to a short last page.
+TEST_P(ShopOnAFullDisk, FailsInOneSentenceOrSucceedsAndHarmsNothing) {
+    if (!CanMount()) GTEST_SKIP() << "Mounting a small disk is not permitted here.";
+    Mounted disk;
+    ASSERT_TRUE(Move(disk));
+    const auto before = Data();
+    FillUp();
+    const bool isDone = Run();
+    const auto after = Data();
+    for (const auto& [name, content] : after) {
+        EXPECT_FALSE(name.ends_with(".tmp")) << name;
+        if (HasShownFailure() && GetParam().Tells == Telling::ByAnswer) {
+            EXPECT_TRUE(before.contains(name) && before.at(name) == content) << name;
+        }
+        if (name.ends_with("_materials.talvor")) {
+            EXPECT_EQ(content.size() % 1444, 0U);
+            EXPECT_TRUE(content.starts_with(before.at(name)) || !HasShownFailure());
+        }
+    }
+    if (HasShownFailure()) {
+        ExpectOneFailure("No space left on device");
+    }
+    if (GetParam().Tells == Telling::ByAnswer) {
+        EXPECT_EQ(isDone, !HasShownFailure());
+    }
+
+    std::filesystem::remove(Filler());
+    if (!HasShownFailure()) return;
+    EXPECT_TRUE(Run());
+    EXPECT_FALSE(HasShownFailure()) << testing::PrintToString(Shop.ShownTexts());
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, ShopOnAFullDisk, testing::ValuesIn(ShopOperations()),
+                         [](const auto& given) { return std::string(given.param.Name); });
+
+class ReadOnlyShop : public ShopOnAnotherDisk {
+protected:
+    /// For root, who may write everywhere, by a read-only mount of the folder on itself; for everybody else
+    /// by taking the permission away. Empty where neither works; else the reason that failures tell.
+    std::string MakeReadOnly(Mounted& disk) {
+        if (::geteuid() != 0) {
+            SetWritable(false);
+            return "Permission denied";
+        }
+        if (!CanMount()) return {};
+        return disk.ReadOnly(Shop.App.ProgramFolder) ? "Read-only file system" : "";
+    }
+    void SetWritable(bool isWritable) const {
+        using std::filesystem::perms;
+        const perms writing = perms::owner_write;
+        const auto how =
+            isWritable ? std::filesystem::perm_options::add : std::filesystem::perm_options::remove;
+        std::filesystem::permissions(Shop.App.ProgramFolder, writing, how);
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(Shop.App.ProgramFolder))
+            std::filesystem::permissions(entry.path(), writing, how);
+    }
+    void TearDown() override {
+        if (::geteuid() != 0) SetWritable(true); // or it could not be removed
+    }
+};
+
+TEST_P(ReadOnlyShop, ReadsAndSaysInOneSentenceWhatItCannotWrite) {
+    Mounted disk;
+    const std::string reason = MakeReadOnly(disk);
+    if (reason.empty())
+        GTEST_SKIP() << "Root writes everywhere, and a read-only mount is not permitted here.";
+    const std::set<std::string> readers = {
+        "LoadNames", "Start",         "RestoreCompany", "FindMaterials",     "FindUsage",
+        "ListUsage", "FindCompanies", "ViewErrorLog",   "ListMaterialTypes", "ListApplicationMethods"};
+    const auto before = Data();
+    const bool isDone = Run();
+    EXPECT_TRUE(Data() == before);
+    if (readers.contains(GetParam().Name)) {
+        EXPECT_TRUE(isDone);
+        EXPECT_TRUE(Shop.Prompts.Shown.empty()) << testing::PrintToString(Shop.ShownTexts());
+        return;
+    }
+    // The new folder is not there either: it could not be created before the start.
+    ExpectOneFailure(std::string(GetParam().Name) == "StartInANewFolder" ? "No such file or directory"
+                                                                         : reason);
+    if (GetParam().Tells == Telling::ByAnswer) {
+        EXPECT_FALSE(isDone);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, ReadOnlyShop, testing::ValuesIn(ShopOperations()),
+                         [](const auto& given) { return std::string(given.param.Name); });
+
+} // namespace

@@ -48,6 +48,11 @@ Result<RecordFile> RecordFile::OpenForReading(FileAccess& files, const std::file
     return Open(files, path, slotLength, OpenMode::ReadOrCreate);
 }
 
+Result<RecordFile> RecordFile::OpenExisting(FileAccess& files, const std::filesystem::path& path,
+                                            std::size_t slotLength) {
+    return Open(files, path, slotLength, OpenMode::Read);
+}
+
 Result<RecordFile> RecordFile::OpenForWriting(FileAccess& files, const std::filesystem::path& path,
                                               std::size_t slotLength) {
     return Open(files, path, slotLength, OpenMode::Update);

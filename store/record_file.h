@@ -19,6 +19,9 @@ class RecordFile {
 public:
     static Result<RecordFile> OpenForReading(FileAccess& files, const std::filesystem::path& path,
                                              std::size_t slotLength);
+    /// For reading; a file that does not exist is a Failure, and is not created.
+    static Result<RecordFile> OpenExisting(FileAccess& files, const std::filesystem::path& path,
+                                           std::size_t slotLength);
     /// Holds the file against other writers until it is closed.
     static Result<RecordFile> OpenForWriting(FileAccess& files, const std::filesystem::path& path,
                                              std::size_t slotLength);

@@ -38,6 +38,13 @@ TEST_F(RecordFileTest, AMissingFileIsCreatedEmptyAndHasNoRecord) {
     EXPECT_EQ(ContentOf(File), "");
 }
 
+TEST_F(RecordFileTest, AFileThatMustExistIsNotCreated) {
+    EXPECT_FALSE(RecordFile::OpenExisting(Files, File, SlotLength));
+    EXPECT_FALSE(std::filesystem::exists(File));
+    WriteContent(File, std::string(2 * SlotLength, 'x'));
+    EXPECT_EQ(RecordFile::OpenExisting(Files, File, SlotLength)->Count(), 2);
+}
+
 TEST_F(RecordFileTest, TheCountIsTheLengthInSlotsRoundedWithHalvesToEven) {
     EXPECT_EQ(CountOf(0), 0);
     EXPECT_EQ(CountOf(4), 0);

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "app/backup.h"
+#include "app/data_check.h"
 #include "base/messages.h"
 #include "base/text.h"
 #include "reports/reports.h"
@@ -180,6 +181,15 @@ const std::vector<std::string>& ReportKinds() {
         return names;
     }();
     return kinds;
+}
+
+ExitStatus CheckDataFolder(AppContext& app) {
+    ExitStatus status = StatusDone;
+    CheckData(app, [&](const std::string& finding) {
+        std::cout << finding << '\n';
+        status = StatusRejected;
+    });
+    return status;
 }
 
 ExitStatus BackUp(AppContext& app) {

@@ -15,7 +15,7 @@ enum ExitStatus : int {
     StatusFailed = 1,   ///< a failure was shown
     StatusWrongUse = 2, ///< the command line itself is wrong
     StatusDeclined = 3, ///< an empty report was not wanted
-    StatusRejected = 4, ///< an import or export finished with rejected records
+    StatusRejected = 4, ///< an import or export finished with rejected records, or a check found something
 };
 
 /// One line per company: id|name|location
@@ -39,6 +39,9 @@ ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file);
 /// materials.
 ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending);
 const std::vector<std::string>& ReportKinds();
+
+/// Prints what a look through the data files found, one line each.
+ExitStatus CheckDataFolder(AppContext& app);
 
 /// Prints the folder of the new set, once every file is in it.
 ExitStatus BackUp(AppContext& app);

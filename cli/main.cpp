@@ -32,6 +32,7 @@ struct CommandLine {
     std::string Folder{};
     std::optional<std::int16_t> CompanyId{};
     std::function<ExitStatus(AppContext&)> Command{};
+    bool ChangesNothing = false; ///< nor is anything created on the start
 
     std::string Name{};
     std::string Location{};
@@ -109,6 +110,19 @@ void AddReportCommand(CLI::App& parser, CommandLine& asked) {
     report.parse_complete_callback([&asked] { CheckEnding(asked); });
 }
 
+void AddCheckCommand(CLI::App& parser, CommandLine& asked) {
+    CLI::App& check =
+        AddCommand(parser, asked, "check",
+                   "Look through the data files of all companies and print what is wrong", CheckDataFolder);
+    check.parse_complete_callback([&asked] { asked.ChangesNothing = true; });
+}
+
+/// Known when the whole line is read.
+void CheckCompanyOption(const CommandLine& asked) {
+    if (asked.ChangesNothing && asked.CompanyId)
+        throw CLI::ValidationError("check", "looks at all companies, without --company");
+}
+
 /// The status with which the program ends here; empty when there is a command to run.
 std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine& asked) {
     CLI::App parser("HAP content records and reports of a composites shop, without windows.", "mact-cli");
@@ -125,6 +139,7 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
     AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportMaterials);
     AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportUsage);
     AddReportCommand(parser, asked);
+    AddCheckCommand(parser, asked);
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
                BackUp);
 
@@ -134,6 +149,7 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
     std::ranges::reverse(reversed);
     try {
         parser.parse(reversed);
+        CheckCompanyOption(asked);
     } catch (const CLI::Success& help) {
         parser.exit(help, std::cout, std::cerr);
         return StatusDone;
@@ -142,6 +158,21 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
         return StatusWrongUse;
     }
     return std::nullopt;
+}
+
+ExitStatus StartAndRun(const CommandLine& asked, AppContext& app) {
+    if (!asked.ChangesNothing) {
+        const Done started = StartUp(app);
+        if (!started) {
+            ShowError(app, started.error());
+            return StatusFailed;
+        }
+    }
+    if (asked.CompanyId) {
+        const ExitStatus used = UseCompany(app, *asked.CompanyId, false);
+        if (used != StatusDone) return used;
+    }
+    return asked.Command(app);
 }
 
 ExitStatus Run(const CommandLine& asked) {
@@ -159,16 +190,7 @@ ExitStatus Run(const CommandLine& asked) {
         std::filesystem::absolute(PathFromUtf8(folder), error).lexically_normal();
     AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
 
-    const Done started = StartUp(app);
-    if (!started) {
-        ShowError(app, started.error());
-        return StatusFailed;
-    }
-    if (asked.CompanyId) {
-        const ExitStatus used = UseCompany(app, *asked.CompanyId, false);
-        if (used != StatusDone) return used;
-    }
-    const ExitStatus status = asked.Command(app);
+    const ExitStatus status = StartAndRun(asked, app);
     std::cout.flush();
     if (!std::cout) ShowError(app, {"Cannot write to the standard output."});
     return prompts.HasShownFailure() ? StatusFailed : status;

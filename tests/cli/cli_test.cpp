@@ -342,6 +342,65 @@ TEST_F(CliTest, ABackupSetThatIsThereIsToldAndGetsTheFilesAllTheSame) {
     EXPECT_EQ(Run({"backup"}).Status, 0);
 }
 
+TEST_F(CliTest, ACheckOfGoodFilesPrintsNothing) {
+    AddShop();
+    const ProgramRun run = Run({"check"});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_EQ(run.Output, "");
+    EXPECT_EQ(run.Errors, "");
+}
+
+TEST_F(CliTest, ACheckPrintsALineForEachFindingOfEveryCompanyAndEndsWithStatus4) {
+    AddShop();
+    Run({"add-company", "Beta", "Dock 2"});
+    const std::string usage = FileNamed("february.txt", "R-1|02|2005|1|lbs\r\n");
+    ASSERT_EQ(Run({"--company", "2", "import-materials", FileNamed("materials.txt", GoodMaterials)}).Status,
+              0);
+    ASSERT_EQ(Run({"--company", "2", "import-usage", usage}).Status, 0);
+    const auto before = FilesIn(Folder / "data");
+    const ProgramRun run = Run({"check"});
+    EXPECT_EQ(run.Status, 4);
+    EXPECT_EQ(run.Output,
+              "2_usage.talvor, record 1: its period \"02/2005\" is in no report; a month is written "
+              "as in 3/2005\n");
+    EXPECT_EQ(run.Errors, "");
+    EXPECT_EQ(FilesIn(Folder / "data"), before);
+}
+
+TEST_F(CliTest, ACheckCreatesNeitherFolderNorFile) {
+    const ProgramRun withoutFolder = Run({"check"});
+    EXPECT_EQ(withoutFolder.Status, 4);
+    EXPECT_EQ(withoutFolder.Output,
+              "data: the folder \"" + PathText(Folder / "data") + "\" does not exist\n");
+    EXPECT_FALSE(std::filesystem::exists(Folder / "data"));
+    std::filesystem::create_directory(Folder / "data");
+    const ProgramRun withoutTable = Run({"check"});
+    EXPECT_EQ(withoutTable.Status, 4);
+    EXPECT_EQ(withoutTable.Output, "hapcontents.talvor: it does not exist\n");
+    EXPECT_TRUE(std::filesystem::is_empty(Folder / "data"));
+}
+
+TEST_F(CliTest, ACheckOfAFileThatCannotBeReadEndsWithStatus1AndChecksTheRest) {
+    AddShop();
+    std::filesystem::remove(Folder / "data" / "1_materials.talvor");
+    std::filesystem::create_directory(Folder / "data" / "1_materials.talvor");
+    WriteContent(Folder / "data" / "1_additional.talvor", "MMA\r\n");
+    const ProgramRun run = Run({"check"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Output, "1_additional.talvor: it does not hold six names\n");
+    EXPECT_EQ(run.Errors, "Cannot open the file \"" + PathText(Folder / "data" / "1_materials.talvor") +
+                              "\": Is a directory.\n");
+}
+
+TEST_F(CliTest, ACheckIsNotStoppedByWhatIsRemembered) {
+    AddShop();
+    SetSettings("[COMPANY]\nDEFAULT=x\n");
+    const ProgramRun run = Run({"check"});
+    EXPECT_EQ(run.Status, 4);
+    EXPECT_EQ(run.Output, "settings: the remembered company \"x\" does not exist\n");
+    EXPECT_EQ(run.Errors, "");
+}
+
 TEST_F(CliTest, WrongUseIsSaidInOneLineAndEndsWithStatus2) {
     const std::vector<std::vector<std::string>> wrong = {
         {          },
@@ -354,7 +413,9 @@ TEST_F(CliTest, WrongUseIsSaidInOneLineAndEndsWithStatus2) {
         {                      "report",           "weighted-average"},
         {                      "report", "weighted-average", "--ending", "13/2005"},
         {          "report",    "weighted-average", "--ending", "2005"},
-        {"--nothing",     "companies"}
+        {"check",     "surplus"},
+        {                       "--company","1", "check"},
+        {                "--nothing",           "companies"}
     };
     for (const std::vector<std::string>& arguments : wrong) {
         const ProgramRun run = Run(arguments);
@@ -369,7 +430,7 @@ TEST_F(CliTest, WrongUseIsSaidInOneLineAndEndsWithStatus2) {
 TEST_F(CliTest, HelpAndVersionAreThereForEveryCommand) {
     for (const char* command :
          {"companies", "add-company", "select-company", "import-materials", "import-usage",
-          "export-materials", "export-usage", "report", "names", "backup"}) {
+          "export-materials", "export-usage", "report", "names", "backup", "check"}) {
         SCOPED_TRACE(command);
         const ProgramRun help = Plain({command, "--help"});
         EXPECT_EQ(help.Status, 0);

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "base/app_context.h"
+
+#include <functional>
+#include <set>
+#include <string>
+
+/// A look through the data files for what the program would silently leave out or count wrongly. It changes
+/// and creates nothing.
+
+/// Takes one finding: one line of UTF-8 text with the file, the record where there is one, and what is wrong.
+using FindingTaker = std::function<void(const std::string& line)>;
+
+/// Checks the shared files and those of every company that has files in the data folder, current or not. A
+/// deleted record is judged by its place in the file only, a live one by its content too. A file that cannot
+/// be read is shown (ShowError), and the rest is still checked.
+void CheckData(AppContext& app, const FindingTaker& take);
+
+/// The same for the files of these names in the data folder, without the remembered company.
+void CheckDataFiles(AppContext& app, const std::set<std::string>& names, const FindingTaker& take);

@@ -1,0 +1,57 @@
+#include "app/record_findings.h"
+
+#include "base/text.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr std::uint64_t MostSlots = std::numeric_limits<std::int16_t>::max();
+
+std::string Count(std::uint64_t number, std::string_view of) {
+    return std::to_string(number) + ' ' + std::string(of) + (number == 1 ? "" : "s");
+}
+
+} // namespace
+
+void FileFindings::CheckFinite(std::int16_t record, std::string_view name, double number) const {
+    if (!std::isfinite(number)) Add(record, std::string(name) + " is not a finite number");
+}
+
+void FileFindings::CheckNumber(std::int16_t record, std::int16_t identifier) const {
+    if (identifier != record)
+        Add(record, "its identifier is " + std::to_string(identifier) + ", not its number");
+}
+
+std::string Quoted(std::string_view codePageText) {
+    std::string shown(Trim(codePageText));
+    for (char& character : shown)
+        if (static_cast<unsigned char>(character) < ' ' || character == '\x7F') character = '?';
+    return '"' + Utf8FromCodePage(shown) + '"';
+}
+
+Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
+                        const FileFindings& findings) {
+    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Read);
+    if (!file) return file.error();
+    const Result<std::uint64_t> length = (*file)->Length();
+    if (!length) return length.error();
+
+    const std::uint64_t whole = *length / slotLength;
+    const std::uint64_t rest = *length % slotLength;
+    // As the count of the slots is rounded: to the nearest number, halves to even.
+    const bool isRestCounted = 2 * rest > slotLength || (2 * rest == slotLength && whole % 2 == 1);
+    const std::uint64_t slots = whole + (isRestCounted ? 1 : 0);
+    if (slots > MostSlots) {
+        findings.Add("it has " + std::to_string(slots) +
+                     " records and cannot be worked with: 32767 is the most that a data file can hold");
+        return false;
+    }
+    if (isRestCounted)
+        findings.Add(static_cast<std::int16_t>(slots),
+                     "it is short, with " + std::to_string(rest) + " of " + Count(slotLength, "byte"));
+    if (rest > 0 && !isRestCounted)
+        findings.Add(Count(rest, "surplus byte") + " after " + Count(whole, "record"));
+    return true;
+}

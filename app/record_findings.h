@@ -1,0 +1,56 @@
+#pragma once
+
+#include "app/data_check.h"
+#include "store/record_file.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+/// What the checks of the data files share.
+
+/// The findings in one file.
+class FileFindings {
+public:
+    FileFindings(std::string file, const FindingTaker& take) : m_file(std::move(file)), m_take(take) {}
+
+    void Add(std::string_view what) const { m_take(m_file + ": " + std::string(what)); }
+    void Add(std::int16_t record, std::string_view what) const {
+        m_take(m_file + ", record " + std::to_string(record) + ": " + std::string(what));
+    }
+    /// A finding when the number is not finite. `name` is as in "the density".
+    void CheckFinite(std::int16_t record, std::string_view name, double number) const;
+    void CheckNumber(std::int16_t record, std::int16_t identifier) const;
+
+private:
+    std::string m_file;
+    const FindingTaker& m_take;
+};
+
+/// Record text in quotes for a finding: UTF-8, trimmed, in one line.
+std::string Quoted(std::string_view codePageText);
+
+/// What there is to know of a file's slots before one is read: adds the findings about its length. False when
+/// it has too many slots to work with.
+Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
+                        const FileFindings& findings);
+
+/// Calls `visit` with the number and the record of every slot of a file that exists, after the findings about
+/// its length. False when it has too many slots to work with.
+template <class Record, class Visitor>
+Result<bool> VisitCheckedSlots(FileAccess& files, const std::filesystem::path& path,
+                               const RecordLayout<Record>& layout, const FileFindings& findings,
+                               Visitor visit) {
+    const Result<bool> isUsable = CheckSlots(files, path, layout.SlotLength(), findings);
+    if (!isUsable || !*isUsable) return isUsable;
+    Result<RecordFile> file = RecordFile::OpenExisting(files, path, layout.SlotLength());
+    if (!file) return file.error();
+    Record record;
+    const Done read = file->ForEachSlot([&](std::int16_t number, std::string_view slot) {
+        Unpack(layout, slot, record);
+        visit(number, record);
+        return true;
+    });
+    if (!read) return read.error();
+    return true;
+}

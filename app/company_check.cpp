@@ -31,7 +31,7 @@ void CheckNumbers(const FileFindings& findings, std::int16_t record, const Mater
     findings.CheckFinite(record, "the HAP content", material.HapContent);
     findings.CheckFinite(record, "the emission factor", material.EmissionFactor);
     for (std::size_t index = 0; index < PollutantContents.size(); ++index) {
-        const std::string pollutant = " of additional pollutant " + std::to_string(index + 1);
+        const std::string pollutant = " of pollutant " + std::to_string(index + 1);
         findings.CheckFinite(record, "the content" + pollutant, material.*PollutantContents[index]);
         findings.CheckFinite(record, "the emission factor" + pollutant, material.*PollutantFactors[index]);
     }

@@ -153,7 +153,7 @@ TEST_F(DataCheckTest, SurplusBytesAreAFindingOfEveryKindOfFile) {
 }
 
 TEST_F(DataCheckTest, AFileOfTooManySlotsIsOneFinding) {
-    WriteContent(DataFile("1_usage.talvor"), std::string(32768 * 32, 'x'));
+    WriteContent(DataFile("1_usage.talvor"), std::string(std::size_t{32768} * 32, 'x'));
     EXPECT_EQ(Check(),
               Lines{"1_usage.talvor: it has 32768 records and cannot be worked with: 32767 is the most "
                     "that a data file can hold"});
@@ -287,9 +287,8 @@ TEST_F(DataCheckTest, EveryValueThatIsNotFiniteIsAFinding) {
                "1_materials.talvor, record 1: the density is not a finite number",
                "1_materials.talvor, record 1: the HAP content is not a finite number",
                "1_materials.talvor, record 1: the emission factor is not a finite number",
-               "1_materials.talvor, record 1: the content of additional pollutant 1 is not a finite number",
-               "1_materials.talvor, record 1: the emission factor of additional pollutant 6 is not a finite "
-               "number",
+               "1_materials.talvor, record 1: the content of pollutant 1 is not a finite number",
+               "1_materials.talvor, record 1: the emission factor of pollutant 6 is not a finite number",
                "1_materials.talvor, record 1: the filler is not a finite number",
                "1_usage.talvor, record 1: the quantity is not a finite number"}));
 }

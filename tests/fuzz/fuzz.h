@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+/// What the fuzz targets share.
+
+/// Called by the fuzzer with each input.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+/// Stops the target, which keeps the input, where something that always holds does not.
+inline void Must(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "This does not hold: %s\n", what);
+    std::abort();
+}

@@ -1,0 +1,92 @@
+#include "materials/material_record.h"
+#include "store/companies.h"
+#include "store/material_types.h"
+#include "tests/fuzz/data_files.h"
+#include "transfer/transfer.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+// Makes below the folder that it is called with a folder of seeds for each fuzz target, from samples/.
+
+namespace {
+
+std::string Sample(const std::string& name) {
+    std::ifstream file(MACT_SOURCE_FOLDER "/samples/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// The first lines, each with its end.
+std::string Head(const std::string& text, int lines) {
+    std::size_t end = 0;
+    for (int line = 0; line < lines && end < text.size(); ++line)
+        end = std::min(text.find('\n', end), text.size() - 1) + 1;
+    return text.substr(0, end);
+}
+
+class Seeds {
+public:
+    explicit Seeds(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+
+    void Add(const std::string& target, const std::string& content) {
+        std::filesystem::create_directories(m_folder / target);
+        std::ofstream file(m_folder / target / ("seed_" + std::to_string(++m_count)), std::ios::binary);
+        file << content;
+        m_hasFailed |= content.empty() || !file.flush();
+    }
+    bool HasFailed() const { return m_hasFailed; }
+
+private:
+    std::filesystem::path m_folder;
+    int m_count = 0;
+    bool m_hasFailed = false;
+};
+
+/// The data files of a shop with as many lines of the samples.
+DataFiles Shop(int materials, int usage) {
+    MemoryProgram program;
+    int processed = 0;
+    int errors = 0;
+    static_cast<void>(CreateDefaultHapContents(program.App));
+    SaveCompany(program.App, "Acme", "Dock 1");
+    program.File("materials.txt") = Head(Sample("materials.txt"), materials);
+    ImportMaterialFile(program.App, "materials.txt", processed, errors);
+    program.File("usage.txt") = Head(Sample("usage.txt"), usage);
+    ImportUsageFile(program.App, "usage.txt", processed, errors);
+    return {.HapContents = program.File(HapContentsFile(program.App)),
+            .Companies = program.File(CompaniesFile(program.App)),
+            .Materials = program.File(MaterialsFile(program.App)),
+            .Names = "MMA|Styrene|-|-|-|-\r\n",
+            .Usage = program.File(UsageFile(program.App))};
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    if (argc != 2) return 2;
+    Seeds seeds(argv[1]);
+    for (const char* number : {"120.5", "-1E-05", " 0.35 ", "1e308", "123456789012345", ".5e+1", "99999999"})
+        seeds.Add("fuzz_numbers", number);
+    for (const char* names : {"MMA|Styrene|-|-|-|-\r\n", "\"-|-|-|-|-|-\"\r\n",
+                              "1,3-Butadiene|MMA|-|-|-|-\r\n", "\"a\" b, c\r\n\r\n", " x ,\n"})
+        seeds.Add("fuzz_names", names);
+    for (const int lines : {1, 3, 100}) {
+        seeds.Add("fuzz_material_import", Head(Sample("materials.txt"), lines));
+        seeds.Add("fuzz_material_import", Head(Sample("materials_with_errors.txt"), lines));
+        seeds.Add("fuzz_usage_import", Head(Sample("usage.txt"), lines));
+        seeds.Add("fuzz_usage_import", Head(Sample("usage_with_errors.txt"), lines));
+    }
+    for (const int lines : {1, 2, 4}) {
+        DataFiles files = Shop(lines, 3 * lines);
+        for (const char* target : {"fuzz_record_files", "fuzz_check"}) {
+            seeds.Add(target, InputOf(files));
+            DataFiles cut = files;
+            cut.HapContents.resize(232U * static_cast<unsigned>(lines));
+            cut.Usage.resize(cut.Usage.size() - 10);
+            seeds.Add(target, InputOf(cut));
+        }
+    }
+    if (seeds.HasFailed()) std::cerr << "fuzz_seeds: a seed is missing\n";
+    return seeds.HasFailed() ? 1 : 0;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "store/data_folder.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/scripted_services.h"
+
+/// A whole program whose files are in memory, with scripted services. Company 1 is current, and there is no
+/// file yet.
+class MemoryProgram {
+public:
+    ScriptedPrompts Prompts;
+    ScriptedSettings Settings;
+    ScriptedPrograms Programs;
+    ScriptedDialogs Dialogs;
+    ScriptedClock Calendar;
+    MemoryFiles Files;
+    /// The folder must not exist: some questions are asked of the real file system.
+    AppContext App{Prompts, Settings, Programs, Dialogs, Calendar, Files, "no such folder/program", 1};
+
+    std::string& File(const std::filesystem::path& path) { return Files[path]; }
+};

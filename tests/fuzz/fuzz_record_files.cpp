@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "materials/material_store.h"
 #include "reports/reports.h"
 #include "store/companies.h"
@@ -48,7 +49,8 @@ void ListUsage(AppContext& app) {
     if (usage.empty()) return;
     const PeriodPieces pieces = SplitPeriod(usage.front().Period);
     std::vector<UsageRecord> found;
-    Must(FindUsage(app, {.Periods = usage.front().Period, .Year = std::string(pieces.Year)}, found),
+    const std::string period(Trim(usage.front().Period));
+    Must(FindUsage(app, {.Periods = period, .Year = std::string(pieces.Year)}, found),
          "usage is found by what it holds");
     FindUsage(app, {.MaterialText = "GC-110", .Month = "3", .OneRecordPerMaterial = true}, found);
 }

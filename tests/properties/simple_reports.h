@@ -1,0 +1,33 @@
+#pragma once
+
+#include "materials/material_record.h"
+#include "store/material_types.h"
+#include "usage/usage_record.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+/// The five reports once more, as a plain and slow calculation that shares nothing with the program's but the
+/// records: what stands in the cells of each page.
+
+/// The files of a company, every record of them.
+struct ShopFiles {
+    std::vector<HapContentRecord> Types{};
+    std::vector<MaterialRecord> Materials{};
+    std::vector<UsageRecord> Usage{};
+    std::array<std::string, 6> Names{};
+};
+
+using Rows = std::vector<std::vector<std::string>>;
+
+/// The rows below the header row; `months` are those of the report, as in 3/2005.
+Rows CompliantRows(const ShopFiles& shop);
+Rows CompliantRows(const ShopFiles& shop, const std::vector<std::string>& months);
+Rows WeightedAverageRows(const ShopFiles& shop, const std::vector<std::string>& months);
+Rows EmissionAverageRows(const ShopFiles& shop, const std::vector<std::string>& months);
+Rows AdditionalUsageRows(const ShopFiles& shop, const std::vector<std::string>& months);
+Rows AdditionalEmissionRows(const ShopFiles& shop, const std::vector<std::string>& months);
+
+/// The rows of a page below its header row, the cells without their tags.
+Rows RowsOfPage(const std::string& page);

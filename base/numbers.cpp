@@ -66,6 +66,7 @@ bool IsTooSmall(const NumberParts& parts) {
     std::int64_t exponent = 0;
     const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
     if (read.ec != std::errc{}) return isNegative;
+    exponent = std::min(exponent, std::numeric_limits<std::int64_t>::max() / 2); // the sum has to fit too
     return (isNegative ? power - exponent : power + exponent) < 0;
 }
 

@@ -85,6 +85,16 @@ INSTANTIATE_TEST_SUITE_P(Numbers, NotNumericTest,
                                          "\xA0"
                                          "1"));
 
+// Exponents at the end of what 64 bits hold, to which the place of the first digit is added.
+TEST(ParseNumberLimits, ADigitBeforeTheLargestExponentIsStillTooLarge) {
+    EXPECT_EQ(ParseNumber("1e9223372036854775807"), std::nullopt);
+    EXPECT_EQ(ParseNumber("100e9223372036854775807"), std::nullopt);
+}
+TEST(ParseNumberLimits, AZeroBeforeTheSmallestExponentIsStillZero) {
+    EXPECT_EQ(ParseNumber("1e-9223372036854775807"), 0);
+    EXPECT_EQ(ParseNumber("0.00001e-9223372036854775807"), 0);
+}
+
 TEST(ParseInt16Test, RoundsHalvesToEven) {
     EXPECT_EQ(ParseInt16("2.5"), 2);
     EXPECT_EQ(ParseInt16("3.5"), 4);

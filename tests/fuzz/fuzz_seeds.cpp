@@ -66,7 +66,8 @@ DataFiles Shop(int materials, int usage) {
 int main(int argc, char* argv[]) {
     if (argc != 2) return 2;
     Seeds seeds(argv[1]);
-    for (const char* number : {"120.5", "-1E-05", " 0.35 ", "1e308", "123456789012345", ".5e+1", "99999999"})
+    for (const char* number : {"120.5", "-1E-05", " 0.35 ", "1e308", "123456789012345", ".5e+1", "99999999",
+                               "100e9223372036854775807"})
         seeds.Add("fuzz_numbers", number);
     for (const char* names : {"MMA|Styrene|-|-|-|-\r\n", "\"-|-|-|-|-|-\"\r\n",
                               "1,3-Butadiene|MMA|-|-|-|-\r\n", "\"a\" b, c\r\n\r\n", " x ,\n"})

@@ -83,7 +83,7 @@ int main(int argc, char* argv[]) {
         for (const char* target : {"fuzz_record_files", "fuzz_check"}) {
             seeds.Add(target, InputOf(files));
             DataFiles cut = files;
-            cut.HapContents.resize(232U * static_cast<unsigned>(lines));
+            cut.HapContents.resize(HapContentLayout.SlotLength() * static_cast<std::size_t>(lines));
             cut.Usage.resize(cut.Usage.size() - 10);
             seeds.Add(target, InputOf(cut));
         }

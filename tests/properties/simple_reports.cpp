@@ -184,10 +184,9 @@ Rows EmissionAverageRows(const ShopFiles& shop, const std::vector<std::string>& 
                 const double amount = pounds > 0 ? Rounded(pounds / 2.2046 / 1000, 100) : 0;
                 groupAmount += amount;
                 groupEmission += pointValue * amount;
-                std::string id = material.CustomId;
-                id.resize(100, ' ');
-                rows.push_back({method + " (Material ID:" + id + ")", Number(material.HapContent),
-                                Number(pointValue), Number(amount),
+                std::string label = method + " (Material ID:" + material.CustomId;
+                label.resize(label.size() + 100 - material.CustomId.size(), ' ');
+                rows.push_back({label + ")", Number(material.HapContent), Number(pointValue), Number(amount),
                                 Number(Rounded(pointValue * amount, 100))});
             }
             if (groupAmount != 0) {

@@ -50,17 +50,18 @@ std::vector<MaterialRecord> Materials(RandomData& data) {
     return materials;
 }
 
-/// In and around the months of the reports.
+/// In and around the months of the reports; in some shops so little that every rounding shows.
 std::vector<UsageRecord> Usage(RandomData& data) {
     std::vector<UsageRecord> usage(static_cast<std::size_t>(data.Int(0, 40)));
+    const bool isLittle = data.OneIn(3);
     std::int16_t number = 0;
     for (UsageRecord& record : usage)
         record = {.UsageId = ++number,
                   .MaterialId = data.Int16(1, 12),
                   .Period = (data.OneIn(8) ? "0" : "") + std::to_string(data.Int(1, 12)) + "/" +
                             std::to_string(data.Int(2004, 2006)),
-                  .Quantity = data.Number(data.OneIn(5) ? -200 : 0, 900),
-                  .Unit = data.Int16(1, 2),
+                  .Quantity = isLittle ? data.Number(0, 1) / 10 : data.Number(data.OneIn(5) ? -200 : 0, 900),
+                  .Unit = isLittle ? UnitLbs : data.Int16(1, 2),
                   .Active = !data.OneIn(5)};
     return usage;
 }

@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -10,15 +11,6 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-namespace {
-
-void Limit(int resource, rlim_t most) {
-    const rlimit limit{most, most};
-    static_cast<void>(::setrlimit(static_cast<__rlimit_resource>(resource), &limit));
-}
-
-} // namespace
 
 StartSignal::StartSignal() {
     if (::pipe2(m_pipe, O_CLOEXEC) != 0) std::abort();
@@ -55,8 +47,10 @@ ChildProgram::ChildProgram(const ChildStart& start) {
     ::dup2(m_errors, STDERR_FILENO);
     ::dup2(::open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
     if (start.LongestFile) {
-        Limit(RLIMIT_CORE, 0);
-        Limit(RLIMIT_FSIZE, *start.LongestFile);
+        const rlimit none{0, 0};
+        ::setrlimit(RLIMIT_CORE, &none);
+        const rlimit longest{*start.LongestFile, *start.LongestFile};
+        ::setrlimit(RLIMIT_FSIZE, &longest);
     }
     if (start.Signal) {
         ::close(start.Signal->m_pipe[1]);

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <cmath>
+#include <cstdlib>
+#include <map>
 #include <random>
 #include <thread>
 

@@ -70,7 +70,8 @@ std::string ProgramFolder::UsageToImport(int year, int count) const {
 std::string MaterialSlots(const std::string& name, int count, int first) {
     std::string slots;
     for (int number = 1; number <= count; ++number) {
-        std::string slot = Bytes(static_cast<std::uint64_t>(first + number - 1), 2);
+        std::string slot =
+            Bytes(static_cast<std::uint64_t>(first) + static_cast<std::uint64_t>(number) - 1, 2);
         slot +=
             Padded(MaterialName(name, number), 100) + Padded("Production resin", 100) + Padded("Spray", 100);
         slot += Bytes(9.5) + Bytes(28) + Bytes(0.0) + Padded("", 255) + Padded("a resin", 100) + Hex("FF FF");
@@ -85,7 +86,8 @@ std::string MaterialSlots(const std::string& name, int count, int first) {
 std::string UsageSlots(int year, int count, int first) {
     std::string slots;
     for (int number = 0; number < count; ++number) {
-        std::string slot = Bytes(static_cast<std::uint64_t>(first + number), 2) + Bytes(1, 2);
+        std::string slot =
+            Bytes(static_cast<std::uint64_t>(first) + static_cast<std::uint64_t>(number), 2) + Bytes(1, 2);
         slot += Padded(std::to_string(number % 12 + 1) + "/" + std::to_string(year + number / 12), 7);
         slot += Bytes(static_cast<double>(number)) + Bytes(2, 2) + Hex("FF FF");
         slot.resize(32, '\0');

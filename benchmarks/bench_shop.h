@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tests/support/scripted_services.h"
+
+#include "app/os_files.h"
+#include "base/app_context.h"
+
+#include <filesystem>
+
+/// A made-up shop of a chosen size, the same in every run: as many materials as usage records, one record for
+/// each material, in one of the 24 months up to 12/2005.
+
+inline constexpr int MostRecords = 32767; ///< what a data file can hold
+inline constexpr const char* LastMonth = "12/2005";
+
+/// A program in `folder`, with the company current and its files made.
+class BenchShop {
+public:
+    /// Makes what is not there yet; stops the process where that fails.
+    BenchShop(std::filesystem::path folder, int records);
+
+    std::filesystem::path MaterialLines() const { return m_app.ProgramFolder / "materials.txt"; }
+    std::filesystem::path UsageLines() const { return m_app.ProgramFolder / "usage.txt"; }
+    AppContext& App() { return m_app; }
+    int Records() const { return m_records; }
+    /// Stops the process when a message was shown that tells of a failure.
+    void CheckNothingFailed() const;
+
+private:
+    void MakeFiles();
+
+    ScriptedPrompts m_prompts;
+    ScriptedSettings m_settings;
+    ScriptedPrograms m_programs;
+    ScriptedDialogs m_dialogs;
+    ScriptedClock m_calendar;
+    OsFiles m_files;
+    int m_records;
+    AppContext m_app;
+};

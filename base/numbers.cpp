@@ -75,6 +75,22 @@ bool IsAllZeros(const NumberParts& parts) {
            parts.FractionDigits.find_first_not_of('0') == std::string_view::npos;
 }
 
+/// 1250 is 12.5.
+std::string HundredthsText(std::int64_t hundredths) {
+    const std::int64_t whole = std::abs(hundredths) / 100;
+    const auto rest = static_cast<int>(std::abs(hundredths) % 100);
+    std::array<char, 24> buffer{};
+    char* end = buffer.data();
+    if (hundredths < 0) *end++ = '-';
+    end = std::to_chars(end, buffer.data() + buffer.size(), whole).ptr;
+    if (rest != 0) {
+        *end++ = '.';
+        *end++ = static_cast<char>('0' + rest / 10);
+        if (rest % 10 != 0) *end++ = static_cast<char>('0' + rest % 10);
+    }
+    return {buffer.data(), end};
+}
+
 } // namespace
 
 std::optional<double> ParseNumber(std::string_view text) {
@@ -111,6 +127,12 @@ std::optional<std::int16_t> ParseInt16(std::string_view text) {
 
 std::string NumberText(double number) {
     if (number == 0) return "0";
+    // Most numbers are whole or have two decimals, and are written many times faster as whole numbers. A
+    // double that is nearest to a decimal of at most 15 digits shows that decimal when it is rounded to 15
+    // digits.
+    const double hundredths = std::nearbyint(number * 100);
+    if (std::abs(hundredths) < 1e15 && hundredths / 100 == number)
+        return HundredthsText(static_cast<std::int64_t>(hundredths));
     std::array<char, 32> buffer{};
     const auto written =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 15);

@@ -26,6 +26,11 @@ std::string ComparisonKey(std::string_view codePageText);
 /// The pieces between the separators; a text without one is one piece, the empty text too.
 std::vector<std::string_view> Split(std::string_view text, char separator);
 
+/// Appends texts to a text that grows to many pages: no text of its own for each piece.
+template <class... Pieces> void AppendAll(std::string& text, const Pieces&... pieces) {
+    (text.append(std::string_view(pieces)), ...);
+}
+
 std::string Utf8FromCodePage(std::string_view codePageText);
 
 /// A character that the code page lacks, and every byte of malformed UTF-8, becomes "?".

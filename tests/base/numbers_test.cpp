@@ -1,7 +1,11 @@
 #include "base/numbers.h"
 
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdio>
 #include <limits>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -37,6 +41,23 @@ TEST_P(NumberTextTest, IsTheGeneralDecimalText) {
 }
 INSTANTIATE_TEST_SUITE_P(Numbers, NumberTextTest, testing::ValuesIn(NumberTextCases),
                          [](const auto& given) { return given.param.Name; });
+
+TEST(NumberTexts, AreWhatPrintfWrites) {
+    std::mt19937_64 random(15); // always the same numbers
+    for (int round = 0; round < 200000; ++round) {
+        const auto bits = random();
+        const double anyNumber = std::bit_cast<double>(bits);
+        const double wholeNumber = static_cast<double>(static_cast<std::int64_t>(bits) >> (bits % 64));
+        const double withinRange = std::isfinite(anyNumber) && anyNumber != 0 ? anyNumber : 1;
+        const std::array numbers{withinRange, wholeNumber + 1, wholeNumber / 100 + 0.01,
+                                 std::nextafter(wholeNumber / 100 + 0.01, 0)};
+        for (const double number : numbers) {
+            std::array<char, 40> expected{};
+            std::snprintf(expected.data(), expected.size(), "%.15G", number == 0 ? 0 : number);
+            ASSERT_EQ(NumberText(number), expected.data());
+        }
+    }
+}
 
 struct ParseCase {
     const char* Name;

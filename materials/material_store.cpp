@@ -8,6 +8,13 @@
 
 namespace {
 
+std::int16_t IdOf(std::string_view slot) {
+    return Peek<MaterialLayout, &MaterialRecord::MaterialId>(slot);
+}
+bool IsLive(std::string_view slot) {
+    return Peek<MaterialLayout, &MaterialRecord::Active>(slot);
+}
+
 /// A filter with its texts made ready for comparing.
 class MaterialTest {
 public:
@@ -15,20 +22,23 @@ public:
         : m_filter(filter), m_customId(Key(filter.CustomId)), m_materialType(Key(filter.MaterialType)),
           m_applicationMethod(Key(filter.ApplicationMethod)) {}
 
-    bool Passes(const MaterialRecord& material) const {
-        if (m_filter.MaterialId && material.MaterialId != *m_filter.MaterialId) return false;
-        if (!Equals(m_customId, material.CustomId)) return false;
-        if (!Equals(m_materialType, material.MaterialType)) return false;
-        if (!Equals(m_applicationMethod, material.ApplicationMethod)) return false;
-        return material.Active == m_filter.Active;
+    bool Passes(std::string_view slot) const {
+        if (m_filter.MaterialId && IdOf(slot) != *m_filter.MaterialId) return false;
+        if (m_customId && !Equals<&MaterialRecord::CustomId>(slot, *m_customId)) return false;
+        if (m_materialType && !Equals<&MaterialRecord::MaterialType>(slot, *m_materialType)) return false;
+        if (m_applicationMethod && !Equals<&MaterialRecord::ApplicationMethod>(slot, *m_applicationMethod))
+            return false;
+        return IsLive(slot) == m_filter.Active;
     }
+    /// Whether many records can pass.
+    bool IsWide() const { return !m_filter.MaterialId && !m_filter.CustomId; }
 
 private:
     static std::optional<std::string> Key(const std::optional<std::string>& text) {
         return text ? std::optional(ComparisonKey(*text)) : std::nullopt;
     }
-    static bool Equals(const std::optional<std::string>& key, const std::string& field) {
-        return !key || EqualsIgnoringCase(*key, Trim(field));
+    template <auto Member> static bool Equals(std::string_view slot, const std::string& key) {
+        return EqualsIgnoringCase(key, Trim(Peek<MaterialLayout, Member>(slot)));
     }
 
     const MaterialFilter& m_filter;
@@ -37,6 +47,9 @@ private:
     std::optional<std::string> m_applicationMethod;
 };
 
+Result<RecordFile> OpenToRead(AppContext& app) {
+    return RecordFile::OpenForReading(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
+}
 Result<RecordFile> OpenToWrite(AppContext& app) {
     return RecordFile::OpenForWriting(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
 }
@@ -89,26 +102,43 @@ Result<bool> MarkAsDeleted(AppContext& app, std::int16_t materialId) {
 } // namespace
 
 Done VisitMaterials(AppContext& app, const std::function<void(const MaterialRecord&)>& visit) {
-    Result<RecordFile> file =
-        RecordFile::OpenForReading(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
+    Result<RecordFile> file = OpenToRead(app);
     if (!file) return file.error();
-    return ForEachRecord(*file, MaterialLayout, visit);
+    return ForEachRecord<MaterialLayout>(*file, visit);
 }
 
 Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const MaterialFilter& filter) {
+    Result<RecordFile> file = OpenToRead(app);
+    if (!file) return file.error();
     std::vector<MaterialRecord> found;
     const MaterialTest test(filter);
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (test.Passes(material)) found.push_back(material);
-    });
+    if (test.IsWide()) found.reserve(static_cast<std::size_t>(file->Count()));
+    const auto passes = [&](std::string_view slot) { return test.Passes(slot); };
+    const Done read = AppendRecords<MaterialLayout>(*file, passes, found);
     if (!read) return read.error();
     return found;
 }
 
+std::optional<std::string_view> MaterialTextMap::Of(std::int16_t materialId) const {
+    const Piece& piece = m_pieces[static_cast<std::uint16_t>(materialId)];
+    if (!piece.IsKnown) return std::nullopt;
+    return std::string_view(m_text).substr(piece.Start, piece.Length);
+}
+
+void MaterialTextMap::Add(std::int16_t materialId, std::string_view text) {
+    Piece& piece = m_pieces[static_cast<std::uint16_t>(materialId)];
+    if (piece.IsKnown) return;
+    piece = {static_cast<std::uint32_t>(m_text.size()), static_cast<std::uint8_t>(text.size()), true};
+    m_text += text;
+}
+
 Result<MaterialTextMap> ReadMaterialTexts(AppContext& app) {
+    Result<RecordFile> file = OpenToRead(app);
+    if (!file) return file.error();
     MaterialTextMap texts;
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (material.Active) texts.try_emplace(material.MaterialId, Trim(material.CustomId));
+    const Done read = file->ForEachSlot([&](std::int16_t, std::string_view slot) {
+        if (IsLive(slot)) texts.Add(IdOf(slot), Trim(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot)));
+        return true;
     });
     if (!read) return read.error();
     return texts;
@@ -148,7 +178,9 @@ Failed DeleteMaterial(AppContext& app, std::int16_t materialId, const MaterialIs
 }
 
 std::string MaterialListText(const MaterialRecord& material) {
-    std::string line(Trim(material.CustomId));
+    std::string line;
+    line.reserve(material.CustomId.size() + 3 + material.Description.size());
+    line += Trim(material.CustomId);
     line += " - ";
     line += Trim(material.Description);
     // Two numbers on purpose: cut beyond 50 characters, to the first 35.
@@ -158,6 +190,7 @@ std::string MaterialListText(const MaterialRecord& material) {
 
 void FillMaterialList(ListLines& list, const std::vector<MaterialRecord>& records, bool withDescription) {
     list.clear();
+    list.reserve(records.size());
     for (const MaterialRecord& material : records) {
         if (!material.Active) continue;
         list.push_back({withDescription ? MaterialListText(material) : std::string(Trim(material.CustomId)),

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 /// The materials of the current company, in data/<company>_materials.talvor.
@@ -36,8 +36,24 @@ Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const Materia
 Done VisitMaterials(AppContext& app, const std::function<void(const MaterialRecord&)>& visit);
 
 /// The Material ID, trimmed, of each live material by its number: what other records show of a material.
+class MaterialTextMap {
+public:
+    /// Empty where there is no such material. The view lasts as long as this.
+    std::optional<std::string_view> Of(std::int16_t materialId) const;
+    /// The first text of a number stays.
+    void Add(std::int16_t materialId, std::string_view text);
+
+private:
+    struct Piece {
+        std::uint32_t Start = 0;
+        std::uint8_t Length = 0; ///< at most 100 as stored
+        bool IsKnown = false;
+    };
+    // All texts in one, and a place for every number there can be: no memory of its own for each material.
+    std::string m_text;
+    std::vector<Piece> m_pieces = std::vector<Piece>(std::size_t{1} << 16);
+};
 /// Shows nothing.
-using MaterialTextMap = std::unordered_map<std::int16_t, std::string>;
 Result<MaterialTextMap> ReadMaterialTexts(AppContext& app);
 
 /// What a material is saved from.

@@ -26,7 +26,7 @@ Result<std::vector<CompanyRecord>> ReadCompanies(AppContext& app, const CompanyF
         RecordFile::OpenForReading(app.Files, CompaniesFile(app), CompanyLayout.SlotLength());
     if (!file) return file.error();
     std::vector<CompanyRecord> found;
-    const Done read = ForEachRecord(*file, CompanyLayout, [&](const CompanyRecord& company) {
+    const Done read = ForEachRecord<CompanyLayout>(*file, [&](const CompanyRecord& company) {
         if (Passes(filter, company)) found.push_back(company);
     });
     if (!read) return read.error();

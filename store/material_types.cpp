@@ -100,6 +100,19 @@ std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
     return isDistinct ? distinct.Names : all;
 }
 
+/// No two pairs have the same joined text: it ends with the length of the first.
+void JoinPair(std::string_view left, std::string_view right, std::string& joined) {
+    joined.assign(left);
+    joined += right;
+    joined += '|';
+    joined += std::to_string(left.size());
+}
+std::string JoinedKey(std::string_view left, std::string_view right) {
+    std::string joined;
+    JoinPair(left, right, joined);
+    return joined;
+}
+
 } // namespace
 
 Done CreateDefaultHapContents(AppContext& app) {
@@ -122,7 +135,7 @@ Result<std::vector<HapContentRecord>> ReadHapContents(AppContext& app, const Hap
         RecordFile::OpenForReading(app.Files, HapContentsFile(app), HapContentLayout.SlotLength());
     if (!file) return file.error();
     std::vector<HapContentRecord> found;
-    const Done read = ForEachRecord(*file, HapContentLayout, [&](const HapContentRecord& row) {
+    const Done read = ForEachRecord<HapContentLayout>(*file, [&](const HapContentRecord& row) {
         if (Passes(filter, row)) found.push_back(row);
     });
     if (!read) return read.error();
@@ -152,6 +165,23 @@ void GetApplicationMethods(AppContext& app, std::vector<std::string>& methods, b
     std::vector<HapContentRecord> rows;
     FindHapContents(app, {.MaterialType = materialType}, rows);
     methods = ListNames(rows, &HapContentRecord::ApplicationMethod, isDistinct);
+}
+
+std::size_t TypeMethodPairs::Add(std::string_view materialType, std::string_view applicationMethod) {
+    if (const auto known = Find(materialType, applicationMethod)) return *known;
+    m_numbers.emplace(JoinedKey(ComparisonKey(materialType), ComparisonKey(applicationMethod)), m_count);
+    return m_count++;
+}
+
+std::optional<std::size_t> TypeMethodPairs::Find(std::string_view materialType,
+                                                 std::string_view applicationMethod) const {
+    JoinPair(materialType, applicationMethod, m_spelling);
+    const auto asWritten = m_numbers.find(m_spelling);
+    if (asWritten != m_numbers.end()) return asWritten->second;
+    const auto asCompared =
+        m_numbers.find(JoinedKey(ComparisonKey(materialType), ComparisonKey(applicationMethod)));
+    if (asCompared == m_numbers.end()) return std::nullopt;
+    return m_numbers.emplace(m_spelling, asCompared->second).first->second;
 }
 
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows) {

@@ -5,6 +5,8 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 /// The material-type table that all companies share, in data/hapcontents.talvor: for each material type and
@@ -51,6 +53,22 @@ bool FindHapContents(AppContext& app, const HapContentFilter& filter, std::vecto
 void GetMaterialTypes(AppContext& app, std::vector<std::string>& names, bool isDistinct);
 void GetApplicationMethods(AppContext& app, std::vector<std::string>& methods, bool isDistinct,
                            const std::optional<std::string>& materialType = {});
+
+/// Numbers pairs of type and method from 0, in the order in which they are added. Pairs that differ in letter
+/// case alone, or in the blanks around them, are one.
+class TypeMethodPairs {
+public:
+    std::size_t Add(std::string_view materialType, std::string_view applicationMethod);
+    /// Empty for a pair that was not added.
+    std::optional<std::size_t> Find(std::string_view materialType, std::string_view applicationMethod) const;
+
+private:
+    // By the texts as they are compared, and as they were asked for: thousands of records repeat a few
+    // spellings.
+    mutable std::unordered_map<std::string, std::size_t> m_numbers;
+    mutable std::string m_spelling; ///< keeps its memory
+    std::size_t m_count = 0;
+};
 
 /// The distinct listing of rows that are already read.
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows);

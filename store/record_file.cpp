@@ -58,22 +58,15 @@ Result<RecordFile> RecordFile::OpenForWriting(FileAccess& files, const std::file
     return Open(files, path, slotLength, OpenMode::Update);
 }
 
-Done RecordFile::ForEachSlot(const std::function<bool(std::int16_t, std::string_view)>& visit) {
+Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::string& chunk) {
     constexpr std::size_t chunkLength = std::size_t{1} << 18;
-    const std::size_t slotsPerChunk = std::max<std::size_t>(1, chunkLength / m_slotLength);
-    std::string chunk;
-    for (std::size_t first = 0; first < static_cast<std::size_t>(m_count); first += slotsPerChunk) {
-        const std::size_t slots = std::min(slotsPerChunk, static_cast<std::size_t>(m_count) - first);
-        chunk.resize(slots * m_slotLength);
-        const Result<std::size_t> count = m_file->ReadAt(std::uint64_t{first} * m_slotLength, chunk);
-        if (!count) return count.error();
-        std::fill(chunk.begin() + static_cast<std::ptrdiff_t>(*count), chunk.end(), '\0');
-        for (std::size_t slot = 0; slot < slots; ++slot) {
-            const std::string_view bytes = std::string_view(chunk).substr(slot * m_slotLength, m_slotLength);
-            if (!visit(static_cast<std::int16_t>(first + slot + 1), bytes)) return Success();
-        }
-    }
-    return Success();
+    const auto left = static_cast<std::size_t>(m_count - first + 1);
+    const std::size_t slots = std::min(left, std::max<std::size_t>(1, chunkLength / m_slotLength));
+    chunk.resize(slots * m_slotLength);
+    const Result<std::size_t> count = m_file->ReadAt((std::uint64_t(first) - 1) * m_slotLength, chunk);
+    if (!count) return count.error();
+    std::fill(chunk.begin() + static_cast<std::ptrdiff_t>(*count), chunk.end(), '\0');
+    return std::string_view(chunk);
 }
 
 Result<std::string> RecordFile::ReadSlot(std::int16_t number) {

@@ -6,9 +6,10 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 /// A file of fixed-length slots, numbered from 1, without a header.
 ///
@@ -31,7 +32,17 @@ public:
     std::int16_t Count() const { return m_count; }
 
     /// Calls `visit` with each slot's number and bytes, in file order, until it returns false.
-    Done ForEachSlot(const std::function<bool(std::int16_t number, std::string_view slot)>& visit);
+    template <class Visitor> Done ForEachSlot(const Visitor& visit) {
+        std::string chunk;
+        for (int next = 1; next <= m_count;) {
+            const Result<std::string_view> bytes = ReadChunk(static_cast<std::int16_t>(next), chunk);
+            if (!bytes) return bytes.error();
+            for (std::size_t at = 0; at < bytes->size(); at += m_slotLength, ++next)
+                if (!visit(static_cast<std::int16_t>(next), bytes->substr(at, m_slotLength)))
+                    return Success();
+        }
+        return Success();
+    }
     Result<std::string> ReadSlot(std::int16_t number);
     /// Appends when `number` is one more than the count; a number beyond that is a Failure. On disk when it
     /// succeeds. Where it fails the file is as it was, or the Failure says that it could not be made so.
@@ -53,6 +64,9 @@ private:
     /// Puts the bytes that were at `start` before a write back, and the length; false where it cannot.
     bool TakeBack(std::uint64_t start, std::string_view before, std::uint64_t length);
 
+    /// Some slots from number `first` on, at least one. They stand in `chunk`.
+    Result<std::string_view> ReadChunk(std::int16_t first, std::string& chunk);
+
     std::unique_ptr<OpenFile> m_file;
     std::filesystem::path m_path;
     std::size_t m_slotLength;
@@ -61,12 +75,20 @@ private:
 
 /// Calls `visit` with each record, in file order. The record is reused: what is to last is copied or moved
 /// out.
-template <class Record, class Visitor>
-Done ForEachRecord(RecordFile& file, const RecordLayout<Record>& layout, const Visitor& visit) {
-    Record record;
+template <const auto& Layout, class Visitor> Done ForEachRecord(RecordFile& file, const Visitor& visit) {
+    LayoutRecord<Layout> record;
     return file.ForEachSlot([&](std::int16_t, std::string_view slot) {
-        Unpack(layout, slot, record);
+        Unpack<Layout>(slot, record);
         visit(record);
+        return true;
+    });
+}
+
+/// Adds the records whose slots pass, in file order, to `records`. The others are not unpacked.
+template <const auto& Layout, class Test>
+Done AppendRecords(RecordFile& file, const Test& passes, std::vector<LayoutRecord<Layout>>& records) {
+    return file.ForEachSlot([&](std::int16_t, std::string_view slot) {
+        if (passes(slot)) Unpack<Layout>(slot, records.emplace_back());
         return true;
     });
 }

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// How a record is laid out in its slot: packed fields in declaration order, without gaps, in little-endian.
 /// Files of earlier versions of the program depend on every layout.
@@ -23,6 +24,11 @@ template <class Record> struct Field {
     std::string Record::*TextMember = nullptr;
     double Record::*DoubleMember = nullptr;
     bool Record::*FlagMember = nullptr;
+
+    constexpr bool Holds(std::int16_t Record::*member) const { return Int16Member == member; }
+    constexpr bool Holds(std::string Record::*member) const { return TextMember == member; }
+    constexpr bool Holds(double Record::*member) const { return DoubleMember == member; }
+    constexpr bool Holds(bool Record::*member) const { return FlagMember == member; }
 };
 
 /// A signed 16-bit integer.
@@ -45,6 +51,7 @@ template <class Record> constexpr Field<Record> Flag(bool Record::*member) {
 
 template <class Record> class RecordLayout {
 public:
+    using RecordType = Record;
     template <std::size_t Count>
     constexpr RecordLayout(std::size_t slotLength, const std::array<Field<Record>, Count>& fields)
         : m_slotLength(slotLength), m_fields(fields) {}
@@ -52,16 +59,27 @@ public:
     constexpr std::size_t SlotLength() const { return m_slotLength; } ///< bytes
     constexpr std::span<const Field<Record>> Fields() const { return m_fields; }
     constexpr std::size_t PackedLength() const { ///< bytes of the slot that the fields take
-        std::size_t length = 0;
-        for (const auto& field : m_fields)
-            length += field.Length;
-        return length;
+        return OffsetOf(m_fields.size());
+    }
+    /// Where a field begins in the slot.
+    constexpr std::size_t OffsetOf(std::size_t fieldIndex) const {
+        std::size_t offset = 0;
+        for (const auto& field : m_fields.first(fieldIndex))
+            offset += field.Length;
+        return offset;
+    }
+    template <class Member> constexpr std::size_t IndexOf(Member Record::*member) const {
+        std::size_t index = 0;
+        while (!m_fields[index].Holds(member))
+            ++index;
+        return index;
     }
 
 private:
     std::size_t m_slotLength;
     std::span<const Field<Record>> m_fields;
 };
+template <const auto& Layout> using LayoutRecord = typename std::decay_t<decltype(Layout)>::RecordType;
 template <class Record, std::size_t Count>
 RecordLayout(std::size_t, const std::array<Field<Record>, Count>&) -> RecordLayout<Record>;
 
@@ -106,6 +124,16 @@ template <class Record> std::string Pack(const RecordLayout<Record>& layout, con
     return slot;
 }
 
+inline std::int16_t LoadInt16(const char* bytes) {
+    return static_cast<std::int16_t>(LoadLittleEndian<std::uint16_t>(bytes));
+}
+inline double LoadDouble(const char* bytes) {
+    return std::bit_cast<double>(LoadLittleEndian<std::uint64_t>(bytes));
+}
+inline bool LoadFlag(const char* bytes) {
+    return LoadLittleEndian<std::uint16_t>(bytes) == 0xFFFF;
+}
+
 /// Reads the fields of a whole slot into `record`, whose texts keep their memory.
 template <class Record>
 void Unpack(const RecordLayout<Record>& layout, std::string_view slot, Record& record) {
@@ -113,18 +141,62 @@ void Unpack(const RecordLayout<Record>& layout, std::string_view slot, Record& r
     for (const Field<Record>& field : layout.Fields()) {
         switch (field.Kind) {
         case FieldKind::Int16:
-            record.*field.Int16Member = static_cast<std::int16_t>(LoadLittleEndian<std::uint16_t>(bytes));
+            record.*field.Int16Member = LoadInt16(bytes);
             break;
         case FieldKind::Text:
             (record.*field.TextMember).assign(TrimEnd({bytes, field.Length}));
             break;
         case FieldKind::Double:
-            record.*field.DoubleMember = std::bit_cast<double>(LoadLittleEndian<std::uint64_t>(bytes));
+            record.*field.DoubleMember = LoadDouble(bytes);
             break;
         case FieldKind::Flag:
-            record.*field.FlagMember = LoadLittleEndian<std::uint16_t>(bytes) == 0xFFFF;
+            record.*field.FlagMember = LoadFlag(bytes);
             break;
         }
         bytes += field.Length;
     }
+}
+
+/// The bytes of one field of a slot, with the spaces at the end of a text. They last as long as the slot.
+template <const auto& Layout, std::size_t Index> std::string_view FieldBytes(std::string_view slot) {
+    constexpr std::size_t offset = Layout.OffsetOf(Index);
+    constexpr std::size_t length = Layout.Fields()[Index].Length;
+    return {slot.data() + offset, length};
+}
+
+template <const auto& Layout, std::size_t Index, class Record>
+void UnpackField(std::string_view slot, Record& record) {
+    constexpr Field<Record> field = Layout.Fields()[Index];
+    const std::string_view bytes = FieldBytes<Layout, Index>(slot);
+    if constexpr (field.Kind == FieldKind::Int16)
+        record.*field.Int16Member = LoadInt16(bytes.data());
+    else if constexpr (field.Kind == FieldKind::Text)
+        (record.*field.TextMember).assign(TrimEnd(bytes));
+    else if constexpr (field.Kind == FieldKind::Double)
+        record.*field.DoubleMember = LoadDouble(bytes.data());
+    else
+        record.*field.FlagMember = LoadFlag(bytes.data());
+}
+
+/// The same where the compiler knows the layout: without a loop, and without a choice for each field.
+template <const auto& Layout, class Record> void Unpack(std::string_view slot, Record& record) {
+    [&]<std::size_t... Index>(std::index_sequence<Index...>) {
+        (UnpackField<Layout, Index>(slot, record), ...);
+    }
+    (std::make_index_sequence<Layout.Fields().size()>());
+}
+
+/// One field of a slot, to judge a record before it is unpacked. A text comes with the spaces at its end.
+template <const auto& Layout, auto Member> auto Peek(std::string_view slot) {
+    constexpr std::size_t index = Layout.IndexOf(Member);
+    constexpr FieldKind kind = Layout.Fields()[index].Kind;
+    const std::string_view bytes = FieldBytes<Layout, index>(slot);
+    if constexpr (kind == FieldKind::Int16)
+        return LoadInt16(bytes.data());
+    else if constexpr (kind == FieldKind::Text)
+        return bytes;
+    else if constexpr (kind == FieldKind::Double)
+        return LoadDouble(bytes.data());
+    else
+        return LoadFlag(bytes.data());
 }

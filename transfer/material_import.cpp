@@ -60,8 +60,10 @@ Done MaterialImport::Prepare(AppContext& app, RecordFile& materials) {
     if (!rows) return rows.error();
     for (const HapContentRecord& row : *rows)
         m_typesAndMethods.insert(TypeAndMethodKey(row.MaterialType, row.ApplicationMethod));
-    return ForEachRecord(materials, MaterialLayout, [&](const MaterialRecord& material) {
-        if (material.Active) m_customIds.insert(ComparisonKey(material.CustomId));
+    return materials.ForEachSlot([&](std::int16_t, std::string_view slot) {
+        if (Peek<MaterialLayout, &MaterialRecord::Active>(slot))
+            m_customIds.insert(ComparisonKey(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot)));
+        return true;
     });
 }
 

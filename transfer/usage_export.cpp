@@ -31,14 +31,14 @@ std::string LineAfterMaterial(const UsageRecord& usage) {
 void AddUsage(UsageExport& output, TransferLog& log, const MaterialTextMap& materials,
               const UsageRecord& usage) {
     ++output.Processed;
-    const auto material = materials.find(usage.MaterialId);
-    if (material == materials.end()) {
+    const auto material = materials.Of(usage.MaterialId);
+    if (!material) {
         ++output.Errors;
         log.AddLine(WholeNumberText(usage.MaterialId) + LineAfterMaterial(usage),
                     TransferTexts::MaterialNotFound);
         return;
     }
-    output.Content += material->second;
+    output.Content += *material;
     output.Content += LineAfterMaterial(usage);
     output.Content += "\r\n";
 }

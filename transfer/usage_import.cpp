@@ -49,7 +49,7 @@ Done UsageImport::Prepare(AppContext& app, RecordFile& usage) {
         m_materialIds.try_emplace(std::move(key), material.MaterialId);
     });
     if (!read) return read;
-    return ForEachRecord(usage, UsageLayout, [&](const UsageRecord& record) {
+    return ForEachRecord<UsageLayout>(usage, [&](const UsageRecord& record) {
         if (record.Active) AddUsage(record.MaterialId, record.Period);
     });
 }

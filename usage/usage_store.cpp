@@ -8,6 +8,9 @@
 #include "store/record_file.h"
 
 #include <algorithm>
+#include <array>
+#include <cassert>
+#include <cstring>
 #include <unordered_set>
 
 namespace {
@@ -30,44 +33,94 @@ private:
     std::unordered_set<std::string> m_parts;
 };
 
-/// A filter with what it needs to judge a record.
-class UsageTest {
-public:
-    UsageTest(const UsageFilter& filter, MaterialTextMap materialTexts)
-        : m_filter(filter), m_materialTexts(std::move(materialTexts)) {
-        if (filter.Periods) m_periods = '|' + UpperCase(*filter.Periods) + '|';
-    }
+template <auto Member> auto Stored(std::string_view slot) {
+    return Peek<UsageLayout, Member>(slot);
+}
 
-    bool Passes(const UsageRecord& usage) {
-        if (m_filter.UsageId && usage.UsageId != *m_filter.UsageId) return false;
-        if (m_filter.Periods && !IsInPeriods(usage)) return false;
-        if (m_filter.MaterialId && usage.MaterialId != *m_filter.MaterialId) return false;
-        if (m_filter.MaterialText && !IsOfMaterialText(usage)) return false;
-        const PeriodPieces pieces = SplitPeriod(usage.Period);
-        if (m_filter.Year && !EqualsIgnoringCase(pieces.Year, Trim(*m_filter.Year))) return false;
-        if (m_filter.Month && !EqualsIgnoringCase(pieces.Month, Trim(*m_filter.Month))) return false;
-        if (m_filter.OneRecordPerMaterial) {
-            if (m_seen.Contains(usage.MaterialId)) return false;
-            m_seen.Add(usage.MaterialId); // before the next test: a deleted record hides later live ones
+/// Whether a stored period is in a list of them.
+class PeriodTest {
+public:
+    explicit PeriodTest(std::string_view periods) : m_periods('|' + UpperCase(periods) + '|') {}
+
+    /// The period as stored, with the spaces at its end.
+    bool Contains(std::string_view period) {
+        // Few periods and many records: an answer is kept, and found again by the period's seven bytes.
+        assert(period.size() == 7);
+        const std::uint64_t key = LoadLittleEndian<std::uint32_t>(period.data()) |
+                                  std::uint64_t{LoadLittleEndian<std::uint32_t>(period.data() + 3)} << 32U;
+        for (std::uint64_t place = key * 0x9E3779B97F4A7C15U >> 56U;; ++place) {
+            Answer& answer = m_answers[place % m_answers.size()];
+            if (!answer.IsKnown) return Keep(answer, key, IsListed(period));
+            if (answer.Period == key) return answer.IsListed;
         }
-        return usage.Active == m_filter.Active;
     }
 
 private:
-    bool IsInPeriods(const UsageRecord& usage) const {
-        return m_periods.find('|' + ComparisonKey(usage.Period) + '|') != std::string::npos;
+    struct Answer {
+        std::uint64_t Period = 0;
+        bool IsListed = false;
+        bool IsKnown = false;
+    };
+    bool Keep(Answer& answer, std::uint64_t period, bool isListed) {
+        if (++m_answersKept > m_answers.size() / 2) { // a damaged file
+            m_answers.fill({});
+            m_answersKept = 1;
+        }
+        answer = {period, isListed, true};
+        return isListed;
     }
-    bool IsOfMaterialText(const UsageRecord& usage) const {
-        const auto found = m_materialTexts.find(usage.MaterialId);
-        return found != m_materialTexts.end() &&
-               EqualsIgnoringCase(found->second, Trim(*m_filter.MaterialText));
+    bool IsListed(std::string_view period) const {
+        return m_periods.find('|' + ComparisonKey(period) + '|') != std::string::npos;
+    }
+
+    std::string m_periods;
+    std::array<Answer, 256> m_answers{};
+    std::size_t m_answersKept = 0;
+};
+
+/// A filter with what it needs to judge a record by its slot.
+class UsageTest {
+public:
+    UsageTest(const UsageFilter& filter, std::optional<MaterialTextMap> materialTexts)
+        : m_filter(filter), m_materialTexts(std::move(materialTexts)) {
+        if (filter.Periods) m_periods.emplace(*filter.Periods);
+    }
+
+    bool Passes(std::string_view slot) {
+        if (m_filter.UsageId && Stored<&UsageRecord::UsageId>(slot) != *m_filter.UsageId) return false;
+        if (m_periods && !m_periods->Contains(Stored<&UsageRecord::Period>(slot))) return false;
+        if (m_filter.MaterialId && Stored<&UsageRecord::MaterialId>(slot) != *m_filter.MaterialId)
+            return false;
+        if (m_filter.MaterialText && !IsOfMaterialText(slot)) return false;
+        if ((m_filter.Year || m_filter.Month) && !IsOfMonth(slot)) return false;
+        if (m_filter.OneRecordPerMaterial) {
+            if (m_seen.Contains(Stored<&UsageRecord::MaterialId>(slot))) return false;
+            // Before the next test: a deleted record hides later live ones.
+            m_seen.Add(Stored<&UsageRecord::MaterialId>(slot));
+        }
+        return Stored<&UsageRecord::Active>(slot) == m_filter.Active;
+    }
+
+private:
+    bool IsOfMaterialText(std::string_view slot) const {
+        const auto text = m_materialTexts->Of(Stored<&UsageRecord::MaterialId>(slot));
+        return text && EqualsIgnoringCase(*text, Trim(*m_filter.MaterialText));
+    }
+    bool IsOfMonth(std::string_view slot) const {
+        const PeriodPieces pieces = SplitPeriod(Stored<&UsageRecord::Period>(slot));
+        return (!m_filter.Year || EqualsIgnoringCase(pieces.Year, Trim(*m_filter.Year))) &&
+               (!m_filter.Month || EqualsIgnoringCase(pieces.Month, Trim(*m_filter.Month)));
     }
 
     const UsageFilter& m_filter;
-    MaterialTextMap m_materialTexts;
-    std::string m_periods;
+    std::optional<MaterialTextMap> m_materialTexts; ///< where the filter needs them
+    std::optional<PeriodTest> m_periods;
     SeenMaterials m_seen;
 };
+
+Result<RecordFile> OpenToRead(AppContext& app) {
+    return RecordFile::OpenForReading(app.Files, UsageFile(app), UsageLayout.SlotLength());
+}
 
 Result<RecordFile> OpenToWrite(AppContext& app) {
     return RecordFile::OpenForWriting(app.Files, UsageFile(app), UsageLayout.SlotLength());
@@ -89,28 +142,32 @@ Result<bool> MarkAsDeleted(AppContext& app, std::int16_t usageId) {
 } // namespace
 
 PeriodPieces SplitPeriod(std::string_view period) {
-    const std::vector<std::string_view> pieces = Split(Trim(period), '/');
-    return {Trim(pieces[0]), pieces.size() > 1 ? Trim(pieces[1]) : std::string_view{}};
+    const std::string_view text = Trim(period);
+    const std::size_t first = std::min(text.find('/'), text.size());
+    const std::string_view rest = text.substr(std::min(first + 1, text.size()));
+    return {Trim(text.substr(0, first)), Trim(rest.substr(0, rest.find('/')))};
 }
 
 Done VisitUsage(AppContext& app, const std::function<void(const UsageRecord&)>& visit) {
-    Result<RecordFile> file = RecordFile::OpenForReading(app.Files, UsageFile(app), UsageLayout.SlotLength());
+    Result<RecordFile> file = OpenToRead(app);
     if (!file) return file.error();
-    return ForEachRecord(*file, UsageLayout, visit);
+    return ForEachRecord<UsageLayout>(*file, visit);
 }
 
 Result<std::vector<UsageRecord>> ReadUsage(AppContext& app, const UsageFilter& filter) {
-    MaterialTextMap materialTexts;
+    std::optional<MaterialTextMap> materialTexts;
     if (filter.MaterialText) {
         Result<MaterialTextMap> texts = ReadMaterialTexts(app);
         if (!texts) return texts.error();
         materialTexts = std::move(*texts);
     }
+    Result<RecordFile> file = OpenToRead(app);
+    if (!file) return file.error();
     UsageTest test(filter, std::move(materialTexts));
     std::vector<UsageRecord> found;
-    const Done read = VisitUsage(app, [&](const UsageRecord& usage) {
-        if (test.Passes(usage)) found.push_back(usage);
-    });
+    found.reserve(static_cast<std::size_t>(file->Count())); // 2 MB at most
+    const auto passes = [&](std::string_view slot) { return test.Passes(slot); };
+    const Done read = AppendRecords<UsageLayout>(*file, passes, found);
     if (!read) return read.error();
     return found;
 }
@@ -151,15 +208,17 @@ void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageReco
         ShowError(app, texts.error());
         return;
     }
+    list.reserve(records.size());
     bool hasShownFailure = false;
     for (const UsageRecord& usage : records) {
         if (!usage.Active) continue;
-        const auto material = texts->find(usage.MaterialId);
-        if (material != texts->end()) {
-            std::string line = material->second + " (";
+        if (const auto material = texts->Of(usage.MaterialId)) {
+            std::string& line = list.emplace_back(ListLine{{}, usage.UsageId}).Text;
+            line.reserve(material->size() + usage.Period.size() + 3);
+            line += *material;
+            line += " (";
             line += Trim(usage.Period);
             line += ')';
-            list.push_back({line, usage.UsageId});
         } else if (!list.empty()) {
             list.back().ItemData = usage.UsageId;
         } else if (!hasShownFailure) {

@@ -6,15 +6,17 @@
 
 namespace {
 
-Result<AdditionalHapMaterial> DescribeMaterial(const MaterialRecord& material, const PeriodUsage& usage) {
+Done AddMaterial(std::vector<AdditionalHapMaterial>& materials, const MaterialRecord& material,
+                 const PeriodUsage& usage) {
     const Result<double> pounds = usage.PoundsUsed(material);
     if (!pounds) return pounds.error();
-    AdditionalHapMaterial described{.MaterialId = std::string(Trim(material.CustomId)), .Pounds = *pounds};
+    AdditionalHapMaterial& described = materials.emplace_back(
+        AdditionalHapMaterial{.MaterialId = std::string(Trim(material.CustomId)), .Pounds = *pounds});
     for (std::size_t slot = 0; slot < PollutantCount; ++slot) {
         described.Contents[slot] = material.*PollutantContents[slot];
         described.Factors[slot] = material.*PollutantFactors[slot];
     }
-    return described;
+    return Success();
 }
 
 } // namespace
@@ -26,16 +28,15 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
     if (!named) return named.error();
     const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
     if (!usage) return usage.error();
-    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
-    if (!materials) return materials.error();
 
     AdditionalHapData data{.Heading = HeadingOf(app, *months),
-                           .Names = SplitAdditionalNames(app.AdditionalNames),
-                           .HasRecords = !usage->IsEmpty() && !materials->empty()};
-    for (const MaterialRecord& material : *materials) {
-        Result<AdditionalHapMaterial> described = DescribeMaterial(material, *usage);
-        if (!described) return described.error();
-        data.Materials.push_back(std::move(*described));
-    }
+                           .Names = SplitAdditionalNames(app.AdditionalNames)};
+    Done described = Success();
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (material.Active && described) described = AddMaterial(data.Materials, material, *usage);
+    });
+    if (!read) return read.error();
+    if (!described) return described.error();
+    data.HasRecords = !usage->IsEmpty() && !data.Materials.empty();
     return data;
 }

@@ -1,6 +1,7 @@
 #include "reports/additional_hap_usage_report.h"
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "reports/reports.h"
 
 namespace {
@@ -14,25 +15,26 @@ constexpr std::string_view HeaderRowHtml =
     "Factor</b></font></td></tr>";
 
 // Every cell ends in an opening font tag where a closing one would be: so the page has always been.
-std::string CellHtml(std::string_view align, const std::string& content) {
-    std::string html = "<td align='";
-    html += align;
-    html += "' valign='top'><font face='Verdana' size='1'>" + content + "<font></td>";
-    return html;
+void AddCell(std::string& html, std::string_view align, std::string_view content) {
+    AppendAll(html, "<td align='", align, "' valign='top'><font face='Verdana' size='1'>", content,
+              "<font></td>");
 }
 
-std::string MaterialRowsHtml(const PollutantNames& names, const AdditionalHapMaterial& material) {
-    std::string html;
+void AddMaterialRows(std::string& html, const PollutantNames& names, const AdditionalHapMaterial& material) {
     for (std::size_t slot = 0; slot < PollutantCount; ++slot) {
         if (!IsListed(names, slot)) continue;
         html += "<tr>";
-        html += slot == 0
-                    ? CellHtml("left", material.MaterialId) + CellHtml("center", NumberText(material.Pounds))
-                    : "<td>&nbsp;</td><td>&nbsp;</td>";
-        html += CellHtml("left", names[slot]) + CellHtml("center", NumberText(material.Contents[slot])) +
-                CellHtml("center", NumberText(material.Factors[slot])) + "</tr>";
+        if (slot == 0) {
+            AddCell(html, "left", material.MaterialId);
+            AddCell(html, "center", NumberText(material.Pounds));
+        } else {
+            html += "<td>&nbsp;</td><td>&nbsp;</td>";
+        }
+        AddCell(html, "left", names[slot]);
+        AddCell(html, "center", NumberText(material.Contents[slot]));
+        AddCell(html, "center", NumberText(material.Factors[slot]));
+        html += "</tr>";
     }
-    return html;
 }
 
 } // namespace
@@ -53,7 +55,7 @@ std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data) {
     html += HeaderRowHtml;
     if (!data.HasRecords) html += NoRecordFoundRowHtml;
     for (const AdditionalHapMaterial& material : data.Materials)
-        if (IsUsed(material)) html += MaterialRowsHtml(data.Names, material);
+        if (IsUsed(material)) AddMaterialRows(html, data.Names, material);
     html += PageEndHtml;
     return html;
 }

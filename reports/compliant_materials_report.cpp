@@ -19,29 +19,35 @@ constexpr std::string_view HeaderRowHtml =
     "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>HAP Limit</b></font></td>"
     "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>Compliant</b></font></td></tr>";
 
-std::string RowHtml(const CompliantRow& row) {
-    const std::string nextCell = "</font></td><td align='center' valign='top'><font face='Verdana' size='1'>";
-    return "<tr><td align='left' valign='top'><font face='Verdana' size='1'>" + row.Material +
-           "</font></td><td align='left' valign='top'><font face='Verdana' size='1'>" + row.Method +
-           nextCell + NumberText(row.HapContent) + nextCell +
-           (row.HapLimit ? NumberText(*row.HapLimit) : "No Limit") + nextCell +
-           (IsCompliant(row) ? "<font color='green'>Yes</font>" : "<font color='red'>No</font>") +
-           "</font></td></tr>";
+void AddRow(std::string& html, const CompliantRow& row) {
+    constexpr std::string_view nextCell =
+        "</font></td><td align='center' valign='top'><font face='Verdana' size='1'>";
+    AppendAll(html, "<tr><td align='left' valign='top'><font face='Verdana' size='1'>", row.Material,
+              "</font></td><td align='left' valign='top'><font face='Verdana' size='1'>", row.Method,
+              nextCell, NumberText(row.HapContent), nextCell,
+              row.HapLimit ? NumberText(*row.HapLimit) : "No Limit", nextCell,
+              IsCompliant(row) ? "<font color='green'>Yes</font>" : "<font color='red'>No</font>",
+              "</font></td></tr>");
 }
 
 std::string Joined(std::string_view left, std::string_view separator, std::string_view right) {
-    std::string text(Trim(left));
-    text += separator;
-    text += Trim(right);
+    std::string text;
+    text.reserve(left.size() + separator.size() + right.size());
+    AppendAll(text, Trim(left), separator, Trim(right));
     return text;
 }
 
-/// The first of the materials that have an identifier, by that identifier.
-std::unordered_map<std::int16_t, const MaterialRecord*>
-FirstByIdentifier(const std::vector<MaterialRecord>& materials) {
-    std::unordered_map<std::int16_t, const MaterialRecord*> first;
-    for (const MaterialRecord& material : materials)
-        first.try_emplace(material.MaterialId, &material);
+std::optional<double> LimitOf(const HapContentRecord& row) {
+    return row.HapLimit == NoLimit ? std::nullopt : std::optional(row.HapLimit);
+}
+
+/// The first of the materials that have an identifier, by that identifier as an unsigned number.
+std::vector<const MaterialRecord*> FirstByIdentifier(const std::vector<MaterialRecord>& materials) {
+    std::vector<const MaterialRecord*> first(std::size_t{1} << 16);
+    for (const MaterialRecord& material : materials) {
+        const MaterialRecord*& place = first[static_cast<std::uint16_t>(material.MaterialId)];
+        if (!place) place = &material;
+    }
     return first;
 }
 
@@ -57,10 +63,10 @@ std::vector<const MaterialRecord*> ListUsed(const std::vector<MaterialRecord>& m
                                             const std::vector<UsageRecord>& usage) {
     const auto byIdentifier = FirstByIdentifier(materials);
     std::vector<const MaterialRecord*> listed;
-    for (const UsageRecord& use : usage) {
-        const auto found = byIdentifier.find(use.MaterialId);
-        if (found != byIdentifier.end()) listed.push_back(found->second);
-    }
+    listed.reserve(usage.size());
+    for (const UsageRecord& use : usage)
+        if (const MaterialRecord* found = byIdentifier[static_cast<std::uint16_t>(use.MaterialId)])
+            listed.push_back(found);
     return listed;
 }
 
@@ -71,6 +77,7 @@ Done AddRows(AppContext& app, const std::vector<const MaterialRecord*>& listed,
     if (!types) return types.error();
     data.HasRecords = true;
     const LimitTable limits(*types);
+    data.Rows.reserve(listed.size());
     for (const MaterialRecord* material : listed)
         if (std::optional<CompliantRow> row = limits.RowOf(*material)) data.Rows.push_back(std::move(*row));
     return Success();
@@ -108,20 +115,17 @@ bool IsCompliant(const CompliantRow& row) {
 
 LimitTable::LimitTable(const std::vector<HapContentRecord>& rows) {
     for (const HapContentRecord& row : rows)
-        m_types[ComparisonKey(row.MaterialType)].try_emplace(ComparisonKey(row.ApplicationMethod), row);
+        if (m_pairs.Add(row.MaterialType, row.ApplicationMethod) == m_limits.size())
+            m_limits.push_back({Joined(row.MaterialType, "/", row.ApplicationMethod), LimitOf(row)});
 }
 
 std::optional<CompliantRow> LimitTable::RowOf(const MaterialRecord& material) const {
-    const auto type = m_types.find(ComparisonKey(material.MaterialType));
-    if (type == m_types.end()) return std::nullopt;
-    const auto method = type->second.find(ComparisonKey(material.ApplicationMethod));
-    if (method == type->second.end()) return std::nullopt;
-    const HapContentRecord& found = method->second;
-    CompliantRow row{.Material = Joined(material.CustomId, " - ", material.Description),
-                     .Method = Joined(found.MaterialType, "/", found.ApplicationMethod),
-                     .HapContent = material.HapContent};
-    if (found.HapLimit != NoLimit) row.HapLimit = found.HapLimit;
-    return row;
+    const auto number = m_pairs.Find(material.MaterialType, material.ApplicationMethod);
+    if (!number) return std::nullopt;
+    return CompliantRow{.Material = Joined(material.CustomId, " - ", material.Description),
+                        .Method = m_limits[*number].Method,
+                        .HapContent = material.HapContent,
+                        .HapLimit = m_limits[*number].HapLimit};
 }
 
 Result<CompliantMaterialsData> FetchCompliantMaterials(AppContext& app, const ReportPeriod& period) {
@@ -137,7 +141,7 @@ std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data) {
     html += HeaderRowHtml;
     if (!data.HasRecords) html += NoRecordFoundRowHtml;
     for (const CompliantRow& row : data.Rows)
-        html += RowHtml(row);
+        AddRow(html, row);
     html += PageEndHtml;
     return html;
 }

@@ -8,7 +8,6 @@
 
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 /// Whether each material keeps to the HAP content limit of its type and method: all materials, or those used
@@ -38,8 +37,12 @@ public:
     std::optional<CompliantRow> RowOf(const MaterialRecord& material) const;
 
 private:
-    using Methods = std::unordered_map<std::string, HapContentRecord>;
-    std::unordered_map<std::string, Methods> m_types;
+    struct Limit {
+        std::string Method; ///< as in CompliantRow
+        std::optional<double> HapLimit;
+    };
+    TypeMethodPairs m_pairs;
+    std::vector<Limit> m_limits; ///< by the pair's number
 };
 
 /// An empty period end selects all materials.

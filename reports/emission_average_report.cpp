@@ -33,10 +33,10 @@ std::string GroupRowHtml(const std::string& materialType) {
            "</font></td></tr>";
 }
 
-std::string MaterialRowHtml(const std::string& method, const EmissionRow& row) {
-    return "<tr><td>" + method + " (Material ID:" + row.Material + ")</td><td>" + NumberText(row.HapContent) +
-           "</td><td>" + NumberText(row.PointValue) + "</td><td>" + NumberText(row.Amount) + "</td><td>" +
-           NumberText(RoundTo(Emission(row), 2)) + "</td></tr>";
+void AddMaterialRow(std::string& html, const std::string& method, const EmissionRow& row) {
+    AppendAll(html, "<tr><td>", method, " (Material ID:", row.Material, ")</td><td>",
+              NumberText(row.HapContent), "</td><td>", NumberText(row.PointValue), "</td><td>",
+              NumberText(row.Amount), "</td><td>", NumberText(RoundTo(Emission(row), 2)), "</td></tr>");
 }
 
 std::string MethodTotalHtml(const EmissionMethod& method) {
@@ -70,24 +70,24 @@ bool IsShowable(double number) {
     return std::isfinite(RoundTo(number, 2));
 }
 
-std::string PaddedId(const MaterialRecord& material) {
+std::string PaddedId(const AveragedMaterial& material) {
     std::string id = material.CustomId;
     id.resize(std::max(id.size(), MaterialIdLength), ' ');
     return id;
 }
 
-Result<EmissionRow> EmitMaterial(const HapContentRecord& method, const MaterialRecord& material,
+Result<EmissionRow> EmitMaterial(const HapContentRecord& method, const AveragedMaterial& material,
                                  const PeriodUsage& usage) {
-    const Result<double> pounds = usage.PoundsUsed(material);
+    const Result<double> pounds = usage.PoundsUsed(material.MaterialId, material.Density, material.CustomId);
     if (!pounds) return pounds.error();
     EmissionRow row{.Material = PaddedId(material),
                     .HapContent = material.HapContent,
                     .PointValue = PointValue(method, material.HapContent),
                     .Amount = AmountInMg(*pounds)};
     if (!std::isfinite(row.PointValue))
-        return CannotCalculate("calculate the point value of " + Named(material));
+        return CannotCalculate("calculate the point value of " + Named(material.CustomId));
     if (!IsShowable(Emission(row)))
-        return CannotCalculate("calculate the HAP emissions of " + Named(material));
+        return CannotCalculate("calculate the HAP emissions of " + Named(material.CustomId));
     return row;
 }
 
@@ -125,10 +125,11 @@ bool IsCompliant(const EmissionAverageData& data) {
 }
 
 Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
-                                  const std::vector<MaterialRecord>& materials, const PeriodUsage& usage) {
+                                  const std::vector<AveragedMaterial>& materials, const PeriodUsage& usage) {
     EmissionMethod emitted{.Method = std::string(Trim(method.ApplicationMethod)),
                            .EmissionLimit = method.EmissionLimit};
-    for (const MaterialRecord& material : materials) {
+    emitted.Rows.reserve(materials.size());
+    for (const AveragedMaterial& material : materials) {
         Result<EmissionRow> row = EmitMaterial(method, material, usage);
         if (!row) return row.error();
         emitted.Amount += row->Amount;
@@ -143,15 +144,14 @@ Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPe
     if (!months) return months.error();
     const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
     if (!rows) return rows.error();
-    Result<std::vector<MaterialRecord>> read = ReadMaterials(app);
-    if (!read) return read.error();
+    const Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);
+    if (!materials) return materials.error();
     const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
     if (!usage) return usage.error();
 
     EmissionAverageData data{.Heading = HeadingOf(app, *months)};
-    const MaterialsByMethod materials(std::move(*read));
     for (const TypeGroup& type : GroupByType(*rows)) {
-        const Done added = AddGroup(type, materials, *usage, data);
+        const Done added = AddGroup(type, *materials, *usage, data);
         if (!added) return added.error();
     }
     if (!IsShowable(data.Emission) || !IsShowable(data.Allowance))
@@ -169,7 +169,7 @@ std::string BuildEmissionAverageHtml(const EmissionAverageData& data) {
         html += GroupRowHtml(group.MaterialType);
         for (const EmissionMethod& method : group.Methods) {
             for (const EmissionRow& row : method.Rows)
-                html += MaterialRowHtml(method.Method, row);
+                AddMaterialRow(html, method.Method, row);
             html += MethodTotalHtml(method);
         }
     }

@@ -51,7 +51,7 @@ bool IsCompliant(const EmissionAverageData& data);
 
 /// Adds up the method's materials. A Failure where a result is too large or not a number.
 Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
-                                  const std::vector<MaterialRecord>& materials, const PeriodUsage& usage);
+                                  const std::vector<AveragedMaterial>& materials, const PeriodUsage& usage);
 
 Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPeriod& period);
 

@@ -5,9 +5,9 @@
 #include "materials/material_record.h"
 #include "usage/usage_record.h"
 
+#include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 /// The live usage of a report's months, sorted by material once so that no report searches it in a loop.
@@ -18,13 +18,18 @@ public:
     bool IsEmpty() const { return m_quantities.empty(); }
     /// The material's quantities in pounds, added up in file order; 0 without any.
     Result<double> PoundsUsed(const MaterialRecord& material) const;
+    Result<double> PoundsUsed(std::int16_t materialId, double density, std::string_view customId) const;
 
 private:
     struct Quantity {
-        double Amount;
-        std::int16_t Unit;
+        double Amount = 0;
+        std::int16_t Unit = 0;
     };
-    std::unordered_map<std::int16_t, std::vector<Quantity>> m_quantities; ///< by MaterialId
+    std::span<const Quantity> QuantitiesOf(std::int16_t materialId) const;
+
+    std::vector<Quantity> m_quantities; ///< by MaterialId, those of one in file order
+    /// Where in m_quantities those of a MaterialId end. Those of the next one begin there.
+    std::vector<std::uint32_t> m_ends;
 };
 
 /// `monthList` is as BuildPeriodList gives it.
@@ -33,4 +38,4 @@ Result<PeriodUsage> ReadPeriodUsage(AppContext& app, const std::string& monthLis
 double Kilograms(double pounds);
 
 /// The material as a failure's description names it: the material "GC-110". UTF-8.
-std::string Named(const MaterialRecord& material);
+std::string Named(std::string_view customId);

@@ -90,11 +90,10 @@ bool UserWantsEmptyReport(AppContext& app) {
                              PromptButtons::YesNo}) == PromptAnswer::Yes;
 }
 
-std::int16_t PublishReport(AppContext& app, std::string_view fileName, std::string_view html) {
+std::int16_t PublishReport(AppContext& app, std::string_view fileName, std::string html) {
     const std::filesystem::path report = app.ProgramFolder / fileName;
-    std::string content(html);
-    content += "\r\n";
-    const Done written = ReplaceFile(app.Files, report, content);
+    html += "\r\n";
+    const Done written = ReplaceFile(app.Files, report, html);
     if (!written) return FailReport(app, written.error());
     OpenInBrowser(app, report);
     return ReportPublished;

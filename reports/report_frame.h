@@ -49,7 +49,7 @@ bool UserWantsEmptyReport(AppContext& app);
 /// Writes the report's file in the program folder and opens it in the configured browser, or says where it
 /// was saved when there is none. Returns ReportPublished or ReportFailed; a browser that does not start is
 /// shown, but the report was published.
-std::int16_t PublishReport(AppContext& app, std::string_view fileName, std::string_view html);
+std::int16_t PublishReport(AppContext& app, std::string_view fileName, std::string html);
 
 /// Shows why there is no report and returns ReportFailed.
 std::int16_t FailReport(AppContext& app, const Failure& failure);

@@ -1,6 +1,7 @@
 #include "reports/type_groups.h"
 
 #include "base/text.h"
+#include "materials/material_store.h"
 
 #include <algorithm>
 
@@ -23,16 +24,23 @@ bool IsClosedMolding(std::string_view applicationMethod) {
     return Trim(applicationMethod) == "Closed Molding";
 }
 
-MaterialsByMethod::MaterialsByMethod(std::vector<MaterialRecord> materials) {
-    for (MaterialRecord& material : materials) {
-        Methods& methods = m_types[ComparisonKey(material.MaterialType)];
-        methods[ComparisonKey(material.ApplicationMethod)].push_back(std::move(material));
-    }
+void MaterialsByMethod::Add(const MaterialRecord& material) {
+    const std::size_t number = m_pairs.Add(material.MaterialType, material.ApplicationMethod);
+    if (number == m_materials.size()) m_materials.emplace_back();
+    m_materials[number].push_back(
+        {material.MaterialId, material.CustomId, material.Density, material.HapContent});
 }
 
-const std::vector<MaterialRecord>& MaterialsByMethod::Of(const HapContentRecord& row) const {
-    const auto type = m_types.find(ComparisonKey(row.MaterialType));
-    if (type == m_types.end()) return m_none;
-    const auto method = type->second.find(ComparisonKey(row.ApplicationMethod));
-    return method == type->second.end() ? m_none : method->second;
+const std::vector<AveragedMaterial>& MaterialsByMethod::Of(const HapContentRecord& row) const {
+    const auto number = m_pairs.Find(row.MaterialType, row.ApplicationMethod);
+    return number ? m_materials[*number] : m_none;
+}
+
+Result<MaterialsByMethod> ReadMaterialsByMethod(AppContext& app) {
+    MaterialsByMethod materials;
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (material.Active) materials.Add(material);
+    });
+    if (!read) return read.error();
+    return materials;
 }

@@ -7,7 +7,6 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 /// The material-type table as the two averaging reports walk it.
@@ -24,15 +23,25 @@ std::vector<TypeGroup> GroupByType(const std::vector<HapContentRecord>& rows);
 /// The letter case counts.
 bool IsClosedMolding(std::string_view applicationMethod);
 
+/// What the averages need of a material.
+struct AveragedMaterial {
+    std::int16_t MaterialId = 0;
+    std::string CustomId{};
+    double Density = 0;    ///< lb/gal
+    double HapContent = 0; ///< weight percent
+};
+
 /// Materials by type and method, looked up trimmed and without regard to case.
 class MaterialsByMethod {
 public:
-    explicit MaterialsByMethod(std::vector<MaterialRecord> materials);
-    /// In file order.
-    const std::vector<MaterialRecord>& Of(const HapContentRecord& row) const;
+    void Add(const MaterialRecord& material);
+    /// In the order in which they were added.
+    const std::vector<AveragedMaterial>& Of(const HapContentRecord& row) const;
 
 private:
-    using Methods = std::unordered_map<std::string, std::vector<MaterialRecord>>;
-    std::unordered_map<std::string, Methods> m_types;
-    std::vector<MaterialRecord> m_none;
+    TypeMethodPairs m_pairs;
+    std::vector<std::vector<AveragedMaterial>> m_materials; ///< by the pair's number
+    std::vector<AveragedMaterial> m_none;
 };
+/// The live materials. Shows nothing.
+Result<MaterialsByMethod> ReadMaterialsByMethod(AppContext& app);

@@ -86,12 +86,13 @@ bool IsFilledResin(std::string_view materialType) {
 }
 
 Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
-                                         const std::vector<MaterialRecord>& materials,
+                                         const std::vector<AveragedMaterial>& materials,
                                          const PeriodUsage& usage) {
     WeightedAverageRow row{.Method = std::string(Trim(method.ApplicationMethod))};
     if (method.HapLimit != NoLimit) row.HapLimit = method.HapLimit;
-    for (const MaterialRecord& material : materials) {
-        const Result<double> pounds = usage.PoundsUsed(material);
+    for (const AveragedMaterial& material : materials) {
+        const Result<double> pounds =
+            usage.PoundsUsed(material.MaterialId, material.Density, material.CustomId);
         if (!pounds) return pounds.error();
         const double amount = AmountInKg(*pounds);
         row.Amount += amount;
@@ -107,12 +108,11 @@ Result<WeightedAverageData> FetchWeightedAverage(AppContext& app, const ReportPe
     if (!months) return months.error();
     const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
     if (!rows) return rows.error();
-    Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
+    const Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);
     if (!materials) return materials.error();
     const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
     if (!usage) return usage.error();
-    Result<std::vector<WeightedAverageGroup>> groups =
-        AverageTypes(GroupByType(*rows), MaterialsByMethod(std::move(*materials)), *usage);
+    Result<std::vector<WeightedAverageGroup>> groups = AverageTypes(GroupByType(*rows), *materials, *usage);
     if (!groups) return groups.error();
     return WeightedAverageData{.Heading = HeadingOf(app, *months), .Groups = std::move(*groups)};
 }

@@ -41,7 +41,7 @@ bool IsFilledResin(std::string_view materialType);
 
 /// Adds up the method's materials. A Failure where a sum is too large or not a number.
 Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
-                                         const std::vector<MaterialRecord>& materials,
+                                         const std::vector<AveragedMaterial>& materials,
                                          const PeriodUsage& usage);
 
 Result<WeightedAverageData> FetchWeightedAverage(AppContext& app, const ReportPeriod& period);

@@ -100,11 +100,13 @@ TEST(EmitMethodTest, MaterialWithoutUseKeepsItsRow) {
 TEST(EmitMethodTest, FillerDoesNotReduceThePointValueOfAFilledResin) {
     HapContentRecord filled = Linear;
     filled.MaterialType = "Production resin (Filled)";
-    const Result<EmissionMethod> method = EmitMethod(filled,
-                                                     {
-                                                         {.MaterialId = 1, .HapContent = 30, .Filler = 40}
-    },
-                                                     PeriodUsage({Use(1, 1)}));
+    MaterialsByMethod materials;
+    materials.Add({.MaterialId = 1,
+                   .MaterialType = filled.MaterialType,
+                   .ApplicationMethod = filled.ApplicationMethod,
+                   .HapContent = 30,
+                   .Filler = 40});
+    const Result<EmissionMethod> method = EmitMethod(filled, materials.Of(filled), PeriodUsage({Use(1, 1)}));
     ASSERT_TRUE(method);
     EXPECT_EQ(method->Rows[0].PointValue, 30);
     EXPECT_EQ(method->Emission, 30);

@@ -69,17 +69,16 @@ TEST(IsClosedMoldingTest, BlanksAroundAreIgnoredAndCaseIsNot) {
 
 std::string IdsOf(const MaterialsByMethod& materials, const HapContentRecord& row) {
     std::string ids;
-    for (const MaterialRecord& material : materials.Of(row))
+    for (const AveragedMaterial& material : materials.Of(row))
         ids += material.CustomId + ' ';
     return ids;
 }
 
 TEST(MaterialsByMethodTest, FindsTypeAndMethodTrimmedAndWithoutRegardToCaseInFileOrder) {
-    const MaterialsByMethod materials({
-        {.CustomId = "1", .MaterialType = "Resin",  .ApplicationMethod = "Spray" },
-        {.CustomId = "2", .MaterialType = "Gel",    .ApplicationMethod = "Spray" },
-        {.CustomId = "3", .MaterialType = " RESIN", .ApplicationMethod = "spray "}
-    });
+    MaterialsByMethod materials;
+    materials.Add({.CustomId = "1", .MaterialType = "Resin", .ApplicationMethod = "Spray"});
+    materials.Add({.CustomId = "2", .MaterialType = "Gel", .ApplicationMethod = "Spray"});
+    materials.Add({.CustomId = "3", .MaterialType = " RESIN", .ApplicationMethod = "spray "});
     EXPECT_EQ(IdsOf(materials, Row("resin", " Spray")), "1 3 ");
     EXPECT_EQ(IdsOf(materials, Row("Gel", "Spray")), "2 ");
     EXPECT_EQ(IdsOf(materials, Row("Gel", "All")), "");
@@ -87,9 +86,8 @@ TEST(MaterialsByMethodTest, FindsTypeAndMethodTrimmedAndWithoutRegardToCaseInFil
 }
 
 TEST(MaterialsByMethodTest, TypeAndMethodAreNotRunTogether) {
-    const MaterialsByMethod materials({
-        {.CustomId = "1", .MaterialType = "AB", .ApplicationMethod = "C"}
-    });
+    MaterialsByMethod materials;
+    materials.Add({.CustomId = "1", .MaterialType = "AB", .ApplicationMethod = "C"});
     EXPECT_EQ(IdsOf(materials, Row("A", "BC")), "");
 }
 

@@ -1,8 +1,9 @@
-# What ./run, ./test and .ci/run share: the Debian packages and how they are installed. Sourced, not run.
+# What ./run, ./test, ./bench and .ci/run share: the Debian packages and how they are installed. Sourced, not run.
 
 run_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libcli11-dev qt6-wayland fonts-dejavu-core)
 test_packages=("${run_packages[@]}" libgtest-dev chromium)
 check_packages=("${test_packages[@]}" clang clang-format clang-tidy)
+bench_packages=("${run_packages[@]}" libbenchmark-dev sqlite3 time)
 
 root=$(CDPATH="" cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 

@@ -34,16 +34,8 @@ private:
     std::uint64_t m_state = 2005;
 };
 
-constexpr std::array Prefixes = {"GC",
-                                 "PR",
-                                 "TR",
-                                 "Vinyl ester",
-                                 "ISO-NPG white/",
-                                 "Marine",
-                                 "AMS 45-10",
-                                 "LP",
-                                 "x",
-                                 "Bulk drum, tank farm lot"};
+constexpr std::array Prefixes = {"GC",     "PR",        "TR", "Vinyl ester", "ISO-NPG white/",
+                                 "Marine", "AMS 45-10", "LP", "x",           "Bulk drum, tank farm lot"};
 constexpr std::array Makes = {"Orthophthalic", "Isophthalic NPG", "DCPD blend", "Vinyl ester",
                               "Low-styrene",   "Flexible",        "Barrier",    "Bisphenol-A epoxy"};
 constexpr std::array Uses = {"resin",

@@ -1,5 +1,7 @@
 #include "benchmarks/operations.h"
 
+#include "store/material_types.h"
+
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -11,6 +13,10 @@
 // mact_bench FOLDER [Google Benchmark's options]
 //
 // Runs every operation and its floor on three shops, which it makes in FOLDER, and prints one table.
+//
+// mact_bench FOLDER --print-types
+//
+// Prints the material-type table of those shops.
 
 namespace {
 
@@ -128,6 +134,15 @@ void PrintGrowth(const MedianReporter& measured) {
     }
 }
 
+/// The material-type table, as sqlite3 imports it.
+void PrintTypes(AppContext& app) {
+    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
+    if (!rows) std::exit(1);
+    for (const HapContentRecord& row : *rows)
+        std::printf("%s|%g|%s|%g|%g|%g\n", row.MaterialType.c_str(), row.HapLimit,
+                    row.ApplicationMethod.c_str(), row.EfCoefficient, row.EfExponent, row.EmissionLimit);
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -141,6 +156,11 @@ int main(int argc, char* argv[]) {
         shops.push_back(std::make_unique<BenchShop>(folder / size.Name, size.Records));
         for (const Operation& operation : Operations())
             Register(operation, size, *shops.back());
+    }
+
+    if (argc == 3 && argv[2] == std::string("--print-types")) {
+        PrintTypes(shops.front()->App());
+        return 0;
     }
 
     // Interleaved, so that whatever else the machine does meets an operation and its floor alike.

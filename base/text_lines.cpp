@@ -4,8 +4,17 @@
 #include <span>
 
 namespace {
+
 constexpr std::size_t ChunkLength = std::size_t{1} << 18;
+
+/// As find_first_of does, which searches the two characters anew for each byte.
+std::size_t FindLineEnd(std::string_view text, std::size_t from) {
+    const auto isEnd = [](char byte) { return byte == '\n' || byte == '\r'; };
+    const auto found = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), isEnd);
+    return found == text.end() ? std::string_view::npos : static_cast<std::size_t>(found - text.begin());
 }
+
+} // namespace
 
 Result<bool> TextLines::ReadMore() {
     if (m_isAtEnd) return false;
@@ -29,7 +38,7 @@ Result<bool> TextLines::ReadMore() {
 Result<std::optional<std::string_view>> TextLines::Next() {
     std::size_t searchedTo = m_start;
     for (;;) {
-        const std::size_t end = m_buffer.find_first_of("\r\n", searchedTo);
+        const std::size_t end = FindLineEnd(m_buffer, searchedTo);
         // A CR at the end of what was read may be half of a CR LF.
         const bool mayBeHalf =
             end != std::string::npos && m_buffer[end] == '\r' && end + 1 == m_buffer.size();

@@ -107,6 +107,15 @@ Done VisitMaterials(AppContext& app, const std::function<void(const MaterialReco
     return ForEachRecord<MaterialLayout>(*file, visit);
 }
 
+Done VisitLiveMaterialSlots(AppContext& app, const std::function<void(std::string_view slot)>& visit) {
+    Result<RecordFile> file = OpenToRead(app);
+    if (!file) return file.error();
+    return file->ForEachSlot([&](std::int16_t, std::string_view slot) {
+        if (IsLive(slot)) visit(slot);
+        return true;
+    });
+}
+
 Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const MaterialFilter& filter) {
     Result<RecordFile> file = OpenToRead(app);
     if (!file) return file.error();
@@ -133,12 +142,9 @@ void MaterialTextMap::Add(std::int16_t materialId, std::string_view text) {
 }
 
 Result<MaterialTextMap> ReadMaterialTexts(AppContext& app) {
-    Result<RecordFile> file = OpenToRead(app);
-    if (!file) return file.error();
     MaterialTextMap texts;
-    const Done read = file->ForEachSlot([&](std::int16_t, std::string_view slot) {
-        if (IsLive(slot)) texts.Add(IdOf(slot), Trim(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot)));
-        return true;
+    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
+        texts.Add(IdOf(slot), Trim(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot)));
     });
     if (!read) return read.error();
     return texts;

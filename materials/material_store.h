@@ -35,6 +35,10 @@ Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const Materia
 /// Calls `visit` with every record of the file, deleted ones too, in file order. Shows nothing.
 Done VisitMaterials(AppContext& app, const std::function<void(const MaterialRecord&)>& visit);
 
+/// Calls `visit` with the slot of every live record, in file order, for those who need a few of its fields
+/// (Peek). Shows nothing.
+Done VisitLiveMaterialSlots(AppContext& app, const std::function<void(std::string_view slot)>& visit);
+
 /// The Material ID, trimmed, of each live material by its number: what other records show of a material.
 class MaterialTextMap {
 public:

@@ -16,11 +16,6 @@ namespace {
 constexpr std::size_t FieldCount = 19;
 constexpr std::size_t CustomIdLength = 100; // as stored
 
-/// A bar cannot be in a line's fields, so joined names of a table that has one are never asked for.
-std::string TypeAndMethodKey(std::string_view materialType, std::string_view applicationMethod) {
-    return ComparisonKey(materialType) + '|' + ComparisonKey(applicationMethod);
-}
-
 /// False when one of the texts is not a number.
 bool ParseAll(const std::string_view* texts, std::array<double, 12>& numbers) {
     for (double& number : numbers) {
@@ -59,7 +54,7 @@ Done MaterialImport::Prepare(AppContext& app, RecordFile& materials) {
     const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
     if (!rows) return rows.error();
     for (const HapContentRecord& row : *rows)
-        m_typesAndMethods.insert(TypeAndMethodKey(row.MaterialType, row.ApplicationMethod));
+        m_typesAndMethods.Add(row.MaterialType, row.ApplicationMethod);
     return materials.ForEachSlot([&](std::int16_t, std::string_view slot) {
         if (Peek<MaterialLayout, &MaterialRecord::Active>(slot))
             m_customIds.insert(ComparisonKey(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot)));
@@ -71,8 +66,7 @@ std::string_view MaterialImport::Check(CheckedLine& checked) const {
     const auto& fields = checked.Fields;
     if (m_customIds.contains(ComparisonKey(fields[0]))) return TransferTexts::MaterialExists;
     if (Trim(fields[1]).empty()) return TransferTexts::DescriptionEmpty;
-    if (!m_typesAndMethods.contains(TypeAndMethodKey(fields[2], fields[3])))
-        return TransferTexts::TypeOrMethodUnknown;
+    if (!m_typesAndMethods.Find(fields[2], fields[3])) return TransferTexts::TypeOrMethodUnknown;
     const std::optional<double> density = ParseNumber(fields[4]);
     if (!density) return TransferTexts::DensityNotNumeric;
     const std::optional<double> hapContent = ParseNumber(fields[5]);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "store/material_types.h"
 #include "transfer/import_output.h"
 
 #include <string>
@@ -20,6 +21,6 @@ private:
     /// Fills `checked`, or returns the first error's message.
     std::string_view Check(CheckedLine& checked) const;
 
-    std::unordered_set<std::string> m_typesAndMethods; ///< joined by "|", as they are compared
-    std::unordered_set<std::string> m_customIds;       ///< of the live materials, as they are compared
+    TypeMethodPairs m_typesAndMethods;
+    std::unordered_set<std::string> m_customIds; ///< of the live materials, as they are compared
 };

@@ -13,12 +13,16 @@ namespace {
 constexpr std::size_t FieldCount = 5;
 constexpr std::size_t PeriodLength = 7; // as stored
 
-/// A bar cannot be in a line's fields, so the key of a record that has one is never asked for.
-std::string UsageKey(std::string_view materialTextKey, std::string_view period) {
-    std::string key(materialTextKey);
-    key += '|';
-    key += UpperCase(period);
+/// Short enough for a string without memory of its own.
+std::string UsageKey(int textNumber, std::string_view period) {
+    std::string key = UpperCase(period);
+    key += static_cast<char>(textNumber & 0xFF);
+    key += static_cast<char>(textNumber >> 8);
     return key;
+}
+
+std::size_t Place(std::int16_t materialId) {
+    return static_cast<std::uint16_t>(materialId);
 }
 
 bool IsMonth(std::string_view text) {
@@ -42,11 +46,16 @@ struct UsageImport::CheckedLine {
 };
 
 Done UsageImport::Prepare(AppContext& app, RecordFile& usage) {
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (!material.Active) return;
-        std::string key = ComparisonKey(material.CustomId);
-        m_materialTexts.try_emplace(material.MaterialId, key);
-        m_materialIds.try_emplace(std::move(key), material.MaterialId);
+    constexpr std::size_t manyRecords = 32768; // room for all, so that the tables do not grow step by step
+    m_materials.reserve(manyRecords);
+    m_usage.reserve(manyRecords);
+    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
+        const auto id = Peek<MaterialLayout, &MaterialRecord::MaterialId>(slot);
+        const auto customId = Peek<MaterialLayout, &MaterialRecord::CustomId>(slot);
+        const int nextNumber = static_cast<int>(m_materials.size());
+        const auto named =
+            m_materials.try_emplace(ComparisonKey(customId), NamedMaterial{id, nextNumber}).first;
+        if (m_textNumbers[Place(id)] < 0) m_textNumbers[Place(id)] = named->second.TextNumber;
     });
     if (!read) return read;
     return ForEachRecord<UsageLayout>(usage, [&](const UsageRecord& record) {
@@ -55,16 +64,14 @@ Done UsageImport::Prepare(AppContext& app, RecordFile& usage) {
 }
 
 void UsageImport::AddUsage(std::int16_t materialId, std::string_view storedPeriod) {
-    const auto materialText = m_materialTexts.find(materialId);
-    if (materialText != m_materialTexts.end())
-        m_usage.insert(UsageKey(materialText->second, Trim(storedPeriod)));
+    const int textNumber = m_textNumbers[Place(materialId)];
+    if (textNumber >= 0) m_usage.insert(UsageKey(textNumber, Trim(storedPeriod)));
 }
 
 std::string_view UsageImport::Check(CheckedLine& checked) const {
     const auto& [materialText, month, year, quantity, unit] = checked.Fields;
-    const std::string materialKey = ComparisonKey(materialText);
-    const auto material = m_materialIds.find(materialKey);
-    if (material == m_materialIds.end()) return TransferTexts::MaterialUnknown;
+    const auto material = m_materials.find(ComparisonKey(materialText));
+    if (material == m_materials.end()) return TransferTexts::MaterialUnknown;
     if (!IsMonth(month)) return TransferTexts::MonthInvalid;
     if (!IsNumeric(year)) return TransferTexts::YearInvalid;
     std::string period(month);
@@ -72,13 +79,15 @@ std::string_view UsageImport::Check(CheckedLine& checked) const {
     period += year;
     // The period as written against the stored ones, which are cut and trimmed: one that changes when it is
     // stored is never found again.
-    if (m_usage.contains(UsageKey(materialKey, period))) return TransferTexts::UsageExists;
+    if (m_usage.contains(UsageKey(material->second.TextNumber, period))) return TransferTexts::UsageExists;
     const std::optional<double> number = ParseNumber(quantity);
     if (!number) return TransferTexts::QuantityNotNumeric;
     const std::int16_t unitCode = UnitOf(unit);
     if (unitCode == 0) return TransferTexts::UnitInvalid;
-    checked.Usage = {
-        .MaterialId = material->second, .Period = std::move(period), .Quantity = *number, .Unit = unitCode};
+    checked.Usage = {.MaterialId = material->second.MaterialId,
+                     .Period = std::move(period),
+                     .Quantity = *number,
+                     .Unit = unitCode};
     return {};
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 /// Judges the lines of a usage import and stores the good ones.
 class UsageImport {
@@ -23,9 +24,13 @@ private:
     std::string_view Check(CheckedLine& checked) const;
     void AddUsage(std::int16_t materialId, std::string_view storedPeriod);
 
-    /// The live material that a Material ID, as it is compared, stands for: the first in file order.
-    std::unordered_map<std::string, std::int16_t> m_materialIds;
-    /// The Material ID of a live material, as it is compared.
-    std::unordered_map<std::int16_t, std::string> m_materialTexts;
-    std::unordered_set<std::string> m_usage; ///< Material ID and period, joined by "|", as they are compared
+    struct NamedMaterial {
+        std::int16_t MaterialId; ///< the first in file order that has the Material ID
+        int TextNumber;          ///< counts the different Material IDs
+    };
+    std::unordered_map<std::string, NamedMaterial> m_materials; ///< live, by Material ID as it is compared
+    /// The number of the Material ID of each live material, by the material's number; -1 = none.
+    std::vector<int> m_textNumbers = std::vector<int>(std::size_t{1} << 16, -1);
+    std::unordered_set<std::string>
+        m_usage; ///< periods as they are compared, each with a Material ID's number
 };

@@ -6,16 +6,25 @@
 
 namespace {
 
-Done AddMaterial(std::vector<AdditionalHapMaterial>& materials, const MaterialRecord& material,
+template <auto Member> auto Stored(std::string_view slot) {
+    return Peek<MaterialLayout, Member>(slot);
+}
+
+template <std::size_t... Slot>
+void SetPollutants(AdditionalHapMaterial& material, std::string_view record, std::index_sequence<Slot...>) {
+    ((material.Contents[Slot] = Stored<PollutantContents[Slot]>(record)), ...);
+    ((material.Factors[Slot] = Stored<PollutantFactors[Slot]>(record)), ...);
+}
+
+Done AddMaterial(std::vector<AdditionalHapMaterial>& materials, std::string_view record,
                  const PeriodUsage& usage) {
-    const Result<double> pounds = usage.PoundsUsed(material);
+    const std::string_view customId = Trim(Stored<&MaterialRecord::CustomId>(record));
+    const Result<double> pounds = usage.PoundsUsed(Stored<&MaterialRecord::MaterialId>(record),
+                                                   Stored<&MaterialRecord::Density>(record), customId);
     if (!pounds) return pounds.error();
-    AdditionalHapMaterial& described = materials.emplace_back(
-        AdditionalHapMaterial{.MaterialId = std::string(Trim(material.CustomId)), .Pounds = *pounds});
-    for (std::size_t slot = 0; slot < PollutantCount; ++slot) {
-        described.Contents[slot] = material.*PollutantContents[slot];
-        described.Factors[slot] = material.*PollutantFactors[slot];
-    }
+    AdditionalHapMaterial& material =
+        materials.emplace_back(AdditionalHapMaterial{.MaterialId = std::string(customId), .Pounds = *pounds});
+    SetPollutants(material, record, std::make_index_sequence<PollutantCount>());
     return Success();
 }
 
@@ -32,8 +41,8 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
     AdditionalHapData data{.Heading = HeadingOf(app, *months),
                            .Names = SplitAdditionalNames(app.AdditionalNames)};
     Done described = Success();
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (material.Active && described) described = AddMaterial(data.Materials, material, *usage);
+    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view record) {
+        if (described) described = AddMaterial(data.Materials, record, *usage);
     });
     if (!read) return read.error();
     if (!described) return described.error();

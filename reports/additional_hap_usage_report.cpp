@@ -49,6 +49,8 @@ bool IsListed(const PollutantNames& names, std::size_t slot) {
 
 std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data) {
     std::string html = "<html><title>Additional HAP Usage Report</title><body>";
+    constexpr std::size_t roomForMaterial = 600; // most take less: half of them are not used
+    html.reserve((data.Materials.size() + 4) * roomForMaterial);
     html += CompanyHtml(data.Heading);
     html += TitleHtml("ADDITIONAL HAP(s) USAGE REPORT", MaterialsUsedHtml(data.Heading));
     html += TableStartHtml;

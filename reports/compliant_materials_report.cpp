@@ -51,14 +51,7 @@ std::vector<const MaterialRecord*> FirstByIdentifier(const std::vector<MaterialR
     return first;
 }
 
-/// The materials in the order of the report, as often as it lists them.
-std::vector<const MaterialRecord*> ListAll(const std::vector<MaterialRecord>& materials) {
-    std::vector<const MaterialRecord*> listed;
-    listed.reserve(materials.size());
-    for (const MaterialRecord& material : materials)
-        listed.push_back(&material);
-    return listed;
-}
+/// The materials in the order of the usage, as often as they are used.
 std::vector<const MaterialRecord*> ListUsed(const std::vector<MaterialRecord>& materials,
                                             const std::vector<UsageRecord>& usage) {
     const auto byIdentifier = FirstByIdentifier(materials);
@@ -70,26 +63,26 @@ std::vector<const MaterialRecord*> ListUsed(const std::vector<MaterialRecord>& m
     return listed;
 }
 
-/// Adds the rows of the listed materials.
-Done AddRows(AppContext& app, const std::vector<const MaterialRecord*>& listed,
-             CompliantMaterialsData& data) {
+Done ReadLimits(AppContext& app, std::optional<LimitTable>& limits) {
     const Result<std::vector<HapContentRecord>> types = ReadHapContents(app);
     if (!types) return types.error();
-    data.HasRecords = true;
-    const LimitTable limits(*types);
-    data.Rows.reserve(listed.size());
-    for (const MaterialRecord* material : listed)
-        if (std::optional<CompliantRow> row = limits.RowOf(*material)) data.Rows.push_back(std::move(*row));
+    limits.emplace(*types);
     return Success();
 }
 
 Result<CompliantMaterialsData> FetchAll(AppContext& app) {
     CompliantMaterialsData data{.Heading = HeadingOf(app, {}), .IsAllMaterials = true};
-    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
-    if (!materials) return materials.error();
-    if (materials->empty()) return data;
-    const Done added = AddRows(app, ListAll(*materials), data);
-    if (!added) return added.error();
+    std::optional<LimitTable> limits; // read when there is a material
+    Done limitsRead = Success();
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (!material.Active || !limitsRead) return;
+        if (!limits) limitsRead = ReadLimits(app, limits);
+        if (!limits) return;
+        data.HasRecords = true;
+        if (std::optional<CompliantRow> row = limits->RowOf(material)) data.Rows.push_back(std::move(*row));
+    });
+    if (!read) return read.error();
+    if (!limitsRead) return limitsRead.error();
     return data;
 }
 
@@ -102,8 +95,12 @@ Result<CompliantMaterialsData> FetchUsed(AppContext& app, const ReportPeriod& pe
     const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
     if (!materials) return materials.error();
     if (usage->empty() || materials->empty()) return data;
-    const Done added = AddRows(app, ListUsed(*materials, *usage), data);
-    if (!added) return added.error();
+    std::optional<LimitTable> limits;
+    const Done limitsRead = ReadLimits(app, limits);
+    if (!limitsRead) return limitsRead.error();
+    data.HasRecords = true;
+    for (const MaterialRecord* material : ListUsed(*materials, *usage))
+        if (std::optional<CompliantRow> row = limits->RowOf(*material)) data.Rows.push_back(std::move(*row));
     return data;
 }
 
@@ -134,6 +131,8 @@ Result<CompliantMaterialsData> FetchCompliantMaterials(AppContext& app, const Re
 
 std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data) {
     std::string html = "<html><title>Compliant Materials Report</title><body>";
+    constexpr std::size_t roomForRow = 600; // most take less
+    html.reserve((data.Rows.size() + 4) * roomForRow);
     html += CompanyHtml(data.Heading);
     html += TitleHtml("COMPLIANT MATERIALS REPORT",
                       data.IsAllMaterials ? "<u>All Materials</u>" : MaterialsUsedHtml(data.Heading));

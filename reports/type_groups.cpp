@@ -24,11 +24,11 @@ bool IsClosedMolding(std::string_view applicationMethod) {
     return Trim(applicationMethod) == "Closed Molding";
 }
 
-void MaterialsByMethod::Add(const MaterialRecord& material) {
-    const std::size_t number = m_pairs.Add(material.MaterialType, material.ApplicationMethod);
+void MaterialsByMethod::Add(std::string_view materialType, std::string_view applicationMethod,
+                            AveragedMaterial material) {
+    const std::size_t number = m_pairs.Add(materialType, applicationMethod);
     if (number == m_materials.size()) m_materials.emplace_back();
-    m_materials[number].push_back(
-        {material.MaterialId, material.CustomId, material.Density, material.HapContent});
+    m_materials[number].push_back(std::move(material));
 }
 
 const std::vector<AveragedMaterial>& MaterialsByMethod::Of(const HapContentRecord& row) const {
@@ -38,8 +38,14 @@ const std::vector<AveragedMaterial>& MaterialsByMethod::Of(const HapContentRecor
 
 Result<MaterialsByMethod> ReadMaterialsByMethod(AppContext& app) {
     MaterialsByMethod materials;
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (material.Active) materials.Add(material);
+    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
+        materials.Add(
+            TrimEnd(Peek<MaterialLayout, &MaterialRecord::MaterialType>(slot)),
+            TrimEnd(Peek<MaterialLayout, &MaterialRecord::ApplicationMethod>(slot)),
+            {.MaterialId = Peek<MaterialLayout, &MaterialRecord::MaterialId>(slot),
+             .CustomId = std::string(TrimEnd(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot))),
+             .Density = Peek<MaterialLayout, &MaterialRecord::Density>(slot),
+             .HapContent = Peek<MaterialLayout, &MaterialRecord::HapContent>(slot)});
     });
     if (!read) return read.error();
     return materials;

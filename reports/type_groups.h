@@ -34,7 +34,7 @@ struct AveragedMaterial {
 /// Materials by type and method, looked up trimmed and without regard to case.
 class MaterialsByMethod {
 public:
-    void Add(const MaterialRecord& material);
+    void Add(std::string_view materialType, std::string_view applicationMethod, AveragedMaterial material);
     /// In the order in which they were added.
     const std::vector<AveragedMaterial>& Of(const HapContentRecord& row) const;
 

@@ -100,14 +100,18 @@ TEST(EmitMethodTest, MaterialWithoutUseKeepsItsRow) {
 TEST(EmitMethodTest, FillerDoesNotReduceThePointValueOfAFilledResin) {
     HapContentRecord filled = Linear;
     filled.MaterialType = "Production resin (Filled)";
-    MaterialsByMethod materials;
-    materials.Add({.MaterialId = 1,
-                   .MaterialType = filled.MaterialType,
-                   .ApplicationMethod = filled.ApplicationMethod,
-                   .HapContent = 30,
-                   .Filler = 40});
-    const Result<EmissionMethod> method = EmitMethod(filled, materials.Of(filled), PeriodUsage({Use(1, 1)}));
+    TestProgram program;
+    WriteContent(program.DataFile("1_materials.talvor"),
+                 Pack(MaterialLayout, {.MaterialId = 1,
+                                       .MaterialType = filled.MaterialType,
+                                       .ApplicationMethod = filled.ApplicationMethod,
+                                       .HapContent = 30,
+                                       .Filler = 40}));
+    const Result<MaterialsByMethod> materials = ReadMaterialsByMethod(program.App);
+    ASSERT_TRUE(materials);
+    const Result<EmissionMethod> method = EmitMethod(filled, materials->Of(filled), PeriodUsage({Use(1, 1)}));
     ASSERT_TRUE(method);
+    ASSERT_EQ(method->Rows.size(), 1U);
     EXPECT_EQ(method->Rows[0].PointValue, 30);
     EXPECT_EQ(method->Emission, 30);
 }

@@ -76,9 +76,9 @@ std::string IdsOf(const MaterialsByMethod& materials, const HapContentRecord& ro
 
 TEST(MaterialsByMethodTest, FindsTypeAndMethodTrimmedAndWithoutRegardToCaseInFileOrder) {
     MaterialsByMethod materials;
-    materials.Add({.CustomId = "1", .MaterialType = "Resin", .ApplicationMethod = "Spray"});
-    materials.Add({.CustomId = "2", .MaterialType = "Gel", .ApplicationMethod = "Spray"});
-    materials.Add({.CustomId = "3", .MaterialType = " RESIN", .ApplicationMethod = "spray "});
+    materials.Add("Resin", "Spray", {.CustomId = "1"});
+    materials.Add("Gel", "Spray", {.CustomId = "2"});
+    materials.Add(" RESIN", "spray ", {.CustomId = "3"});
     EXPECT_EQ(IdsOf(materials, Row("resin", " Spray")), "1 3 ");
     EXPECT_EQ(IdsOf(materials, Row("Gel", "Spray")), "2 ");
     EXPECT_EQ(IdsOf(materials, Row("Gel", "All")), "");
@@ -87,7 +87,7 @@ TEST(MaterialsByMethodTest, FindsTypeAndMethodTrimmedAndWithoutRegardToCaseInFil
 
 TEST(MaterialsByMethodTest, TypeAndMethodAreNotRunTogether) {
     MaterialsByMethod materials;
-    materials.Add({.CustomId = "1", .MaterialType = "AB", .ApplicationMethod = "C"});
+    materials.Add("AB", "C", {.CustomId = "1"});
     EXPECT_EQ(IdsOf(materials, Row("A", "BC")), "");
 }
 

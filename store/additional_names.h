@@ -14,7 +14,8 @@ using PollutantNames = std::array<std::string, 6>;
 
 /// Reads the current company's names into `app.AdditionalNames`; a missing file is created with six unused
 /// ones. The file is read as comma-separated values, of which the last one counts: of names that contain a
-/// comma only what follows the last comma survives. Shows nothing; where it fails the names are as before.
+/// comma only what follows the last comma survives. Shows nothing; where the file cannot be read the names
+/// are as before.
 Done ReadAdditionalNames(AppContext& app);
 
 /// The same, with a failure shown (ShowError).

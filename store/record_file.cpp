@@ -60,7 +60,7 @@ Result<RecordFile> RecordFile::OpenForWriting(FileAccess& files, const std::file
 
 Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::string& chunk) {
     constexpr std::size_t chunkLength = std::size_t{1} << 18;
-    const auto left = static_cast<std::size_t>(m_count - first + 1);
+    const std::size_t left = static_cast<std::size_t>(m_count) - static_cast<std::size_t>(first) + 1;
     const std::size_t slots = std::min(left, std::max<std::size_t>(1, chunkLength / m_slotLength));
     chunk.resize(slots * m_slotLength);
     const Result<std::size_t> count = m_file->ReadAt((std::uint64_t(first) - 1) * m_slotLength, chunk);

@@ -3,11 +3,8 @@
 #include "base/text.h"
 
 #include <cmath>
-#include <limits>
 
 namespace {
-
-constexpr std::uint64_t MostSlots = std::numeric_limits<std::int16_t>::max();
 
 std::string Count(std::uint64_t number, std::string_view of) {
     return std::to_string(number) + ' ' + std::string(of) + (number == 1 ? "" : "s");
@@ -40,9 +37,8 @@ Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, st
 
     const std::uint64_t whole = *length / slotLength;
     const std::uint64_t rest = *length % slotLength;
-    // As the count of the slots is rounded: to the nearest number, halves to even.
-    const bool isRestCounted = 2 * rest > slotLength || (2 * rest == slotLength && whole % 2 == 1);
-    const std::uint64_t slots = whole + (isRestCounted ? 1 : 0);
+    const std::uint64_t slots = CountSlots(*length, slotLength);
+    const bool isRestCounted = slots > whole;
     if (slots > MostSlots) {
         findings.Add("it has " + std::to_string(slots) +
                      " records and cannot be worked with: 32767 is the most that a data file can hold");

@@ -3,26 +3,21 @@
 #include "base/text.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace {
-
-constexpr std::int64_t MostSlots = std::numeric_limits<std::int16_t>::max();
-
-/// Halves to even.
-std::uint64_t DivideRounded(std::uint64_t length, std::uint64_t slotLength) {
-    const std::uint64_t whole = length / slotLength;
-    const std::uint64_t twiceRest = 2 * (length % slotLength);
-    const bool isUp = twiceRest > slotLength || (twiceRest == slotLength && whole % 2 == 1);
-    return isUp ? whole + 1 : whole;
-}
 
 std::string Quoted(const std::filesystem::path& path) {
     return '"' + PathText(path) + '"';
 }
 
 } // namespace
+
+std::uint64_t CountSlots(std::uint64_t length, std::uint64_t slotLength) {
+    const std::uint64_t whole = length / slotLength;
+    const std::uint64_t twiceRest = 2 * (length % slotLength);
+    const bool isUp = twiceRest > slotLength || (twiceRest == slotLength && whole % 2 == 1);
+    return isUp ? whole + 1 : whole;
+}
 
 Result<RecordFile> RecordFile::Open(FileAccess& files, const std::filesystem::path& path,
                                     std::size_t slotLength, OpenMode mode) {
@@ -34,7 +29,7 @@ Result<RecordFile> RecordFile::Open(FileAccess& files, const std::filesystem::pa
     }
     const Result<std::uint64_t> length = (*opened)->Length();
     if (!length) return length.error();
-    const std::uint64_t count = DivideRounded(*length, slotLength);
+    const std::uint64_t count = CountSlots(*length, slotLength);
     if (count > MostSlots)
         return Failure{"Cannot work with the file " + Quoted(path) + ": it has " + std::to_string(count) +
                        " records, and 32767 is the most that a data file can hold."};
@@ -131,7 +126,7 @@ Done RecordFile::AppendSlots(std::string_view slots) {
 }
 
 Result<std::int16_t> RecordFile::NextNumber(std::size_t pending) const {
-    const auto next = m_count + static_cast<std::int64_t>(pending) + 1;
+    const std::uint64_t next = static_cast<std::uint64_t>(m_count) + pending + 1;
     if (next > MostSlots)
         return Failure{"Cannot add a record to the file " + Quoted(m_path) +
                        ": it is full, with 32767 records."};

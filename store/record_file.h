@@ -11,6 +11,12 @@
 #include <string_view>
 #include <vector>
 
+/// The most slots that a file can be worked with: record numbers are signed 16-bit integers.
+inline constexpr std::uint64_t MostSlots = 32767;
+
+/// How many slots a file of `length` bytes has: rounded to the nearest whole number, halves to even.
+std::uint64_t CountSlots(std::uint64_t length, std::uint64_t slotLength);
+
 /// A file of fixed-length slots, numbered from 1, without a header.
 ///
 /// It is opened for one operation and closed with it. A file that does not exist is created empty. Bytes that

@@ -162,7 +162,24 @@ void ShowDisabledInWindowColour(QLineEdit& edit) {
     new DisabledBackground(edit); // belongs to the box
 }
 
+void NumberItems(QComboBox& combo) {
+    for (int row = 0; row < combo.count(); ++row)
+        combo.setItemData(row, row + 1);
+}
+
+std::optional<std::int16_t> SelectedData(const QComboBox& combo) {
+    if (combo.currentIndex() < 0) return {};
+    return static_cast<std::int16_t>(combo.currentData().toInt());
+}
+
+std::optional<std::string> SelectedText(const QComboBox& combo) {
+    if (combo.currentIndex() < 0) return {};
+    return ToCodePage(combo.currentText());
+}
+
 void AcceptAnyYear(QComboBox& year) {
+    for (int row = 0; row < year.count(); ++row)
+        year.setItemData(row, 0);
     year.setEditable(true);
     year.setInsertPolicy(QComboBox::NoInsert);
     year.setCompleter(nullptr); // it would make 2000 of 20

@@ -6,7 +6,9 @@
 #include <QString>
 #include <QVariant>
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -35,7 +37,15 @@ void AcceptCodePageText(QLineEdit& edit);
 /// While it is disabled the box has the background of its window, also when the user turns to dark colours.
 void ShowDisabledInWindowColour(QLineEdit& edit);
 
-/// A box that holds a list of years and takes any other number of up to four digits that is typed.
+/// Gives the entries the item data 1, 2 and so on, in the order of the list.
+void NumberItems(QComboBox& combo);
+
+/// The selected entry's item data or, as code-page text, its text; empty when none is selected.
+std::optional<std::int16_t> SelectedData(const QComboBox& combo);
+std::optional<std::string> SelectedText(const QComboBox& combo);
+
+/// A box that holds a list of years, all with item data 0, and takes any other number of up to four digits
+/// that is typed.
 void AcceptAnyYear(QComboBox& year);
 
 /// Fills the list with the lines, their item data in Qt::UserRole; no line is selected. 32,767 lines are no

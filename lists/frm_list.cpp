@@ -19,16 +19,6 @@ namespace {
 constexpr int MaterialsHeightInTwips = 4560;
 constexpr int TwipsPerInch = 1440;
 
-std::optional<std::int16_t> SelectedId(const QComboBox& combo) {
-    if (combo.currentIndex() < 0) return {};
-    return static_cast<std::int16_t>(combo.currentData().toInt());
-}
-
-std::optional<std::string> SelectedText(const QComboBox& combo) {
-    if (combo.currentIndex() < 0) return {};
-    return ToCodePage(combo.currentText());
-}
-
 } // namespace
 
 frmList::frmList(AppContext& app, QWidget* parent)
@@ -101,7 +91,7 @@ void frmList::Reload_Material_List() {
 void frmList::Refresh_Usage_List() {
     std::vector<UsageRecord> usage;
     ListLines lines;
-    const UsageFilter filter{.MaterialId = SelectedId(*m_ui->cbo_Materials),
+    const UsageFilter filter{.MaterialId = SelectedData(*m_ui->cbo_Materials),
                              .Year = SelectedText(*m_ui->cbo_Year)};
     if (FindUsage(m_app, filter, usage)) FillUsageList(m_app, lines, usage);
     Show_List(lines);

@@ -23,11 +23,6 @@ void ShowNames(QComboBox& combo, const std::vector<std::string>& names) {
     ShowLines(combo, lines);
 }
 
-std::optional<std::string> SelectedText(const QComboBox& combo) {
-    if (combo.currentIndex() < 0) return {};
-    return ToCodePage(combo.currentText());
-}
-
 void Focus(QWidget& box) {
     box.setFocus();
     if (auto* edit = qobject_cast<QLineEdit*>(&box)) edit->selectAll();

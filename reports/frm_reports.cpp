@@ -8,10 +8,7 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()) {
     m_ui->setupUi(this);
     for (const ReportFrame& frame : Frames()) {
-        for (int month = 1; month <= frame.Month->count(); ++month)
-            frame.Month->setItemData(month - 1, month);
-        for (int row = 0; row < frame.Year->count(); ++row)
-            frame.Year->setItemData(row, 0);
+        NumberItems(*frame.Month);
         AcceptAnyYear(*frame.Year);
         if (frame.Month != m_ui->cbo_Month) Select_Current_Month(frame);
         connect(frame.Generate, &QPushButton::clicked, this, [this, frame] { Generate(frame); });

@@ -9,22 +9,6 @@
 #include "usage/usage_store.h"
 #include "usage/usage_texts.h"
 
-namespace {
-
-std::optional<std::int16_t> SelectedData(const QComboBox& combo) {
-    if (combo.currentIndex() < 0) return {};
-    return static_cast<std::int16_t>(combo.currentData().toInt());
-}
-
-/// Item data 1, 2 and so on, in the order of the list.
-void NumberItems(QComboBox& combo) {
-    for (int row = 0; row < combo.count(); ++row)
-        combo.setItemData(row, row + 1);
-    combo.setCurrentIndex(-1);
-}
-
-} // namespace
-
 frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmUsage>()) {
     m_ui->setupUi(this);
@@ -35,10 +19,10 @@ frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials
     ShowLines(*m_ui->cbo_MaterialId, lines);
     for (const MaterialRecord& material : materials)
         m_descriptions << FromCodePage(Trim(material.Description));
-    NumberItems(*m_ui->cbo_Month);
-    NumberItems(*m_ui->cbo_Unit);
-    for (int row = 0; row < m_ui->cbo_Year->count(); ++row)
-        m_ui->cbo_Year->setItemData(row, 0);
+    for (QComboBox* combo : {m_ui->cbo_Month, m_ui->cbo_Unit}) {
+        NumberItems(*combo);
+        combo->setCurrentIndex(-1);
+    }
     AcceptAnyYear(*m_ui->cbo_Year);
     AcceptCodePageText(*m_ui->txt_Quantiry);
     connect(m_ui->cbo_MaterialId, &QComboBox::currentIndexChanged, this, &frmUsage::Show_Description);

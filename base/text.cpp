@@ -52,6 +52,10 @@ unsigned char Upper(char byte) {
     return UpperBytes[static_cast<unsigned char>(byte)];
 }
 
+void MakeUpperCase(std::string& text) {
+    std::ranges::transform(text, text.begin(), [](char byte) { return static_cast<char>(Upper(byte)); });
+}
+
 void AppendUtf8(std::string& text, char16_t character) {
     if (character < 0x80) {
         text += static_cast<char>(character);
@@ -127,7 +131,7 @@ std::string_view TrimEnd(std::string_view text) {
 
 std::string UpperCase(std::string_view codePageText) {
     std::string upper(codePageText);
-    std::ranges::transform(upper, upper.begin(), [](char byte) { return static_cast<char>(Upper(byte)); });
+    MakeUpperCase(upper);
     return upper;
 }
 
@@ -137,6 +141,12 @@ bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
 
 std::string ComparisonKey(std::string_view codePageText) {
     return UpperCase(Trim(codePageText));
+}
+
+std::string_view ComparisonKey(std::string_view codePageText, std::string& buffer) {
+    buffer = Trim(codePageText);
+    MakeUpperCase(buffer);
+    return buffer;
 }
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {

@@ -22,6 +22,8 @@ bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 
 /// The text by which names and identifiers are compared: trimmed and upper-cased.
 std::string ComparisonKey(std::string_view codePageText);
+/// The same for many texts, without memory for each: it stands in `buffer`.
+std::string_view ComparisonKey(std::string_view codePageText, std::string& buffer);
 
 /// The pieces between the separators; a text without one is one piece, the empty text too.
 std::vector<std::string_view> Split(std::string_view text, char separator);

@@ -57,14 +57,14 @@ Done MaterialImport::Prepare(AppContext& app, RecordFile& materials) {
         m_typesAndMethods.Add(row.MaterialType, row.ApplicationMethod);
     return materials.ForEachSlot([&](std::int16_t, std::string_view slot) {
         if (Peek<MaterialLayout, &MaterialRecord::Active>(slot))
-            m_customIds.insert(ComparisonKey(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot)));
+            m_customIds.Add(ComparisonKey(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot), m_key));
         return true;
     });
 }
 
-std::string_view MaterialImport::Check(CheckedLine& checked) const {
+std::string_view MaterialImport::Check(CheckedLine& checked) {
     const auto& fields = checked.Fields;
-    if (m_customIds.contains(ComparisonKey(fields[0]))) return TransferTexts::MaterialExists;
+    if (m_customIds.Contains(ComparisonKey(fields[0], m_key))) return TransferTexts::MaterialExists;
     if (Trim(fields[1]).empty()) return TransferTexts::DescriptionEmpty;
     if (!m_typesAndMethods.Find(fields[2], fields[3])) return TransferTexts::TypeOrMethodUnknown;
     const std::optional<double> density = ParseNumber(fields[4]);
@@ -85,7 +85,7 @@ Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, Import
     if (!number) return number.error();
     output.AppendRecord(Pack(MaterialLayout, checked.Record(*number)));
     // As the record will read back: an identifier that was cut does not equal the line's own.
-    m_customIds.insert(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength)));
+    m_customIds.Add(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength), m_key));
     return false;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "base/text_numbers.h"
 #include "store/material_types.h"
 #include "transfer/import_output.h"
 
 #include <string>
-#include <unordered_set>
 
 /// Judges the lines of a material import and stores the good ones.
 class MaterialImport {
@@ -19,8 +19,9 @@ public:
 private:
     struct CheckedLine;
     /// Fills `checked`, or returns the first error's message.
-    std::string_view Check(CheckedLine& checked) const;
+    std::string_view Check(CheckedLine& checked);
 
     TypeMethodPairs m_typesAndMethods;
-    std::unordered_set<std::string> m_customIds; ///< of the live materials, as they are compared
+    TextNumbers m_customIds{MostSlots}; ///< of the live materials, as they are compared
+    std::string m_key;                  ///< what is compared
 };

@@ -14,10 +14,10 @@ constexpr std::size_t FieldCount = 5;
 constexpr std::size_t PeriodLength = 7; // as stored
 
 /// Short enough for a string without memory of its own.
-std::string UsageKey(int textNumber, std::string_view period) {
+std::string UsageKey(std::uint32_t customIdNumber, std::string_view period) {
     std::string key = UpperCase(period);
-    key += static_cast<char>(textNumber & 0xFF);
-    key += static_cast<char>(textNumber >> 8);
+    key += static_cast<char>(customIdNumber & 0xFF);
+    key += static_cast<char>(customIdNumber >> 8);
     return key;
 }
 
@@ -46,16 +46,12 @@ struct UsageImport::CheckedLine {
 };
 
 Done UsageImport::Prepare(AppContext& app, RecordFile& usage) {
-    constexpr std::size_t manyRecords = 32768; // room for all, so that the tables do not grow step by step
-    m_materials.reserve(manyRecords);
-    m_usage.reserve(manyRecords);
     const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
         const auto id = Peek<MaterialLayout, &MaterialRecord::MaterialId>(slot);
         const auto customId = Peek<MaterialLayout, &MaterialRecord::CustomId>(slot);
-        const int nextNumber = static_cast<int>(m_materials.size());
-        const auto named =
-            m_materials.try_emplace(ComparisonKey(customId), NamedMaterial{id, nextNumber}).first;
-        if (m_textNumbers[Place(id)] < 0) m_textNumbers[Place(id)] = named->second.TextNumber;
+        const std::uint32_t number = m_customIds.Add(ComparisonKey(customId, m_key));
+        if (number == m_materialIds.size()) m_materialIds.push_back(id);
+        if (m_customIdNumbers[Place(id)] < 0) m_customIdNumbers[Place(id)] = static_cast<int>(number);
     });
     if (!read) return read;
     return ForEachRecord<UsageLayout>(usage, [&](const UsageRecord& record) {
@@ -64,14 +60,14 @@ Done UsageImport::Prepare(AppContext& app, RecordFile& usage) {
 }
 
 void UsageImport::AddUsage(std::int16_t materialId, std::string_view storedPeriod) {
-    const int textNumber = m_textNumbers[Place(materialId)];
-    if (textNumber >= 0) m_usage.insert(UsageKey(textNumber, Trim(storedPeriod)));
+    const int number = m_customIdNumbers[Place(materialId)];
+    if (number >= 0) m_usage.Add(UsageKey(static_cast<std::uint32_t>(number), Trim(storedPeriod)));
 }
 
-std::string_view UsageImport::Check(CheckedLine& checked) const {
+std::string_view UsageImport::Check(CheckedLine& checked) {
     const auto& [materialText, month, year, quantity, unit] = checked.Fields;
-    const auto material = m_materials.find(ComparisonKey(materialText));
-    if (material == m_materials.end()) return TransferTexts::MaterialUnknown;
+    const auto customId = m_customIds.Find(ComparisonKey(materialText, m_key));
+    if (!customId) return TransferTexts::MaterialUnknown;
     if (!IsMonth(month)) return TransferTexts::MonthInvalid;
     if (!IsNumeric(year)) return TransferTexts::YearInvalid;
     std::string period(month);
@@ -79,12 +75,12 @@ std::string_view UsageImport::Check(CheckedLine& checked) const {
     period += year;
     // The period as written against the stored ones, which are cut and trimmed: one that changes when it is
     // stored is never found again.
-    if (m_usage.contains(UsageKey(material->second.TextNumber, period))) return TransferTexts::UsageExists;
+    if (m_usage.Contains(UsageKey(*customId, period))) return TransferTexts::UsageExists;
     const std::optional<double> number = ParseNumber(quantity);
     if (!number) return TransferTexts::QuantityNotNumeric;
     const std::int16_t unitCode = UnitOf(unit);
     if (unitCode == 0) return TransferTexts::UnitInvalid;
-    checked.Usage = {.MaterialId = material->second.MaterialId,
+    checked.Usage = {.MaterialId = m_materialIds[*customId],
                      .Period = std::move(period),
                      .Quantity = *number,
                      .Unit = unitCode};

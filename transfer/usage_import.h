@@ -1,12 +1,11 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "base/text_numbers.h"
 #include "transfer/import_output.h"
 
 #include <cstdint>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 /// Judges the lines of a usage import and stores the good ones.
@@ -21,16 +20,13 @@ public:
 private:
     struct CheckedLine;
     /// Fills `checked`, or returns the first error's message.
-    std::string_view Check(CheckedLine& checked) const;
+    std::string_view Check(CheckedLine& checked);
     void AddUsage(std::int16_t materialId, std::string_view storedPeriod);
 
-    struct NamedMaterial {
-        std::int16_t MaterialId; ///< the first in file order that has the Material ID
-        int TextNumber;          ///< counts the different Material IDs
-    };
-    std::unordered_map<std::string, NamedMaterial> m_materials; ///< live, by Material ID as it is compared
+    TextNumbers m_customIds{MostSlots};      ///< the Material IDs of the live materials, as they are compared
+    std::vector<std::int16_t> m_materialIds; ///< by Material ID: the first in file order that has it
     /// The number of the Material ID of each live material, by the material's number; -1 = none.
-    std::vector<int> m_textNumbers = std::vector<int>(std::size_t{1} << 16, -1);
-    std::unordered_set<std::string>
-        m_usage; ///< periods as they are compared, each with a Material ID's number
+    std::vector<int> m_customIdNumbers = std::vector<int>(std::size_t{1} << 16, -1);
+    TextNumbers m_usage{MostSlots}; ///< periods as they are compared, each with a Material ID's number
+    std::string m_key;              ///< what is compared
 };

@@ -25,6 +25,9 @@ TEST(ComparisonTest, IgnoresCaseAndBlanksAround) {
     EXPECT_FALSE(EqualsIgnoringCase("resine", "r\xE9sine"));
     EXPECT_FALSE(EqualsIgnoringCase("a", "ab"));
     EXPECT_EQ(ComparisonKey(" gc-100 "), "GC-100");
+    std::string buffer = "of before";
+    EXPECT_EQ(ComparisonKey(" gc-100 ", buffer), "GC-100");
+    EXPECT_EQ(ComparisonKey("  ", buffer), "");
 }
 
 TEST(SplitTest, GivesOnePieceMoreThanSeparators) {

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Different texts and a number for each, counted from 0 in the order in which they came.
+///
+/// One block of memory holds all of them, and one the table by which they are found: 32,767 identifiers stay
+/// in the processor's cache, where the nodes of std::unordered_map do not.
+class TextNumbers {
+public:
+    /// With room for so many texts, beyond which the table grows by doubling.
+    explicit TextNumbers(std::size_t expectedTexts = 0);
+
+    /// The text's number; a new text is kept and gets the next one.
+    std::uint32_t Add(std::string_view text);
+    std::optional<std::uint32_t> Find(std::string_view text) const;
+    bool Contains(std::string_view text) const { return Find(text).has_value(); }
+    std::size_t Count() const { return m_starts.size() - 1; }
+
+private:
+    struct Place {
+        std::uint32_t Hash = 0;
+        std::uint32_t Number = Free;
+    };
+    static constexpr std::uint32_t Free = 0xFFFFFFFF;
+
+    /// Where the text is, or the free place where it would be.
+    std::size_t PlaceOf(std::string_view text, std::uint32_t hash) const;
+    std::string_view TextOf(std::uint32_t number) const;
+    void Grow();
+
+    std::vector<Place> m_places;            ///< a power of two of them, at most half of them taken
+    std::string m_texts;                    ///< one behind the other, less than 4 GB
+    std::vector<std::uint32_t> m_starts{0}; ///< of each text, and the end of the last
+};

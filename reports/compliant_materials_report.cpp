@@ -74,11 +74,15 @@ Result<CompliantMaterialsData> FetchAll(AppContext& app) {
     CompliantMaterialsData data{.Heading = HeadingOf(app, {}), .IsAllMaterials = true};
     std::optional<LimitTable> limits; // read when there is a material
     Done limitsRead = Success();
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        if (!material.Active || !limitsRead) return;
+    MaterialRecord material;
+    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
+        if (!limitsRead) return;
         if (!limits) limitsRead = ReadLimits(app, limits);
         if (!limits) return;
         data.HasRecords = true;
+        UnpackOnly<MaterialLayout, &MaterialRecord::CustomId, &MaterialRecord::Description,
+                   &MaterialRecord::MaterialType, &MaterialRecord::ApplicationMethod,
+                   &MaterialRecord::HapContent>(slot, material);
         if (std::optional<CompliantRow> row = limits->RowOf(material)) data.Rows.push_back(std::move(*row));
     });
     if (!read) return read.error();

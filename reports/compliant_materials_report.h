@@ -33,7 +33,8 @@ bool IsCompliant(const CompliantRow& row);
 class LimitTable {
 public:
     explicit LimitTable(const std::vector<HapContentRecord>& rows);
-    /// Empty when the material's type and method are not in the table.
+    /// Of a material's names, type, method and HAP content. Empty when its type and method are not in the
+    /// table.
     std::optional<CompliantRow> RowOf(const MaterialRecord& material) const;
 
 private:

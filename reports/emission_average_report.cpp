@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::size_t MaterialIdLength = 100;
+constexpr std::size_t MaterialIdLength = 100; // a page shows it with the blanks of its field
 constexpr double KgPerMg = 1000;
 
 constexpr std::string_view PageStartHtml =
@@ -34,9 +34,11 @@ std::string GroupRowHtml(const std::string& materialType) {
 }
 
 void AddMaterialRow(std::string& html, const std::string& method, const EmissionRow& row) {
-    AppendAll(html, "<tr><td>", method, " (Material ID:", row.Material, ")</td><td>",
-              NumberText(row.HapContent), "</td><td>", NumberText(row.PointValue), "</td><td>",
-              NumberText(row.Amount), "</td><td>", NumberText(RoundTo(Emission(row), 2)), "</td></tr>");
+    AppendAll(html, "<tr><td>", method, " (Material ID:", row.Material);
+    html.append(MaterialIdLength - std::min(row.Material.size(), MaterialIdLength), ' ');
+    AppendAll(html, ")</td><td>", NumberText(row.HapContent), "</td><td>", NumberText(row.PointValue),
+              "</td><td>", NumberText(row.Amount), "</td><td>", NumberText(RoundTo(Emission(row), 2)),
+              "</td></tr>");
 }
 
 std::string MethodTotalHtml(const EmissionMethod& method) {
@@ -65,22 +67,24 @@ std::string CompliantRowHtml(const EmissionAverageData& data) {
            "</td></tr>";
 }
 
+std::size_t CountRows(const EmissionAverageData& data) {
+    std::size_t count = 0;
+    for (const EmissionGroup& group : data.Groups)
+        for (const EmissionMethod& method : group.Methods)
+            count += method.Rows.size();
+    return count;
+}
+
 /// Whether the number, and what is shown of it, is one that a page can hold.
 bool IsShowable(double number) {
     return std::isfinite(RoundTo(number, 2));
-}
-
-std::string PaddedId(const AveragedMaterial& material) {
-    std::string id = material.CustomId;
-    id.resize(std::max(id.size(), MaterialIdLength), ' ');
-    return id;
 }
 
 Result<EmissionRow> EmitMaterial(const HapContentRecord& method, const AveragedMaterial& material,
                                  const PeriodUsage& usage) {
     const Result<double> pounds = usage.PoundsUsed(material.MaterialId, material.Density, material.CustomId);
     if (!pounds) return pounds.error();
-    EmissionRow row{.Material = PaddedId(material),
+    EmissionRow row{.Material = material.CustomId,
                     .HapContent = material.HapContent,
                     .PointValue = PointValue(method, material.HapContent),
                     .Amount = AmountInMg(*pounds)};
@@ -161,6 +165,8 @@ Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPe
 
 std::string BuildEmissionAverageHtml(const EmissionAverageData& data) {
     std::string html(PageStartHtml);
+    constexpr std::size_t roomForRow = 250; // most take less
+    html.reserve((CountRows(data) + 40) * roomForRow);
     html += CompanyHtml(data.Heading);
     html += TitleHtml("EMISSION-AVERAGE HAP CONTENT REPORT", FromToHtml(data.Heading));
     html += TableStartHtml;

@@ -15,7 +15,7 @@
 /// headings say.
 
 struct EmissionRow {
-    std::string Material{}; ///< Material ID, filled with blanks to its 100 characters
+    std::string Material{}; ///< Material ID
     double HapContent = 0;  ///< weight percent
     double PointValue = 0;  ///< kg of HAP per Mg of material, rounded to 2 decimals
     double Amount = 0;      ///< Mg, rounded to 2 decimals

@@ -186,6 +186,12 @@ template <const auto& Layout, class Record> void Unpack(std::string_view slot, R
     (std::make_index_sequence<Layout.Fields().size()>());
 }
 
+/// Reads some fields alone; the record's others stay as they are.
+template <const auto& Layout, auto... Members, class Record>
+void UnpackOnly(std::string_view slot, Record& record) {
+    (UnpackField<Layout, Layout.IndexOf(Members)>(slot, record), ...);
+}
+
 /// One field of a slot, to judge a record before it is unpacked. A text comes with the spaces at its end.
 template <const auto& Layout, auto Member> auto Peek(std::string_view slot) {
     constexpr std::size_t index = Layout.IndexOf(Member);

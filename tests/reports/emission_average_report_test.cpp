@@ -116,14 +116,21 @@ TEST(EmitMethodTest, FillerDoesNotReduceThePointValueOfAFilledResin) {
     EXPECT_EQ(method->Emission, 30);
 }
 
-TEST(EmitMethodTest, MaterialIdIsFilledWithBlanksAndKeepsThoseInFront) {
-    const Result<EmissionMethod> method = EmitMethod(Linear,
-                                                     {
-                                                         {.MaterialId = 1, .CustomId = " GC-1"}
+TEST(EmissionAveragePageTest, MaterialIdIsFilledWithBlanksToItsFieldAndKeepsThoseInFront) {
+    const std::string longest(100, 'X');
+    Result<EmissionMethod> method =
+        EmitMethod(Linear,
+                   {
+                       {.MaterialId = 1, .CustomId = " GC-1"},
+                       {.MaterialId = 2, .CustomId = longest}
     },
-                                                     PeriodUsage({}));
+                   PeriodUsage({}));
     ASSERT_TRUE(method);
-    EXPECT_EQ(method->Rows[0].Material, " GC-1" + std::string(95, ' '));
+    EmissionAverageData data;
+    data.Groups.push_back({.MaterialType = "Resin", .Methods = {*method}});
+    const std::string html = BuildEmissionAverageHtml(data);
+    EXPECT_NE(html.find(" (Material ID: GC-1" + std::string(95, ' ') + ")</td>"), std::string::npos) << html;
+    EXPECT_NE(html.find(" (Material ID:" + longest + ")</td>"), std::string::npos) << html;
 }
 
 TEST(EmitMethodTest, InvalidPowerIsAFailureThatNamesTheMaterial) {

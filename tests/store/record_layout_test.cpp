@@ -64,4 +64,13 @@ TEST(RecordLayoutTest, AnyFlagButMinusOneIsFalse) {
     EXPECT_TRUE(record.Active);
 }
 
+TEST(RecordLayoutTest, FieldsThatAreNotAskedForStayAsTheyAre) {
+    CompanyRecord company{.CompanyId = 3, .CompanyName = "before", .CompanyLocation = "before"};
+    UnpackOnly<CompanyLayout, &CompanyRecord::CompanyLocation, &CompanyRecord::CompanyId>(CompanyBytes,
+                                                                                          company);
+    EXPECT_EQ(company.CompanyId, 258);
+    EXPECT_EQ(company.CompanyName, "before");
+    EXPECT_EQ(company.CompanyLocation, "\xC5lesund, pier 3");
+}
+
 } // namespace

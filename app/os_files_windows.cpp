@@ -41,6 +41,15 @@ Failure DescribeError(std::string_view doing, const std::filesystem::path& path,
     return DescribeFailure(doing, path, Reason(error));
 }
 
+Failure DescribeRefusedOpening(const std::filesystem::path& path, DWORD error) {
+    // All that the system says of a folder is that access to it is denied.
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    const bool isFolder = error == ERROR_ACCESS_DENIED && attributes != INVALID_FILE_ATTRIBUTES &&
+                          (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isFolder ? DescribeFailure("open the file", path, "Is a directory")
+                    : DescribeError("open the file", path, error);
+}
+
 OVERLAPPED At(std::uint64_t offset) {
     OVERLAPPED position{};
     position.Offset = static_cast<DWORD>(offset & 0xFFFF'FFFF);
@@ -185,7 +194,7 @@ private:
 
     Done OpenAgain() {
         HANDLE handle = OpenHandle(m_path, m_opening);
-        if (handle == INVALID_HANDLE_VALUE) return DescribeError("open the file", m_path, ::GetLastError());
+        if (handle == INVALID_HANDLE_VALUE) return DescribeRefusedOpening(m_path, ::GetLastError());
         Close();
         m_handle = handle;
         return Success();
@@ -203,7 +212,7 @@ private:
 Result<std::unique_ptr<class OpenFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
     const Opening opening = OpeningFor(mode);
     HANDLE handle = OpenHandle(path, opening);
-    if (handle == INVALID_HANDLE_VALUE) return DescribeError("open the file", path, ::GetLastError());
+    if (handle == INVALID_HANDLE_VALUE) return DescribeRefusedOpening(path, ::GetLastError());
     return std::unique_ptr<class OpenFile>(std::make_unique<WindowsFile>(handle, path, opening));
 }
 

@@ -30,6 +30,7 @@ protected:
     }
     std::string Script() const { return ContentOf(ProgramFile("backup.bat")); }
     bool IsScriptThere() const { return std::filesystem::exists(ProgramFile("backup.bat")); }
+    static std::string FileExists() { return ReasonOf(std::errc::file_exists, 183); }
     /// The one line that the script should be.
     std::string ScriptTo(const std::filesystem::path& target) const {
         return "copy \"" + PathText(App.ProgramFolder) + Separator + "data" + Separator + Separator +
@@ -168,7 +169,8 @@ TEST_F(BackupTest, AFolderOfThatNumberIsToldAndGetsTheFilesAllTheSame) {
     std::filesystem::create_directory(target);
     EXPECT_EQ(RunBackup(App, true), target);
     EXPECT_EQ(ShownTexts(),
-              (std::vector<std::string>{"Cannot create the folder \"" + PathText(target) + "\": File exists.",
+              (std::vector<std::string>{"Cannot create the folder \"" + PathText(target) +
+                                            "\": " + FileExists() + ".",
                                         "Backup has been completed in folder " + PathText(target)}));
     EXPECT_EQ(Prompts.Shown.front().Kind, PromptKind::Failure);
     EXPECT_EQ(Programs.Started.size(), 1U);
@@ -182,7 +184,7 @@ TEST_F(BackupTest, WithoutAFolderToCopyIntoNothingIsStarted) {
     WriteContent(ProgramFile("backup.bat"), "an older one");
     EXPECT_FALSE(RunBackup(App, true));
     EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot create the folder \"" + PathText(target) +
-                                                     "\": File exists."});
+                                                     "\": " + FileExists() + "."});
     EXPECT_TRUE(Programs.Started.empty());
     EXPECT_EQ(Script(), "an older one");
     EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "2"));

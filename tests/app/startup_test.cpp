@@ -70,9 +70,9 @@ TEST_F(StartUpTest, ADataFolderThatCannotBeCreatedStopsTheProgram) {
     std::filesystem::remove_all(App.ProgramFolder);
     const Done started = StartUp(App);
     ASSERT_FALSE(started);
-    EXPECT_EQ(started.error().Description, "Cannot create the folder \"" +
-                                               PathText(App.ProgramFolder / "data") +
-                                               "\": No such file or directory.");
+    EXPECT_EQ(started.error().Description,
+              "Cannot create the folder \"" + PathText(App.ProgramFolder / "data") +
+                  "\": " + ReasonOf(std::errc::no_such_file_or_directory, 3) + ".");
 }
 
 /// Another running copy creates each folder just before this one does.

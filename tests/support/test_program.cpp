@@ -56,6 +56,14 @@ std::string ContentOf(const std::filesystem::path& path) {
     return std::move(content).str();
 }
 
+std::string ReasonOf([[maybe_unused]] std::errc error, [[maybe_unused]] int windowsCode) {
+#ifdef _WIN32
+    return std::system_category().message(windowsCode);
+#else
+    return std::generic_category().message(static_cast<int>(error));
+#endif
+}
+
 void WriteContent(const std::filesystem::path& path, std::string_view content) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(content.data(), static_cast<std::streamsize>(content.size()));

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 /// A folder that is removed with its content. A blank, a quote and a letter beyond ASCII are in its name.
@@ -47,4 +48,6 @@ public:
 
 /// All bytes of a file; a file that cannot be read stops the test with a message.
 std::string ContentOf(const std::filesystem::path& path);
+/// The system's words for an error, which is `windowsCode` where it runs on Windows.
+std::string ReasonOf(std::errc error, int windowsCode);
 void WriteContent(const std::filesystem::path& path, std::string_view content);

@@ -13,9 +13,12 @@ bool IsDigit(char character) {
 }
 
 std::string_view TrimSpacesAndTabs(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+    const auto isBlank = [](char character) { return character == ' ' || character == '\t'; };
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 std::size_t CountDigits(std::string_view text) {

@@ -97,10 +97,12 @@ template <class Integer> Integer LoadLittleEndian(const char* bytes) {
     return value;
 }
 
-/// The whole slot, with zero bytes after the last field.
-template <class Record> std::string Pack(const RecordLayout<Record>& layout, const Record& record) {
-    std::string slot(layout.SlotLength(), '\0');
-    char* bytes = slot.data();
+/// Adds the whole slot to `packed`, with zero bytes after the last field.
+template <class Record>
+void AppendPacked(const RecordLayout<Record>& layout, const Record& record, std::string& packed) {
+    const std::size_t start = packed.size();
+    packed.resize(start + layout.SlotLength());
+    char* bytes = packed.data() + start;
     for (const Field<Record>& field : layout.Fields()) {
         switch (field.Kind) {
         case FieldKind::Int16:
@@ -121,6 +123,12 @@ template <class Record> std::string Pack(const RecordLayout<Record>& layout, con
         }
         bytes += field.Length;
     }
+}
+
+/// The whole slot alone.
+template <class Record> std::string Pack(const RecordLayout<Record>& layout, const Record& record) {
+    std::string slot;
+    AppendPacked(layout, record, slot);
     return slot;
 }
 

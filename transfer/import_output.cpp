@@ -17,11 +17,6 @@ void ImportOutput::LogRejection(const ImportedLine& line, std::string_view messa
     m_log.AddLine({});
 }
 
-void ImportOutput::AppendRecord(std::string_view slot) {
-    m_slots += slot;
-    m_slotMarks.push_back({m_counts, m_log.PendingLength()});
-}
-
 Done ImportOutput::EndLine(bool isRejected) {
     ++m_counts.Processed;
     if (isRejected) ++m_counts.Errors;

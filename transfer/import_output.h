@@ -34,7 +34,10 @@ public:
     /// The number of the next record. A Failure when the file is full.
     Result<std::int16_t> NextNumber() const { return m_records.NextNumber(m_slotMarks.size()); }
     /// Stores the present line's record.
-    void AppendRecord(std::string_view slot);
+    template <class Record> void AppendRecord(const RecordLayout<Record>& layout, const Record& record) {
+        AppendPacked(layout, record, m_slots);
+        m_slotMarks.push_back({m_counts, m_log.PendingLength()});
+    }
 
     /// To be called after each line: counts it, and writes when enough was collected.
     Done EndLine(bool isRejected);

@@ -34,19 +34,19 @@ struct MaterialImport::CheckedLine {
     double HapContent = 0;
     std::array<double, 12> PollutantNumbers{}; ///< content and factor in turn
 
-    MaterialRecord Record(std::int16_t materialId) const {
-        MaterialRecord material{.MaterialId = materialId,
-                                .CustomId = std::string(Fields[0]),
-                                .MaterialType = std::string(Fields[2]),
-                                .ApplicationMethod = std::string(Fields[3]),
-                                .Density = Density,
-                                .HapContent = HapContent,
-                                .Description = std::string(Fields[1])};
+    /// The fields of a record that a line has; the record's texts keep their memory.
+    void Fill(MaterialRecord& material, std::int16_t materialId) const {
+        material.MaterialId = materialId;
+        material.CustomId = Fields[0];
+        material.MaterialType = Fields[2];
+        material.ApplicationMethod = Fields[3];
+        material.Density = Density;
+        material.HapContent = HapContent;
+        material.Description = Fields[1];
         for (std::size_t index = 0; index < PollutantContents.size(); ++index) {
             material.*PollutantContents[index] = PollutantNumbers[2 * index];
             material.*PollutantFactors[index] = PollutantNumbers[2 * index + 1];
         }
-        return material;
     }
 };
 
@@ -83,7 +83,8 @@ Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, Import
     if (IsRejected(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
     const Result<std::int16_t> number = output.NextNumber();
     if (!number) return number.error();
-    output.AppendRecord(Pack(MaterialLayout, checked.Record(*number)));
+    checked.Fill(m_record, *number);
+    output.AppendRecord(MaterialLayout, m_record);
     // As the record will read back: an identifier that was cut does not equal the line's own.
     m_customIds.Add(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength), m_key));
     return false;

@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 #include "base/text_numbers.h"
+#include "materials/material_record.h"
 #include "store/material_types.h"
 #include "transfer/import_output.h"
 
@@ -24,4 +25,5 @@ private:
     TypeMethodPairs m_typesAndMethods;
     TextNumbers m_customIds{MostSlots}; ///< of the live materials, as they are compared
     std::string m_key;                  ///< what is compared
+    MaterialRecord m_record;            ///< what is stored
 };

@@ -93,7 +93,7 @@ Result<bool> UsageImport::ImportUsageLine(const ImportedLine& line, ImportOutput
     const Result<std::int16_t> number = output.NextNumber();
     if (!number) return number.error();
     checked.Usage.UsageId = *number;
-    output.AppendRecord(Pack(UsageLayout, checked.Usage));
+    output.AppendRecord(UsageLayout, checked.Usage);
     AddUsage(checked.Usage.MaterialId, std::string_view(checked.Usage.Period).substr(0, PeriodLength));
     return false;
 }

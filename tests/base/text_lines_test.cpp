@@ -26,6 +26,14 @@ using Lines = std::vector<std::string>;
 TEST(TextLinesTest, EachKindOfLineEndEndsALine) {
     EXPECT_EQ(LinesOf("a\r\nb\nc\rd\r\n"), (Lines{"a", "b", "c", "d"}));
 }
+TEST(TextLinesTest, ALineOfAnyLengthEndsAtTheFirstOfBothEnds) {
+    for (std::size_t length = 0; length < 600; ++length) {
+        const std::string line(length, 'x');
+        EXPECT_EQ(LinesOf(line + "\na\r"), (Lines{line, "a"})) << length;
+        EXPECT_EQ(LinesOf(line + "\ra\n"), (Lines{line, "a"})) << length;
+        EXPECT_EQ(LinesOf(line + "\r\na"), (Lines{line, "a"})) << length;
+    }
+}
 TEST(TextLinesTest, ALastLineWithoutAnEndCounts) {
     EXPECT_EQ(LinesOf("a\r\nb"), (Lines{"a", "b"}));
 }

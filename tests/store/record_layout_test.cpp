@@ -56,6 +56,12 @@ TEST(RecordLayoutTest, ALongerTextIsCutToItsFirstCharacters) {
 TEST(RecordLayoutTest, AShorterTextIsFilledWithSpacesAndTheRestOfTheSlotIsZero) {
     EXPECT_EQ(Pack(SmallLayout, {.Name = "A"}), "A   " + Hex("00 00 00 00"));
 }
+TEST(RecordLayoutTest, SlotsFollowEachOther) {
+    std::string slots = "first";
+    AppendPacked(SmallLayout, {.Name = "A"}, slots);
+    AppendPacked(SmallLayout, {.Name = "B", .Active = true}, slots);
+    EXPECT_EQ(slots, "firstA   " + Hex("00 00 00 00") + "B   " + Hex("FF FF 00 00"));
+}
 TEST(RecordLayoutTest, AnyFlagButMinusOneIsFalse) {
     SmallRecord record;
     Unpack(SmallLayout, "ABCD" + Hex("01 00 00 00"), record);

@@ -2,11 +2,12 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "materials/material_store.h"
+#include "reports/average_inputs.h"
 #include "reports/reports.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -144,18 +145,11 @@ Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
 }
 
 Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPeriod& period) {
-    const Result<ReportMonths> months = MonthsOf(period);
-    if (!months) return months.error();
-    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
-    if (!rows) return rows.error();
-    const Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);
-    if (!materials) return materials.error();
-    const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
-    if (!usage) return usage.error();
-
-    EmissionAverageData data{.Heading = HeadingOf(app, *months)};
-    for (const TypeGroup& type : GroupByType(*rows)) {
-        const Done added = AddGroup(type, *materials, *usage, data);
+    Result<AverageInputs> inputs = ReadAverageInputs(app, period);
+    if (!inputs) return inputs.error();
+    EmissionAverageData data{.Heading = std::move(inputs->Heading)};
+    for (const TypeGroup& type : inputs->Types) {
+        const Done added = AddGroup(type, inputs->Materials, inputs->Usage, data);
         if (!added) return added.error();
     }
     if (!IsShowable(data.Emission) || !IsShowable(data.Allowance))

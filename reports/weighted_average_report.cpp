@@ -2,10 +2,11 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "materials/material_store.h"
+#include "reports/average_inputs.h"
 #include "reports/reports.h"
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -48,21 +49,15 @@ Failure CannotAverage(const HapContentRecord& method) {
                            Utf8FromCodePage(Trim(method.ApplicationMethod)) + '"');
 }
 
-Result<std::vector<WeightedAverageGroup>> AverageTypes(const std::vector<TypeGroup>& types,
-                                                       const MaterialsByMethod& materials,
-                                                       const PeriodUsage& usage) {
-    std::vector<WeightedAverageGroup> groups;
-    for (const TypeGroup& type : types) {
-        if (IsFilledResin(type.Name)) continue;
-        WeightedAverageGroup group{.MaterialType = type.Name};
-        for (const HapContentRecord& method : type.Methods) {
-            Result<WeightedAverageRow> row = AverageMethod(method, materials.Of(method), usage);
-            if (!row) return row.error();
-            group.Rows.push_back(std::move(*row));
-        }
-        groups.push_back(std::move(group));
+Result<WeightedAverageGroup> AverageType(const TypeGroup& type, const MaterialsByMethod& materials,
+                                         const PeriodUsage& usage) {
+    WeightedAverageGroup group{.MaterialType = type.Name};
+    for (const HapContentRecord& method : type.Methods) {
+        Result<WeightedAverageRow> row = AverageMethod(method, materials.Of(method), usage);
+        if (!row) return row.error();
+        group.Rows.push_back(std::move(*row));
     }
-    return groups;
+    return group;
 }
 
 } // namespace
@@ -104,17 +99,16 @@ Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
 }
 
 Result<WeightedAverageData> FetchWeightedAverage(AppContext& app, const ReportPeriod& period) {
-    const Result<ReportMonths> months = MonthsOf(period);
-    if (!months) return months.error();
-    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
-    if (!rows) return rows.error();
-    const Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);
-    if (!materials) return materials.error();
-    const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
-    if (!usage) return usage.error();
-    Result<std::vector<WeightedAverageGroup>> groups = AverageTypes(GroupByType(*rows), *materials, *usage);
-    if (!groups) return groups.error();
-    return WeightedAverageData{.Heading = HeadingOf(app, *months), .Groups = std::move(*groups)};
+    Result<AverageInputs> inputs = ReadAverageInputs(app, period);
+    if (!inputs) return inputs.error();
+    WeightedAverageData data{.Heading = std::move(inputs->Heading)};
+    for (const TypeGroup& type : inputs->Types) {
+        if (IsFilledResin(type.Name)) continue;
+        Result<WeightedAverageGroup> group = AverageType(type, inputs->Materials, inputs->Usage);
+        if (!group) return group.error();
+        data.Groups.push_back(std::move(*group));
+    }
+    return data;
 }
 
 std::string BuildWeightedAverageHtml(const WeightedAverageData& data) {

@@ -94,6 +94,15 @@ std::string HundredthsText(std::int64_t hundredths) {
     return {buffer.data(), end};
 }
 
+template <class Whole> std::optional<Whole> ParseWhole(std::string_view text) {
+    const std::optional<double> number = ParseNumber(text);
+    if (!number) return std::nullopt;
+    const double whole = std::nearbyint(*number);
+    using Limits = std::numeric_limits<Whole>;
+    if (whole < Limits::min() || whole > Limits::max()) return std::nullopt;
+    return static_cast<Whole>(whole);
+}
+
 } // namespace
 
 std::optional<double> ParseNumber(std::string_view text) {
@@ -120,12 +129,11 @@ bool IsNumeric(std::string_view text) {
 }
 
 std::optional<std::int16_t> ParseInt16(std::string_view text) {
-    const std::optional<double> number = ParseNumber(text);
-    if (!number) return std::nullopt;
-    const double whole = std::nearbyint(*number);
-    using Limits = std::numeric_limits<std::int16_t>;
-    if (whole < Limits::min() || whole > Limits::max()) return std::nullopt;
-    return static_cast<std::int16_t>(whole);
+    return ParseWhole<std::int16_t>(text);
+}
+
+std::optional<std::int32_t> ParseInt32(std::string_view text) {
+    return ParseWhole<std::int32_t>(text);
 }
 
 std::string NumberText(double number) {

@@ -15,8 +15,9 @@ std::optional<double> ParseNumber(std::string_view text);
 bool IsNumeric(std::string_view text);
 
 /// A number (as ParseNumber reads it) rounded to a whole one, halves to even; empty when it does not fit in
-/// 16 bits.
+/// 16 or 32 bits.
 std::optional<std::int16_t> ParseInt16(std::string_view text);
+std::optional<std::int32_t> ParseInt32(std::string_view text);
 
 /// At most 15 significant digits, no trailing zeros, "." as decimal point, scientific form as printf's
 /// "%.15G" has it: 35, 0.3, 1E-05. Negative zero is "0".

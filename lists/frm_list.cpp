@@ -110,7 +110,7 @@ void frmList::Show_Years(const std::vector<UsageRecord>& usage) {
     // The year of a filter stays, also when its last record is gone.
     const std::optional<std::string> selected = SelectedText(*m_ui->cbo_Year);
     if (selected && std::ranges::find(years, *selected, &ListLine::Text) == years.end())
-        years.push_back({*selected, ParseInt16(*selected).value_or(0)});
+        years.push_back({*selected, ParseInt32(*selected).value_or(0)});
     ShowLines(*m_ui->cbo_Year, years);
     if (selected) SelectListItem(*m_ui->cbo_Year, FromCodePage(*selected), false);
 }

@@ -235,6 +235,6 @@ void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records) {
     for (const UsageRecord& usage : records) {
         if (!usage.Active) continue;
         const std::string year(SplitPeriod(usage.Period).Year);
-        if (seen.insert(year).second) list.push_back({year, ParseInt16(year).value_or(0)});
+        if (seen.insert(year).second) list.push_back({year, ParseInt32(year).value_or(0)});
     }
 }

@@ -128,6 +128,13 @@ TEST(ParseInt16Test, RefusesWhatDoesNotFit) {
     EXPECT_EQ(ParseInt16("one"), std::nullopt);
 }
 
+TEST(ParseInt32Test, RefusesWhatDoesNotFit) {
+    EXPECT_EQ(ParseInt32("2147483647"), 2147483647);
+    EXPECT_EQ(ParseInt32("2147483648"), std::nullopt);
+    EXPECT_EQ(ParseInt32("-2147483648.5"), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(ParseInt32("-2147483649"), std::nullopt);
+}
+
 TEST(RoundToTest, HalvesOfTheProductGoToTheEvenNeighbour) {
     EXPECT_EQ(RoundTo(2.675, 2), 2.68); // the product is 267.5
     EXPECT_EQ(RoundTo(0.125, 2), 0.12);

@@ -272,14 +272,16 @@ TEST(UsageYearsTest, AreListedOnceInTheOrderInWhichTheyAreMet) {
                              {.Period = "1/2003"},
                              {.Period = "2/2005"},
                              {.Period = "1/2001", .Active = false},
-                             {.Period = "1/x"                 },
-                             {.Period = "1"}
+                             {.Period = "3/40000"                 },
+                             {.Period = "1/x"},
+                             {.Period = "1"                 }
     });
     EXPECT_EQ(list, (ListLines{
-                        {"2005", 2005},
-                        {"2003", 2003},
-                        {"x",    0   },
-                        {"",     0   }
+                        {"2005",  2005 },
+                        {"2003",  2003 },
+                        {"40000", 40000},
+                        {"x",     0    },
+                        {"",      0    }
     }));
 }
 

@@ -10,6 +10,12 @@ std::string Quoted(const std::filesystem::path& path) {
     return '"' + PathText(path) + '"';
 }
 
+Failure InDoubt(const Failure& failure, const std::string& records) {
+    std::string sentence = failure.Description;
+    if (sentence.ends_with('.')) sentence.pop_back();
+    return {sentence + "; what was written " + records + " could not be taken back."};
+}
+
 } // namespace
 
 std::uint64_t CountSlots(std::uint64_t length, std::uint64_t slotLength) {
@@ -64,15 +70,12 @@ Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::string& 
     return std::string_view(chunk);
 }
 
-Result<std::string> RecordFile::ReadSlot(std::int16_t number) {
-    if (number < 1 || number > m_count)
-        return Failure{"Cannot read record " + std::to_string(number) + " of the file " + Quoted(m_path) +
-                       ": it has " + std::to_string(m_count) + " records."};
-    std::string slot(m_slotLength, '\0');
-    const Result<std::size_t> count = m_file->ReadAt((std::uint64_t(number) - 1) * m_slotLength, slot);
+Result<std::string> RecordFile::ReadBeforeWrite(std::uint64_t start, std::uint64_t length) {
+    std::string before(length > start ? std::min<std::uint64_t>(length - start, m_slotLength) : 0, '\0');
+    const Result<std::size_t> count = m_file->ReadAt(start, before);
     if (!count) return count.error();
-    std::fill(slot.begin() + static_cast<std::ptrdiff_t>(*count), slot.end(), '\0');
-    return slot;
+    before.resize(*count);
+    return before;
 }
 
 Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
@@ -82,10 +85,8 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
     const std::uint64_t start = (std::uint64_t(number) - 1) * m_slotLength;
     const Result<std::uint64_t> length = m_file->Length();
     if (!length) return length.error();
-    std::string before(*length > start ? std::min<std::uint64_t>(*length - start, m_slotLength) : 0, '\0');
-    const Result<std::size_t> count = m_file->ReadAt(start, before);
-    if (!count) return count.error();
-    before.resize(*count);
+    const Result<std::string> before = ReadBeforeWrite(start, *length);
+    if (!before) return before.error();
 
     Done written = m_file->WriteAt(start, slot);
     if (written) written = m_file->Flush();
@@ -93,11 +94,8 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
         m_count = std::max(m_count, number);
         return written;
     }
-    if (TakeBack(start, before, *length)) return written;
-    std::string sentence = written.error().Description;
-    if (sentence.ends_with('.')) sentence.pop_back();
-    return Failure{sentence + "; what was written of record " + std::to_string(number) +
-                   " could not be taken back."};
+    if (TakeBack(start, *before, *length)) return written;
+    return InDoubt(written.error(), "of record " + std::to_string(number));
 }
 
 bool RecordFile::TakeBack(std::uint64_t start, std::string_view before, std::uint64_t length) {
@@ -113,16 +111,26 @@ bool RecordFile::TakeBack(std::uint64_t start, std::string_view before, std::uin
 
 Done RecordFile::AppendSlots(std::string_view slots) {
     const std::uint64_t start = std::uint64_t(m_count) * m_slotLength;
-    const Done written = m_file->WriteAt(start, slots);
-    std::uint64_t end = start + slots.size();
-    if (!written) {
-        const Result<std::uint64_t> length = m_file->Length();
-        end = std::clamp(length ? *length : start, start, end);
-    }
-    m_count = static_cast<std::int16_t>(end / m_slotLength);
-    // A piece of more than half a slot would count as a record. The failure to tell is the write's.
-    if (!written) static_cast<void>(m_file->CutTo(std::uint64_t(m_count) * m_slotLength));
-    return written;
+    const Result<std::uint64_t> length = m_file->Length();
+    if (!length) return length.error();
+    const Result<std::string> before = ReadBeforeWrite(start, *length);
+    if (!before) return before.error();
+
+    Done written = m_file->WriteAt(start, slots);
+    const std::uint64_t stored = (written ? slots.size() : LengthWritten(start, slots.size())) / m_slotLength;
+    m_count = static_cast<std::int16_t>(m_count + stored);
+    if (written) return written;
+    // A piece of more than half a slot would count as a record.
+    const bool isTakenBack = stored == 0
+                                 ? TakeBack(start, *before, *length)
+                                 : static_cast<bool>(m_file->CutTo(std::uint64_t(m_count) * m_slotLength));
+    if (isTakenBack) return written;
+    return InDoubt(written.error(), "from record " + std::to_string(m_count + 1) + " on");
+}
+
+std::uint64_t RecordFile::LengthWritten(std::uint64_t start, std::uint64_t wanted) {
+    const Result<std::uint64_t> length = m_file->Length();
+    return length ? std::clamp(*length, start, start + wanted) - start : 0;
 }
 
 Result<std::int16_t> RecordFile::NextNumber(std::size_t pending) const {

@@ -49,12 +49,11 @@ public:
         }
         return Success();
     }
-    Result<std::string> ReadSlot(std::int16_t number);
     /// Appends when `number` is one more than the count; a number beyond that is a Failure. On disk when it
     /// succeeds. Where it fails the file is as it was, or the Failure says that it could not be made so.
     Done WriteSlot(std::int16_t number, std::string_view slot);
     /// Appends whole slots. Where it fails, those that reached the file count and no piece of another one
-    /// stays.
+    /// stays, or the Failure says that it could not be taken back.
     Done AppendSlots(std::string_view slots);
     /// The number of the next appended slot, behind `pending` ones that are still to be written. A Failure
     /// when the file is full.
@@ -67,6 +66,11 @@ private:
         : m_file(std::move(file)), m_path(std::move(path)), m_slotLength(slotLength) {}
     static Result<RecordFile> Open(FileAccess& files, const std::filesystem::path& path,
                                    std::size_t slotLength, OpenMode mode);
+    /// The bytes, of a slot at the most, that a write at `start` would replace in a file of `length` bytes.
+    Result<std::string> ReadBeforeWrite(std::uint64_t start, std::uint64_t length);
+    /// How many of the `wanted` bytes of a failed append at `start` have reached the file; 0 where the file
+    /// does not tell.
+    std::uint64_t LengthWritten(std::uint64_t start, std::uint64_t wanted);
     /// Puts the bytes that were at `start` before a write back, and the length; false where it cannot.
     bool TakeBack(std::uint64_t start, std::string_view before, std::uint64_t length);
 

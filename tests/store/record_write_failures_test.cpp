@@ -6,7 +6,8 @@
 
 namespace {
 
-/// Slots of ten bytes. Writing one reads the length, reads what is in its place, writes and flushes.
+/// Slots of ten bytes. Writing one reads the length, reads what is in its place, writes and flushes;
+/// appending many does the first three.
 class RecordWriteFailures : public testing::Test {
 protected:
     TemporaryFolder Folder;
@@ -18,6 +19,14 @@ protected:
         RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
         Files.Start({operation, kind});
         const Done written = file.WriteSlot(number, slot);
+        return written ? std::string{} : written.error().Description;
+    }
+    /// What AppendSlots says, its `operation` failing, and how many slots there are then.
+    std::string Append(std::string_view slots, int operation, FaultKind kind, int& count) {
+        RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
+        Files.Start({operation, kind});
+        const Done written = file.AppendSlots(slots);
+        count = file.Count();
         return written ? std::string{} : written.error().Description;
     }
     std::string CannotWrite() const {
@@ -84,6 +93,34 @@ TEST_F(RecordWriteFailures, ADiskThatIsGoneIsToldWithTheRecordThatIsInDoubt) {
     WriteContent(File, "aaaaaaaaaa");
     EXPECT_EQ(Write(2, "cccccccccc", TheWrite, FaultKind::IsGone),
               CannotWrite() + "; what was written of record 2 could not be taken back.");
+}
+
+TEST_F(RecordWriteFailures, OfAppendedSlotsThoseThatReachedTheFileStayAndNoPieceOfTheNext) {
+    WriteContent(File, "aaaaaaaaaa");
+    int count = 0;
+    EXPECT_EQ(Append("bbbbbbbbbbccccccccccdddddddddd", TheWrite, FaultKind::HalfWritten, count),
+              CannotWrite() + ".");
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbbbbbbbbb");
+}
+
+TEST_F(RecordWriteFailures, AppendedSlotsOfWhichNoneReachedTheFileLeaveItAsItWas) {
+    for (const std::string content : {"aaaaaaaaaabbb", "aaaaaaaaaabbbbbb"})
+        for (const FaultKind kind : {FaultKind::Once, FaultKind::HalfWritten}) {
+            WriteContent(File, content);
+            int count = 0;
+            EXPECT_EQ(Append("cccccccccc", TheWrite, kind, count), CannotWrite() + ".");
+            EXPECT_EQ(count, content.size() == 13 ? 1 : 2);
+            EXPECT_EQ(ContentOf(File), content);
+        }
+}
+
+TEST_F(RecordWriteFailures, AppendedSlotsThatCannotBeTakenBackAreSaidToBeInDoubt) {
+    WriteContent(File, "aaaaaaaaaa");
+    int count = 0;
+    EXPECT_EQ(Append("bbbbbbbbbbcccccccccc", TheWrite, FaultKind::IsGone, count),
+              CannotWrite() + "; what was written from record 2 on could not be taken back.");
+    EXPECT_EQ(count, 1);
 }
 
 } // namespace

@@ -5,12 +5,27 @@
 #include "app/ui_frm_about.h"
 
 #include <QDialog>
+#include <QFontInfo>
+#include <QLabel>
+
+namespace {
+
+/// A heading, however large the user's letters are.
+void Enlarge(QLabel& label) {
+    constexpr double factor = 1.6;
+    QFont font = label.font();
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * factor);
+    label.setFont(font);
+}
+
+} // namespace
 
 void ShowAbout(AppContext& app, QWidget* parent) {
     QDialog window(parent);
     Ui::frmAbout controls;
     controls.setupUi(&window);
     controls.pic_About->setPixmap(EmblemIcon().pixmap(QSize(72, 72), window.devicePixelRatio()));
+    Enlarge(*controls.lbl_Version);
     window.layout()->setSizeConstraint(QLayout::SetFixedSize);
     QObject::connect(controls.cmd_OK, &QPushButton::clicked, &window, &QDialog::accept);
     ShowModally(app, window);

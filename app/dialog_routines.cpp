@@ -76,21 +76,34 @@ void MakeRoomForLongest(QListWidget& list, const QString& longest) {
     list.item(list.count() - 1)->setSizeHint(QSize(width, list.sizeHintForRow(0)));
 }
 
-/// Left to itself, a list moves on from the line that has the focus, and never selects an only line.
-class ArrowKeySelection : public QObject {
+/// Left to itself, a list moves on from the line that has the focus, and never selects one that it stays on.
+class KeySelection : public QObject {
 public:
-    explicit ArrowKeySelection(QListWidget& list) : QObject(&list), m_list(list) {}
+    explicit KeySelection(QListWidget& list) : QObject(&list), m_list(list) {}
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::KeyPress || SelectedRow(m_list) >= 0 || m_list.count() == 0)
             return QObject::eventFilter(watched, event);
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key != Qt::Key_Up && key != Qt::Key_Down) return QObject::eventFilter(watched, event);
-        m_list.setCurrentRow(std::max(m_list.currentRow(), 0));
-        return true;
+        switch (static_cast<QKeyEvent*>(event)->key()) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            SelectCurrent();
+            return true;
+        case Qt::Key_Home:
+        case Qt::Key_End:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+            SelectCurrent(); // from where the list moves on, or stays
+            break;
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
     }
 
 private:
+    void SelectCurrent() { m_list.setCurrentRow(std::max(m_list.currentRow(), 0)); }
+
     QListWidget& m_list;
 };
 
@@ -223,8 +236,8 @@ void MakeRoomForLines(QLabel& label, int lines) {
     label.setMinimumHeight(lines * label.fontMetrics().lineSpacing());
 }
 
-void SelectByArrowKeys(QListWidget& list) {
-    list.installEventFilter(new ArrowKeySelection(list));
+void SelectByKeys(QListWidget& list) {
+    list.installEventFilter(new KeySelection(list));
 }
 
 int SelectedRow(const QListWidget& list) {

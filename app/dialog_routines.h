@@ -56,8 +56,9 @@ void ShowLines(QComboBox& combo, const ListLines& lines);
 /// Room for so many lines of text, whatever the label holds.
 void MakeRoomForLines(QLabel& label, int lines);
 
-/// From now on an arrow key selects the line that has the keyboard focus when no line is selected.
-void SelectByArrowKeys(QListWidget& list);
+/// From now on a key that moves through the list selects a line also when none is selected: an arrow key the
+/// line that has the keyboard focus, the others the line that they go to.
+void SelectByKeys(QListWidget& list);
 
 /// The selected line, or -1. A line that has only the keyboard focus is not selected.
 int SelectedRow(const QListWidget& list);
@@ -78,7 +79,8 @@ int ResultOf(const QLabel& result);
 
 /// Shows the dialog until it closes, in the size that the user gave it the last time, kept under `name` in
 /// the settings (its object name when left out). Never larger than the screen, never too small for its texts.
-/// Turning the mouse wheel over a box of choices changes it only while it has the keyboard focus.
+/// Enter presses the button that has the keyboard focus, and the default button from everywhere else. Turning
+/// the mouse wheel over a box of choices changes it only while it has the keyboard focus.
 int ShowModally(AppContext& app, QDialog& window, const QString& name = {});
 
 /// The busy pointer, while it lives.

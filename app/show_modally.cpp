@@ -3,9 +3,11 @@
 #include "base/numbers.h"
 #include "base/text.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QDialog>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QScreen>
 
@@ -52,6 +54,31 @@ public:
     }
 };
 
+/// Enter presses the button that has the keyboard focus, as everywhere else on a desktop. Left to itself a
+/// dialog presses its default button: Cancel would save. A key held down presses once: a window that goes to
+/// work gives its Cancel button the focus.
+class EnterKeyGuard : public QObject {
+public:
+    explicit EnterKeyGuard(QDialog& window) : QObject(&window) {
+        for (auto* button : window.findChildren<QAbstractButton*>())
+            if (!button->isCheckable()) button->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress) return QObject::eventFilter(watched, event);
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter)
+            return QObject::eventFilter(watched, event);
+        if (!key->isAutoRepeat()) static_cast<QAbstractButton*>(watched)->click();
+        return true;
+    }
+};
+
+/// The size of the window, of a maximised one that which it goes back to.
+QSize OwnSize(const QDialog& window) {
+    return window.isMaximized() ? window.normalGeometry().size() : window.size();
+}
+
 } // namespace
 
 int ShowModally(AppContext& app, QDialog& window, const QString& name) {
@@ -63,10 +90,11 @@ int ShowModally(AppContext& app, QDialog& window, const QString& name) {
                             .expandedTo(window.minimumSize())
                             .boundedTo(window.screen()->availableSize());
     window.resize(shown);
-    const WheelGuard guard(window);
+    const WheelGuard wheelGuard(window);
+    const EnterKeyGuard enterKeyGuard(window);
     const int result = window.exec();
     // A size that cannot be kept is not worth a message.
-    if (window.size() != shown)
-        static_cast<void>(app.Settings.Write(WindowsSection, key, SizeText(window.size())));
+    if (OwnSize(window) != shown)
+        static_cast<void>(app.Settings.Write(WindowsSection, key, SizeText(OwnSize(window))));
     return result;
 }

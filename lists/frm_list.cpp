@@ -24,7 +24,7 @@ constexpr int TwipsPerInch = 1440;
 frmList::frmList(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmList>()) {
     m_ui->setupUi(this);
-    SelectByArrowKeys(*m_ui->lst_Main);
+    SelectByKeys(*m_ui->lst_Main);
     connect(m_ui->lst_Main, &QListWidget::itemSelectionChanged, this, &frmList::Set_Buttons);
     connect(m_ui->lst_Main, &QListWidget::itemClicked, this, &frmList::Set_Buttons);
     connect(m_ui->lst_Main, &QListWidget::itemDoubleClicked, this, &frmList::Edit_Record);
@@ -116,6 +116,8 @@ void frmList::Show_Years(const std::vector<UsageRecord>& usage) {
 }
 
 void frmList::Show_List(const ListLines& lines) {
+    // From a button that is about to be disabled the focus would go on to the next one.
+    if (focusWidget() == m_ui->cmd_Edit || focusWidget() == m_ui->cmd_Delete) m_ui->lst_Main->setFocus();
     const int row = m_ui->lst_Main->currentRow();
     ShowLines(*m_ui->lst_Main, lines);
     // The arrow keys go on from where they were, though no line is selected.

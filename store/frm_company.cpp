@@ -18,7 +18,7 @@ std::string TrimmedText(const QLineEdit& edit) {
 frmCompany::frmCompany(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmCompany>()) {
     m_ui->setupUi(this);
-    SelectByArrowKeys(*m_ui->lst_Companies);
+    SelectByKeys(*m_ui->lst_Companies);
     m_ui->lbl_Id->hide();
     for (QLineEdit* edit : {m_ui->txt_CompanyName, m_ui->txt_CompanyLocation}) {
         AcceptCodePageText(*edit);

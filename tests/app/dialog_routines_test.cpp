@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -140,7 +141,7 @@ private slots:
 
     void An_arrow_key_selects_the_line_that_has_the_focus() {
         QListWidget list;
-        SelectByArrowKeys(list);
+        SelectByKeys(list);
         ShowLines(list, ThreeLines);
         list.setCurrentRow(1, QItemSelectionModel::NoUpdate);
         QTest::keyClick(&list, Qt::Key_Down);
@@ -151,7 +152,7 @@ private slots:
 
     void An_arrow_key_selects_an_only_line() {
         QListWidget list;
-        SelectByArrowKeys(list);
+        SelectByKeys(list);
         ShowLines(list, {
                             {"only", 1}
         });
@@ -159,9 +160,27 @@ private slots:
         QCOMPARE(SelectedRow(list), 0);
     }
 
+    void Keys_that_go_far_select_a_line_also_where_they_stay() {
+        for (const auto& [key, from, to] : {
+                 std::tuple{Qt::Key_Home,     0, 0},
+                 {Qt::Key_Home,     2, 0},
+                 {Qt::Key_End,      2, 2},
+                 {Qt::Key_End,      0, 2},
+                 {Qt::Key_PageUp,   0, 0},
+                 {Qt::Key_PageDown, 2, 2}
+        }) {
+            QListWidget list;
+            SelectByKeys(list);
+            ShowLines(list, ThreeLines);
+            list.setCurrentRow(from, QItemSelectionModel::NoUpdate);
+            QTest::keyClick(&list, key);
+            QCOMPARE(SelectedRow(list), to);
+        }
+    }
+
     void An_arrow_key_in_an_empty_list_selects_nothing() {
         QListWidget list;
-        SelectByArrowKeys(list);
+        SelectByKeys(list);
         QTest::keyClick(&list, Qt::Key_Down);
         QCOMPARE(SelectedRow(list), -1);
     }
@@ -324,6 +343,42 @@ private slots:
         QCOMPARE(ResultOf(result), -1);
         result.setText(QStringLiteral("0"));
         QCOMPARE(ResultOf(result), 0);
+    }
+
+    void An_Enter_key_that_is_held_down_presses_once() {
+        TestProgram program;
+        QDialog window;
+        QPushButton first(&window), second(&window);
+        first.setDefault(true);
+        second.setAutoDefault(false);
+        QSignalSpy presses(&second, &QPushButton::clicked);
+        InNextModal<QDialog>([&](QDialog&) {
+            for (const bool isRepeated : {false, true, true}) {
+                QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, {}, {}, isRepeated);
+                QApplication::sendEvent(&second, &key);
+            }
+        });
+        QSignalSpy defaultPresses(&first, &QPushButton::clicked);
+        ShowModally(program.App, window);
+        QCOMPARE(presses.size(), 1);
+        QCOMPARE(defaultPresses.size(), 0);
+    }
+
+    void Of_a_maximised_window_the_size_before_is_kept() {
+        TestProgram program;
+        QDialog window;
+        window.setObjectName(QStringLiteral("frmTest"));
+        window.resize(300, 200);
+        InNextModal<QDialog>([](QDialog& shown) {
+            shown.resize(410, 320);
+            shown.showMaximized();
+            QTRY_VERIFY(shown.size() != QSize(410, 320));
+        });
+        ShowModally(program.App, window);
+        const std::map<std::pair<std::string, std::string>, std::string> kept{
+            {{"WINDOWS", "frmTest"}, "410x320"}
+        };
+        QVERIFY(program.Settings.Values == kept);
     }
 
     void A_kept_size_that_makes_no_sense_is_ignored() {

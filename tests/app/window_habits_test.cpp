@@ -280,6 +280,25 @@ private slots:
         });
     }
 
+    void Enter_presses_the_button_that_has_the_focus_data() { EachWindow(); }
+    void Enter_presses_the_button_that_has_the_focus() {
+        InThisWindow([](QWidget& window) {
+            QStringList pressed;
+            for (auto* button : Own<QAbstractButton>(window)) {
+                QObject::disconnect(button, &QAbstractButton::clicked, nullptr, nullptr); // its work
+                QObject::connect(button, &QAbstractButton::clicked, &window,
+                                 [&pressed, button] { pressed << button->objectName(); });
+            }
+            for (auto* button : VisibleIn<QAbstractButton>(window)) {
+                if (!button->isEnabled() || button->isCheckable()) continue;
+                pressed.clear();
+                QTest::keyClick(button, Qt::Key_Return);
+                QTest::keyClick(button, Qt::Key_Enter, Qt::KeypadModifier);
+                QCOMPARE(pressed, QStringList({button->objectName(), button->objectName()}));
+            }
+        });
+    }
+
     void Escape_closes_every_dialog_data() { EachWindow(); }
     void Escape_closes_every_dialog() {
         InThisWindow([](QWidget& window) {

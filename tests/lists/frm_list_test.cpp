@@ -298,6 +298,26 @@ private slots:
         });
     }
 
+    void After_a_click_on_Edit_or_Delete_the_list_has_the_keyboard_again() {
+        ListProgram program;
+        program.Prompts.Answers = {PromptAnswer::Yes};
+        InMaterials(program, [](frmList& window) {
+            const auto press = [&window](const char* button) {
+                Select(window, 2);                             // is not used
+                Named<QPushButton>(window, button).setFocus(); // as a click does
+                Press(window, button);
+                QCOMPARE(window.focusWidget()->objectName(), QStringLiteral("lst_Main"));
+            };
+            InNextModal<frmMaterial>([](frmMaterial& editor) {
+                FillMaterial(editor, "GC-3b");
+                Press(editor, "cmd_Save");
+            });
+            press("cmd_Edit");
+            press("cmd_Delete");
+            QCOMPARE(Lines(window).size(), 2);
+        });
+    }
+
     void Deleting_the_last_material_empties_the_list() {
         TestProgram program;
         QVERIFY(!SaveMaterial(program.App,

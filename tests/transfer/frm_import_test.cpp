@@ -174,6 +174,20 @@ private slots:
         }
     }
 
+    void Enter_after_an_import_does_not_import_again() {
+        TestProgram program;
+        const QString source = SourceFile(program, "a|b\r\n");
+        InNextModal<frmImport>([&](frmImport& window) {
+            auto& edit = Named<QLineEdit>(window, "txt_SourceFile");
+            edit.setText(source);
+            QTest::keyClick(&edit, Qt::Key_Return);
+            QVERIFY(TextOf<QLabel>(window, "lbl_status").starts_with("Total Records Processed : 1"));
+            QTest::keyClick(window.focusWidget(), Qt::Key_Return);
+            QVERIFY(!window.isVisible());
+        });
+        ShowMaterialImport(program.App, nullptr);
+    }
+
     void Cancel_closes_the_window_when_it_is_idle() {
         TestProgram program;
         frmImport window(program.App, TransferModule::Materials, nullptr);

@@ -442,6 +442,12 @@ private slots:
             QVERIFY(!window.isVisible());
         }),
                  -1);
+        QCOMPARE(program.New([&](frmUsage& window) {
+            fill(window);
+            QTest::keyClick(&Named<QPushButton>(window, "cmd_Cancel"), Qt::Key_Return);
+            QVERIFY(!window.isVisible());
+        }),
+                 -1);
         QVERIFY(program.Records().empty());
         QCOMPARE(program.New([&](frmUsage& window) {
             fill(window);

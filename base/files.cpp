@@ -18,25 +18,57 @@ Done WriteToDevice(FileAccess& files, const std::filesystem::path& path, std::st
     return WriteAll(**file, content);
 }
 
+/// The file itself, where the path is a link; it may not exist yet.
+std::filesystem::path FollowLinks(const std::filesystem::path& path) {
+    std::error_code error;
+    const std::filesystem::path followed = std::filesystem::canonical(path, error);
+    if (!error) return followed;
+    const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+    return error ? path : path.parent_path() / target;
+}
+
+/// A rename would replace a file also where its user has taken the permission to write it away.
+Done CheckIsWritable(FileAccess& files, const std::filesystem::path& path) {
+    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Update);
+    return file ? Success() : Done(file.error());
+}
+
+/// The temporary file is not one that the user knows of.
+Failure CannotWrite(const std::filesystem::path& target, const Failure& ofTemporary) {
+    std::string reason = ofTemporary.Description;
+    if (reason.starts_with('C')) reason.front() = 'c';
+    return {"Cannot write the file \"" + PathText(target) + "\": " + reason};
+}
+
 } // namespace
 
-Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
-    std::error_code ignored;
-    std::filesystem::path target = std::filesystem::canonical(path, ignored);
-    if (target.empty()) target = path;
-    const std::filesystem::file_status status = std::filesystem::status(target, ignored);
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        return WriteToDevice(files, target, content);
+std::filesystem::path TemporaryFor(const std::filesystem::path& path) {
+    std::filesystem::path temporary = path;
+    temporary += ".mact.tmp"; // no name that a user would give
+    return temporary;
+}
 
-    std::filesystem::path temporary = target;
-    temporary += ".tmp";
+Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
+    const std::filesystem::path target = FollowLinks(path);
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(target, ignored);
+    if (std::filesystem::exists(status)) {
+        if (!std::filesystem::is_regular_file(status)) return WriteToDevice(files, target, content);
+        const Done isWritable = CheckIsWritable(files, target);
+        if (!isWritable) return isWritable;
+    }
+
+    const std::filesystem::path temporary = TemporaryFor(target);
     const Result<std::unique_ptr<OpenFile>> file = files.Open(temporary, OpenMode::Update);
-    if (!file) return file.error();
+    if (!file) return CannotWrite(target, file.error());
     // Not before it is ours: another running copy may be about to put it in the same file's place.
     const Done locked = (*file)->Lock();
-    if (!locked) return locked;
+    if (!locked) return CannotWrite(target, locked.error());
     Done replaced = (*file)->CutTo(0);
     if (replaced) replaced = WriteAll(**file, content);
+    if (!replaced) replaced = CannotWrite(target, replaced.error());
+    if (replaced && std::filesystem::exists(status))
+        std::filesystem::permissions(temporary, status.permissions(), ignored);
     if (replaced) replaced = files.Rename(temporary, target);
     if (!replaced) static_cast<void>(files.Remove(temporary)); // the failure to tell is the first
     return replaced;

@@ -56,8 +56,12 @@ public:
 
 /// Puts `content` in the place of the file's, so that a crash or a full disk leaves the old content: through
 /// a temporary file beside it and a rename. Of two running copies that do so at once one waits for the other.
-/// A link is followed. What is not a regular file (a device) is written as it stands.
+/// A link is followed, the permissions of the file stay, and a file that may not be written is not replaced.
+/// What is not a regular file (a device) is written as it stands.
 Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content);
+
+/// The temporary file by which a file is replaced. What a copy that was killed left there is written over.
+std::filesystem::path TemporaryFor(const std::filesystem::path& path);
 
 /// All bytes of a file.
 Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path);

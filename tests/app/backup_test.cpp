@@ -203,10 +203,12 @@ TEST_F(BackupTest, AScriptThatCannotBeWrittenIsAFailureAndNothingIsStarted) {
 TEST_F(BackupTest, AFullDiskKeepsTheOlderScriptAndDoesNotStartIt) {
     WriteContent(ProgramFile("backup.bat"), "an older one");
     LimitedFiles files;
-    files.Limits[ProgramFile("backup.bat.tmp")].LongestFile = 10;
+    files.Limits[TemporaryFor(ProgramFile("backup.bat"))].LongestFile = 10;
     AppContext app{Prompts, Settings, Programs, Dialogs, Calendar, files, App.ProgramFolder};
     EXPECT_FALSE(RunBackup(app, true));
-    EXPECT_EQ(ShownTexts(), std::vector<std::string>{"The disk is full."});
+    EXPECT_EQ(ShownTexts(),
+              std::vector<std::string>{"Cannot write the file \"" + PathText(ProgramFile("backup.bat")) +
+                                       "\": The disk is full."});
     EXPECT_TRUE(Programs.Started.empty());
     EXPECT_EQ(Script(), "an older one");
 }

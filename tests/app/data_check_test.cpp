@@ -361,7 +361,7 @@ TEST_F(DataCheckTest, EveryCompanyOfTheFolderIsCheckedInTheOrderOfTheirNumbers) 
 
 TEST_F(DataCheckTest, FilesThatTheProgramNeverOpensAreLeftAlone) {
     for (const char* name : {"01_usage.talvor", "0_usage.talvor", "-1_usage.talvor", "32768_usage.talvor",
-                             "1_usage.talvor.tmp", "_usage.talvor", "usage.talvor", "1.0_usage.talvor", "x"})
+                             "1_usage.talvor.mact.tmp", "_usage.talvor", "usage.talvor", "1.0_usage.talvor", "x"})
         WriteContent(DataFile(name), "x");
     EXPECT_EQ(Check(), Lines{});
 }

@@ -1,5 +1,6 @@
 #include "base/files.h"
 #include "base/text.h"
+#include "tests/support/failing_files.h"
 #include "tests/support/test_program.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +35,21 @@ TEST_F(ReplaceFileTest, FollowsALink) {
     EXPECT_EQ(ContentOf(Folder.Path() / "real.txt"), "new");
 }
 
+TEST_F(ReplaceFileTest, FollowsALinkToAFileThatDoesNotExistYet) {
+    std::filesystem::create_symlink("real.txt", File);
+    EXPECT_TRUE(ReplaceFile(Files, File, "new"));
+    EXPECT_TRUE(std::filesystem::is_symlink(File));
+    EXPECT_EQ(ContentOf(Folder.Path() / "real.txt"), "new");
+}
+
+TEST_F(ReplaceFileTest, KeepsThePermissionsOfTheFile) {
+    WriteContent(File, "old");
+    constexpr auto ofOwner = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
+    std::filesystem::permissions(File, ofOwner);
+    EXPECT_TRUE(ReplaceFile(Files, File, "new"));
+    EXPECT_EQ(std::filesystem::status(File).permissions(), ofOwner);
+}
+
 TEST_F(ReplaceFileTest, AFullDeviceIsAFailureThatNamesFileAndReason) {
     std::filesystem::create_symlink("/dev/full", File);
     const Done replaced = ReplaceFile(Files, File, "new");
@@ -51,32 +67,52 @@ TEST_F(ReplaceFileTest, AFolderInTheFilesPlaceIsAFailure) {
               "Cannot open the file \"" + PathText(File) + "\": Is a directory.");
 }
 
-TEST_F(ReplaceFileTest, AMissingFolderIsAFailureAndLeavesNothing) {
-    const Done replaced = ReplaceFile(Files, Folder.Path() / "missing" / "names.txt", "new");
-    EXPECT_FALSE(replaced);
+TEST_F(ReplaceFileTest, AMissingFolderIsAFailureThatNamesTheFileAndLeavesNothing) {
+    const std::filesystem::path missing = Folder.Path() / "missing" / "names.txt";
+    const Done replaced = ReplaceFile(Files, missing, "new");
+    ASSERT_FALSE(replaced);
+    EXPECT_TRUE(replaced.error().Description.starts_with("Cannot write the file \"" + PathText(missing) +
+                                                         "\": cannot open the file \""));
     EXPECT_EQ(CountFiles(), 0U);
+}
+
+TEST_F(ReplaceFileTest, AFileThatMayNotBeWrittenIsNotReplaced) {
+    WriteContent(File, "old");
+    FailingFiles files;
+    files.Start({.At = 1}); // opening the file to write to it
+    const Done replaced = ReplaceFile(files, File, "new");
+    ASSERT_FALSE(replaced);
+    EXPECT_TRUE(replaced.error().Description.starts_with("Cannot open the file \"" + PathText(File) + '"'));
+    EXPECT_EQ(ContentOf(File), "old");
+    EXPECT_EQ(CountFiles(), 1U);
+}
+
+TEST_F(ReplaceFileTest, AFileOfTheUsersWithALikeNameStays) {
+    std::filesystem::path like = File;
+    like += ".tmp";
+    WriteContent(like, "precious");
+    EXPECT_TRUE(ReplaceFile(Files, File, "new"));
+    EXPECT_EQ(ContentOf(like), "precious");
 }
 
 TEST_F(ReplaceFileTest, AContentThatAnotherCopyIsAboutToPutThereIsLeftAlone) {
     WriteContent(File, "old");
-    std::filesystem::path temporary = File;
-    temporary += ".tmp";
+    const std::filesystem::path temporary = TemporaryFor(File);
     const auto ofOther = Files.Open(temporary, OpenMode::Update);
     ASSERT_TRUE((*ofOther)->Lock());
     ASSERT_TRUE((*ofOther)->WriteAt(0, "theirs"));
     const Done replaced = ReplaceFile(Files, File, "mine");
     ASSERT_FALSE(replaced);
     EXPECT_EQ(replaced.error().Description,
-              "Cannot lock the file \"" + PathText(temporary) +
-                  "\": another running copy of the program is working with it.");
+              "Cannot write the file \"" + PathText(File) + "\": cannot lock the file \"" +
+                  PathText(temporary) + "\": another running copy of the program is working with it.");
     EXPECT_EQ(ContentOf(File), "old");
     EXPECT_EQ(ContentOf(temporary), "theirs");
 }
 
 TEST_F(ReplaceFileTest, WhatACopyThatWasKilledLeftIsReplaced) {
     WriteContent(File, "old");
-    std::filesystem::path temporary = File;
-    temporary += ".tmp";
+    const std::filesystem::path temporary = TemporaryFor(File);
     WriteContent(temporary, "a longer content that was never put in place");
     EXPECT_TRUE(ReplaceFile(Files, File, "new"));
     EXPECT_EQ(ContentOf(File), "new");

@@ -206,9 +206,9 @@ TEST_F(KilledProgram, BeforeARenameLeavesTheOldNamesAndATemporaryFileThatIsRepla
     ChildProgram program(start);
     EXPECT_EQ(program.Wait(), -1);
     EXPECT_EQ(Folder.Data("1_additional.talvor"), "a|b|c|d|e|f\r\n");
-    EXPECT_EQ(Folder.Data("1_additional.talvor.tmp"), "MMA|b");
+    EXPECT_EQ(Folder.Data("1_additional.talvor.mact.tmp"), "MMA|b");
     ExpectWorks(SetNames(1));
-    EXPECT_FALSE(std::filesystem::exists(Folder.DataFile("1_additional.talvor.tmp")));
+    EXPECT_FALSE(std::filesystem::exists(Folder.DataFile("1_additional.talvor.mact.tmp")));
 }
 
 } // namespace

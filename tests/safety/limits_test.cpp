@@ -87,7 +87,7 @@ TEST_F(LimitsTest, AFolderInThePlaceOfTheNamesIsToldAndStays) {
         EXPECT_TRUE(SaveAdditionalNames(App, {"a", "b", "c", "d", "e", "f"}));
     });
     EXPECT_TRUE(std::filesystem::is_directory(DataFile("1_additional.talvor")));
-    EXPECT_FALSE(std::filesystem::exists(DataFile("1_additional.talvor.tmp")));
+    EXPECT_FALSE(std::filesystem::exists(TemporaryFor(DataFile("1_additional.talvor"))));
 }
 
 TEST_F(LimitsTest, AFileOf40000SlotsIsToldByEachOperationAndIsNotWritten) {

@@ -40,6 +40,13 @@ protected:
                "\": another running copy of the program is working with it.\n";
     }
 
+    /// One sentence, which for a file that is replaced as a whole begins with that file.
+    static bool IsRefusal(std::string_view errors, const std::filesystem::path& file) {
+        const std::string refusal = Refusal(file);
+        return errors == refusal || (errors.starts_with("Cannot write the file \"") &&
+                                     errors.ends_with(": c" + refusal.substr(1)));
+    }
+
     /// Starts all at once. True for those that succeeded; the others said that they waited too long.
     std::vector<bool> Race(const std::vector<Share>& shares) const {
         StartSignal signal;
@@ -169,7 +176,7 @@ TEST_F(TwoCopies, ThatSaveTheNamesAtOnceLeaveThoseOfOne) {
         EXPECT_TRUE(names == "MMA|b|c|d|e|f\r\n" || names == "Styrene|b|c|d|e|f\r\n" ||
                     names == "Vinyl toluene|b|c|d|e|f\r\n")
             << names;
-        EXPECT_FALSE(std::filesystem::exists(Folder.DataFile("1_additional.talvor.tmp")));
+        EXPECT_FALSE(std::filesystem::exists(Folder.DataFile("1_additional.talvor.mact.tmp")));
     }
 }
 
@@ -212,7 +219,7 @@ TEST_P(WaitingCopy, SaysSoInOneSentenceAndChangesNothing) {
 
     ChildProgram program(Folder.Start(arguments));
     EXPECT_EQ(program.Wait(), 1);
-    EXPECT_EQ(program.Errors(), Refusal(Folder.DataFile(GetParam().File)));
+    EXPECT_TRUE(IsRefusal(program.Errors(), Folder.DataFile(GetParam().File))) << program.Errors();
     std::map<std::string, std::string> after;
     for (const auto& entry : std::filesystem::directory_iterator(Folder.Path() / "data"))
         after[entry.path().filename().string()] = ContentOf(entry.path());
@@ -228,7 +235,7 @@ INSTANTIATE_TEST_SUITE_P(
 },
         Waiting{"ImportOfUsage", {"import-usage", "usage"}, UsageFile},
         Waiting{"NewCompany", {"add-company", "Beta", "Dock 2"}, CompaniesFile},
-        Waiting{"Names", {"names", "a", "b", "c", "d", "e", "f"}, "1_additional.talvor.tmp"}),
+        Waiting{"Names", {"names", "a", "b", "c", "d", "e", "f"}, "1_additional.talvor.mact.tmp"}),
     [](const auto& given) { return std::string(given.param.Name); });
 
 TEST_F(TwoCopies, OfWhichOneWaitsForTheLogOfAnImportChangesNothing) {

@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "store/additional_names.h"
 #include "store/frm_extra_pollutants_names.h"
 #include "tests/support/limited_files.h"
@@ -176,8 +177,7 @@ private slots:
                        program.Calendar,          files,
                        program.App.ProgramFolder, 1};
         WriteContent(program.File, "MMA|-|-|-|-|-\r\n");
-        std::filesystem::path temporary = program.File;
-        files.Limits[temporary += ".tmp"].LongestFile = 3;
+        files.Limits[TemporaryFor(program.File)].LongestFile = 3;
         InNextModal<frmExtraPollutantsNames>([](frmExtraPollutantsNames& window) {
             Type(window, {"a", "b", "c", "d", "e", "f"});
             Press(window, "cmd_OK");
@@ -185,7 +185,9 @@ private slots:
             QCOMPARE(Names(window).front(), QStringLiteral("a"));
         });
         ShowAdditionalNames(app, nullptr);
-        QCOMPARE(program.ShownTexts(), std::vector<std::string>{"The disk is full."});
+        QCOMPARE(program.ShownTexts(),
+                 std::vector<std::string>{"Cannot write the file \"" + PathText(program.File) +
+                                          "\": The disk is full."});
         QCOMPARE(ContentOf(program.File), std::string("MMA|-|-|-|-|-\r\n"));
     }
 };

@@ -198,11 +198,10 @@ TEST_F(ExportTest, ExportedNamesKeepTheirBytes) {
 TEST_F(ExportTest, AFailedExportLeavesTheTargetAndCountsNothing) {
     AddMaterial("A");
     WriteContent(Target, "old");
-    std::filesystem::path temporary = Target;
-    temporary += ".tmp";
+    const std::filesystem::path temporary = TemporaryFor(Target);
     FaultyFiles.Limits[temporary] = {.LongestFile = 10};
     ExportMaterials();
-    ExpectOneFailure("The disk is full.");
+    ExpectOneFailure("Cannot write the file \"" + PathText(Target) + "\": The disk is full.");
     EXPECT_EQ(Exported(), "old");
     EXPECT_FALSE(std::filesystem::exists(temporary));
     EXPECT_EQ(Processed, 0);

@@ -22,13 +22,21 @@ class DataCheckTest : public testing::Test, public TestProgram {
 protected:
     using Lines = std::vector<std::string>;
 
-    DataCheckTest() {
+    DataCheckTest() { WriteSharedFiles(); }
+
+    void WriteSharedFiles() const {
         WriteRows({
             {.MaterialType = "Resin", .HapLimit = 28, .ApplicationMethod = "Spray"}
         });
         WriteCompanies({
             {.CompanyId = 1, .CompanyName = "Acme"}
         });
+    }
+    /// A material and a use of it, beside the table and the company.
+    void WriteGoodFiles() const {
+        WriteSharedFiles();
+        WriteMaterials({Good(1)});
+        WriteUsage({GoodUse(1)});
     }
 
     template <class Record>
@@ -153,10 +161,26 @@ TEST_F(DataCheckTest, SurplusBytesAreAFindingOfEveryKindOfFile) {
 }
 
 TEST_F(DataCheckTest, AFileOfTooManySlotsIsOneFinding) {
-    WriteContent(DataFile("1_usage.talvor"), std::string(std::size_t{32768} * 32, 'x'));
-    EXPECT_EQ(Check(),
-              Lines{"1_usage.talvor: it has 32768 records and cannot be worked with: 32767 is the most "
-                    "that a data file can hold"});
+    struct TooLong {
+        const char* Name;
+        std::uintmax_t SlotLength; ///< bytes
+    };
+    constexpr TooLong files[] = {
+        {"hapcontents.talvor", 232 },
+        {"companies.talvor",   504 },
+        {"1_materials.talvor", 1444},
+        {"1_usage.talvor",     32  },
+    };
+    Settings.Values[{"COMPANY", "DEFAULT"}] = "1";
+    for (const TooLong& file : files) {
+        SCOPED_TRACE(file.Name);
+        WriteGoodFiles();
+        std::filesystem::resize_file(DataFile(file.Name), 32768 * file.SlotLength);
+        EXPECT_EQ(Check(), Lines{std::string(file.Name) +
+                                 ": it has 32768 records and cannot be worked with: 32767 is the most that a "
+                                 "data file can hold"});
+        EXPECT_TRUE(Prompts.Shown.empty());
+    }
 }
 
 TEST_F(DataCheckTest, AFullFileIsNoFinding) {

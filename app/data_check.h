@@ -13,8 +13,8 @@
 using FindingTaker = std::function<void(const std::string& line)>;
 
 /// Checks the shared files and those of every company that has files in the data folder, current or not. A
-/// deleted record is judged by its place in the file only, a live one by its content too. A file that cannot
-/// be read is shown (ShowError), and the rest is still checked.
+/// deleted record is judged by its place in the file and its mark as deleted only, a live one by its content
+/// too. A file that cannot be read is shown (ShowError), and the rest is still checked.
 void CheckData(AppContext& app, const FindingTaker& take);
 
 /// The same for the files of these names in the data folder, without the remembered company.

@@ -21,6 +21,12 @@ void FileFindings::CheckNumber(std::int16_t record, std::int16_t identifier) con
         Add(record, "its identifier is " + std::to_string(identifier) + ", not its number");
 }
 
+void FileFindings::CheckActive(std::int16_t record, std::int16_t flag) const {
+    if (flag != -1 && flag != 0)
+        Add(record, "its mark of a live record is " + std::to_string(flag) +
+                        ", neither -1 nor 0: it counts as deleted");
+}
+
 std::string Quoted(std::string_view codePageText) {
     std::string shown(Trim(codePageText));
     for (char& character : shown)

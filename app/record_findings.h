@@ -21,6 +21,8 @@ public:
     /// A finding when the number is not finite. `name` is as in "the density".
     void CheckFinite(std::int16_t record, std::string_view name, double number) const;
     void CheckNumber(std::int16_t record, std::int16_t identifier) const;
+    /// A finding when a record's Active flag is neither that of a live record nor that of a deleted one.
+    void CheckActive(std::int16_t record, std::int16_t flag) const;
 
 private:
     std::string m_file;
@@ -35,8 +37,17 @@ std::string Quoted(std::string_view codePageText);
 Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
                         const FileFindings& findings);
 
+/// The flags of a slot as they are stored: a record has only what they are taken for.
+template <class Record>
+void CheckFlags(const FileFindings& findings, std::int16_t record, const RecordLayout<Record>& layout,
+                std::string_view slot) {
+    for (std::size_t index = 0; index < layout.Fields().size(); ++index)
+        if (layout.Fields()[index].Kind == FieldKind::Flag)
+            findings.CheckActive(record, LoadInt16(slot.data() + layout.OffsetOf(index)));
+}
+
 /// Calls `visit` with the number and the record of every slot of a file that exists, after the findings about
-/// its length. False when it has too many slots to work with.
+/// its length and the slot's flags. False when it has too many slots to work with.
 template <class Record, class Visitor>
 Result<bool> VisitCheckedSlots(FileAccess& files, const std::filesystem::path& path,
                                const RecordLayout<Record>& layout, const FileFindings& findings,
@@ -47,6 +58,7 @@ Result<bool> VisitCheckedSlots(FileAccess& files, const std::filesystem::path& p
     if (!file) return file.error();
     Record record;
     const Done read = file->ForEachSlot([&](std::int16_t number, std::string_view slot) {
+        CheckFlags(findings, number, layout, slot);
         Unpack(layout, slot, record);
         visit(number, record);
         return true;

@@ -363,6 +363,24 @@ TEST_F(DataCheckTest, DeletedRecordsAreNotJudgedByTheirContent) {
     EXPECT_EQ(Check(), Lines{});
 }
 
+TEST_F(DataCheckTest, AMarkOfALiveRecordOtherThanMinusOneAndZeroIsAFinding) {
+    const auto mark = [&](const char* name, std::size_t offset, std::string_view flag) {
+        std::string slot = ContentOf(DataFile(name));
+        WriteContent(DataFile(name), slot.replace(offset, 2, flag));
+    };
+    WriteGoodFiles();
+    mark("companies.talvor", 502, {"\x01\x00", 2});
+    mark("1_materials.talvor", 681, {"\x00\x80", 2});
+    mark("1_usage.talvor", 21, {"\xFF\x00", 2});
+    EXPECT_EQ(Check(), (Lines{"companies.talvor, record 1: its mark of a live record is 1, neither -1 nor 0: "
+                              "it counts as deleted",
+                              "companies.talvor: company 1, which has data files, does not exist",
+                              "1_materials.talvor, record 1: its mark of a live record is -32768, neither "
+                              "-1 nor 0: it counts as deleted",
+                              "1_usage.talvor, record 1: its mark of a live record is 255, neither -1 nor "
+                              "0: it counts as deleted"}));
+}
+
 TEST_F(DataCheckTest, NamesThatAreNotSixAreAFinding) {
     WriteContent(DataFile("1_additional.talvor"), "MMA|Styrene|-|-|-|-\r\n");
     EXPECT_EQ(Check(), Lines{});

@@ -8,7 +8,7 @@
 
 /// The checks of one company's files.
 
-/// The joined names of the material-type table; empty where the table could not be read.
+/// The joined names of the material-type table; empty where there is no table to compare with.
 using TypesAndMethods = std::optional<std::unordered_set<std::string>>;
 /// A name in the table cannot be told from one in a material but by this key.
 std::string TypeAndMethodKey(std::string_view materialType, std::string_view applicationMethod);

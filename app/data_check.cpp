@@ -36,7 +36,9 @@ TypesAndMethods CheckTable(AppContext& app, const std::set<std::string>& names, 
                           });
     if (!checked) ShowError(app, checked.error());
     if (!checked || !*checked) return {};
-    return types;
+    if (!types.empty()) return types;
+    findings.Add("it holds no material types"); // once, and not for every material
+    return {};
 }
 
 /// The companies that can be selected; empty where that cannot be told.

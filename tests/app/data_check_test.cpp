@@ -114,6 +114,12 @@ TEST_F(DataCheckTest, AMissingTableIsAFindingAndIsNotCreated) {
     EXPECT_FALSE(std::filesystem::exists(DataFile("hapcontents.talvor")));
 }
 
+TEST_F(DataCheckTest, ATableWithoutMaterialTypesIsOneFinding) {
+    WriteGoodFiles();
+    WriteRows({});
+    EXPECT_EQ(Check(), Lines{"hapcontents.talvor: it holds no material types"});
+}
+
 TEST_F(DataCheckTest, NothingInTheFolderChanges) {
     WriteContent(DataFile("1_usage.talvor"), std::string(50, 'x'));
     WriteContent(DataFile("2_additional.talvor"), "");

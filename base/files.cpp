@@ -79,6 +79,10 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
     if (!file) return file.error();
     const Result<std::uint64_t> length = (*file)->Length();
     if (!length) return length.error();
+    if (*length > LongestWholeFile)
+        return Failure{"Cannot read the file \"" + PathText(path) + "\": it has " + std::to_string(*length) +
+                       " bytes, and " + std::to_string(LongestWholeFile) +
+                       " is the most that is read as a whole."};
     std::string content(static_cast<std::size_t>(*length), '\0');
     const Result<std::size_t> count = (*file)->ReadAt(0, content);
     if (!count) return count.error();

@@ -63,7 +63,11 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
 /// The temporary file by which a file is replaced. What a copy that was killed left there is written over.
 std::filesystem::path TemporaryFor(const std::filesystem::path& path);
 
-/// All bytes of a file.
+/// The longest file, in bytes, that is read as a whole. The largest that the format knows, a material-type
+/// table of 32,767 rows, has 7.6 MB: a longer one is damaged, and may be longer than there is memory.
+inline constexpr std::uint64_t LongestWholeFile = std::uint64_t{64} * 1024 * 1024;
+
+/// All bytes of a file. One that is longer than LongestWholeFile is a Failure.
 Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path);
 
 /// Whether there is a file (anything but a folder) or a folder at the path; a link is followed.

@@ -408,8 +408,9 @@ TEST_F(DataCheckTest, EveryCompanyOfTheFolderIsCheckedInTheOrderOfTheirNumbers) 
 }
 
 TEST_F(DataCheckTest, FilesThatTheProgramNeverOpensAreLeftAlone) {
-    for (const char* name : {"01_usage.talvor", "0_usage.talvor", "-1_usage.talvor", "32768_usage.talvor",
-                             "1_usage.talvor.mact.tmp", "_usage.talvor", "usage.talvor", "1.0_usage.talvor", "x"})
+    for (const char* name :
+         {"01_usage.talvor", "0_usage.talvor", "-1_usage.talvor", "32768_usage.talvor",
+          "1_usage.talvor.mact.tmp", "_usage.talvor", "usage.talvor", "1.0_usage.talvor", "x"})
         WriteContent(DataFile(name), "x");
     EXPECT_EQ(Check(), Lines{});
 }
@@ -431,6 +432,18 @@ TEST_F(DataCheckTest, AFileThatCannotBeReadIsShownAndTheOthersAreChecked) {
     ASSERT_EQ(Prompts.Shown.size(), 1U);
     EXPECT_EQ(Prompts.LastText(),
               "Cannot open the file \"" + PathText(DataFile("1_materials.talvor")) + "\": Is a directory.");
+}
+
+TEST_F(DataCheckTest, ANamesFileLongerThanAnyIsShownAndTheRestIsChecked) {
+    WriteContent(DataFile("1_additional.talvor"), "");
+    std::filesystem::resize_file(DataFile("1_additional.talvor"), 67'108'865);
+    WriteContent(DataFile("2_additional.talvor"), "");
+    WriteCompanies({{.CompanyId = 1}, {.CompanyId = 2}});
+    EXPECT_EQ(Check(), Lines{"2_additional.talvor: it does not hold six names"});
+    ASSERT_EQ(Prompts.Shown.size(), 1U);
+    EXPECT_EQ(Prompts.LastText(),
+              "Cannot read the file \"" + PathText(DataFile("1_additional.talvor")) +
+                  "\": it has 67108865 bytes, and 67108864 is the most that is read as a whole.");
 }
 
 TEST_F(DataCheckTest, SharedFilesThatCannotBeReadAreShownAndNothingIsJudgedByThem) {

@@ -119,6 +119,27 @@ TEST_F(ReplaceFileTest, WhatACopyThatWasKilledLeftIsReplaced) {
     EXPECT_EQ(CountFiles(), 1U);
 }
 
+class ReadWholeFileTest : public ReplaceFileTest {};
+
+TEST_F(ReadWholeFileTest, AFileOf64MegabytesIsReadToItsEnd) {
+    WriteContent(File, "x");
+    std::filesystem::resize_file(File, 67'108'864);
+    const Result<std::string> content = ReadWholeFile(Files, File);
+    ASSERT_TRUE(content);
+    EXPECT_EQ(content->size(), 67'108'864U);
+    EXPECT_EQ(content->substr(0, 2), std::string("x\0", 2));
+}
+
+TEST_F(ReadWholeFileTest, ALongerFileIsAFailureThatNamesFileAndReason) {
+    WriteContent(File, "x");
+    std::filesystem::resize_file(File, 67'108'865);
+    const Result<std::string> content = ReadWholeFile(Files, File);
+    ASSERT_FALSE(content);
+    EXPECT_EQ(content.error().Description,
+              "Cannot read the file \"" + PathText(File) +
+                  "\": it has 67108865 bytes, and 67108864 is the most that is read as a whole.");
+}
+
 class OsFilesTest : public ReplaceFileTest {};
 
 TEST_F(OsFilesTest, AFolderIsNeverOpened) {

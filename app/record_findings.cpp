@@ -2,12 +2,20 @@
 
 #include "base/text.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 std::string Count(std::uint64_t number, std::string_view of) {
     return std::to_string(number) + ' ' + std::string(of) + (number == 1 ? "" : "s");
+}
+
+/// What a terminal may obey rather than show.
+bool IsControl(char codePageCharacter) {
+    constexpr std::string_view unassigned = "\x81\x8D\x8F\x90\x9D"; // they stand for U+0081 and so on
+    const auto byte = static_cast<unsigned char>(codePageCharacter);
+    return byte < ' ' || byte == 0x7F || unassigned.find(codePageCharacter) != std::string_view::npos;
 }
 
 } // namespace
@@ -29,8 +37,7 @@ void FileFindings::CheckActive(std::int16_t record, std::int16_t flag) const {
 
 std::string Quoted(std::string_view codePageText) {
     std::string shown(Trim(codePageText));
-    for (char& character : shown)
-        if (static_cast<unsigned char>(character) < ' ' || character == '\x7F') character = '?';
+    std::ranges::replace_if(shown, IsControl, '?');
     return '"' + Utf8FromCodePage(shown) + '"';
 }
 

@@ -29,7 +29,7 @@ private:
     const FindingTaker& m_take;
 };
 
-/// Record text in quotes for a finding: UTF-8, trimmed, in one line.
+/// Record text in quotes for a finding: UTF-8, trimmed, in one line, "?" for each control character.
 std::string Quoted(std::string_view codePageText);
 
 /// What there is to know of a file's slots before one is read: adds the findings about its length. False when

@@ -277,6 +277,16 @@ TEST_F(DataCheckTest, TwoLiveMaterialsWithOneMaterialIdAreAFindingWhateverTheirC
               Lines{"1_materials.talvor, record 2: its Material ID \"\u00C9-1\" is that of record 1 too"});
 }
 
+TEST_F(DataCheckTest, ControlCharactersOfARecordAreShownAsQuestionMarks) {
+    WritePeriods({"\x1B[2J", "\x01\x1F\x7F", "\x81\x8D\x8F\x90\x9D", "\x80\x9F\xA0\xFF"});
+    Lines expected;
+    for (const char* period : {"?[2J", "???", "?????", "\u20AC\u0178\u00A0\u00FF"})
+        expected.push_back("1_usage.talvor, record " + std::to_string(expected.size() + 1) +
+                           ": its period \"" + period +
+                           "\" is in no report; a month is written as in 3/2005");
+    EXPECT_EQ(Check(), expected);
+}
+
 TEST_F(DataCheckTest, ATypeAndMethodThatTheTableLacksIsAFinding) {
     MaterialRecord otherCase = Good(1);
     otherCase.MaterialType = " RESIN";

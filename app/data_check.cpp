@@ -9,6 +9,7 @@
 #include "store/data_folder.h"
 #include "store/material_types.h"
 
+#include <algorithm>
 #include <map>
 
 namespace {
@@ -89,13 +90,24 @@ void CheckRememberedCompany(AppContext& app, const std::optional<CompanyIds>& co
             .Add("the remembered company " + Quoted(CodePageFromUtf8(remembered)) + " does not exist");
 }
 
-/// The names of what lies in the data folder.
+/// The name by which the program opens a file. On Windows letter case does not tell files apart.
+std::string NameToOpen(std::string name) {
+#ifdef _WIN32
+    std::ranges::transform(name, name.begin(), [](char character) {
+        const bool isCapital = character >= 'A' && character <= 'Z';
+        return static_cast<char>(isCapital ? character - 'A' + 'a' : character);
+    });
+#endif
+    return name;
+}
+
+/// The names of what lies in the data folder, as the program opens it.
 Result<std::set<std::string>> NamesIn(const std::filesystem::path& folder) {
     std::set<std::string> names;
     std::error_code error;
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error))
-        names.insert(PathText(entry->path().filename()));
+        names.insert(NameToOpen(PathText(entry->path().filename())));
     if (error)
         return Failure{"Cannot list the folder \"" + PathText(folder) + "\": " + error.message() + '.'};
     return names;

@@ -17,5 +17,6 @@ using FindingTaker = std::function<void(const std::string& line)>;
 /// too. A file that cannot be read is shown (ShowError), and the rest is still checked.
 void CheckData(AppContext& app, const FindingTaker& take);
 
-/// The same for the files of these names in the data folder, without the remembered company.
+/// The same for the files of these names, which are those by which the program opens them, in the data
+/// folder, without the remembered company.
 void CheckDataFiles(AppContext& app, const std::set<std::string>& names, const FindingTaker& take);

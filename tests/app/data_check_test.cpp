@@ -425,6 +425,28 @@ TEST_F(DataCheckTest, FilesThatTheProgramNeverOpensAreLeftAlone) {
     EXPECT_EQ(Check(), Lines{});
 }
 
+#ifdef _WIN32 // elsewhere they are other files, which the program never opens
+TEST_F(DataCheckTest, FilesAreCheckedWhateverTheLetterCaseOfTheirNames) {
+    WriteGoodFiles();
+    WriteUsage({GoodUse(2)});
+    WriteContent(DataFile("1_additional.talvor"), "");
+    const std::pair<const char*, const char*> names[] = {
+        {"hapcontents.talvor",  "HapContents.talvor" },
+        {"companies.talvor",    "COMPANIES.TALVOR"   },
+        {"1_materials.talvor",  "1_MATERIALS.talvor" },
+        {"1_usage.talvor",      "1_Usage.Talvor"     },
+        {"1_additional.talvor", "1_additional.TALVOR"},
+    };
+    for (const auto& [name, otherName] : names) {
+        const std::string content = ContentOf(DataFile(name));
+        std::filesystem::remove(DataFile(name));
+        WriteContent(DataFile(otherName), content);
+    }
+    EXPECT_EQ(Check(), (Lines{"1_usage.talvor, record 1: its identifier is 2, not its number",
+                              "1_additional.talvor: it does not hold six names"}));
+}
+#endif
+
 TEST_F(DataCheckTest, ARememberedCompanyThatDoesNotExistIsAFinding) {
     for (const char* remembered : {"7", "x"}) {
         Settings.Values[{"COMPANY", "DEFAULT"}] = remembered;

@@ -4,6 +4,8 @@
 #include "base/text.h"
 #include "reports/reports.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr std::string_view HeaderRowHtml =
@@ -47,6 +49,16 @@ bool IsListed(const PollutantNames& names, std::size_t slot) {
     return slot == 0 || IsUsedName(names[slot]);
 }
 
+Done CheckShownNumbers(const AdditionalHapData& data) {
+    for (const AdditionalHapMaterial& material : data.Materials)
+        for (std::size_t slot = 0; slot < PollutantCount; ++slot) {
+            if (!IsUsed(material) || !IsListed(data.Names, slot)) continue;
+            if (!std::isfinite(material.Contents[slot]) || !std::isfinite(material.Factors[slot]))
+                return CannotShow("the additional HAP values of the material", material.MaterialId);
+        }
+    return Success();
+}
+
 std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data) {
     std::string html = "<html><title>Additional HAP Usage Report</title><body>";
     constexpr std::size_t roomForMaterial = 600; // most take less: half of them are not used
@@ -66,5 +78,7 @@ std::int16_t GenerateAdditionalHapUsageReport(AppContext& app, const ReportPerio
     const Result<AdditionalHapData> data = FetchAdditionalHap(app, period);
     if (!data) return FailReport(app, data.error());
     if (!data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
+    const Done checked = CheckShownNumbers(*data);
+    if (!checked) return FailReport(app, checked.error());
     return PublishReport(app, AdditionalHapUsageFile, BuildAdditionalHapUsageHtml(*data));
 }

@@ -6,6 +6,8 @@
 #include "reports/reports.h"
 #include "usage/usage_store.h"
 
+#include <cmath>
+
 namespace {
 
 constexpr double NoLimit = -1;
@@ -108,6 +110,15 @@ Result<CompliantMaterialsData> FetchUsed(AppContext& app, const ReportPeriod& pe
     return data;
 }
 
+Done CheckNumbers(const std::vector<CompliantRow>& rows) {
+    for (const CompliantRow& row : rows) {
+        if (!std::isfinite(row.HapContent))
+            return CannotShow("the HAP content of the material", row.Material);
+        if (row.HapLimit && !std::isfinite(*row.HapLimit)) return CannotShow("the HAP limit of", row.Method);
+    }
+    return Success();
+}
+
 } // namespace
 
 bool IsCompliant(const CompliantRow& row) {
@@ -130,7 +141,11 @@ std::optional<CompliantRow> LimitTable::RowOf(const MaterialRecord& material) co
 }
 
 Result<CompliantMaterialsData> FetchCompliantMaterials(AppContext& app, const ReportPeriod& period) {
-    return period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period);
+    Result<CompliantMaterialsData> data = period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period);
+    if (!data) return data;
+    const Done checked = CheckNumbers(data->Rows);
+    if (!checked) return checked.error();
+    return data;
 }
 
 std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data) {

@@ -110,3 +110,9 @@ Failure CannotCalculate(std::string_view doing) {
     sentence += ": the result is too large or not a number.";
     return {sentence};
 }
+
+Failure CannotShow(std::string_view what, std::string_view name) {
+    std::string sentence = "Cannot show ";
+    sentence += what;
+    return {sentence + " \"" + Utf8FromCodePage(name) + "\": it is too large or not a number."};
+}

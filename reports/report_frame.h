@@ -56,3 +56,7 @@ std::int16_t FailReport(AppContext& app, const Failure& failure);
 
 /// The Failure for a sum or power that is too large or not a number; `doing` is as in "add up the amounts".
 Failure CannotCalculate(std::string_view doing);
+
+/// The Failure for a number of a damaged file that no page can show: infinite or not a number. `what` is as
+/// in "the HAP content of the material"; `name` is code-page text.
+Failure CannotShow(std::string_view what, std::string_view name);

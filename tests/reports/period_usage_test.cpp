@@ -98,6 +98,17 @@ TEST(ReadPeriodUsageTest, MonthWithALeadingZeroBelongsToNoReport) {
               0);
 }
 
+// The list of months ends in a bar, and the text that is searched in it adds one: between the two nothing is
+// found.
+TEST(ReadPeriodUsageTest, EmptyPeriodBelongsToEveryReport) {
+    EXPECT_EQ(PoundsRead(
+                  {
+                      {.MaterialId = 1, .Period = "", .Quantity = 4, .Unit = UnitLbs}
+    },
+                  *BuildPeriodList("3/2005", 12)),
+              4);
+}
+
 TEST(ReadPeriodUsageTest, FirstAndLastMonthCountAndTheirNeighboursDoNot) {
     EXPECT_EQ(PoundsRead(
                   {

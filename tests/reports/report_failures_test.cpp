@@ -5,6 +5,7 @@
 #include "usage/usage_store.h"
 
 #include <filesystem>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -60,6 +61,19 @@ TEST_P(EveryReport, UsageThatCannotBeReadIsAFailure) {
 TEST_P(EveryReport, MaterialsThatCannotBeReadAreAFailure) {
     PutFolderInPlaceOf("1_materials.talvor");
     ExpectFailure(SamplePeriod, "1_materials.talvor");
+}
+
+TEST_P(EveryReport, NumbersOfADamagedMaterialThatAreNoneAreAFailure) {
+    std::vector<MaterialRecord> materials;
+    ASSERT_TRUE(FindMaterials(Program.App, {.CustomId = "PR-100"}, materials));
+    MaterialRecord& material = materials.front();
+    material.HapContent = std::numeric_limits<double>::quiet_NaN();
+    material.*PollutantContents[0] = std::numeric_limits<double>::infinity();
+    std::string file = ContentOf(Program.DataFile("1_materials.talvor"));
+    const std::string slot = Pack(MaterialLayout, material);
+    file.replace((static_cast<std::size_t>(material.MaterialId) - 1) * slot.size(), slot.size(), slot);
+    WriteContent(Program.DataFile("1_materials.talvor"), file);
+    ExpectFailure(SamplePeriod, "too large or not a number.");
 }
 
 TEST_P(EveryReport, EndWithoutMonthIsAFailure) {

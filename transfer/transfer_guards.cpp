@@ -62,5 +62,10 @@ Done CheckExportTarget(const AppContext& app, const std::filesystem::path& targe
     if (IsDataFile(app, target)) return Refuse("export to", target, "it is a data file of the program");
     if (!log.empty() && IsSameFile(target, log))
         return Refuse("export to", target, "it is the error log that the export writes");
+    // Devices are written as they stand, but a pipe has no places to write at.
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(target, ignored);
+    if (std::filesystem::is_fifo(status) || std::filesystem::is_socket(status))
+        return Refuse("export to", target, "it is a pipe");
     return Success();
 }

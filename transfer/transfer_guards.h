@@ -11,6 +11,7 @@
 Done CheckImportSource(const std::filesystem::path& source, const std::filesystem::path& log,
                        const std::filesystem::path& dataFile);
 
-/// A target that is no data file of any company, and not the log that the export writes (empty = none).
+/// A target that is no data file of any company, not the log that the export writes (empty = none), and no
+/// pipe.
 Done CheckExportTarget(const AppContext& app, const std::filesystem::path& target,
                        const std::filesystem::path& log);

@@ -2,6 +2,10 @@
 
 #include <limits>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 class ExportTest : public TransferTest {
@@ -265,6 +269,31 @@ TEST_F(ExportTest, ADataFileIsNoTarget) {
     EXPECT_EQ(ContentOf(MaterialData()), data);
     EXPECT_FALSE(std::filesystem::exists(DataFile("9_usage.TALVOR")));
 }
+
+#ifndef _WIN32
+TEST_F(ExportTest, APipeIsNoTarget) {
+    AddMaterial("A");
+    ASSERT_EQ(::mkfifo(Target.c_str(), 0600), 0);
+    ExportMaterials();
+    ExpectOneFailure("target.txt\": it is a pipe.");
+    EXPECT_EQ(Processed, 0);
+}
+
+TEST_F(ExportTest, ASocketIsNoTarget) {
+    ASSERT_EQ(::mknod(Target.c_str(), S_IFSOCK | 0600, 0), 0);
+    ExportUsage();
+    ExpectOneFailure("target.txt\": it is a pipe.");
+}
+
+TEST_F(ExportTest, ADeviceIsWrittenAsItStands) {
+    AddMaterial("A");
+    std::filesystem::create_symlink("/dev/null", Target);
+    ExportMaterials();
+    EXPECT_TRUE(Prompts.Shown.empty());
+    EXPECT_EQ(Processed, 1);
+    EXPECT_TRUE(std::filesystem::is_character_file(Target));
+}
+#endif
 
 #ifndef _WIN32 // where making a link needs a right that users lack
 TEST_F(ExportTest, ALinkToADataFileIsNoTarget) {

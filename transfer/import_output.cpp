@@ -3,7 +3,18 @@
 #include "transfer/transfer_texts.h"
 
 namespace {
+
 constexpr std::size_t ChunkLength = std::size_t{1} << 18;
+
+void KeepFirst(Done& failure, const Done& next) {
+    if (failure) failure = next;
+}
+
+} // namespace
+
+Done Both(const Done& first, const Done& second) {
+    if (first || second) return first ? second : first;
+    return Failure{first.error().Description + ' ' + second.error().Description};
 }
 
 void ImportOutput::LogInvalidFieldCount(const ImportedLine& line) {
@@ -17,11 +28,11 @@ void ImportOutput::LogRejection(const ImportedLine& line, std::string_view messa
     m_log.AddLine({});
 }
 
-Done ImportOutput::EndLine(bool isRejected) {
+bool ImportOutput::EndLine(bool isRejected) {
     ++m_counts.Processed;
     if (isRejected) ++m_counts.Errors;
-    if (m_slots.size() < ChunkLength && m_log.PendingLength() < ChunkLength) return Success();
-    return Write();
+    if (m_slots.size() >= ChunkLength || m_log.PendingLength() >= ChunkLength) Write();
+    return m_recordsDone && m_logDone;
 }
 
 Done ImportOutput::WriteRecords() {
@@ -39,17 +50,15 @@ Done ImportOutput::WriteRecords() {
     return written;
 }
 
-Done ImportOutput::Write() {
+void ImportOutput::Write() {
     // The records first: only entries that are not written yet can be taken back.
-    const Done recordsWritten = WriteRecords();
-    const Done logWritten = m_log.Write();
-    return recordsWritten ? logWritten : recordsWritten;
+    KeepFirst(m_recordsDone, WriteRecords());
+    KeepFirst(m_logDone, m_log.Write());
 }
 
 Done ImportOutput::Finish() {
-    const Done written = Write();
-    const Done recordsFlushed = m_records.Flush();
-    const Done logFlushed = m_log.Flush();
-    if (!written) return written;
-    return recordsFlushed ? logFlushed : recordsFlushed;
+    Write();
+    KeepFirst(m_recordsDone, m_records.Flush());
+    KeepFirst(m_logDone, m_log.Flush());
+    return Both(m_recordsDone, m_logDone);
 }

@@ -18,6 +18,9 @@ struct ImportCounts {
     int Errors = 0;
 };
 
+/// Succeeds when both did; otherwise tells what failed, the first's failure first.
+Done Both(const Done& first, const Done& second);
+
 /// What an import writes: the records of the good lines, the log of the others, and the counts of both.
 ///
 /// Records and log entries are collected and written many at a time. When the disk is full in between, the
@@ -39,9 +42,11 @@ public:
         m_slotMarks.push_back({m_counts, m_log.PendingLength()});
     }
 
-    /// To be called after each line: counts it, and writes when enough was collected.
-    Done EndLine(bool isRejected);
-    /// Writes everything and returns when it is on the disk.
+    /// To be called after each line: counts it, and writes when enough was collected. False when that failed:
+    /// Finish tells why.
+    bool EndLine(bool isRejected);
+    /// Writes everything and returns when it is on the disk. Tells the first failure of the records and the
+    /// first of the log.
     Done Finish();
     const ImportCounts& Counts() const { return m_counts; }
 
@@ -52,10 +57,12 @@ private:
         std::size_t PendingLogLength;
     };
     Done WriteRecords();
-    Done Write();
+    void Write();
 
     RecordFile m_records;
     TransferLog m_log;
+    Done m_recordsDone = Success(); ///< or the first failure
+    Done m_logDone = Success();     ///< the same
     ImportCounts m_counts;
     std::string m_slots;
     std::vector<Mark> m_slotMarks; ///< one for each of m_slots

@@ -6,6 +6,7 @@
 
 namespace {
 
+/// A failure to write is the output's to tell.
 Done ImportLines(const ImportJob& job, OpenFile& source, ImportOutput& output,
                  const TransferWatcher& watcher) {
     const Result<std::uint64_t> length = source.Length();
@@ -18,8 +19,7 @@ Done ImportLines(const ImportJob& job, OpenFile& source, ImportOutput& output,
         const int number = output.Counts().Processed + 1;
         const Result<bool> isRejected = job.ImportLine({**line, number}, output);
         if (!isRejected) return isRejected.error();
-        const Done ended = output.EndLine(*isRejected);
-        if (!ended) return ended;
+        if (!output.EndLine(*isRejected)) return Success();
         if (watcher && !watcher({lines.BytesRead(), *length, number})) return Success();
     }
 }
@@ -41,7 +41,7 @@ Done Import(AppContext& app, const ImportJob& job, const TransferWatcher& watche
     const Done imported = ImportLines(job, **source, output, watcher);
     const Done finished = output.Finish();
     counts = output.Counts();
-    return imported ? finished : imported;
+    return Both(imported, finished);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "tests/transfer/transfer_fixture.h"
 
 #ifndef _WIN32
@@ -12,6 +13,10 @@ protected:
     void ExpectCounts(int processed, int errors) const {
         EXPECT_EQ(Processed, processed);
         EXPECT_EQ(Errors, errors);
+    }
+    void ExpectMessage(const std::string& text) const { EXPECT_EQ(ShownTexts(), std::vector{text}); }
+    std::string NoSpaceForTheLog() const {
+        return "Cannot write to the file \"" + PathText(MaterialLogFile()) + "\": No space left on device.";
     }
 };
 
@@ -58,7 +63,40 @@ TEST_F(ImportFailures, AFullDiskForTheLogIsOneFailureAndTheRecordsAreStored) {
     ExpectCounts(3, 1);
     EXPECT_EQ(Materials().size(), 2U);
 }
+
+TEST_F(ImportFailures, AFullDiskForDataFileAndLogIsToldOfBoth) {
+    std::filesystem::create_symlink("/dev/full", MaterialLogFile());
+    FaultyFiles.Limits[MaterialData()] = {.LongestFile = 100};
+    ImportMaterials("bad\r\n" + GoodMaterial("A"));
+    ExpectMessage("The disk is full. " + NoSpaceForTheLog());
+    ExpectCounts(1, 1);
+}
+
+TEST_F(ImportFailures, AFullDiskFarFromTheEndOfTheFileIsToldOnceForDataFileAndLog) {
+    std::filesystem::create_symlink("/dev/full", MaterialLogFile());
+    FaultyFiles.Limits[MaterialData()] = {.LongestFile = 100};
+    std::string lines = "bad\r\n";
+    for (int number = 1; number <= 1000; ++number) // several times what is written at once
+        lines += GoodMaterial("M" + std::to_string(number));
+    ImportMaterials(lines);
+    ExpectMessage("The disk is full. " + NoSpaceForTheLog());
+    ExpectCounts(1, 1);
+}
 #endif
+
+TEST_F(ImportFailures, ALogThatDidNotReachTheDiskIsToldBesideAFullDisk) {
+    FaultyFiles.Limits[MaterialData()] = {.LongestFile = 100};
+    FaultyFiles.Limits[MaterialLogFile()] = {.CannotBeFlushed = true};
+    ImportMaterials("bad\r\n" + GoodMaterial("A"));
+    ExpectMessage("The disk is full. The disk is gone.");
+}
+
+TEST_F(ImportFailures, ASourceThatCannotBeReadIsToldBesideALogThatIsLost) {
+    FaultyFiles.Limits[Source] = {.LongestFile = 3};
+    FaultyFiles.Limits[MaterialLogFile()] = {.CannotBeFlushed = true};
+    ImportMaterials("bad\r\n");
+    ExpectMessage("The disk is damaged. The disk is gone.");
+}
 
 TEST_F(ImportFailures, ARunWithoutSourceEmptiesTheLogOfTheRunBefore) {
     WriteContent(MaterialLogFile(), "old");

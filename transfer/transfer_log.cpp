@@ -1,5 +1,11 @@
 #include "transfer/transfer_log.h"
 
+#include <algorithm>
+
+namespace {
+constexpr std::string_view LineEnd = "\r\n";
+}
+
 Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::path& path) {
     Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Update);
     if (!file) return file.error();
@@ -13,13 +19,26 @@ Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::
 void TransferLog::AddLine(std::string_view text, std::string_view more) {
     m_pending += text;
     m_pending += more;
-    m_pending += "\r\n";
+    m_pending += LineEnd;
 }
 
 Done TransferLog::Write() {
     const Done written = m_file->WriteAt(m_length, m_pending);
-    if (!written) return written;
+    if (!written) {
+        CutToWholeLines();
+        return written;
+    }
     m_length += m_pending.size();
     m_pending.clear();
     return written;
+}
+
+void TransferLog::CutToWholeLines() {
+    const Result<std::uint64_t> length = m_file->Length();
+    if (!length) return;
+    const std::uint64_t reached = std::clamp(*length, m_length, m_length + m_pending.size()) - m_length;
+    const std::size_t lineEnd =
+        std::string_view(m_pending).substr(0, static_cast<std::size_t>(reached)).rfind(LineEnd);
+    const std::size_t whole = lineEnd == std::string_view::npos ? 0 : lineEnd + LineEnd.size();
+    static_cast<void>(m_file->CutTo(m_length + whole)); // the failure to tell is that of the write
 }

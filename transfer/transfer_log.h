@@ -21,14 +21,17 @@ public:
     std::size_t PendingLength() const { return m_pending.size(); }
     /// Takes back what was added behind `pendingLength`.
     void CutPendingTo(std::size_t pendingLength) { m_pending.resize(pendingLength); }
-    /// Where it fails, the lines stay pending.
+    /// Where it fails, the lines stay pending, and the file ends behind the last of them that reached it
+    /// whole.
     Done Write();
     Done Flush() { return m_file->Flush(); }
 
 private:
     explicit TransferLog(std::unique_ptr<OpenFile> file) : m_file(std::move(file)) {}
+    /// Takes the piece of a line away that a failed write has left.
+    void CutToWholeLines();
 
     std::unique_ptr<OpenFile> m_file;
-    std::uint64_t m_length = 0; ///< of the file
+    std::uint64_t m_length = 0; ///< of what was written
     std::string m_pending;
 };

@@ -8,6 +8,7 @@
 /// What goes wrong with a file.
 struct FileLimits {
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; what lies beyond cannot be written or read
+    bool CannotBeCut = false;
     bool CannotBeFlushed = false;
     bool IsLocked = false; ///< by another running copy
 };
@@ -42,6 +43,10 @@ private:
             if (offset < longest)
                 static_cast<void>(WrappedFile::WriteAt(offset, bytes.substr(0, longest - offset)));
             return Failure{"The disk is full."};
+        }
+        Done CutTo(std::uint64_t length) override {
+            if (m_limits.CannotBeCut) return Failure{"The file cannot be cut."};
+            return WrappedFile::CutTo(length);
         }
         Done Flush() override {
             if (m_limits.CannotBeFlushed) return Failure{"The disk is gone."};

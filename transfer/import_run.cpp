@@ -24,10 +24,16 @@ Done ImportLines(const ImportJob& job, OpenFile& source, ImportOutput& output,
     }
 }
 
+Result<std::unique_ptr<OpenFile>> OpenSource(AppContext& app, const ImportJob& job) {
+    const Done checked = CheckImportSource(job.Source, job.DataFile);
+    if (!checked) return checked.error();
+    return app.Files.Open(job.Source, OpenMode::Read);
+}
+
 Done Import(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts) {
-    const Done checked = CheckImportSource(job.Source, job.Log, job.DataFile);
+    const Done checked = CheckSourceIsNotLog(job.Source, job.Log);
     if (!checked) return checked;
-    const Result<std::unique_ptr<OpenFile>> source = app.Files.Open(job.Source, OpenMode::Read);
+    const Result<std::unique_ptr<OpenFile>> source = OpenSource(app, job);
     // A run that has nothing to read leaves an empty log too, rather than that of the run before.
     Result<TransferLog> log = TransferLog::Open(app.Files, job.Log);
     if (!source) return source.error();

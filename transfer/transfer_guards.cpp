@@ -42,10 +42,13 @@ bool IsDataFile(const AppContext& app, const std::filesystem::path& path) {
 
 } // namespace
 
-Done CheckImportSource(const std::filesystem::path& source, const std::filesystem::path& log,
-                       const std::filesystem::path& dataFile) {
+Done CheckSourceIsNotLog(const std::filesystem::path& source, const std::filesystem::path& log) {
     if (IsSameFile(source, log))
         return Refuse("import", source, "it is the error log that the import is about to write anew");
+    return Success();
+}
+
+Done CheckImportSource(const std::filesystem::path& source, const std::filesystem::path& dataFile) {
     if (IsSameFile(source, dataFile))
         return Refuse("import", source, "it is the data file that the import writes to");
     std::error_code error;

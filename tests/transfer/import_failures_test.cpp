@@ -48,6 +48,20 @@ TEST_F(ImportFailures, ADeviceAsSourceIsOneFailure) {
     ExpectCounts(0, 0);
 }
 
+TEST_F(ImportFailures, APipeAsSourceEmptiesTheLogOfTheRunBefore) {
+    WriteContent(MaterialLogFile(), "old");
+    ASSERT_EQ(::mkfifo(Source.c_str(), 0600), 0);
+    Import();
+    EXPECT_EQ(ContentOf(MaterialLogFile()), "");
+}
+
+TEST_F(ImportFailures, ADeviceAsSourceEmptiesTheLogOfTheRunBefore) {
+    WriteContent(MaterialLogFile(), "old");
+    std::filesystem::create_symlink("/dev/null", Source);
+    Import();
+    EXPECT_EQ(ContentOf(MaterialLogFile()), "");
+}
+
 TEST_F(ImportFailures, AFullDiskForTheDataFileStoresAndCountsNothing) {
     std::filesystem::create_symlink("/dev/full", MaterialData());
     ImportMaterials("bad\r\n" + GoodMaterial("A") + "bad\r\n" + GoodMaterial("B"));
@@ -233,6 +247,16 @@ TEST_F(ImportFailures, TheDataFileItselfIsNoSource) {
     const std::string data = ContentOf(MaterialData());
     EXPECT_EQ(ImportMaterialFile(App, MaterialData(), Processed, Errors), 0);
     ExpectOneFailure("it is the data file that the import writes to.");
+    EXPECT_EQ(ContentOf(MaterialData()), data);
+}
+
+TEST_F(ImportFailures, TheDataFileAsSourceEmptiesTheLogOfTheRunBefore) {
+    AddMaterial("A");
+    const std::string data = ContentOf(MaterialData());
+    WriteContent(MaterialLogFile(), "old");
+    std::filesystem::create_hard_link(MaterialData(), Source);
+    Import();
+    EXPECT_EQ(ContentOf(MaterialLogFile()), "");
     EXPECT_EQ(ContentOf(MaterialData()), data);
 }
 

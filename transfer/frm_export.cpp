@@ -47,7 +47,7 @@ void frmExport::Browse() {
 
 void frmExport::Export() {
     const BusyCursor cursor;
-    const std::filesystem::path target = PathFromUtf8(Trim(m_ui->txt_SourceFile->text().toStdString()));
+    const std::filesystem::path target = TypedPath(m_ui->txt_SourceFile->text().toStdString());
     int processedCount = 0;
     std::optional<int> errorCount;
     if (Module() == TransferModule::Materials)

@@ -67,7 +67,7 @@ void frmImport::Browse() {
 
 void frmImport::Import() {
     if (IsWorking()) return;
-    const std::filesystem::path source = PathFromUtf8(Trim(m_ui->txt_SourceFile->text().toStdString()));
+    const std::filesystem::path source = TypedPath(m_ui->txt_SourceFile->text().toStdString());
     if (IsFileAt(source))
         Run_Import(source);
     else

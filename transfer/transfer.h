@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 /// Import and export of materials and usage as text files, one record per line, fields separated by "|".
 ///
@@ -38,6 +39,10 @@ std::int16_t ExportMaterialFile(AppContext& app, const std::filesystem::path& ta
 /// Records whose material does not exist go to the error log, and count as errors.
 std::int16_t ExportUsageFile(AppContext& app, const std::filesystem::path& target, int& processedCount,
                              std::optional<int>& errorCount);
+
+/// The file that a text box names: blanks around its text do not count, unless there is a file whose name has
+/// them.
+std::filesystem::path TypedPath(std::string_view utf8Text);
 
 /// The three lines that a dialog shows after its run, separated by CR LF.
 std::string ImportSummary(int processedCount, int errorCount);

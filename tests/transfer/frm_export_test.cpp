@@ -55,6 +55,22 @@ private slots:
                  std::string("GC-110||||0|0|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n"));
     }
 
+    void A_file_whose_name_ends_in_a_blank_is_replaced() {
+        TestProgram program;
+        const std::filesystem::path target = program.Folder.Path() / "out.txt ";
+        WriteContent(target, "old");
+        frmExport window(program.App, TransferModule::Materials, nullptr);
+        Export(window, target);
+        QCOMPARE(ContentOf(target), std::string());
+    }
+
+    void Blanks_around_a_path_are_not_part_of_it() {
+        TestProgram program;
+        frmExport window(program.App, TransferModule::Materials, nullptr);
+        Export(window, program.Folder.Path() / "out.txt ");
+        QVERIFY(std::filesystem::exists(program.Folder.Path() / "out.txt"));
+    }
+
     void An_empty_usage_file_is_counted_as_three_zeros() {
         TestProgram program;
         frmExport window(program.App, TransferModule::Usage, nullptr);

@@ -82,6 +82,26 @@ private slots:
         QCOMPARE(TextOf<QLabel>(window, "lbl_status"), std::string("Idle"));
     }
 
+    void A_file_whose_name_ends_in_a_blank_is_found() {
+        TestProgram program;
+        WriteContent(program.Folder.Path() / "source.txt ", "a|b\r\n");
+        frmImport window(program.App, TransferModule::Materials, nullptr);
+        Named<QLineEdit>(window, "txt_SourceFile")
+            .setText(QString::fromStdString((program.Folder.Path() / "source.txt ").string()));
+        Named<QPushButton>(window, "cmd_Import").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_status"),
+                 std::string("Total Records Processed : 1\r\nSucessful Imports : 0\r\nErrors : 1"));
+    }
+
+    void Blanks_around_a_path_are_not_part_of_it() {
+        TestProgram program;
+        frmImport window(program.App, TransferModule::Materials, nullptr);
+        Named<QLineEdit>(window, "txt_SourceFile").setText("  " + SourceFile(program, "a|b\r\n") + " ");
+        Named<QPushButton>(window, "cmd_Import").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_status"),
+                 std::string("Total Records Processed : 1\r\nSucessful Imports : 0\r\nErrors : 1"));
+    }
+
     void A_folder_is_no_file() {
         TestProgram program;
         frmImport window(program.App, TransferModule::Materials, nullptr);

@@ -1,5 +1,7 @@
 #include "tests/transfer/transfer_fixture.h"
 
+#include <array>
+
 namespace {
 
 class MaterialImportTest : public TransferTest {
@@ -10,6 +12,13 @@ protected:
 /// The log's entry for the only line of a file.
 std::string Entry(const std::string& line, const std::string& message) {
     return "REC#  : 1\r\nRECORD: " + line + "\r\n" + message + "\r\n\r\n";
+}
+
+std::string Joined(const std::vector<std::string>& fields) {
+    std::string line = fields.at(0);
+    for (std::size_t index = 1; index < fields.size(); ++index)
+        line += '|' + fields[index];
+    return line;
 }
 
 TEST_F(MaterialImportTest, AGoodLineIsStoredFieldByField) {
@@ -57,6 +66,13 @@ TEST_F(MaterialImportTest, TextsAreStoredUntrimmed) {
     EXPECT_EQ(data.substr(102, 100), "production RESIN" + std::string(84, ' '));
     EXPECT_EQ(data.substr(202, 100), " spray " + std::string(93, ' '));
     EXPECT_EQ(data.substr(581, 100), "  two blanks" + std::string(88, ' '));
+}
+
+TEST_F(MaterialImportTest, AMaterialTypeIsStoredWithTheBlanksAroundIt) {
+    ImportMaterials("A|d|  Production resin |Spray|9|28|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n");
+    const std::string data = ContentOf(MaterialData());
+    ASSERT_EQ(data.size(), 1444U);
+    EXPECT_EQ(data.substr(102, 100), "  Production resin " + std::string(81, ' '));
 }
 
 TEST_F(MaterialImportTest, ImportedRecordsFollowTheExistingOnes) {
@@ -197,6 +213,56 @@ TEST_F(MaterialImportTest, OnlyTheFirstFailingCheckIsReported) {
                            "ERROR : Description field cant not be empty."));
 }
 
+TEST_F(MaterialImportTest, TheChecksAreMadeInTheOrderOfTheFields) {
+    constexpr std::string_view exists = "ERROR : Material with this id already exsists.";
+    constexpr std::string_view description = "ERROR : Description field cant not be empty.";
+    constexpr std::string_view type = "ERROR : Invalid spelling and/or combination of material type and/or "
+                                      "Application method.";
+    constexpr std::string_view density = "ERROR : Invalid density, it should be a numeric value";
+    constexpr std::string_view hap = "ERROR : Invalid HAP contents, it should be a numeric value.";
+    constexpr std::string_view pollutant =
+        "ERROR : Content/Emission factor in one/many of additional pollutants is non-numeric. It should be "
+        "numeric value. If there is no value please write 0.\r\n";
+    constexpr std::string_view filler = "ERROR : Invalid filler, it should be a numeric value. If this is "
+                                        "not a filled risin please use 0.";
+    struct Repair {
+        std::string_view Message; ///< of the line before
+        std::string_view Field;   ///< good from then on
+    };
+    constexpr std::array<Repair, 19> repairs{
+        {{exists, "B"},
+         {description, "d"},
+         {type, "Production resin"},
+         {type, "Spray"},
+         {density, "9"},
+         {hap, "28"},
+         {pollutant, "1"},
+         {pollutant, "2"},
+         {pollutant, "3"},
+         {pollutant, "4"},
+         {pollutant, "5"},
+         {pollutant, "6"},
+         {pollutant, "7"},
+         {pollutant, "8"},
+         {pollutant, "9"},
+         {pollutant, "10"},
+         {pollutant, "11"},
+         {pollutant, "12"},
+         {filler, "0"}}
+    };
+    AddMaterial("A");
+    std::vector<std::string> fields{"A", " ", "nonsense", "none"};
+    fields.resize(19, "x");
+    for (std::size_t index = 0; index < repairs.size(); ++index) {
+        ImportMaterials(Joined(fields) + "\r\n");
+        EXPECT_EQ(Log(), Entry(Joined(fields), std::string(repairs[index].Message)));
+        fields[index] = repairs[index].Field;
+    }
+    ImportMaterials(Joined(fields) + "\r\n");
+    EXPECT_EQ(Log(), "");
+    EXPECT_EQ(Materials().size(), 2U);
+}
+
 TEST_F(MaterialImportTest, NumbersMayHaveBlanksSignPointAndExponent) {
     ImportMaterials("A|d|Production resin|Spray| 9.5 |+2.8e1|-1|.5|0|0|0|0|0|0|0|0|0|0|0\r\n");
     ASSERT_EQ(Materials().size(), 1U);
@@ -236,6 +302,12 @@ TEST_F(MaterialImportTest, BytesBeyondAsciiPassUnchangedIntoRecordAndLog) {
                     "\xE9\xDF\xD8\x80\x81\r\n");
     EXPECT_EQ(Materials().at(0).CustomId, "Gel \xE9\xDF\xD8\x80\x81");
     EXPECT_EQ(Log(), "\xE9\xDF\xD8\x80\x81    ***** Invalid number of delimited fields ******\r\n");
+}
+
+TEST_F(MaterialImportTest, AByteOrderMarkBelongsToTheFirstIdentifier) {
+    ImportMaterials("\xEF\xBB\xBF" + GoodMaterial("A"));
+    EXPECT_EQ(Materials().at(0).CustomId, "\xEF\xBB\xBF"
+                                          "A");
 }
 
 TEST_F(MaterialImportTest, AnEmptyFileIsAnImportOfNothing) {

@@ -1,5 +1,7 @@
 #include "tests/transfer/transfer_fixture.h"
 
+#include <array>
+
 namespace {
 
 class UsageImportTest : public TransferTest {
@@ -121,6 +123,30 @@ TEST_F(UsageImportTest, AYearThatIsNoNumberIsRejected) {
                            "ERROR : Invalid year. This value shoud be a proper 4 degit year."));
 }
 
+TEST_F(UsageImportTest, ANegativeYearIsStored) {
+    ImportUsage("GC-110|3|-5|1|lbs\r\n");
+    EXPECT_EQ(PeriodBytes(0), "3/-5   ");
+    EXPECT_EQ(Errors, 0);
+}
+
+TEST_F(UsageImportTest, AMonthThatRoundsToOneIsRejected) {
+    ImportUsage("GC-110|0.6|2005|1|lbs\r\n");
+    EXPECT_EQ(Log(), Entry("GC-110|0.6|2005|1|lbs",
+                           "ERROR : Invalid Month. Month can be a numeric value between 1 to 12."));
+}
+
+TEST_F(UsageImportTest, AMonthThatRoundsToTwelveIsRejected) {
+    ImportUsage("GC-110|12.3|2005|1|lbs\r\n");
+    EXPECT_EQ(Log(), Entry("GC-110|12.3|2005|1|lbs",
+                           "ERROR : Invalid Month. Month can be a numeric value between 1 to 12."));
+}
+
+TEST_F(UsageImportTest, AnEmptyMonthIsRejected) {
+    ImportUsage("GC-110||2005|1|lbs\r\n");
+    EXPECT_EQ(Log(), Entry("GC-110||2005|1|lbs",
+                           "ERROR : Invalid Month. Month can be a numeric value between 1 to 12."));
+}
+
 TEST_F(UsageImportTest, MonthZeroIsRejected) {
     ImportUsage("GC-110|0|2005|1|lbs\r\n");
     EXPECT_EQ(Log(), Entry("GC-110|0|2005|1|lbs",
@@ -152,6 +178,12 @@ TEST_F(UsageImportTest, AnUnknownMaterialIsRejected) {
     EXPECT_EQ(Log(), Entry("GC-111|3|2005|1|lbs", "ERROR : Invalid Material ID."));
 }
 
+TEST_F(UsageImportTest, AByteOrderMarkBelongsToTheFirstMaterialId) {
+    ImportUsage("\xEF\xBB\xBFGC-110|3|2005|1|lbs\r\nGC-110|4|2005|1|lbs\r\n");
+    EXPECT_EQ(Log(), Entry("\xEF\xBB\xBFGC-110|3|2005|1|lbs", "ERROR : Invalid Material ID."));
+    EXPECT_EQ(Usage().size(), 1U);
+}
+
 TEST_F(UsageImportTest, ADeletedMaterialIsUnknown) {
     Delete(1);
     ImportUsage("GC-110|3|2005|1|lbs\r\n");
@@ -167,6 +199,36 @@ TEST_F(UsageImportTest, AQuantityThatIsNoNumberIsRejected) {
     ImportUsage("GC-110|3|2005|1,5|lbs\r\n");
     EXPECT_EQ(Log(), Entry("GC-110|3|2005|1,5|lbs",
                            "ERROR : Invalid Quantity. Quantity should be a proper numeric value."));
+}
+
+TEST_F(UsageImportTest, TheChecksAreMadeInTheirOrder) {
+    struct Repair {
+        std::string_view Message; ///< of the line before
+        std::size_t Field;        ///< which is good from then on
+        std::string_view Text;
+    };
+    constexpr Repair repairs[] = {
+        {"ERROR : Invalid Material ID.",                                         0, "GC-110"},
+        {"ERROR : Invalid Month. Month can be a numeric value between 1 to 12.", 1, "3"     },
+        {"ERROR : Invalid year. This value shoud be a proper 4 degit year.",     2, "2005"  },
+        {"ERROR : Usage with this material and date already exsists.",           2, "2006"  },
+        {"ERROR : Invalid Quantity. Quantity should be a proper numeric value.", 3, "1"     },
+        {"ERROR : Invalid unit. Unit can only be lbs or mgl.",                   4, "lbs"   },
+    };
+    for (const std::string period : {"0/MMV", "3/MMV", "3/2005"}) // what is there on the way is a duplicate
+        EXPECT_FALSE(SaveUsage(App, {.MaterialId = 1, .Period = period, .Quantity = 1, .Unit = UnitLbs}));
+    std::array<std::string, 5> fields{"GC-111", "0", "MMV", "x", "gal"};
+    const auto line = [&fields] {
+        return fields[0] + '|' + fields[1] + '|' + fields[2] + '|' + fields[3] + '|' + fields[4];
+    };
+    for (const Repair& repair : repairs) {
+        ImportUsage(line() + "\r\n");
+        EXPECT_EQ(Log(), Entry(line(), std::string(repair.Message)));
+        fields.at(repair.Field) = repair.Text;
+    }
+    ImportUsage(line() + "\r\n");
+    EXPECT_EQ(Log(), "");
+    EXPECT_EQ(Usage().size(), 4U);
 }
 
 TEST_F(UsageImportTest, ADuplicateIsToldBeforeItsQuantity) {

@@ -180,6 +180,13 @@ TEST_F(ExportTest, UsageOfAMissingOrDeletedMaterialGoesToTheLog) {
     EXPECT_EQ(ExportErrors, 2);
 }
 
+TEST_F(ExportTest, ANegativeMaterialKeepsItsSignInTheLog) {
+    AddUsage(-3, "3/2005", 1, UnitLbs);
+    ExportUsage();
+    EXPECT_EQ(ContentOf(ExportLogFile()),
+              "-3|3|2005|1|lbs    ********* Material with this id not found ********\r\n");
+}
+
 TEST_F(ExportTest, NoUsageIsAnEmptyFileAndAnEmptyLog) {
     WriteContent(Target, "old");
     WriteContent(ExportLogFile(), "old");
@@ -221,6 +228,15 @@ TEST_F(ExportTest, DataThatCannotBeReadLeaveTheTarget) {
     EXPECT_EQ(Exported(), "old");
     EXPECT_EQ(Processed, 0);
     EXPECT_EQ(ExportErrors, 0);
+}
+
+TEST_F(ExportTest, ALogThatDidNotReachTheDiskIsAFailureAndLeavesTheTarget) {
+    AddUsage(77, "3/2005", 1, UnitLbs);
+    FaultyFiles.Limits[ExportLogFile()] = {.CannotBeFlushed = true};
+    WriteContent(Target, "old");
+    ExportUsage();
+    ExpectOneFailure("The disk is gone.");
+    EXPECT_EQ(Exported(), "old");
 }
 
 TEST_F(ExportTest, AFolderAsTargetIsOneFailure) {

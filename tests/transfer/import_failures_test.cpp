@@ -112,6 +112,13 @@ TEST_F(ImportFailures, ASourceThatCannotBeReadIsToldBesideALogThatIsLost) {
     ExpectMessage("The disk is damaged. The disk is gone.");
 }
 
+TEST_F(ImportFailures, ALogThatDidNotReachTheDiskIsAFailure) {
+    FaultyFiles.Limits[MaterialLogFile()] = {.CannotBeFlushed = true};
+    ImportMaterials("bad\r\n" + GoodMaterial("A"));
+    ExpectMessage("The disk is gone.");
+    ExpectCounts(2, 1);
+}
+
 TEST_F(ImportFailures, ARunWithoutSourceEmptiesTheLogOfTheRunBefore) {
     WriteContent(MaterialLogFile(), "old");
     Import();

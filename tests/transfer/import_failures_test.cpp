@@ -105,6 +105,13 @@ TEST_F(ImportFailures, ALogThatDidNotReachTheDiskIsToldBesideAFullDisk) {
     ExpectMessage("The disk is full. The disk is gone.");
 }
 
+TEST_F(ImportFailures, OfAFileThatFailsTwiceTheFirstFailureIsTold) {
+    for (const std::filesystem::path& file : {MaterialData(), MaterialLogFile()})
+        FaultyFiles.Limits[file] = {.LongestFile = 10, .CannotBeFlushed = true};
+    ImportMaterials("bad\r\n" + GoodMaterial("A"));
+    ExpectMessage("The disk is full. The disk is full.");
+}
+
 TEST_F(ImportFailures, ASourceThatCannotBeReadIsToldBesideALogThatIsLost) {
     FaultyFiles.Limits[Source] = {.LongestFile = 3};
     FaultyFiles.Limits[MaterialLogFile()] = {.CannotBeFlushed = true};

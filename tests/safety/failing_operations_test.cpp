@@ -166,6 +166,15 @@ protected:
             }
     }
 
+    /// What a run without a fault has written survives a power cut from then on.
+    void ExpectOnDisk() const {
+        EXPECT_TRUE(m_files.Unflushed().empty()) << testing::PrintToString(m_files.Unflushed());
+    }
+    /// At no time is there a file in another one's place whose content a power cut would take away.
+    void ExpectNoneRenamedUnflushed() const {
+        EXPECT_TRUE(m_files.RenamedUnflushed().empty()) << testing::PrintToString(m_files.RenamedUnflushed());
+    }
+
     /// What does not depend on how often the operation was tried before.
     void ExpectDone() const {
         const Place after = Look();
@@ -188,10 +197,12 @@ protected:
         ExpectNothingHarmed(inDoubt);
         ExpectTruth(isDone, inDoubt);
         ExpectNoLock();
+        ExpectNoneRenamedUnflushed();
 
         // A deletion that could not be taken back is one.
         const bool isRepeated = Run({});
         EXPECT_TRUE(isRepeated || inDoubt != 0);
+        ExpectNoneRenamedUnflushed();
         for (const Prompt& shown : Shop.Prompts.Shown)
             EXPECT_EQ(shown.Kind, PromptKind::Information) << shown.Text;
         // What could not be taken back of an append is a record of its own when that is repeated.
@@ -209,6 +220,8 @@ protected:
 TEST_P(FailingOperation, HarmsNothingSaysSoOnceAndCanBeRepeated) {
     PutBack();
     ASSERT_TRUE(Run({}));
+    ExpectOnDisk();
+    ExpectNoneRenamedUnflushed();
     const int operations = m_files.Count();
     ASSERT_GT(operations, 0);
     m_done = Look();

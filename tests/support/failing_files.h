@@ -1,8 +1,11 @@
 #pragma once
 
 #include "app/os_failures.h"
+#include "base/text.h"
 #include "tests/support/wrapped_files.h"
 
+#include <set>
+#include <string>
 #include <string_view>
 
 enum class FaultKind {
@@ -19,7 +22,8 @@ struct Fault {
     FaultKind Kind = FaultKind::Once;
 };
 
-/// The operating system's files, one of whose operations fails. Nothing waits for the disk.
+/// The operating system's files, one of whose operations fails. Nothing waits for the disk, but it is noted
+/// which files should have.
 class FailingFiles : public WrappedFiles {
 public:
     /// Counts from 1 again.
@@ -27,24 +31,39 @@ public:
         m_fault = fault;
         m_count = 0;
         m_hasFailedInAWrite = false;
+        m_unflushed.clear();
+        m_renamedUnflushed.clear();
     }
     int Count() const { return m_count; }
     /// Whether the operation that failed was a write.
     bool HasFailedInAWrite() const { return m_hasFailedInAWrite; }
+    /// The files that were changed and not flushed after that, but for those that are no more.
+    const std::set<std::string>& Unflushed() const { return m_unflushed; }
+    /// The files that were put in another one's place before they were flushed.
+    const std::set<std::string>& RenamedUnflushed() const { return m_renamedUnflushed; }
 
     Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
         if (Fails()) return Failed("open the file", path);
         Result<std::unique_ptr<OpenFile>> file = WrappedFiles::Open(path, mode);
         if (!file) return file;
+        if (mode == OpenMode::Replace) m_unflushed.insert(PathText(path));
         return std::unique_ptr<OpenFile>(std::make_unique<FailingFile>(std::move(*file), *this, path));
     }
     Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
         if (Fails()) return Failed("replace the file", to);
-        return WrappedFiles::Rename(from, to);
+        Done renamed = WrappedFiles::Rename(from, to);
+        if (!renamed) return renamed;
+        m_unflushed.erase(PathText(to));
+        if (m_unflushed.erase(PathText(from)) == 0) return renamed;
+        m_unflushed.insert(PathText(to));
+        m_renamedUnflushed.insert(PathText(from));
+        return renamed;
     }
     Done Remove(const std::filesystem::path& path) override {
         if (Fails()) return Failed("remove the file", path);
-        return WrappedFiles::Remove(path);
+        Done removed = WrappedFiles::Remove(path);
+        if (removed) m_unflushed.erase(PathText(path));
+        return removed;
     }
     Done CreateFolder(const std::filesystem::path& path) override {
         if (Fails()) return Failed("create the folder", path);
@@ -83,9 +102,13 @@ private:
             return WrappedFile::ReadAt(offset, bytes);
         }
         Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
-            if (!m_files.WriteFails()) return WrappedFile::WriteAt(offset, bytes);
+            if (!m_files.WriteFails()) {
+                NoteChange();
+                return WrappedFile::WriteAt(offset, bytes);
+            }
             m_files.m_hasFailedInAWrite |= m_files.IsNow();
             if (m_files.WritesHalf()) {
+                NoteChange();
                 const Done half = WrappedFile::WriteAt(offset, bytes.substr(0, bytes.size() / 2));
                 if (!half) return half;
             }
@@ -93,10 +116,12 @@ private:
         }
         Done CutTo(std::uint64_t length) override {
             if (m_files.Fails()) return Failed("shorten the file", m_path);
+            NoteChange();
             return WrappedFile::CutTo(length);
         }
         Done Flush() override {
             if (m_files.Fails()) return Failed("write to the disk what was saved in the file", m_path);
+            m_files.m_unflushed.erase(PathText(m_path));
             return Success();
         }
         Done Lock() override {
@@ -105,6 +130,8 @@ private:
         }
 
     private:
+        void NoteChange() { m_files.m_unflushed.insert(PathText(m_path)); }
+
         FailingFiles& m_files;
         std::filesystem::path m_path;
     };
@@ -112,4 +139,6 @@ private:
     Fault m_fault;
     int m_count = 0;
     bool m_hasFailedInAWrite = false;
+    std::set<std::string> m_unflushed;
+    std::set<std::string> m_renamedUnflushed;
 };

@@ -91,7 +91,7 @@ protected:
         return GetParam().Run(app);
     }
 
-    void ExpectOneFailure() const {
+    void ExpectOneFailure(std::string_view reason) const {
         ASSERT_EQ(Shop.Prompts.Shown.size(), 1U) << testing::PrintToString(Shop.ShownTexts());
         const Prompt& shown = Shop.Prompts.Shown.front();
         EXPECT_EQ(shown.Kind, PromptKind::Failure) << shown.Text;
@@ -99,6 +99,7 @@ protected:
         EXPECT_TRUE(shown.Text.ends_with('.')) << shown.Text;
         EXPECT_EQ(shown.Text.find('\n'), std::string::npos) << shown.Text;
         EXPECT_NE(shown.Text.find(PathText(Shop.App.ProgramFolder)), std::string::npos) << shown.Text;
+        EXPECT_NE(shown.Text.find("\": " + std::string(reason)), std::string::npos) << shown.Text;
     }
 
     /// Each slot is that of before or that of a run without a fault; none is missing or surplus.
@@ -187,7 +188,7 @@ protected:
         PutBack();
         const bool isDone = Run(fault);
         m_isInAWrite = m_files.HasFailedInAWrite();
-        ExpectOneFailure();
+        ExpectOneFailure(fault.Reason);
         if (HasFatalFailure()) return;
         const int inDoubt = RecordInDoubt(Shop.Prompts.LastText());
         // A record is in doubt only where the disk took something of it and then nothing more.
@@ -222,6 +223,7 @@ TEST_P(FailingOperation, HarmsNothingSaysSoOnceAndCanBeRepeated) {
     ASSERT_TRUE(Run({}));
     ExpectOnDisk();
     ExpectNoneRenamedUnflushed();
+    constexpr std::string_view reasons[] = {DiskIsFull, DiskIsDamaged, NotPermitted};
     const int operations = m_files.Count();
     ASSERT_GT(operations, 0);
     m_done = Look();
@@ -230,7 +232,9 @@ TEST_P(FailingOperation, HarmsNothingSaysSoOnceAndCanBeRepeated) {
         std::vector<FaultKind> kinds = {FaultKind::Once, FaultKind::IsFull, FaultKind::IsGone};
         for (std::size_t index = 0; index < kinds.size(); ++index) {
             SCOPED_TRACE("kind " + std::to_string(static_cast<int>(kinds[index])));
-            CheckFault({at, kinds[index]});
+            // Each operation fails for each reason, and in the end each kind of fault has had each of them.
+            const std::string_view reason = reasons[(static_cast<std::size_t>(at) + index) % 3];
+            CheckFault({at, kinds[index], reason});
             if (HasFailure()) return;
             if (index == 0 && m_isInAWrite)
                 kinds.insert(kinds.end(), {FaultKind::HalfWritten, FaultKind::FillsUp});

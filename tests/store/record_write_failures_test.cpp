@@ -59,7 +59,7 @@ TEST_F(RecordWriteFailures, AnOverwrittenShortLastSlotIsShortAgain) {
     WriteContent(File, "aaaaaaaaaabbbbbb");
     EXPECT_EQ(Write(2, "cccccccccc", TheFlush, FaultKind::Once),
               "Cannot write to the disk what was saved in the file \"" + PathText(File) +
-                  "\": Input/output error.");
+                  "\": No space left on device.");
     EXPECT_EQ(ContentOf(File), "aaaaaaaaaabbbbbb");
 }
 

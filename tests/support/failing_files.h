@@ -16,10 +16,15 @@ enum class FaultKind {
     IsGone,      ///< it fails as with HalfWritten, and every later operation as with Once
 };
 
+inline constexpr std::string_view DiskIsFull = "No space left on device";
+inline constexpr std::string_view DiskIsDamaged = "Input/output error";
+inline constexpr std::string_view NotPermitted = "Permission denied";
+
 /// Which operation fails, counted from 1 over all files; 0 = none.
 struct Fault {
     int At = 0;
     FaultKind Kind = FaultKind::Once;
+    std::string_view Reason = DiskIsFull; ///< without a period
 };
 
 /// The operating system's files, one of whose operations fails. Nothing waits for the disk, but it is noted
@@ -84,8 +89,8 @@ private:
     bool WritesHalf() const {
         return IsNow() && m_fault.Kind != FaultKind::Once && m_fault.Kind != FaultKind::IsFull;
     }
-    static Failure Failed(std::string_view doing, const std::filesystem::path& path) {
-        return DescribeFailure(doing, path, "Input/output error");
+    Failure Failed(std::string_view doing, const std::filesystem::path& path) const {
+        return DescribeFailure(doing, path, m_fault.Reason);
     }
 
     class FailingFile : public WrappedFile {
@@ -94,11 +99,11 @@ private:
             : WrappedFile(std::move(file)), m_files(files), m_path(std::move(path)) {}
 
         Result<std::uint64_t> Length() override {
-            if (m_files.Fails()) return Failed("read the length of the file", m_path);
+            if (m_files.Fails()) return m_files.Failed("read the length of the file", m_path);
             return WrappedFile::Length();
         }
         Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
-            if (m_files.Fails()) return Failed("read from the file", m_path);
+            if (m_files.Fails()) return m_files.Failed("read from the file", m_path);
             return WrappedFile::ReadAt(offset, bytes);
         }
         Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
@@ -112,20 +117,21 @@ private:
                 const Done half = WrappedFile::WriteAt(offset, bytes.substr(0, bytes.size() / 2));
                 if (!half) return half;
             }
-            return DescribeFailure("write to the file", m_path, "No space left on device");
+            return m_files.Failed("write to the file", m_path);
         }
         Done CutTo(std::uint64_t length) override {
-            if (m_files.Fails()) return Failed("shorten the file", m_path);
+            if (m_files.Fails()) return m_files.Failed("shorten the file", m_path);
             NoteChange();
             return WrappedFile::CutTo(length);
         }
         Done Flush() override {
-            if (m_files.Fails()) return Failed("write to the disk what was saved in the file", m_path);
+            if (m_files.Fails())
+                return m_files.Failed("write to the disk what was saved in the file", m_path);
             m_files.m_unflushed.erase(PathText(m_path));
             return Success();
         }
         Done Lock() override {
-            if (m_files.Fails()) return Failed("lock the file", m_path);
+            if (m_files.Fails()) return m_files.Failed("lock the file", m_path);
             return WrappedFile::Lock();
         }
 

@@ -74,12 +74,16 @@ void ChildProgram::Kill() const {
     ::kill(m_process, SIGKILL);
 }
 
+bool ChildProgram::IsRunning() {
+    if (m_process > 0 && ::waitpid(m_process, &m_status, WNOHANG) == m_process) m_process = -1;
+    return m_process > 0;
+}
+
 int ChildProgram::Wait() {
-    int status = 0;
-    while (::waitpid(m_process, &status, 0) < 0 && errno == EINTR) {
+    while (m_process > 0 && ::waitpid(m_process, &m_status, 0) < 0 && errno == EINTR) {
     }
     m_process = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return WIFEXITED(m_status) ? WEXITSTATUS(m_status) : -1;
 }
 
 std::string ChildProgram::Errors() const {

@@ -38,6 +38,7 @@ public:
     ChildProgram& operator=(const ChildProgram&) = delete;
     ~ChildProgram();
 
+    bool IsRunning();
     /// As kill -9 does it.
     void Kill() const;
     /// The status with which it ended; -1 = it was killed.
@@ -46,6 +47,7 @@ public:
     std::string Errors() const;
 
 private:
-    pid_t m_process = -1;
-    int m_errors = -1; ///< a file without a name
+    pid_t m_process = -1; ///< -1 = it has ended
+    int m_status = 0;     ///< as waitpid tells it
+    int m_errors = -1;    ///< a file without a name
 };

@@ -1,6 +1,5 @@
 #include "app/os_files.h"
 #include "base/text.h"
-#include "materials/material_store.h"
 #include "tests/safety/program_folder.h"
 
 #include <gtest/gtest.h>
@@ -131,35 +130,6 @@ TEST_F(TwoCopies, ThatImportAndAddAtOnceLoseNoRecord) {
         ExpectAllOf(shares, succeeded, CompaniesFile, 504, companies);
         if (HasFailure()) return;
     }
-}
-
-TEST_F(TwoCopies, OfWhichOneSavesMaterialsWhileTheOtherImportsThemLoseNoRecord) {
-    TestProgram saving;
-    saving.App.ProgramFolder = Folder.Path();
-    ChildProgram import(Folder.Start({"import-materials", Folder.MaterialsToImport("Imported", 3000)}));
-    constexpr int most = 200;
-    std::set<std::string> saved;
-    for (int number = 1; number <= most; ++number) {
-        const std::string name = "Saved-" + std::to_string(number);
-        if (!SaveMaterial(saving.App,
-                          {.CustomId = name, .Contents = "0|0|0|0|0|0", .Factors = "0|0|0|0|0|0"}))
-            saved.insert(name);
-    }
-    const bool isImported = import.Wait() == 0;
-    EXPECT_EQ(saving.Prompts.Shown.size(), most - saved.size()); // those that waited too long
-
-    std::vector<MaterialRecord> found;
-    ASSERT_TRUE(FindMaterials(saving.App, {}, found));
-    std::size_t savedFound = 0;
-    std::size_t importedFound = 0;
-    for (std::size_t index = 0; index < found.size(); ++index) {
-        EXPECT_EQ(found[index].MaterialId, static_cast<int>(index) + 1);
-        savedFound += saved.contains(found[index].CustomId) ? 1 : 0;
-        importedFound += found[index].CustomId.starts_with("Imported-") ? 1 : 0;
-    }
-    EXPECT_EQ(savedFound, saved.size());
-    EXPECT_EQ(importedFound, isImported ? 3000U : 0U);
-    EXPECT_EQ(found.size(), 1 + savedFound + importedFound);
 }
 
 TEST_F(TwoCopies, ThatSaveTheNamesAtOnceLeaveThoseOfOne) {

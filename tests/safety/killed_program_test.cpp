@@ -201,14 +201,11 @@ TEST_F(KilledProgram, InTheMiddleOfAWriteLeavesAPieceThatTheNextStartMends) {
 }
 
 TEST_F(KilledProgram, BeforeARenameLeavesTheOldNamesAndATemporaryFileThatIsReplaced) {
-    ChildStart start = Folder.Start({"names", "MMA", "b", "c", "d", "e", "f"});
-    start.LongestFile = 5; // bytes of the new names
-    ChildProgram program(start);
-    EXPECT_EQ(program.Wait(), -1);
+    const std::filesystem::path temporary = Folder.LeaveATemporaryFile();
     EXPECT_EQ(Folder.Data("1_additional.talvor"), "a|b|c|d|e|f\r\n");
-    EXPECT_EQ(Folder.Data("1_additional.talvor.mact.tmp"), "MMA|b");
+    EXPECT_EQ(ContentOf(temporary), "MMA|b");
     ExpectWorks(SetNames(1));
-    EXPECT_FALSE(std::filesystem::exists(Folder.DataFile("1_additional.talvor.mact.tmp")));
+    EXPECT_EQ(Folder.TemporaryFiles(), std::vector<std::filesystem::path>{});
 }
 
 } // namespace

@@ -46,6 +46,24 @@ std::string ProgramFolder::Data(const std::string& name) const {
     return std::filesystem::exists(DataFile(name)) ? ContentOf(DataFile(name)) : std::string{};
 }
 
+std::vector<std::filesystem::path> ProgramFolder::TemporaryFiles() const {
+    std::vector<std::filesystem::path> found;
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder / "data"))
+        if (entry.path().extension() == ".tmp") found.push_back(entry.path());
+    return found;
+}
+
+std::filesystem::path ProgramFolder::LeaveATemporaryFile() const {
+    ChildStart start = Start({"names", "MMA", "b", "c", "d", "e", "f"});
+    start.LongestFile = 5;
+    ChildProgram program(start);
+    const int status = program.Wait();
+    const std::vector<std::filesystem::path> found = TemporaryFiles();
+    if (status == -1 && found.size() == 1) return found.front();
+    std::cerr << "The program did not leave a temporary file: " << program.Errors();
+    std::abort();
+}
+
 std::string ProgramFolder::FileNamed(const std::string& name, const std::string& content) const {
     WriteContent(m_temporary.Path() / name, content);
     return PathText(m_temporary.Path() / name);

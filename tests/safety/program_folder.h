@@ -22,6 +22,11 @@ public:
     std::string Data(const std::string& name) const;
     std::filesystem::path Path() const { return m_folder; }
 
+    /// The files of the data folder that are about to be put in another one's place.
+    std::vector<std::filesystem::path> TemporaryFiles() const;
+    /// Has a save of the names MMA, b, c, d, e and f killed when five bytes of them are in such a file.
+    std::filesystem::path LeaveATemporaryFile() const;
+
     /// A file to import with `count` lines, told apart by `name`.
     std::string MaterialsToImport(const std::string& name, int count) const;
     /// The same of the first material, in the months of `year` and those after it.

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "tests/safety/mounted.h"
 #include "tests/safety/shop_operations.h"
 #include "tests/support/folder_content.h"
 #include "tests/support/sample_shop.h"
@@ -6,46 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fcntl.h>
-#include <sched.h>
 #include <set>
-#include <sys/mount.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
-
-/// Mounts that nobody else sees and that end with this process at the latest. Where they are not permitted,
-/// the tests that need them are skipped.
-bool CanMount() {
-    static const bool can =
-        ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    return can;
-}
-
-class Mounted {
-public:
-    Mounted() = default;
-    Mounted(const Mounted&) = delete;
-    Mounted& operator=(const Mounted&) = delete;
-    ~Mounted() {
-        if (!m_path.empty()) ::umount2(m_path.c_str(), MNT_DETACH);
-    }
-    /// A disk of 2 MB in the folder's place.
-    bool SmallDisk(const std::filesystem::path& path) {
-        m_path = path;
-        return ::mount("none", path.c_str(), "tmpfs", 0, "size=2m") == 0;
-    }
-    /// The folder itself, read-only.
-    bool ReadOnly(const std::filesystem::path& path) {
-        m_path = path;
-        return ::mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
-               ::mount("none", path.c_str(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
-    }
-
-private:
-    std::filesystem::path m_path;
-};
 
 class ShopOnAnotherDisk : public testing::TestWithParam<ShopOperation> {
 protected:
@@ -91,13 +56,6 @@ protected:
         return true;
     }
     std::filesystem::path Filler() const { return Shop.ProgramFile("filler"); }
-    void FillUp() const {
-        const int file = ::open(Filler().c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-        const std::string page(4096, 'x');
-        while (::write(file, page.data(), page.size()) > 0) {
-        }
-        ::close(file);
-    }
 };
 
 // What fits into the pages that a file has already succeeds, as it does on a disk: a record that is written
@@ -107,7 +65,7 @@ TEST_P(ShopOnAFullDisk, FailsInOneSentenceOrSucceedsAndHarmsNothing) {
     Mounted disk;
     ASSERT_TRUE(Move(disk));
     const auto before = Data();
-    FillUp();
+    FillUp(Filler());
     const bool isDone = Run();
     const auto after = Data();
     for (const auto& [name, content] : after) {

@@ -21,13 +21,6 @@ struct Place {
     Contents Written; ///< those of the program folder
 };
 
-std::size_t SlotLengthOf(const std::string& fileName) {
-    if (fileName.ends_with("_materials.talvor")) return 1444;
-    if (fileName.ends_with("_usage.talvor")) return 32;
-    if (fileName == "companies.talvor") return 504;
-    return 0; // a file that is replaced as a whole
-}
-
 /// What a file held, or nothing.
 const std::string* ContentIn(const Contents& files, const std::string& name) {
     const auto found = files.find(name);

@@ -245,3 +245,10 @@ const std::vector<ShopOperation>& ShopOperations() {
     };
     return operations;
 }
+
+std::size_t SlotLengthOf(const std::string& fileName) {
+    if (fileName.ends_with("_materials.talvor")) return 1444;
+    if (fileName.ends_with("_usage.talvor")) return 32;
+    if (fileName == "companies.talvor") return 504;
+    return 0;
+}

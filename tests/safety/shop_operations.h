@@ -36,3 +36,6 @@ std::string NewMaterials();
 std::string NewUsage();
 /// The file of the program folder that they export to.
 inline constexpr const char* ExportedFile = "exported.txt";
+
+/// The length of the slots of a file that grows by records; 0 = it is replaced as a whole.
+std::size_t SlotLengthOf(const std::string& fileName);

@@ -4,6 +4,7 @@
 #include "store/additional_names.h"
 #include "store/companies.h"
 #include "tests/support/bytes.h"
+#include "tests/support/folder_content.h"
 #include "tests/transfer/transfer_fixture.h"
 #include "usage/usage_store.h"
 
@@ -107,6 +108,28 @@ TEST_F(LimitsTest, AFileOf40000SlotsIsToldByEachOperationAndIsNotWritten) {
     }
 }
 
+TEST_F(LimitsTest, AMaterialTypeTableOf40000SlotsIsToldByEachOperationAndIsNotWritten) {
+    AddMaterial("A");
+    ASSERT_FALSE(SaveUsage(App, Use()));
+    const std::filesystem::path table = DataFile("hapcontents.talvor");
+    std::filesystem::resize_file(table, std::uint64_t{40000} * 232);
+    const auto written = std::filesystem::last_write_time(table);
+    const std::string reason = "it has 40000 records, and 32767 is the most";
+    const std::string materials = ContentOf(MaterialData());
+    ExpectFailure(table, reason, [&] { ImportMaterials(GoodMaterial("new") + GoodMaterial("newer")); });
+    EXPECT_TRUE(ContentOf(MaterialData()) == materials);
+    for (const auto generate :
+         {GenerateCompliantMaterialsReport, GenerateWeightedAverageReport, GenerateEmissionAverageReport})
+        ExpectFailure(table, reason, [&] { EXPECT_EQ(generate(App, {.EndText = "1/2031"}), ReportFailed); });
+    EXPECT_EQ(CountNamed(App.ProgramFolder, "report.htm"), 0);
+    ExpectFailure(table, reason, [&] {
+        std::vector<std::string> names;
+        GetMaterialTypes(App, names, true);
+        EXPECT_TRUE(names.empty());
+    });
+    EXPECT_EQ(std::filesystem::last_write_time(table), written);
+}
+
 #ifndef _WIN32
 TEST_F(LimitsTest, AFullDeviceInADataFilesPlaceIsToldByEachSave) {
     for (const auto& file : {MaterialData(), UsageData(), DataFile(CompaniesName)})
@@ -128,6 +151,7 @@ protected:
     AtCapacity() {
         std::string materials;
         std::string usage;
+        std::string companies;
         for (int number = 1; number <= Most; ++number) {
             const std::string id{static_cast<char>(number & 0xFF), static_cast<char>(number >> 8)};
             std::string slot = id + Padded("M-" + std::to_string(number), 100);
@@ -135,11 +159,15 @@ protected:
             slot += Padded("a resin", 100) + Hex("FF FF");
             slot.resize(1444, '\0');
             materials += slot;
+            companies +=
+                id + Padded("C-" + std::to_string(number), 250) + Padded("Dock 1", 250) + Hex("FF FF");
             usage += id + id + Padded("3/2005", 7) + Zeros(8) + Hex("02 00 FF FF") + Zeros(9);
         }
         WriteContent(MaterialData(), materials);
         WriteContent(UsageData(), usage);
+        WriteContent(CompanyData, companies);
     }
+    const std::filesystem::path CompanyData = DataFile(CompaniesName);
     static constexpr int Most = 32767;
 
     /// Which slots of the file are not those of `before`.
@@ -157,11 +185,16 @@ protected:
 TEST_F(AtCapacity, OneMoreRecordIsRefusedAndNothingIsWritten) {
     const std::string materials = ContentOf(MaterialData());
     const std::string usage = ContentOf(UsageData());
+    const std::string companies = ContentOf(CompanyData);
     const std::string reason = "it is full, with 32767 records.";
     ExpectFailure(MaterialData(), reason, [&] { EXPECT_TRUE(SaveMaterial(App, Entry())); });
     ExpectFailure(UsageData(), reason, [&] { EXPECT_TRUE(SaveUsage(App, Use())); });
+    std::int16_t companyId = 0;
+    ExpectFailure(CompanyData, reason, [&] { EXPECT_TRUE(AddNewCompany(App, "Acme", "Dock 1", companyId)); });
+    EXPECT_EQ(companyId, 0);
     EXPECT_TRUE(ContentOf(MaterialData()) == materials);
     EXPECT_TRUE(ContentOf(UsageData()) == usage);
+    EXPECT_TRUE(ContentOf(CompanyData) == companies);
 }
 
 TEST_F(AtCapacity, AnImportOfMoreStopsWithOneMessageAtItsFirstGoodLine) {
@@ -181,12 +214,15 @@ TEST_F(AtCapacity, AnImportOfMoreStopsWithOneMessageAtItsFirstGoodLine) {
 TEST_F(AtCapacity, TheLastRecordIsEditedAndAnotherDeleted) {
     const std::string materials = ContentOf(MaterialData());
     const std::string usage = ContentOf(UsageData());
+    const std::string companies = ContentOf(CompanyData);
     EXPECT_FALSE(SaveMaterial(App, Entry(), Most));
     EXPECT_FALSE(DeleteMaterial(App, 20000, IsNotUsed));
     EXPECT_FALSE(SaveUsage(App, Use(Most)));
     EXPECT_FALSE(DeleteUsage(App, 20000));
+    EXPECT_EQ(SaveCompany(App, "Acme", "Dock 2", Most), 0);
     EXPECT_EQ(ChangedSlots(materials, ContentOf(MaterialData()), 1444), (std::vector<int>{20000, Most}));
     EXPECT_EQ(ChangedSlots(usage, ContentOf(UsageData()), 32), (std::vector<int>{20000, Most}));
+    EXPECT_EQ(ChangedSlots(companies, ContentOf(CompanyData), 504), (std::vector<int>{Most}));
     EXPECT_TRUE(Prompts.Shown.empty());
 }
 

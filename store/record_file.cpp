@@ -118,7 +118,7 @@ Done RecordFile::AppendSlots(std::string_view slots) {
 
     Done written = m_file->WriteAt(start, slots);
     const std::uint64_t stored = (written ? slots.size() : LengthWritten(start, slots.size())) / m_slotLength;
-    m_count = static_cast<std::int16_t>(m_count + stored);
+    m_count = static_cast<std::int16_t>(static_cast<std::uint64_t>(m_count) + stored);
     if (written) return written;
     // A piece of more than half a slot would count as a record.
     const bool isTakenBack = stored == 0

@@ -357,6 +357,19 @@ private slots:
         });
     }
 
+    void An_import_of_usage_reloads_the_list_and_selects_its_first_line() {
+        ListProgram program;
+        InUsage(program, [&program](frmList& window) {
+            InNextModal<frmImport>([&program](frmImport& import) {
+                QCOMPARE(import.windowTitle(), QStringLiteral("Import Usage Records"));
+                program.AddUsage(2, "5/2007");
+            });
+            Press(window, "cmd_Import");
+            QCOMPARE(Lines(window).size(), 4);
+            QVERIFY(Named<QListWidget>(window, "lst_Main").item(0)->isSelected());
+        });
+    }
+
     void Each_mode_opens_its_export() {
         ListProgram program;
         for (const bool isForMaterials : {true, false}) {

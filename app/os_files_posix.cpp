@@ -60,6 +60,7 @@ public:
 
     Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
         const std::uint64_t start = offset;
+        ReserveSpace(start, bytes.size());
         while (!bytes.empty()) {
             const ssize_t written = Retry([&] {
                 return ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
@@ -105,12 +106,26 @@ public:
     }
 
 private:
+#ifdef __linux__
+    static constexpr std::uint64_t LongData = std::uint64_t{1} << 17U;
+#endif
+
+    /// Finds the place on the disk for long data at once, rather than for each piece of it when it gets
+    /// there. A file system that cannot, or has too little space, refuses; it is the write that tells of
+    /// errors.
+    void ReserveSpace([[maybe_unused]] std::uint64_t start, [[maybe_unused]] std::uint64_t length) const {
+#ifdef __linux__
+        if (length < LongData) return;
+        ::fallocate(m_descriptor, FALLOC_FL_KEEP_SIZE, static_cast<off64_t>(start),
+                    static_cast<off64_t>(length));
+#endif
+    }
+
     /// Has the system begin to write long data to the disk while more of it is made ready, so that Flush has
     /// less to wait for. It is Flush that tells of errors.
     void StartWriteback([[maybe_unused]] std::uint64_t start, [[maybe_unused]] std::uint64_t length) const {
 #ifdef __linux__
-        constexpr std::uint64_t longData = std::uint64_t{1} << 17U;
-        if (length < longData) return;
+        if (length < LongData) return;
         ::sync_file_range(m_descriptor, static_cast<off64_t>(start), static_cast<off64_t>(length),
                           SYNC_FILE_RANGE_WRITE);
 #endif

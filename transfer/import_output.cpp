@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr std::size_t ChunkLength = std::size_t{1} << 18;
+constexpr std::size_t ChunkLength = std::size_t{1} << 20;
 
 void KeepFirst(Done& failure, const Done& next) {
     if (failure) failure = next;

@@ -35,7 +35,8 @@ struct Command {
     std::string Written;        ///< what it appends, or the new content
 };
 
-constexpr int LinesAtOnce = 400; // 578 kB of materials: three writes
+constexpr int MaterialsAtOnce = 1000; // 1.4 MB: two writes
+constexpr int UsageAtOnce = 400;
 
 class KilledProgram : public testing::Test {
 protected:
@@ -55,19 +56,19 @@ protected:
     Command MaterialImport(int run) const {
         const std::string name = "K" + std::to_string(run);
         return {
-            {"import-materials", Folder.MaterialsToImport(name, LinesAtOnce)},
+            {"import-materials", Folder.MaterialsToImport(name, MaterialsAtOnce)},
             "1_materials.talvor",
             1444,
-            MaterialSlots(name, LinesAtOnce, NextNumber("1_materials.talvor", 1444))
+            MaterialSlots(name, MaterialsAtOnce, NextNumber("1_materials.talvor", 1444))
         };
     }
     Command UsageImport(int run) const {
-        const int year = 1000 + run * 40; // LinesAtOnce months are less
+        const int year = 1000 + run * 40; // UsageAtOnce months are less
         return {
-            {"import-usage", Folder.UsageToImport(year, LinesAtOnce)},
+            {"import-usage", Folder.UsageToImport(year, UsageAtOnce)},
             "1_usage.talvor",
             32,
-            UsageSlots(year, LinesAtOnce, NextNumber("1_usage.talvor", 32))
+            UsageSlots(year, UsageAtOnce, NextNumber("1_usage.talvor", 32))
         };
     }
     Command AddCompany(int run) const {

@@ -90,7 +90,7 @@ TEST_F(ImportFailures, AFullDiskFarFromTheEndOfTheFileIsToldOnceForDataFileAndLo
     std::filesystem::create_symlink("/dev/full", MaterialLogFile());
     FaultyFiles.Limits[MaterialData()] = {.LongestFile = 100};
     std::string lines = "bad\r\n";
-    for (int number = 1; number <= 1000; ++number) // several times what is written at once
+    for (int number = 1; number <= 3000; ++number) // several times what is written at once
         lines += GoodMaterial("M" + std::to_string(number));
     ImportMaterials(lines);
     ExpectMessage("The disk is full. " + NoSpaceForTheLog());
@@ -144,16 +144,16 @@ TEST_F(ImportFailures, RecordsBeforeADiskThatFillsUpAreStoredAndCounted) {
 }
 
 TEST_F(ImportFailures, CountsAreTrueWhenTheDiskFillsUpFarIntoTheFile) {
-    FaultyFiles.Limits[MaterialData()] = {.LongestFile = 700 * 1444 + 1};
+    FaultyFiles.Limits[MaterialData()] = {.LongestFile = 2000 * 1444 + 1};
     std::string lines;
-    for (int number = 1; number <= 1000; ++number)
+    for (int number = 1; number <= 3000; ++number)
         lines += "bad\r\n" + GoodMaterial("M" + std::to_string(number));
     ImportMaterials(lines);
     ExpectOneFailure("The disk is full.");
-    EXPECT_EQ(Materials().size(), 700U);
-    ExpectCounts(1401, 701);
+    EXPECT_EQ(Materials().size(), 2000U);
+    ExpectCounts(4001, 2001);
     const std::string entry = "bad    ***** Invalid number of delimited fields ******\r\n";
-    EXPECT_EQ(ContentOf(MaterialLogFile()).size(), 701U * entry.size());
+    EXPECT_EQ(ContentOf(MaterialLogFile()).size(), 2001U * entry.size());
 }
 
 TEST_F(ImportFailures, AnImportAfterADiskThatFilledUpGoesOnWhereItEnded) {

@@ -4,49 +4,57 @@
 #include <bit>
 #include <cassert>
 #include <functional>
-#include <utility>
+#include <limits>
 
 namespace {
 
 constexpr std::size_t FewestPlaces = 16;
 
-std::uint32_t HashOf(std::string_view text) {
-    return static_cast<std::uint32_t>(std::hash<std::string_view>{}(text));
+std::size_t HashOf(std::string_view text) {
+    return std::hash<std::string_view>{}(text);
+}
+
+/// Of a place that is taken: tells most texts apart that would have the same place.
+std::uint8_t MarkOf(std::size_t hash) {
+    constexpr int highestByte = std::numeric_limits<std::size_t>::digits - 8;
+    return static_cast<std::uint8_t>(hash >> highestByte | 1U); // not Free
 }
 
 } // namespace
 
 TextNumbers::TextNumbers(std::size_t expectedTexts)
-    : m_places(std::bit_ceil(std::max(2 * expectedTexts, FewestPlaces))) {
+    : m_marks(std::bit_ceil(std::max(2 * expectedTexts, FewestPlaces)), Free), m_numbers(m_marks.size()) {
     m_starts.reserve(expectedTexts + 1);
 }
 
 std::uint32_t TextNumbers::Add(std::string_view text) {
-    const std::uint32_t hash = HashOf(text);
+    const std::size_t hash = HashOf(text);
     std::size_t place = PlaceOf(text, hash);
-    if (m_places[place].Number != Free) return m_places[place].Number;
-    if (2 * (Count() + 1) > m_places.size()) {
+    if (m_marks[place] != Free) return m_numbers[place];
+    if (2 * (Count() + 1) > m_marks.size()) {
         Grow();
         place = PlaceOf(text, hash);
     }
     const auto number = static_cast<std::uint32_t>(Count());
-    m_places[place] = {hash, number};
+    m_marks[place] = MarkOf(hash);
+    m_numbers[place] = number;
     m_texts += text;
-    assert(m_texts.size() < Free);
+    assert(m_texts.size() <= std::numeric_limits<std::uint32_t>::max());
     m_starts.push_back(static_cast<std::uint32_t>(m_texts.size()));
     return number;
 }
 
 std::optional<std::uint32_t> TextNumbers::Find(std::string_view text) const {
-    const Place& place = m_places[PlaceOf(text, HashOf(text))];
-    return place.Number == Free ? std::nullopt : std::optional(place.Number);
+    const std::size_t place = PlaceOf(text, HashOf(text));
+    return m_marks[place] == Free ? std::nullopt : std::optional(m_numbers[place]);
 }
 
-std::size_t TextNumbers::PlaceOf(std::string_view text, std::uint32_t hash) const {
-    const std::size_t last = m_places.size() - 1;
-    for (std::size_t index = hash & last;; index = (index + 1) & last) {
-        const Place& place = m_places[index];
-        if (place.Number == Free || (place.Hash == hash && TextOf(place.Number) == text)) return index;
+std::size_t TextNumbers::PlaceOf(std::string_view text, std::size_t hash) const {
+    const std::size_t last = m_marks.size() - 1;
+    const std::uint8_t mark = MarkOf(hash);
+    for (std::size_t place = hash & last;; place = (place + 1) & last) {
+        const std::uint8_t found = m_marks[place];
+        if (found == Free || (found == mark && TextOf(m_numbers[place]) == text)) return place;
     }
 }
 
@@ -55,13 +63,13 @@ std::string_view TextNumbers::TextOf(std::uint32_t number) const {
 }
 
 void TextNumbers::Grow() {
-    const std::vector<Place> before = std::exchange(m_places, std::vector<Place>(2 * m_places.size()));
-    const std::size_t last = m_places.size() - 1;
-    for (const Place& taken : before) {
-        if (taken.Number == Free) continue;
-        std::size_t index = taken.Hash & last;
-        while (m_places[index].Number != Free)
-            index = (index + 1) & last;
-        m_places[index] = taken;
+    const std::size_t places = 2 * m_marks.size();
+    m_marks.assign(places, Free);
+    m_numbers.resize(places);
+    for (std::uint32_t number = 0; number < Count(); ++number) {
+        const std::size_t hash = HashOf(TextOf(number));
+        const std::size_t place = PlaceOf(TextOf(number), hash);
+        m_marks[place] = MarkOf(hash);
+        m_numbers[place] = number;
     }
 }

@@ -9,8 +9,9 @@
 
 /// Different texts and a number for each, counted from 0 in the order in which they came.
 ///
-/// One block of memory holds all of them, and one the table by which they are found: 32,767 identifiers stay
-/// in the processor's cache, where the nodes of std::unordered_map do not.
+/// One block of memory holds all of them. What is asked for each text, whether it is new, is answered by a
+/// byte of a second block: those of 32,767 identifiers stay in the processor's cache, where the nodes of
+/// std::unordered_map do not.
 class TextNumbers {
 public:
     /// With room for so many texts, beyond which the table grows by doubling.
@@ -23,18 +24,15 @@ public:
     std::size_t Count() const { return m_starts.size() - 1; }
 
 private:
-    struct Place {
-        std::uint32_t Hash = 0;
-        std::uint32_t Number = Free;
-    };
-    static constexpr std::uint32_t Free = 0xFFFFFFFF;
+    static constexpr std::uint8_t Free = 0;
 
     /// Where the text is, or the free place where it would be.
-    std::size_t PlaceOf(std::string_view text, std::uint32_t hash) const;
+    std::size_t PlaceOf(std::string_view text, std::size_t hash) const;
     std::string_view TextOf(std::uint32_t number) const;
     void Grow();
 
-    std::vector<Place> m_places;            ///< a power of two of them, at most half of them taken
+    std::vector<std::uint8_t> m_marks;      ///< a power of two of places, at most half of them taken
+    std::vector<std::uint32_t> m_numbers;   ///< of the texts at these places
     std::string m_texts;                    ///< one behind the other, less than 4 GB
     std::vector<std::uint32_t> m_starts{0}; ///< of each text, and the end of the last
 };

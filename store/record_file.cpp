@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <span>
 
 namespace {
 
@@ -59,15 +60,17 @@ Result<RecordFile> RecordFile::OpenForWriting(FileAccess& files, const std::file
     return Open(files, path, slotLength, OpenMode::Update);
 }
 
-Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::string& chunk) {
+Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::unique_ptr<char[]>& chunk) {
     constexpr std::size_t chunkLength = std::size_t{1} << 18;
     const std::size_t left = static_cast<std::size_t>(m_count) - static_cast<std::size_t>(first) + 1;
     const std::size_t slots = std::min(left, std::max<std::size_t>(1, chunkLength / m_slotLength));
-    chunk.resize(slots * m_slotLength);
-    const Result<std::size_t> count = m_file->ReadAt((std::uint64_t(first) - 1) * m_slotLength, chunk);
+    // No later one is longer.
+    if (!chunk) chunk = std::make_unique_for_overwrite<char[]>(slots * m_slotLength);
+    const std::span bytes(chunk.get(), slots * m_slotLength);
+    const Result<std::size_t> count = m_file->ReadAt((std::uint64_t(first) - 1) * m_slotLength, bytes);
     if (!count) return count.error();
-    std::fill(chunk.begin() + static_cast<std::ptrdiff_t>(*count), chunk.end(), '\0');
-    return std::string_view(chunk);
+    std::ranges::fill(bytes.subspan(*count), '\0');
+    return std::string_view(bytes.data(), bytes.size());
 }
 
 Result<std::string> RecordFile::ReadBeforeWrite(std::uint64_t start, std::uint64_t length) {

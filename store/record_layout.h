@@ -172,12 +172,25 @@ template <const auto& Layout, std::size_t Index> std::string_view FieldBytes(std
     return {slot.data() + offset, length};
 }
 
+/// A text of eight bytes at most, without the spaces at its end. Their number is counted without a loop,
+/// whose end the processor would have to guess.
+template <std::size_t Length> void UnpackShortText(const char* bytes, std::string& text) {
+    static_assert(Length <= sizeof(std::uint64_t));
+    std::uint64_t withoutSpaces = 0;
+    for (std::size_t index = 0; index < Length; ++index)
+        withoutSpaces |= std::uint64_t{static_cast<unsigned char>(bytes[index] ^ ' ')} << (8 * index);
+    text.assign(bytes, Length);
+    text.resize((static_cast<std::size_t>(std::bit_width(withoutSpaces)) + 7) / 8);
+}
+
 template <const auto& Layout, std::size_t Index, class Record>
 void UnpackField(std::string_view slot, Record& record) {
     constexpr Field<Record> field = Layout.Fields()[Index];
     const std::string_view bytes = FieldBytes<Layout, Index>(slot);
     if constexpr (field.Kind == FieldKind::Int16)
         record.*field.Int16Member = LoadInt16(bytes.data());
+    else if constexpr (field.Kind == FieldKind::Text && field.Length <= 8)
+        UnpackShortText<field.Length>(bytes.data(), record.*field.TextMember);
     else if constexpr (field.Kind == FieldKind::Text)
         (record.*field.TextMember).assign(TrimEnd(bytes));
     else if constexpr (field.Kind == FieldKind::Double)

@@ -50,23 +50,24 @@ public:
                                   std::uint64_t{LoadLittleEndian<std::uint32_t>(period.data() + 3)} << 32U;
         for (std::uint64_t place = key * 0x9E3779B97F4A7C15U >> 56U;; ++place) {
             Answer& answer = m_answers[place % m_answers.size()];
-            if (!answer.IsKnown) return Keep(answer, key, IsListed(period));
-            if (answer.Period == key) return answer.IsListed;
+            if (answer.Period == key) [[likely]]
+                return answer.IsListed;
+            if (answer.Period == NoPeriod) return Keep(answer, key, IsListed(period));
         }
     }
 
 private:
+    static constexpr std::uint64_t NoPeriod = ~std::uint64_t{0}; // more than seven bytes
     struct Answer {
-        std::uint64_t Period = 0;
+        std::uint64_t Period = NoPeriod;
         bool IsListed = false;
-        bool IsKnown = false;
     };
     bool Keep(Answer& answer, std::uint64_t period, bool isListed) {
         if (++m_answersKept > m_answers.size() / 2) { // a damaged file
             m_answers.fill({});
             m_answersKept = 1;
         }
-        answer = {period, isListed, true};
+        answer = {period, isListed};
         return isListed;
     }
     bool IsListed(std::string_view period) const {
@@ -87,24 +88,36 @@ public:
     }
 
     bool Passes(std::string_view slot) {
-        if (m_filter.UsageId && Stored<&UsageRecord::UsageId>(slot) != *m_filter.UsageId) return false;
-        if (m_periods && !m_periods->Contains(Stored<&UsageRecord::Period>(slot))) return false;
-        if (m_filter.MaterialId && Stored<&UsageRecord::MaterialId>(slot) != *m_filter.MaterialId)
-            return false;
-        if (m_filter.MaterialText && !IsOfMaterialText(slot)) return false;
-        if ((m_filter.Year || m_filter.Month) && !IsOfMonth(slot)) return false;
-        if (m_filter.OneRecordPerMaterial) {
-            if (m_seen.Contains(Stored<&UsageRecord::MaterialId>(slot))) return false;
-            // Before the next test: a deleted record hides later live ones.
-            m_seen.Add(Stored<&UsageRecord::MaterialId>(slot));
-        }
-        return Stored<&UsageRecord::Active>(slot) == m_filter.Active;
+        // A deleted record hides later live ones of its material.
+        if (!m_isOfPeriodsAlone) return HasFields(slot) && IsListed(slot) && IsFirst(slot) && IsLive(slot);
+        // The filter of the reports, without a jump for each of the tests.
+        const bool isLive = IsLive(slot);
+        const bool isListed = IsListed(slot);
+        return static_cast<bool>(static_cast<int>(isLive) & static_cast<int>(isListed));
     }
 
 private:
+    bool IsLive(std::string_view slot) const { return Stored<&UsageRecord::Active>(slot) == m_filter.Active; }
+    bool IsListed(std::string_view slot) {
+        return !m_periods || m_periods->Contains(Stored<&UsageRecord::Period>(slot));
+    }
+    bool HasFields(std::string_view slot) const {
+        if (m_filter.UsageId && Stored<&UsageRecord::UsageId>(slot) != *m_filter.UsageId) return false;
+        if (m_filter.MaterialId && Stored<&UsageRecord::MaterialId>(slot) != *m_filter.MaterialId)
+            return false;
+        if (m_filter.MaterialText && !IsOfMaterialText(slot)) return false;
+        return !(m_filter.Year || m_filter.Month) || IsOfMonth(slot);
+    }
     bool IsOfMaterialText(std::string_view slot) const {
         const auto text = m_materialTexts->Of(Stored<&UsageRecord::MaterialId>(slot));
         return text && EqualsIgnoringCase(*text, Trim(*m_filter.MaterialText));
+    }
+    bool IsFirst(std::string_view slot) {
+        if (!m_filter.OneRecordPerMaterial) return true;
+        const std::int16_t material = Stored<&UsageRecord::MaterialId>(slot);
+        if (m_seen.Contains(material)) return false;
+        m_seen.Add(material);
+        return true;
     }
     bool IsOfMonth(std::string_view slot) const {
         const PeriodPieces pieces = SplitPeriod(Stored<&UsageRecord::Period>(slot));
@@ -113,6 +126,8 @@ private:
     }
 
     const UsageFilter& m_filter;
+    bool m_isOfPeriodsAlone = !m_filter.UsageId && !m_filter.MaterialId && !m_filter.MaterialText &&
+                              !m_filter.Year && !m_filter.Month && !m_filter.OneRecordPerMaterial;
     std::optional<MaterialTextMap> m_materialTexts; ///< where the filter needs them
     std::optional<PeriodTest> m_periods;
     SeenMaterials m_seen;

@@ -70,6 +70,26 @@ TEST(RecordLayoutTest, AnyFlagButMinusOneIsFalse) {
     EXPECT_TRUE(record.Active);
 }
 
+template <std::size_t Length> std::string ShortText(const std::string& bytes) {
+    std::string text = "before";
+    UnpackShortText<Length>(bytes.data(), text);
+    return text;
+}
+
+TEST(RecordLayoutTest, AShortTextLosesTheSpacesAtItsEndAlone) {
+    EXPECT_EQ(ShortText<7>("12/2005"), "12/2005");
+    EXPECT_EQ(ShortText<7>("3/2005 "), "3/2005");
+    EXPECT_EQ(ShortText<7>("3/2005 and what follows"), "3/2005");
+    EXPECT_EQ(ShortText<7>(" 3 /   "), " 3 /");
+    EXPECT_EQ(ShortText<7>("       "), "");
+    EXPECT_EQ(ShortText<7>("3" + std::string(6, '\0')), "3" + std::string(6, '\0'));
+    EXPECT_EQ(ShortText<7>("\xFF\xA0\x80    "), "\xFF\xA0\x80");
+    EXPECT_EQ(ShortText<8>("1234567\x21"), "1234567\x21");
+    EXPECT_EQ(ShortText<8>("1234567 "), "1234567");
+    EXPECT_EQ(ShortText<1>(" "), "");
+    EXPECT_EQ(ShortText<1>("x"), "x");
+}
+
 TEST(RecordLayoutTest, FieldsThatAreNotAskedForStayAsTheyAre) {
     CompanyRecord company{.CompanyId = 3, .CompanyName = "before", .CompanyLocation = "before"};
     UnpackOnly<CompanyLayout, &CompanyRecord::CompanyLocation, &CompanyRecord::CompanyId>(CompanyBytes,

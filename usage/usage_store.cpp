@@ -47,7 +47,7 @@ public:
         // Few periods and many records: an answer is kept, and found again by the period's seven bytes.
         assert(period.size() == 7);
         const std::uint64_t key = LoadLittleEndian<std::uint32_t>(period.data()) |
-                                  std::uint64_t{LoadLittleEndian<std::uint32_t>(period.data() + 3)} << 32U;
+                                  std::uint64_t{LoadLittleEndian<std::uint32_t>(period.data() + 3)} << 24U;
         for (std::uint64_t place = key * 0x9E3779B97F4A7C15U >> 56U;; ++place) {
             Answer& answer = m_answers[place % m_answers.size()];
             if (answer.Period == key) [[likely]]

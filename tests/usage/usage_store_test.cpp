@@ -100,6 +100,14 @@ TEST_F(UsageStoreTest, AMonthWithALeadingZeroIsAnotherPeriod) {
     EXPECT_EQ(Found({.Month = " 3 "}), Ids{2});
 }
 
+TEST_F(UsageStoreTest, APeriodOfDamagedBytesIsAPeriodLikeAnyOther) {
+    for (const std::string& period : {std::string(7, '\xFF'), std::string(7, '\0'), std::string(7, '\x80')}) {
+        Save(1, "1/2005");
+        Save(1, period);
+        EXPECT_EQ(Found({.Periods = period}).size(), 1U) << Hex(period);
+    }
+}
+
 TEST_F(UsageStoreTest, AMaterialCountsAsSeenWithinTheDigitsOfAnEarlierOne) {
     Save(11, "1/2005");
     Save(1, "1/2005");

@@ -89,16 +89,16 @@ public:
 
     bool Passes(std::string_view slot) {
         // A deleted record hides later live ones of its material.
-        if (!m_isOfPeriodsAlone) return HasFields(slot) && IsListed(slot) && IsFirst(slot) && IsLive(slot);
+        if (!m_isOfPeriodsAlone) return HasFields(slot) && IsOfPeriods(slot) && IsFirst(slot) && IsLive(slot);
         // The filter of the reports, without a jump for each of the tests.
         const bool isLive = IsLive(slot);
-        const bool isListed = IsListed(slot);
-        return static_cast<bool>(static_cast<int>(isLive) & static_cast<int>(isListed));
+        const bool isOfPeriods = IsOfPeriods(slot);
+        return static_cast<bool>(static_cast<int>(isLive) & static_cast<int>(isOfPeriods));
     }
 
 private:
     bool IsLive(std::string_view slot) const { return Stored<&UsageRecord::Active>(slot) == m_filter.Active; }
-    bool IsListed(std::string_view slot) {
+    bool IsOfPeriods(std::string_view slot) {
         return !m_periods || m_periods->Contains(Stored<&UsageRecord::Period>(slot));
     }
     bool HasFields(std::string_view slot) const {

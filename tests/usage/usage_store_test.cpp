@@ -108,6 +108,25 @@ TEST_F(UsageStoreTest, APeriodOfDamagedBytesIsAPeriodLikeAnyOther) {
     }
 }
 
+TEST_F(UsageStoreTest, ManyRecordsAreFoundInTheOrderOfTheFile) {
+    std::string content;
+    Ids expected;
+    for (int number = 1; number <= 20000; ++number) { // several times what is read and judged at once
+        const int month = number * 7919 % 24;
+        const bool isLive = number % 5 != 0;
+        const int year = month < 12 ? 2004 : 2005;
+        content += Pack(UsageLayout, {.UsageId = static_cast<std::int16_t>(number),
+                                      .MaterialId = 1,
+                                      .Period = std::to_string(1 + month % 12) + "/" + std::to_string(year),
+                                      .Active = isLive});
+        if (isLive && month >= 6 && month < 18) expected.push_back(number);
+    }
+    WriteContent(File, content);
+    EXPECT_EQ(Found({.Periods = "7/2004|8/2004|9/2004|10/2004|11/2004|12/2004|"
+                                "1/2005|2/2005|3/2005|4/2005|5/2005|6/2005"}),
+              expected);
+}
+
 TEST_F(UsageStoreTest, AMaterialCountsAsSeenWithinTheDigitsOfAnEarlierOne) {
     Save(11, "1/2005");
     Save(1, "1/2005");

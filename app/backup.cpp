@@ -2,9 +2,9 @@
 
 #include "app/backup_script.h"
 #include "app/backup_texts.h"
-#include "app/settings.h"
 #include "base/messages.h"
 #include "base/numbers.h"
+#include "base/settings.h"
 #include "base/text.h"
 
 #include <cmath>

@@ -1,8 +1,8 @@
 #include "app/configuration.h"
 
-#include "app/settings.h"
 #include "base/messages.h"
 #include "base/numbers.h"
+#include "base/settings.h"
 #include "base/text.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #include "app/frm_about.h"
 
-#include "app/dialog_routines.h"
-#include "app/pictures.h"
 #include "app/ui_frm_about.h"
+#include "dialogs/dialog_routines.h"
+#include "dialogs/pictures.h"
 
 #include <QDialog>
 #include <QFontInfo>

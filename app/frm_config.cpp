@@ -2,9 +2,9 @@
 
 #include "app/config_texts.h"
 #include "app/configuration.h"
-#include "app/dialog_routines.h"
 #include "app/ui_frm_config.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
 #include "store/frm_extra_pollutants_names.h"
 
 namespace {

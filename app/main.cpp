@@ -1,16 +1,16 @@
 #include "app/frm_main.h"
-#include "app/message_icons.h"
-#include "app/os_files.h"
-#include "app/pictures.h"
-#include "app/qt_clock.h"
-#include "app/qt_file_dialogs.h"
-#include "app/qt_programs.h"
-#include "app/qt_prompts.h"
-#include "app/qt_settings.h"
 #include "app/startup.h"
 #include "base/messages.h"
+#include "dialogs/message_icons.h"
+#include "dialogs/pictures.h"
+#include "platform/os_files.h"
+#include "platform/qt_clock.h"
+#include "platform/qt_file_dialogs.h"
+#include "platform/qt_programs.h"
+#include "platform/qt_prompts.h"
+#include "platform/qt_settings.h"
 
-#include "app/dialog_routines.h"
+#include "dialogs/dialog_routines.h"
 
 #include <QApplication>
 

@@ -2,8 +2,8 @@
 
 #include "tests/support/scripted_services.h"
 
-#include "app/os_files.h"
 #include "base/app_context.h"
+#include "platform/os_files.h"
 
 #include <filesystem>
 

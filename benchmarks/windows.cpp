@@ -1,6 +1,6 @@
 #include "app/frm_main.h"
-#include "app/message_icons.h"
 #include "benchmarks/bench_shop.h"
+#include "dialogs/message_icons.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -1,9 +1,9 @@
 #include "cli/commands.h"
 
 #include "app/backup.h"
-#include "app/data_check.h"
 #include "base/messages.h"
 #include "base/text.h"
+#include "check/data_check.h"
 #include "reports/reports.h"
 #include "store/additional_names.h"
 #include "store/additional_names_texts.h"

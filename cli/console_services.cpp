@@ -7,7 +7,7 @@
 #include <iostream>
 
 #ifdef _WIN32
-#include "app/os_script_text.h"
+#include "platform/os_script_text.h"
 #endif
 
 namespace {

@@ -1,11 +1,11 @@
-#include "app/os_files.h"
-#include "app/qt_clock.h"
-#include "app/qt_settings.h"
 #include "app/startup.h"
 #include "base/messages.h"
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/console_services.h"
+#include "platform/os_files.h"
+#include "platform/qt_clock.h"
+#include "platform/qt_settings.h"
 #include "reports/report_period.h"
 
 #include <CLI/CLI.hpp>

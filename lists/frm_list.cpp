@@ -1,8 +1,8 @@
 #include "lists/frm_list.h"
 
-#include "app/dialog_routines.h"
-#include "app/pictures.h"
 #include "base/numbers.h"
+#include "dialogs/dialog_routines.h"
+#include "dialogs/pictures.h"
 #include "lists/list_texts.h"
 #include "lists/ui_frm_list.h"
 #include "materials/frm_material.h"

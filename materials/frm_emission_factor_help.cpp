@@ -1,6 +1,6 @@
 #include "materials/frm_emission_factor_help.h"
 
-#include "app/dialog_routines.h"
+#include "dialogs/dialog_routines.h"
 #include "materials/material_texts.h"
 #include "materials/ui_frm_emission_factor_help.h"
 

@@ -1,9 +1,9 @@
 #include "materials/frm_material.h"
 
-#include "app/dialog_routines.h"
-#include "app/pictures.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
+#include "dialogs/pictures.h"
 #include "materials/frm_emission_factor_help.h"
 #include "materials/frm_other_pollutants.h"
 #include "materials/material_texts.h"

@@ -1,8 +1,8 @@
 #include "materials/frm_other_pollutants.h"
 
-#include "app/dialog_routines.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
 #include "materials/ui_frm_other_pollutants.h"
 #include "store/additional_names.h"
 

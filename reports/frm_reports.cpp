@@ -1,6 +1,6 @@
 #include "reports/frm_reports.h"
 
-#include "app/dialog_routines.h"
+#include "dialogs/dialog_routines.h"
 #include "reports/reports.h"
 #include "reports/ui_frm_reports.h"
 

@@ -1,7 +1,7 @@
 #include "reports/report_frame.h"
 
-#include "app/settings.h"
 #include "base/messages.h"
+#include "base/settings.h"
 #include "base/text.h"
 #include "reports/report_texts.h"
 #include "reports/reports.h"

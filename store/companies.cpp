@@ -1,8 +1,8 @@
 #include "store/companies.h"
 
-#include "app/settings.h"
 #include "base/messages.h"
 #include "base/numbers.h"
+#include "base/settings.h"
 #include "base/text.h"
 #include "store/data_folder.h"
 #include "store/record_file.h"

@@ -1,9 +1,9 @@
 #include "store/frm_company.h"
 
-#include "app/dialog_routines.h"
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
 #include "store/company_texts.h"
 #include "store/ui_frm_company.h"
 

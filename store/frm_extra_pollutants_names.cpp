@@ -1,8 +1,8 @@
 #include "store/frm_extra_pollutants_names.h"
 
-#include "app/dialog_routines.h"
 #include "base/messages.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
 #include "store/additional_names.h"
 #include "store/additional_names_texts.h"
 #include "store/ui_frm_extra_pollutants_names.h"

@@ -1,7 +1,7 @@
 #include "store/frm_material_types.h"
 
-#include "app/dialog_routines.h"
 #include "base/messages.h"
+#include "dialogs/dialog_routines.h"
 #include "store/material_type_entry.h"
 #include "store/ui_frm_material_types.h"
 

@@ -1,6 +1,6 @@
 #include "transfer/frm_error_log.h"
 
-#include "app/dialog_routines.h"
+#include "dialogs/dialog_routines.h"
 #include "transfer/dialog_texts.h"
 #include "transfer/transfer.h"
 #include "transfer/ui_frm_error_log.h"

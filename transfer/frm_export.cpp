@@ -1,7 +1,7 @@
 #include "transfer/frm_export.h"
 
-#include "app/dialog_routines.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
 #include "transfer/dialog_texts.h"
 #include "transfer/frm_error_log.h"
 #include "transfer/ui_frm_export.h"

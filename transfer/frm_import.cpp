@@ -1,9 +1,9 @@
 #include "transfer/frm_import.h"
 
-#include "app/dialog_routines.h"
 #include "base/files.h"
 #include "base/messages.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
 #include "transfer/dialog_texts.h"
 #include "transfer/frm_error_log.h"
 #include "transfer/ui_frm_import.h"

@@ -1,9 +1,9 @@
 #include "usage/frm_usage.h"
 
-#include "app/dialog_routines.h"
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/dialog_routines.h"
 #include "materials/material_store.h"
 #include "usage/ui_frm_usage.h"
 #include "usage/usage_store.h"

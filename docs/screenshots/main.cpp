@@ -1,5 +1,5 @@
-#include "app/message_icons.h"
-#include "app/qt_prompts.h"
+#include "dialogs/message_icons.h"
+#include "platform/qt_prompts.h"
 #include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
 

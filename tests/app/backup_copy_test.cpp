@@ -1,6 +1,6 @@
 #include "app/backup.h"
-#include "app/qt_programs.h"
 #include "base/text.h"
+#include "platform/qt_programs.h"
 #include "tests/support/bytes.h"
 #include "tests/support/folder_content.h"
 #include "tests/support/test_program.h"

@@ -1,9 +1,9 @@
-#include "app/qt_programs.h"
 #include "app/startup.h"
 #include "base/text.h"
+#include "platform/qt_programs.h"
 #include "reports/frm_reports.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 #include "transfer/transfer.h"
 
 #include <QPushButton>

@@ -2,8 +2,8 @@
 #include "base/text.h"
 #include "store/additional_names.h"
 #include "store/frm_extra_pollutants_names.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QCheckBox>
 #include <QLineEdit>

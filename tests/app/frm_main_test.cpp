@@ -6,8 +6,8 @@
 #include "reports/frm_reports.h"
 #include "store/companies.h"
 #include "store/frm_company.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QLabel>
 #include <QListWidget>

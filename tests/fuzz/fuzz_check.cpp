@@ -1,4 +1,4 @@
-#include "app/data_check.h"
+#include "check/data_check.h"
 #include "tests/fuzz/data_files.h"
 #include "tests/fuzz/fuzz.h"
 

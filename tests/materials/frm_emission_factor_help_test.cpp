@@ -1,6 +1,6 @@
 #include "materials/frm_emission_factor_help.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QLabel>
 #include <QPushButton>

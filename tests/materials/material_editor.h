@@ -4,9 +4,9 @@
 #include "materials/material_store.h"
 #include "store/additional_names.h"
 #include "store/material_types.h"
+#include "tests/support/gui.h"
 #include "tests/support/limited_files.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #include "reports/frm_reports.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QComboBox>
 #include <QGroupBox>

@@ -1,5 +1,5 @@
-#include "app/os_files.h"
 #include "base/text.h"
+#include "platform/os_files.h"
 #include "tests/safety/program_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "store/companies.h"
 #include "store/frm_company.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -1,9 +1,9 @@
 #include "base/text.h"
 #include "store/additional_names.h"
 #include "store/frm_extra_pollutants_names.h"
+#include "tests/support/gui.h"
 #include "tests/support/limited_files.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QLineEdit>
 #include <QPushButton>

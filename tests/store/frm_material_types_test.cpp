@@ -1,7 +1,7 @@
 #include "store/frm_material_types.h"
 #include "store/material_types.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QComboBox>
 #include <QLabel>

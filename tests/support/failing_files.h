@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/os_failures.h"
 #include "base/text.h"
+#include "platform/os_failures.h"
 #include "tests/support/wrapped_files.h"
 
 #include <set>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/os_files.h"
 #include "base/app_context.h"
+#include "platform/os_files.h"
 #include "tests/support/scripted_services.h"
 
 #include <filesystem>

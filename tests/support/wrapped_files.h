@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/os_files.h"
+#include "platform/os_files.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "materials/material_store.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 #include "transfer/frm_export.h"
 #include "usage/usage_store.h"
 

@@ -1,7 +1,7 @@
 #include "materials/material_store.h"
+#include "tests/support/gui.h"
 #include "tests/support/limited_files.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 #include "usage/frm_usage.h"
 #include "usage/usage_store.h"
 

@@ -2,6 +2,7 @@
 #include "app/startup.h"
 #include <QString>
 #include "record_file.h"
-#include "app/settings.h"
-#include "base/text.h"
+#include "base/settings.h"
+#include "store/sheet.h"
+#include "dialogs/pictures.h"
 #include <string>

@@ -1,6 +1,6 @@
-#include "app/qt_settings.h"
+#include "platform/qt_settings.h"
 
-#include "app/settings.h"
+#include "base/settings.h"
 
 #include <QDir>
 #include <QSettings>

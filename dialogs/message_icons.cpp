@@ -1,6 +1,6 @@
-#include "app/message_icons.h"
+#include "dialogs/message_icons.h"
 
-#include "app/pictures.h"
+#include "dialogs/pictures.h"
 
 #include <QIcon>
 

@@ -1,6 +1,6 @@
-#include "app/qt_file_dialogs.h"
+#include "platform/qt_file_dialogs.h"
 
-#include "app/dialog_routines.h"
+#include "dialogs/dialog_routines.h"
 
 #include <QApplication>
 #include <QFileDialog>

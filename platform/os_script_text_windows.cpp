@@ -1,4 +1,4 @@
-#include "app/os_script_text.h"
+#include "platform/os_script_text.h"
 
 #include <windows.h>
 

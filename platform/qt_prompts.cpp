@@ -1,4 +1,4 @@
-#include "app/qt_prompts.h"
+#include "platform/qt_prompts.h"
 
 #include <QApplication>
 #include <QMessageBox>

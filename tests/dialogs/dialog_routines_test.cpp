@@ -1,6 +1,6 @@
-#include "app/dialog_routines.h"
+#include "dialogs/dialog_routines.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QComboBox>
 #include <QDialog>

@@ -1,4 +1,4 @@
-#include "app/data_check.h"
+#include "check/data_check.h"
 
 #include "base/text.h"
 #include "materials/material_record.h"

@@ -1,11 +1,11 @@
-#include "app/message_icons.h"
-#include "app/qt_clock.h"
-#include "app/qt_programs.h"
-#include "app/qt_prompts.h"
-#include "app/qt_settings.h"
 #include "base/text.h"
+#include "dialogs/message_icons.h"
+#include "platform/qt_clock.h"
+#include "platform/qt_programs.h"
+#include "platform/qt_prompts.h"
+#include "platform/qt_settings.h"
+#include "tests/support/gui.h"
 #include "tests/support/test_program.h"
-#include "tests/support/windows.h"
 
 #include <QDate>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/record_findings.h"
+#include "check/record_findings.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
-#include "app/os_files.h"
+#include "platform/os_files.h"
 
-#include "app/os_failures.h"
+#include "platform/os_failures.h"
 
 #include <algorithm>
 #include <array>

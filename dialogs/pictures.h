@@ -6,7 +6,7 @@
 /// The program's own drawings. They are vectors: sharp at any size and scale.
 
 /// A line drawing in the colours of the palette, so that it can be read on light and on dark. `name` is that
-/// of its file in app/pictures.
+/// of its file in dialogs/pictures.
 QIcon LineIcon(const QString& name);
 
 /// The program's emblem, in its own colours.

@@ -1,4 +1,4 @@
-#include "app/dialog_routines.h"
+#include "dialogs/dialog_routines.h"
 
 #include "base/numbers.h"
 #include "base/text.h"

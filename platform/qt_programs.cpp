@@ -1,9 +1,9 @@
-#include "app/qt_programs.h"
+#include "platform/qt_programs.h"
 
 #include "base/text.h"
 
 #ifdef _WIN32
-#include "app/os_script_text.h"
+#include "platform/os_script_text.h"
 
 #include <system_error>
 #include <windows.h>

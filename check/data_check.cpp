@@ -1,10 +1,10 @@
-#include "app/data_check.h"
+#include "check/data_check.h"
 
-#include "app/company_check.h"
-#include "app/settings.h"
 #include "base/messages.h"
 #include "base/numbers.h"
+#include "base/settings.h"
 #include "base/text.h"
+#include "check/company_check.h"
 #include "store/companies.h"
 #include "store/data_folder.h"
 #include "store/material_types.h"

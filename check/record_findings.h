@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/data_check.h"
+#include "check/data_check.h"
 #include "store/record_file.h"
 
 #include <string>

@@ -1,4 +1,4 @@
-#include "app/company_check.h"
+#include "check/company_check.h"
 
 #include "base/messages.h"
 #include "base/numbers.h"

@@ -1,4 +1,4 @@
-#include "app/record_findings.h"
+#include "check/record_findings.h"
 
 #include "base/text.h"
 

@@ -1,0 +1,3 @@
+#include "dialogs/pictures.h"
+#include "platform/os_files.h"
+#include <QString>

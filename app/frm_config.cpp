@@ -33,28 +33,28 @@ frmConfig::frmConfig(AppContext& app, QWidget* parent)
         m_ui->cmd_ExtraPollutants->setToolTip(QString::fromUtf8(ConfigTexts::NeedsCompany));
     }
 
-    connect(m_ui->cmd_Folder, &QPushButton::clicked, this, &frmConfig::Choose_Folder);
-    connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmConfig::Choose_Browser);
+    connect(m_ui->cmd_Folder, &QPushButton::clicked, this, &frmConfig::ChooseFolder);
+    connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmConfig::ChooseBrowser);
     connect(m_ui->cmd_ExtraPollutants, &QPushButton::clicked, this,
             [this] { ShowAdditionalNames(m_app, this); });
-    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmConfig::Save_Settings);
+    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmConfig::SaveSettings);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 frmConfig::~frmConfig() = default;
 
-void frmConfig::Choose_Folder() {
+void frmConfig::ChooseFolder() {
     const auto folder =
         m_app.Dialogs.ChooseFolder(ConfigTexts::ChooseBackupFolder, ToPath(m_ui->dir_backup->text()));
     if (folder) m_ui->dir_backup->setText(FromPath(*folder));
 }
 
-void frmConfig::Choose_Browser() {
+void frmConfig::ChooseBrowser() {
     const auto browser = m_app.Dialogs.ChooseFileToOpen(ConfigTexts::ChooseBrowser, FileKind::Program);
     if (browser) m_ui->txt_browser->setText(FromPath(*browser));
 }
 
-void frmConfig::Save_Settings() {
+void frmConfig::SaveSettings() {
     const bool isFailed = SaveConfiguration(m_app, {.BackupFolder = PathIn(*m_ui->dir_backup),
                                                     .IsBackedUpOnExit = m_ui->chk_auto->isChecked(),
                                                     .Browser = PathIn(*m_ui->txt_browser)});

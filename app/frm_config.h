@@ -19,10 +19,10 @@ public:
     ~frmConfig() override;
 
 private:
-    void Choose_Folder();
-    void Choose_Browser();
+    void ChooseFolder();
+    void ChooseBrowser();
     /// Stays open when something could not be saved.
-    void Save_Settings();
+    void SaveSettings();
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmConfig> m_ui;

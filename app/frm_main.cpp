@@ -34,7 +34,7 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
     m_ui->cmd_About->hide(); // has no task
     SetIcons();
     ConnectButtons();
-    Show_Current_Company();
+    ShowCurrentCompany();
     layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
 
@@ -59,7 +59,7 @@ void frmMain::ConnectButtons() {
     const auto opens = [this](QPushButton* button, auto open) {
         connect(button, &QPushButton::clicked, this, [this, open] {
             open();
-            Show_Current_Company();
+            ShowCurrentCompany();
         });
     };
     opens(m_ui->cmd_Material, [this] {
@@ -84,10 +84,10 @@ void frmMain::ConnectButtons() {
 
 void frmMain::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) Show_Current_Company();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) ShowCurrentCompany();
 }
 
-void frmMain::Show_Current_Company() {
+void frmMain::ShowCurrentCompany() {
     const bool hasCompany = m_app.CurrentCompanyId != 0;
     const std::pair<QPushButton*, const char*> buttons[] = {
         {m_ui->cmd_Material, MainTexts::Materials},

@@ -24,7 +24,7 @@ protected:
 private:
     void ConnectButtons();
     void SetIcons();
-    void Show_Current_Company();
+    void ShowCurrentCompany();
     /// Ends the process after the automatic backup, whose copy goes on by itself. At once: no window is asked
     /// whether it may close.
     void Exit();

@@ -6,14 +6,14 @@
 
 namespace {
 
-Done WriteAll(OpenFile& file, std::string_view content) {
+Done WriteAll(OpenedFile& file, std::string_view content) {
     const Done written = file.WriteAt(0, content);
     if (!written) return written;
     return file.Flush();
 }
 
 Done WriteToDevice(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
-    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Replace);
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Replace);
     if (!file) return file.error();
     return WriteAll(**file, content);
 }
@@ -29,7 +29,7 @@ std::filesystem::path FollowLinks(const std::filesystem::path& path) {
 
 /// A rename would replace a file also where its user has taken the permission to write it away.
 Done CheckIsWritable(FileAccess& files, const std::filesystem::path& path) {
-    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Update);
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Update);
     return file ? Success() : Done(file.error());
 }
 
@@ -59,7 +59,7 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     }
 
     const std::filesystem::path temporary = TemporaryFor(target);
-    const Result<std::unique_ptr<OpenFile>> file = files.Open(temporary, OpenMode::Update);
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(temporary, OpenMode::Update);
     if (!file) return CannotWrite(target, file.error());
     // Not before it is ours: another running copy may be about to put it in the same file's place.
     const Done locked = (*file)->Lock();
@@ -75,7 +75,7 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
 }
 
 Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path) {
-    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Read);
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Read);
     if (!file) return file.error();
     const Result<std::uint64_t> length = (*file)->Length();
     if (!length) return length.error();

@@ -9,12 +9,12 @@
 #include <string_view>
 
 /// A file that is open. Closed, and its lock released, when it is destroyed.
-class OpenFile {
+class OpenedFile {
 public:
-    OpenFile() = default;
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    virtual ~OpenFile() = default;
+    OpenedFile() = default;
+    OpenedFile(const OpenedFile&) = delete;
+    OpenedFile& operator=(const OpenedFile&) = delete;
+    virtual ~OpenedFile() = default;
 
     /// In bytes.
     virtual Result<std::uint64_t> Length() = 0;
@@ -47,7 +47,7 @@ public:
     virtual ~FileAccess() = default;
 
     /// A folder is never opened.
-    virtual Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) = 0;
+    virtual Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) = 0;
     /// Replaces `to`.
     virtual Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
     virtual Done Remove(const std::filesystem::path& path) = 0;

@@ -11,7 +11,7 @@
 class TextLines {
 public:
     /// `file` must outlive the reader.
-    explicit TextLines(OpenFile& file) : m_file(file) {}
+    explicit TextLines(OpenedFile& file) : m_file(file) {}
 
     /// The next line without its end; empty after the last. The view lasts until the next call.
     Result<std::optional<std::string_view>> Next();
@@ -21,7 +21,7 @@ public:
 private:
     Result<bool> ReadMore();
 
-    OpenFile& m_file;
+    OpenedFile& m_file;
     std::string m_buffer;
     std::size_t m_start = 0;    ///< where the next line begins in m_buffer
     std::uint64_t m_offset = 0; ///< what follows m_buffer in the file

@@ -43,7 +43,7 @@ std::string Quoted(std::string_view codePageText) {
 
 Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
                         const FileFindings& findings) {
-    const Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Read);
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Read);
     if (!file) return file.error();
     const Result<std::uint64_t> length = (*file)->Length();
     if (!length) return length.error();

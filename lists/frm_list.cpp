@@ -25,15 +25,15 @@ frmList::frmList(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmList>()) {
     m_ui->setupUi(this);
     SelectByKeys(*m_ui->lst_Main);
-    connect(m_ui->lst_Main, &QListWidget::itemSelectionChanged, this, &frmList::Set_Buttons);
-    connect(m_ui->lst_Main, &QListWidget::itemClicked, this, &frmList::Set_Buttons);
-    connect(m_ui->lst_Main, &QListWidget::itemDoubleClicked, this, &frmList::Edit_Record);
-    connect(m_ui->cmd_New, &QPushButton::clicked, this, &frmList::New_Record);
-    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmList::Edit_Record);
-    connect(m_ui->cmd_Delete, &QPushButton::clicked, this, &frmList::Delete_Record);
-    connect(m_ui->cmd_Import, &QPushButton::clicked, this, &frmList::Import_Records);
-    connect(m_ui->cmd_Export, &QPushButton::clicked, this, &frmList::Export_Records);
-    connect(m_ui->cmd_Filter, &QPushButton::clicked, this, &frmList::Apply_Or_Reset_Filter);
+    connect(m_ui->lst_Main, &QListWidget::itemSelectionChanged, this, &frmList::SetButtons);
+    connect(m_ui->lst_Main, &QListWidget::itemClicked, this, &frmList::SetButtons);
+    connect(m_ui->lst_Main, &QListWidget::itemDoubleClicked, this, &frmList::EditRecord);
+    connect(m_ui->cmd_New, &QPushButton::clicked, this, &frmList::NewRecord);
+    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmList::EditRecord);
+    connect(m_ui->cmd_Delete, &QPushButton::clicked, this, &frmList::DeleteRecord);
+    connect(m_ui->cmd_Import, &QPushButton::clicked, this, &frmList::ImportRecords);
+    connect(m_ui->cmd_Export, &QPushButton::clicked, this, &frmList::ExportRecords);
+    connect(m_ui->cmd_Filter, &QPushButton::clicked, this, &frmList::ApplyOrResetFilter);
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
     const std::pair<QPushButton*, const char*> icons[] = {
         {m_ui->cmd_New,    "new"   },
@@ -45,7 +45,7 @@ frmList::frmList(AppContext& app, QWidget* parent)
     };
     for (const auto& [button, name] : icons)
         button->setIcon(LineIcon(QString::fromLatin1(name)));
-    Set_Buttons();
+    SetButtons();
 }
 
 frmList::~frmList() = default;
@@ -56,8 +56,8 @@ void frmList::Set_Module(std::int16_t mode) {
 
 void frmList::Edit_Module() {}
 
-void frmList::Prepare_Materials() {
-    Reload_Material_List();
+void frmList::PrepareMaterials() {
+    ReloadMaterialList();
     SelectListItem(*m_ui->lst_Main);
     m_ui->filter_frame->hide();
     m_ui->filter_frame->setEnabled(false);
@@ -66,26 +66,26 @@ void frmList::Prepare_Materials() {
     m_ui->FrameList->setTitle(QString::fromLatin1(ListTexts::MaterialsFrame));
 }
 
-void frmList::Prepare_Usage() {
+void frmList::PrepareUsage() {
     std::vector<UsageRecord> usage;
     ListLines lines;
     if (FindUsage(m_app, {}, usage)) FillUsageList(m_app, lines, usage);
-    Show_List(lines);
+    ShowList(lines);
     SelectListItem(*m_ui->lst_Main);
     std::vector<MaterialRecord> materials;
     ListLines materialLines;
     if (FindMaterials(m_app, {}, materials)) FillMaterialList(materialLines, materials, false);
     ShowLines(*m_ui->cbo_Materials, materialLines);
-    Show_Years(usage);
+    ShowYears(usage);
     setWindowTitle(QString::fromLatin1(ListTexts::UsageTitle));
     m_ui->FrameList->setTitle(QString::fromLatin1(ListTexts::UsageFrame));
 }
 
-void frmList::Reload_Material_List() {
+void frmList::ReloadMaterialList() {
     std::vector<MaterialRecord> materials;
     ListLines lines;
     if (FindMaterials(m_app, {}, materials)) FillMaterialList(lines, materials, true);
-    Show_List(lines);
+    ShowList(lines);
 }
 
 void frmList::Refresh_Usage_List() {
@@ -94,17 +94,17 @@ void frmList::Refresh_Usage_List() {
     const UsageFilter filter{.MaterialId = SelectedData(*m_ui->cbo_Materials),
                              .Year = SelectedText(*m_ui->cbo_Year)};
     if (FindUsage(m_app, filter, usage)) FillUsageList(m_app, lines, usage);
-    Show_List(lines);
+    ShowList(lines);
     SelectListItem(*m_ui->lst_Main);
 }
 
-void frmList::Reload_Usage_List() {
+void frmList::ReloadUsageList() {
     const Result<std::vector<UsageRecord>> usage = ReadUsage(m_app);
-    if (usage) Show_Years(*usage); // the list itself says why not
+    if (usage) ShowYears(*usage); // the list itself says why not
     Refresh_Usage_List();
 }
 
-void frmList::Show_Years(const std::vector<UsageRecord>& usage) {
+void frmList::ShowYears(const std::vector<UsageRecord>& usage) {
     ListLines years;
     FillUsageYears(years, usage);
     // The year of a filter stays, also when its last record is gone.
@@ -115,7 +115,7 @@ void frmList::Show_Years(const std::vector<UsageRecord>& usage) {
     if (selected) SelectListItem(*m_ui->cbo_Year, FromCodePage(*selected), false);
 }
 
-void frmList::Show_List(const ListLines& lines) {
+void frmList::ShowList(const ListLines& lines) {
     // From a button that is about to be disabled the focus would go on to the next one.
     if (focusWidget() == m_ui->cmd_Edit || focusWidget() == m_ui->cmd_Delete) m_ui->lst_Main->setFocus();
     const int row = m_ui->lst_Main->currentRow();
@@ -124,34 +124,34 @@ void frmList::Show_List(const ListLines& lines) {
     if (row >= 0)
         m_ui->lst_Main->setCurrentRow(std::min(row, m_ui->lst_Main->count() - 1),
                                       QItemSelectionModel::NoUpdate);
-    Set_Buttons();
+    SetButtons();
 }
 
-void frmList::Set_Buttons() {
+void frmList::SetButtons() {
     SetListButtons(m_ui->cmd_New, m_ui->cmd_Import, m_ui->cmd_Edit, m_ui->cmd_Delete, m_ui->lst_Main);
 }
 
-void frmList::New_Record() {
+void frmList::NewRecord() {
     if (!IsForMaterials()) {
-        if (NewUsage(m_app, this) == 0) Reload_Usage_List();
+        if (NewUsage(m_app, this) == 0) ReloadUsageList();
     } else if (NewMaterial(m_app, this) == 0) {
-        Reload_Material_List();
+        ReloadMaterialList();
         SelectListItem(*m_ui->lst_Main);
     }
 }
 
-void frmList::Edit_Record() {
+void frmList::EditRecord() {
     if (SelectedRow(*m_ui->lst_Main) < 0) return;
     const auto recordId =
         static_cast<std::int16_t>(m_ui->lst_Main->currentItem()->data(Qt::UserRole).toInt());
     if (!IsForMaterials()) {
-        if (EditUsage(m_app, recordId, this) == 0) Reload_Usage_List();
+        if (EditUsage(m_app, recordId, this) == 0) ReloadUsageList();
     } else if (EditMaterial(m_app, recordId, this) == 0) {
-        Reload_Material_List();
+        ReloadMaterialList();
     }
 }
 
-void frmList::Delete_Record() {
+void frmList::DeleteRecord() {
     if (SelectedRow(*m_ui->lst_Main) < 0) return;
     const QListWidgetItem& line = *m_ui->lst_Main->currentItem();
     const auto recordId = static_cast<std::int16_t>(line.data(Qt::UserRole).toInt());
@@ -161,42 +161,42 @@ void frmList::Delete_Record() {
         return;
     if (IsForMaterials()) {
         const auto isUsed = [this](std::int16_t materialId) { return IsMaterialUsed(m_app, materialId); };
-        if (!DeleteMaterial(m_app, recordId, isUsed)) Reload_Material_List();
+        if (!DeleteMaterial(m_app, recordId, isUsed)) ReloadMaterialList();
     } else if (!DeleteUsage(m_app, recordId)) {
-        Reload_Usage_List();
+        ReloadUsageList();
     }
 }
 
-void frmList::Import_Records() {
+void frmList::ImportRecords() {
     if (IsForMaterials()) {
         ShowMaterialImport(m_app, this);
-        Reload_Material_List();
+        ReloadMaterialList();
     } else {
         ShowUsageImport(m_app, this);
-        Reload_Usage_List();
+        ReloadUsageList();
     }
 }
 
-void frmList::Export_Records() {
+void frmList::ExportRecords() {
     if (IsForMaterials())
         ShowMaterialExport(m_app, this);
     else
         ShowUsageExport(m_app, this);
 }
 
-void frmList::Apply_Or_Reset_Filter() {
+void frmList::ApplyOrResetFilter() {
     if (m_ui->cmd_Filter->text() == QLatin1String(ListTexts::Reset)) {
         m_ui->cbo_Materials->setCurrentIndex(-1);
         m_ui->cbo_Year->setCurrentIndex(-1);
-        Set_Filter_Applied(false);
+        SetFilterApplied(false);
     } else if (m_ui->cbo_Materials->currentIndex() < 0 && m_ui->cbo_Year->currentIndex() < 0) {
         m_app.Prompts.Show({std::string(ListTexts::NeedsFilter), PromptKind::Exclamation});
     } else {
-        Set_Filter_Applied(true);
+        SetFilterApplied(true);
     }
 }
 
-void frmList::Set_Filter_Applied(bool isApplied) {
+void frmList::SetFilterApplied(bool isApplied) {
     m_ui->cbo_Materials->setEnabled(!isApplied);
     m_ui->cbo_Year->setEnabled(!isApplied);
     m_ui->cmd_Filter->setText(QString::fromLatin1(isApplied ? ListTexts::Reset : ListTexts::Apply));
@@ -205,14 +205,14 @@ void frmList::Set_Filter_Applied(bool isApplied) {
 
 void ShowMaterialList(AppContext& app, QWidget* parent) {
     frmList window(app, parent);
-    window.Prepare_Materials();
+    window.PrepareMaterials();
     window.Set_Module(1);
     ShowModally(app, window, QStringLiteral("frmList_Materials"));
 }
 
 void ShowUsageList(AppContext& app, QWidget* parent) {
     frmList window(app, parent);
-    window.Prepare_Usage();
+    window.PrepareUsage();
     window.Set_Module(2);
     ShowModally(app, window, QStringLiteral("frmList_Usage"));
 }

@@ -35,22 +35,22 @@ private:
     friend void ShowUsageList(AppContext& app, QWidget* parent);
 
     bool IsForMaterials() const { return m_mode == 1; }
-    void Prepare_Materials();
-    void Prepare_Usage();
+    void PrepareMaterials();
+    void PrepareUsage();
     /// Leaves no line selected.
-    void Reload_Material_List();
-    void Show_List(const ListLines& lines);
+    void ReloadMaterialList();
+    void ShowList(const ListLines& lines);
     /// After a change of records: a year that is new can be filtered by.
-    void Reload_Usage_List();
-    void Show_Years(const std::vector<UsageRecord>& usage);
-    void Set_Buttons();
-    void New_Record();
-    void Edit_Record();
-    void Delete_Record();
-    void Import_Records();
-    void Export_Records();
-    void Apply_Or_Reset_Filter();
-    void Set_Filter_Applied(bool isApplied);
+    void ReloadUsageList();
+    void ShowYears(const std::vector<UsageRecord>& usage);
+    void SetButtons();
+    void NewRecord();
+    void EditRecord();
+    void DeleteRecord();
+    void ImportRecords();
+    void ExportRecords();
+    void ApplyOrResetFilter();
+    void SetFilterApplied(bool isApplied);
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmList> m_ui;

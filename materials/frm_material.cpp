@@ -45,7 +45,7 @@ frmMaterial::frmMaterial(AppContext& app, QWidget* parent)
         AcceptCodePageText(*edit);
         ShowDisabledInWindowColour(*edit);
     }
-    if (!m_pollutants->Set_Names(m_app.AdditionalNames)) m_app.AdditionalNames.clear();
+    if (!m_pollutants->SetNames(m_app.AdditionalNames)) m_app.AdditionalNames.clear();
     std::vector<std::string> types;
     GetMaterialTypes(m_app, types, true);
     ShowNames(*m_ui->cbo_MaterialType, types);
@@ -53,21 +53,21 @@ frmMaterial::frmMaterial(AppContext& app, QWidget* parent)
     // Choosing the type that is selected counts as well; a new choice arrives by both ways.
     connect(m_ui->cbo_MaterialType, &QComboBox::currentIndexChanged, this, [this] {
         m_hasTypeJustChanged = true;
-        Type_Selected();
+        ShowMethodsOfType();
     });
     connect(m_ui->cbo_MaterialType, &QComboBox::activated, this, [this] {
-        if (!std::exchange(m_hasTypeJustChanged, false)) Type_Selected();
+        if (!std::exchange(m_hasTypeJustChanged, false)) ShowMethodsOfType();
     });
-    connect(m_ui->chk_EmissionFactor, &QCheckBox::toggled, this, &frmMaterial::Emission_Factor_Ticked);
+    connect(m_ui->chk_EmissionFactor, &QCheckBox::toggled, this, &frmMaterial::ShowEmissionFactor);
     connect(m_ui->img_help, &QToolButton::clicked, this, [this] { ShowEmissionFactorHelp(m_app, this); });
-    connect(m_ui->cmd_Additional, &QPushButton::clicked, this, &frmMaterial::Show_Pollutants);
-    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmMaterial::Save_Material);
+    connect(m_ui->cmd_Additional, &QPushButton::clicked, this, &frmMaterial::ShowPollutants);
+    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmMaterial::Save);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 frmMaterial::~frmMaterial() = default;
 
-void frmMaterial::Edit_Material(const MaterialRecord& material) {
+void frmMaterial::PrepareEdit(const MaterialRecord& material) {
     const auto text = [](const std::string& field) { return FromCodePage(Trim(field)); };
     const auto number = [](double field) { return FromCodePage(NumberText(field)); };
     SelectListItem(*m_ui->cbo_MaterialType, text(material.MaterialType), false);
@@ -84,12 +84,12 @@ void frmMaterial::Edit_Material(const MaterialRecord& material) {
     m_ui->txt_Comments->setText(text(material.Comments));
     m_ui->lbl_Id->setText(QString::number(material.MaterialId));
     setWindowTitle(QString::fromLatin1(MaterialTexts::UpdateCaption));
-    m_pollutants->Set_Values(material);
+    m_pollutants->SetValues(material);
     // Whatever the type: a filled resin that was saved without filler cannot be given one here.
-    Show_Filler(number(material.Filler), material.Filler != 0);
+    ShowFiller(number(material.Filler), material.Filler != 0);
 }
 
-TypedMaterial frmMaterial::Read_Form() const {
+TypedMaterial frmMaterial::ReadForm() const {
     return {.CustomId = ToCodePage(m_ui->txt_CustomId->text()),
             .Description = ToCodePage(m_ui->txt_Description->text()),
             .MaterialType = SelectedText(*m_ui->cbo_MaterialType),
@@ -104,7 +104,7 @@ TypedMaterial frmMaterial::Read_Form() const {
             .Pollutants = m_pollutants->Values()};
 }
 
-QWidget& frmMaterial::Box_Of(MaterialField field) const {
+QWidget& frmMaterial::BoxOf(MaterialField field) const {
     switch (field) {
     case MaterialField::CustomId:
         return *m_ui->txt_CustomId;
@@ -127,7 +127,7 @@ QWidget& frmMaterial::Box_Of(MaterialField field) const {
     return *m_ui->txt_filler;
 }
 
-void frmMaterial::Type_Selected() {
+void frmMaterial::ShowMethodsOfType() {
     const std::optional<std::string> type = SelectedText(*m_ui->cbo_MaterialType);
     if (type) {
         std::vector<std::string> methods;
@@ -139,15 +139,15 @@ void frmMaterial::Type_Selected() {
     m_ui->cbo_ApplicationType->setEnabled(hasMethods);
     m_ui->lbl_ApplicationMethod->setEnabled(hasMethods);
     const bool isFilled = type && TakesFiller(*type);
-    Show_Filler(isFilled ? QString() : QStringLiteral("0"), isFilled);
+    ShowFiller(isFilled ? QString() : QStringLiteral("0"), isFilled);
 }
 
-void frmMaterial::Show_Filler(const QString& filler, bool canBeTyped) {
+void frmMaterial::ShowFiller(const QString& filler, bool canBeTyped) {
     m_ui->txt_filler->setText(filler);
     m_ui->txt_filler->setEnabled(canBeTyped);
 }
 
-void frmMaterial::Emission_Factor_Ticked(bool isTicked) {
+void frmMaterial::ShowEmissionFactor(bool isTicked) {
     m_ui->txt_EmissionFactor->clear();
     m_ui->txt_Comments->clear();
     for (QWidget* control : std::initializer_list<QWidget*>{
@@ -155,14 +155,14 @@ void frmMaterial::Emission_Factor_Ticked(bool isTicked) {
         control->setEnabled(isTicked);
 }
 
-void frmMaterial::Show_Pollutants() {
+void frmMaterial::ShowPollutants() {
     if (m_app.AdditionalNames.empty()) {
         const Prompt question{std::string(MaterialTexts::AskToDefineNames), PromptKind::Question,
                               PromptButtons::YesNo};
         if (m_app.Prompts.Show(question) != PromptAnswer::Yes) return;
         ShowAdditionalNames(m_app, this);
         LoadAdditionalNames(m_app);
-        if (!m_pollutants->Set_Names(m_app.AdditionalNames)) {
+        if (!m_pollutants->SetNames(m_app.AdditionalNames)) {
             m_app.AdditionalNames.clear(); // so that the next time asks again
             return;
         }
@@ -171,15 +171,15 @@ void frmMaterial::Show_Pollutants() {
 }
 
 bool frmMaterial::Validate_Form() {
-    const TypedMaterial material = Read_Form();
+    const TypedMaterial material = ReadForm();
     const FormErrors errors = CheckMaterialEntry(material);
     if (errors.IsEmpty()) return true;
     ShowFormErrors(m_app, errors.Text());
-    Focus(Box_Of(*FirstFaultyField(material)));
+    Focus(BoxOf(*FirstFaultyField(material)));
     return false;
 }
 
-void frmMaterial::Save_Material() {
+void frmMaterial::Save() {
     if (!Validate_Form()) return;
     if (ParseInt16(m_ui->lbl_Id->text().toStdString()))
         Check_4_Update();
@@ -188,7 +188,7 @@ void frmMaterial::Save_Material() {
 }
 
 void frmMaterial::Check_4_Save() {
-    const MaterialEntry entry = ToMaterialEntry(Read_Form());
+    const MaterialEntry entry = ToMaterialEntry(ReadForm());
     const Result<std::vector<MaterialRecord>> sameId = ReadMaterials(m_app, {.CustomId = entry.CustomId});
     if (!sameId) { // a duplicate cannot be ruled out
         ShowError(m_app, sameId.error());
@@ -196,17 +196,17 @@ void frmMaterial::Check_4_Save() {
         ShowFormErrors(m_app, MaterialTexts::IdExists);
         Focus(*m_ui->txt_CustomId);
     } else {
-        Close_When_Saved(SaveMaterial(m_app, entry));
+        CloseWhenSaved(SaveMaterial(m_app, entry));
     }
 }
 
 // Without a duplicate check on purpose: only a new material is refused an ID that exists.
 void frmMaterial::Check_4_Update() {
     const std::optional<std::int16_t> materialId = ParseInt16(m_ui->lbl_Id->text().toStdString());
-    Close_When_Saved(SaveMaterial(m_app, ToMaterialEntry(Read_Form()), materialId));
+    CloseWhenSaved(SaveMaterial(m_app, ToMaterialEntry(ReadForm()), materialId));
 }
 
-void frmMaterial::Close_When_Saved(Failed hasFailed) {
+void frmMaterial::CloseWhenSaved(Failed hasFailed) {
     if (hasFailed) return;
     m_ui->lbl_result->setText(QStringLiteral("0"));
     hide();
@@ -233,7 +233,7 @@ std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* par
         return -1;
     }
     frmMaterial window(app, parent);
-    window.Edit_Material(found->front());
+    window.PrepareEdit(found->front());
     ShowModally(app, window);
     return window.Outcome();
 }

@@ -25,7 +25,7 @@ public:
     ~frmMaterial() override;
 
     /// From now on the editor is for this stored material.
-    void Edit_Material(const MaterialRecord& material);
+    void PrepareEdit(const MaterialRecord& material);
     /// Says what is wrong, and whether nothing is.
     bool Validate_Form();
     /// Appends the entries as a new material, unless its Material ID exists, and closes.
@@ -36,14 +36,14 @@ public:
     std::int16_t Outcome() const;
 
 private:
-    TypedMaterial Read_Form() const;
-    QWidget& Box_Of(MaterialField field) const;
-    void Type_Selected();
-    void Show_Filler(const QString& filler, bool canBeTyped);
-    void Emission_Factor_Ticked(bool isTicked);
-    void Show_Pollutants();
-    void Save_Material();
-    void Close_When_Saved(Failed hasFailed);
+    TypedMaterial ReadForm() const;
+    QWidget& BoxOf(MaterialField field) const;
+    void ShowMethodsOfType();
+    void ShowFiller(const QString& filler, bool canBeTyped);
+    void ShowEmissionFactor(bool isTicked);
+    void ShowPollutants();
+    void Save();
+    void CloseWhenSaved(Failed hasFailed);
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmMaterial> m_ui;

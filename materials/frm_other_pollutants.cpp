@@ -22,13 +22,13 @@ frmOtherPollutants::frmOtherPollutants(AppContext& app, QWidget* parent)
             AcceptCodePageText(*box);
             ShowDisabledInWindowColour(*box);
         }
-    connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmOtherPollutants::Close_If_Valid);
+    connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmOtherPollutants::CloseIfValid);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 frmOtherPollutants::~frmOtherPollutants() = default;
 
-bool frmOtherPollutants::Set_Names(std::string_view names) {
+bool frmOtherPollutants::SetNames(std::string_view names) {
     const std::vector<std::string_view> pieces = Split(names, '|');
     if (pieces.size() != m_rows.size()) return false;
     for (std::size_t index = 0; index < pieces.size(); ++index) {
@@ -46,13 +46,13 @@ bool frmOtherPollutants::Set_Names(std::string_view names) {
     return true;
 }
 
-void frmOtherPollutants::Set_Values(const MaterialRecord& material) {
+void frmOtherPollutants::SetValues(const MaterialRecord& material) {
     SixPollutants values;
     for (std::size_t index = 0; index < values.size(); ++index) {
         values[index].Content = NumberText(material.*PollutantContents[index]);
         values[index].Factor = NumberText(material.*PollutantFactors[index]);
     }
-    Show_Values(values);
+    ShowValues(values);
 }
 
 SixPollutants frmOtherPollutants::Values() const {
@@ -64,7 +64,7 @@ SixPollutants frmOtherPollutants::Values() const {
     return values;
 }
 
-void frmOtherPollutants::Show_Values(const SixPollutants& values) {
+void frmOtherPollutants::ShowValues(const SixPollutants& values) {
     for (std::size_t index = 0; index < values.size(); ++index) {
         m_rows[index].Content->setText(FromCodePage(values[index].Content));
         m_rows[index].Factor->setText(FromCodePage(values[index].Factor));
@@ -75,11 +75,11 @@ bool frmOtherPollutants::Validate_Form() {
     const FormErrors errors = CheckPollutants(Values());
     if (errors.IsEmpty()) return true;
     ShowFormErrors(m_app, errors.Text());
-    Focus_First_Fault();
+    FocusFirstFault();
     return false;
 }
 
-void frmOtherPollutants::Focus_First_Fault() {
+void frmOtherPollutants::FocusFirstFault() {
     for (const Row& row : m_rows)
         for (QLineEdit* box : {row.Content, row.Factor})
             if (box->isEnabled() && !IsNumeric(ToCodePage(box->text()))) {
@@ -89,7 +89,7 @@ void frmOtherPollutants::Focus_First_Fault() {
             }
 }
 
-void frmOtherPollutants::Close_If_Valid() {
+void frmOtherPollutants::CloseIfValid() {
     if (Validate_Form()) hide();
 }
 
@@ -105,6 +105,6 @@ int frmOtherPollutants::exec() {
 }
 
 void frmOtherPollutants::reject() {
-    Show_Values(m_valuesBefore);
+    ShowValues(m_valuesBefore);
     QDialog::reject();
 }

@@ -25,8 +25,8 @@ public:
     ~frmOtherPollutants() override;
 
     /// Sets up the rows and returns true when `names` are six joined by "|"; otherwise changes nothing.
-    bool Set_Names(std::string_view names);
-    void Set_Values(const MaterialRecord& material);
+    bool SetNames(std::string_view names);
+    void SetValues(const MaterialRecord& material);
     SixPollutants Values() const;
     /// Whether every enabled row holds numbers; says so if not.
     bool Validate_Form();
@@ -43,9 +43,9 @@ private:
         QLineEdit* Factor;
     };
 
-    void Show_Values(const SixPollutants& values);
-    void Close_If_Valid();
-    void Focus_First_Fault();
+    void ShowValues(const SixPollutants& values);
+    void CloseIfValid();
+    void FocusFirstFault();
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmOtherPollutants> m_ui;

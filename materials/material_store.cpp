@@ -16,9 +16,9 @@ bool IsLive(std::string_view slot) {
 }
 
 /// A filter with its texts made ready for comparing.
-class MaterialTest {
+class MaterialMatcher {
 public:
-    explicit MaterialTest(const MaterialFilter& filter)
+    explicit MaterialMatcher(const MaterialFilter& filter)
         : m_filter(filter), m_customId(Key(filter.CustomId)), m_materialType(Key(filter.MaterialType)),
           m_applicationMethod(Key(filter.ApplicationMethod)) {}
 
@@ -120,7 +120,7 @@ Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const Materia
     Result<RecordFile> file = OpenToRead(app);
     if (!file) return file.error();
     std::vector<MaterialRecord> found;
-    const MaterialTest test(filter);
+    const MaterialMatcher test(filter);
     if (test.IsWide()) found.reserve(static_cast<std::size_t>(file->Count()));
     const auto passes = [&](std::string_view slot) { return test.Passes(slot); };
     const Done read = AppendRecords<MaterialLayout>(*file, passes, found);

@@ -6,7 +6,7 @@
 /// them.
 class OsFiles : public FileAccess {
 public:
-    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override;
+    Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override;
     Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
     Done Remove(const std::filesystem::path& path) override;
     Done CreateFolder(const std::filesystem::path& path) override;

@@ -28,7 +28,7 @@ template <class Call> auto Retry(const Call& call) {
 
 constexpr mode_t Permissions = 0666; // less what the user's mask takes away
 
-class PosixFile : public OpenFile {
+class PosixFile : public OpenedFile {
 public:
     /// `flags` are those with which it is opened again, should another file be at the path.
     PosixFile(int descriptor, std::filesystem::path path, int flags)
@@ -180,12 +180,12 @@ void FlushFolderOf(const std::filesystem::path& path) {
 
 } // namespace
 
-Result<std::unique_ptr<OpenFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
+Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
     struct stat status {};
     const bool isNew = mode != OpenMode::Read && ::stat(path.c_str(), &status) != 0;
     const int descriptor = Retry([&] { return ::open(path.c_str(), Flags(mode), Permissions); });
     if (descriptor < 0) return DescribeError("open the file", path, errno);
-    std::unique_ptr<OpenFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
+    std::unique_ptr<OpenedFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
     if (::fstat(descriptor, &status) != 0) return DescribeError("open the file", path, errno);
     if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
     if (isNew) FlushFolderOf(path);

@@ -83,7 +83,7 @@ HANDLE OpenHandle(const std::filesystem::path& path, const Opening& opening) {
                          FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-class WindowsFile : public OpenFile {
+class WindowsFile : public OpenedFile {
 public:
     /// `opening` is how it is opened again, should another file be at the path.
     WindowsFile(HANDLE handle, std::filesystem::path path, Opening opening)
@@ -208,12 +208,11 @@ private:
 
 } // namespace
 
-// "class", since windows.h has a function of that name.
-Result<std::unique_ptr<class OpenFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
+Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
     const Opening opening = OpeningFor(mode);
     HANDLE handle = OpenHandle(path, opening);
     if (handle == INVALID_HANDLE_VALUE) return DescribeRefusedOpening(path, ::GetLastError());
-    return std::unique_ptr<class OpenFile>(std::make_unique<WindowsFile>(handle, path, opening));
+    return std::unique_ptr<OpenedFile>(std::make_unique<WindowsFile>(handle, path, opening));
 }
 
 Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {

@@ -10,12 +10,12 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
     for (const ReportFrame& frame : Frames()) {
         NumberItems(*frame.Month);
         AcceptAnyYear(*frame.Year);
-        if (frame.Month != m_ui->cbo_Month) Select_Current_Month(frame);
+        if (frame.Month != m_ui->cbo_Month) SelectCurrentMonth(frame);
         connect(frame.Generate, &QPushButton::clicked, this, [this, frame] { Generate(frame); });
     }
-    connect(m_ui->opt_materials_0, &QRadioButton::clicked, this, [this] { Choose_Materials(true); });
-    connect(m_ui->opt_materials_1, &QRadioButton::clicked, this, [this] { Choose_Materials(false); });
-    Choose_Materials(true);
+    connect(m_ui->opt_materials_0, &QRadioButton::clicked, this, [this] { ChooseMaterials(true); });
+    connect(m_ui->opt_materials_1, &QRadioButton::clicked, this, [this] { ChooseMaterials(false); });
+    ChooseMaterials(true);
 }
 
 frmReports::~frmReports() = default;
@@ -32,7 +32,7 @@ std::array<frmReports::ReportFrame, 5> frmReports::Frames() const {
     };
 }
 
-void frmReports::Select_Current_Month(const ReportFrame& frame) {
+void frmReports::SelectCurrentMonth(const ReportFrame& frame) {
     const std::chrono::year_month today = m_app.Calendar.CurrentMonth();
     SelectListItem(*frame.Month);
     SelectListItem(*frame.Year);
@@ -40,7 +40,7 @@ void frmReports::Select_Current_Month(const ReportFrame& frame) {
     SelectListItem(*frame.Year, QString::number(static_cast<int>(today.year())), false);
 }
 
-void frmReports::Choose_Materials(bool areAllWanted) {
+void frmReports::ChooseMaterials(bool areAllWanted) {
     const ReportFrame frame = Frames().front();
     frame.Month->setEnabled(!areAllWanted);
     frame.Year->setEnabled(!areAllWanted);
@@ -49,7 +49,7 @@ void frmReports::Choose_Materials(bool areAllWanted) {
         frame.Year->setCurrentIndex(-1);
         frame.Year->clearEditText();
     } else {
-        Select_Current_Month(frame);
+        SelectCurrentMonth(frame);
     }
 }
 

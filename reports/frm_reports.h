@@ -31,8 +31,8 @@ private:
         std::int16_t (*Report)(AppContext&, const ReportPeriod&);
     };
     std::array<ReportFrame, 5> Frames() const;
-    void Select_Current_Month(const ReportFrame& frame);
-    void Choose_Materials(bool areAllWanted);
+    void SelectCurrentMonth(const ReportFrame& frame);
+    void ChooseMaterials(bool areAllWanted);
     void Generate(const ReportFrame& frame);
 
     AppContext& m_app;

@@ -24,13 +24,13 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
         AcceptCodePageText(*edit);
         connect(edit, &QLineEdit::textChanged, this, &frmCompany::Enable_Button);
     }
-    connect(m_ui->lst_Companies, &QListWidget::itemSelectionChanged, this, &frmCompany::Enable_List_Buttons);
+    connect(m_ui->lst_Companies, &QListWidget::itemSelectionChanged, this, &frmCompany::EnableListButtons);
     connect(m_ui->lst_Companies, &QListWidget::itemDoubleClicked, this, &frmCompany::Select_Company);
     connect(m_ui->cmd_Switch, &QPushButton::clicked, this, &frmCompany::Select_Company);
-    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmCompany::Edit_Company);
-    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmCompany::Save_Company);
-    Fill_List();
-    Show_Current_Company();
+    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmCompany::EditCompany);
+    connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmCompany::SaveEntry);
+    FillList();
+    ShowCurrentCompany();
     Enable_Button();
     // Who has no company yet starts by typing one.
     if (m_ui->lst_Companies->count() == 0) m_ui->txt_CompanyName->setFocus();
@@ -38,16 +38,16 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
 
 frmCompany::~frmCompany() = default;
 
-void frmCompany::Fill_List() {
+void frmCompany::FillList() {
     std::vector<CompanyRecord> companies;
     if (!FindCompanies(m_app, {}, companies)) return;
     ListLines lines;
     FillCompanyList(lines, companies);
     ShowLines(*m_ui->lst_Companies, lines);
-    Enable_List_Buttons();
+    EnableListButtons();
 }
 
-void frmCompany::Show_Current_Company() {
+void frmCompany::ShowCurrentCompany() {
     m_ui->lbl_CurrentCompany->setText(
         m_app.CurrentCompanyId != 0
             ? FromCodePage(m_app.CurrentCompanyName + "\n" + m_app.CurrentCompanyLocation)
@@ -59,10 +59,10 @@ void frmCompany::Enable_Button() {
         !TrimmedText(*m_ui->txt_CompanyName).empty() && !TrimmedText(*m_ui->txt_CompanyLocation).empty();
     m_ui->cmd_Save->setEnabled(canSave);
     m_ui->cmd_Save->setDefault(canSave);
-    Enable_List_Buttons();
+    EnableListButtons();
 }
 
-void frmCompany::Enable_List_Buttons() {
+void frmCompany::EnableListButtons() {
     const bool hasSelection = SelectedRow(*m_ui->lst_Companies) >= 0;
     m_ui->cmd_Switch->setEnabled(hasSelection);
     m_ui->cmd_Edit->setEnabled(hasSelection);
@@ -70,7 +70,7 @@ void frmCompany::Enable_List_Buttons() {
     if (!m_ui->cmd_Save->isDefault()) m_ui->cmd_Switch->setDefault(hasSelection);
 }
 
-std::optional<CompanyRecord> frmCompany::Selected_Company() {
+std::optional<CompanyRecord> frmCompany::SelectedCompany() {
     if (SelectedRow(*m_ui->lst_Companies) < 0) return {};
     const int companyId = m_ui->lst_Companies->currentItem()->data(Qt::UserRole).toInt();
     std::vector<CompanyRecord> found;
@@ -78,8 +78,8 @@ std::optional<CompanyRecord> frmCompany::Selected_Company() {
     return found.front();
 }
 
-void frmCompany::Edit_Company() {
-    const std::optional<CompanyRecord> company = Selected_Company();
+void frmCompany::EditCompany() {
+    const std::optional<CompanyRecord> company = SelectedCompany();
     if (!company) return;
     m_ui->lbl_Id->setText(QString::number(company->CompanyId));
     m_ui->FrameCompany->setTitle(QString::fromLatin1(CompanyTexts::EditedCompany));
@@ -89,7 +89,7 @@ void frmCompany::Edit_Company() {
     m_ui->txt_CompanyName->selectAll();
 }
 
-void frmCompany::Save_Company() {
+void frmCompany::SaveEntry() {
     const std::string name = TrimmedText(*m_ui->txt_CompanyName);
     const std::string location = TrimmedText(*m_ui->txt_CompanyLocation);
     if (name.empty() || location.empty()) {
@@ -101,15 +101,15 @@ void frmCompany::Save_Company() {
     m_ui->FrameCompany->setTitle(QString::fromLatin1(CompanyTexts::NewCompany));
     m_ui->txt_CompanyName->clear();
     m_ui->txt_CompanyLocation->clear();
-    Fill_List();
+    FillList();
     m_ui->lst_Companies->setFocus();
 }
 
 void frmCompany::Select_Company() {
-    const std::optional<CompanyRecord> company = Selected_Company();
+    const std::optional<CompanyRecord> company = SelectedCompany();
     if (!company) return;
     SelectCompany(m_app, *company);
-    Show_Current_Company();
+    ShowCurrentCompany();
     hide();
 }
 

@@ -21,15 +21,15 @@ public:
     ~frmCompany() override;
 
 private:
-    void Fill_List();
-    void Show_Current_Company();
+    void FillList();
+    void ShowCurrentCompany();
     void Enable_Button();
-    void Enable_List_Buttons();
-    void Edit_Company();
-    void Save_Company();
+    void EnableListButtons();
+    void EditCompany();
+    void SaveEntry();
     void Select_Company();
     /// The company of the selected line; empty without one.
-    std::optional<CompanyRecord> Selected_Company();
+    std::optional<CompanyRecord> SelectedCompany();
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmCompany> m_ui;

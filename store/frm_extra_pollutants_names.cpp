@@ -12,7 +12,7 @@ frmExtraPollutantsNames::frmExtraPollutantsNames(AppContext& app, QWidget* paren
     m_ui->setupUi(this);
     for (QLineEdit* box : Boxes())
         AcceptCodePageText(*box);
-    connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmExtraPollutantsNames::Save_Names);
+    connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmExtraPollutantsNames::SaveNames);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 
     LoadAdditionalNames(m_app);
@@ -32,7 +32,7 @@ std::array<QLineEdit*, 6> frmExtraPollutantsNames::Boxes() const {
             m_ui->txt_pname_3, m_ui->txt_pname_4, m_ui->txt_pname_5};
 }
 
-void frmExtraPollutantsNames::Save_Names() {
+void frmExtraPollutantsNames::SaveNames() {
     PollutantNames names;
     for (std::size_t index = 0; index < names.size(); ++index) {
         names[index] = ToCodePage(Boxes()[index]->text());

@@ -23,7 +23,7 @@ public:
 
 private:
     std::array<QLineEdit*, 6> Boxes() const;
-    void Save_Names();
+    void SaveNames();
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmExtraPollutantsNames> m_ui;

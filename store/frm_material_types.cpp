@@ -14,8 +14,8 @@ frmMaterialTypes::frmMaterialTypes(AppContext& app, QWidget* parent)
     connect(m_ui->cbo_MaterialTypes, &QComboBox::activated, this, [this](int row) {
         if (row >= 0) Show_MaterialType_Record(m_ui->cbo_MaterialTypes->itemData(row).toInt());
     });
-    connect(m_ui->cmd_New, &QPushButton::clicked, this, &frmMaterialTypes::New_Type);
-    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmMaterialTypes::Edit_Type);
+    connect(m_ui->cmd_New, &QPushButton::clicked, this, &frmMaterialTypes::NewType);
+    connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmMaterialTypes::EditType);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &frmMaterialTypes::Initialize_Form);
     Initialize_Form();
 }
@@ -37,16 +37,16 @@ void frmMaterialTypes::Initialize_Form() {
     m_ui->cbo_MaterialTypes->setFocus();
 }
 
-void frmMaterialTypes::New_Type() {
-    Enable_Entry();
+void frmMaterialTypes::NewType() {
+    EnableEntry();
     m_ui->cmd_Cancel->setEnabled(true);
 }
 
-void frmMaterialTypes::Edit_Type() {
-    Enable_Entry(); // and not Cancel
+void frmMaterialTypes::EditType() {
+    EnableEntry(); // and not Cancel
 }
 
-void frmMaterialTypes::Enable_Entry() {
+void frmMaterialTypes::EnableEntry() {
     for (QLineEdit* edit : {m_ui->txt_MaterialName, m_ui->txt_MaterialType, m_ui->txt_HapContents})
         edit->setEnabled(true);
     m_ui->cmd_Save->setEnabled(true);

@@ -28,9 +28,9 @@ public:
 private:
     friend void ShowMaterialTypes(AppContext& app, QWidget* parent);
 
-    void New_Type();
-    void Edit_Type();
-    void Enable_Entry();
+    void NewType();
+    void EditType();
+    void EnableEntry();
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmMaterialTypes> m_ui;

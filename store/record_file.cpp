@@ -28,7 +28,7 @@ std::uint64_t CountSlots(std::uint64_t length, std::uint64_t slotLength) {
 
 Result<RecordFile> RecordFile::Open(FileAccess& files, const std::filesystem::path& path,
                                     std::size_t slotLength, OpenMode mode) {
-    Result<std::unique_ptr<OpenFile>> opened = files.Open(path, mode);
+    Result<std::unique_ptr<OpenedFile>> opened = files.Open(path, mode);
     if (!opened) return opened.error();
     if (mode == OpenMode::Update) {
         const Done locked = (*opened)->Lock();

@@ -73,7 +73,7 @@ public:
     Done Flush() { return m_file->Flush(); }
 
 private:
-    RecordFile(std::unique_ptr<OpenFile> file, std::filesystem::path path, std::size_t slotLength)
+    RecordFile(std::unique_ptr<OpenedFile> file, std::filesystem::path path, std::size_t slotLength)
         : m_file(std::move(file)), m_path(std::move(path)), m_slotLength(slotLength) {}
     static Result<RecordFile> Open(FileAccess& files, const std::filesystem::path& path,
                                    std::size_t slotLength, OpenMode mode);
@@ -88,7 +88,7 @@ private:
     /// Some slots from number `first` on, at least one. They stand in `chunk`, which the first call makes.
     Result<std::string_view> ReadChunk(std::int16_t first, std::unique_ptr<char[]>& chunk);
 
-    std::unique_ptr<OpenFile> m_file;
+    std::unique_ptr<OpenedFile> m_file;
     std::filesystem::path m_path;
     std::size_t m_slotLength;
     std::int16_t m_count = 0;

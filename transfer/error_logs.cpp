@@ -5,7 +5,7 @@
 namespace {
 
 Result<std::string> ReadLines(AppContext& app, const std::filesystem::path& log) {
-    const Result<std::unique_ptr<OpenFile>> file = app.Files.Open(log, OpenMode::Read);
+    const Result<std::unique_ptr<OpenedFile>> file = app.Files.Open(log, OpenMode::Read);
     if (!file) return file.error();
     TextLines lines(**file);
     std::string text;

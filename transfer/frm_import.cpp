@@ -69,18 +69,18 @@ void frmImport::Import() {
     if (IsWorking()) return;
     const std::filesystem::path source = TypedPath(m_ui->txt_SourceFile->text().toStdString());
     if (IsFileAt(source))
-        Run_Import(source);
+        RunImport(source);
     else
         ShowFormErrors(m_app, TransferDialogTexts::FileNotFound);
 }
 
-void frmImport::Run_Import(const std::filesystem::path& source) {
+void frmImport::RunImport(const std::filesystem::path& source) {
     m_progress = std::make_unique<ImportProgress>(
-        [this](int lines, int thousandths) { Show_Progress(lines, thousandths); });
+        [this](int lines, int thousandths) { ShowProgress(lines, thousandths); });
     const TransferWatcher watcher = [this](const TransferProgress& progress) {
         return m_progress->Watch(progress);
     };
-    Show_Working(true);
+    ShowWorking(true);
     int processedCount = 0;
     int errorCount = 0;
     if (Module() == TransferModule::Materials)
@@ -88,12 +88,12 @@ void frmImport::Run_Import(const std::filesystem::path& source) {
     else
         ImportUsageFile(m_app, source, processedCount, errorCount, watcher);
     m_progress.reset();
-    Show_Working(false);
+    ShowWorking(false);
     m_ui->lbl_status->setText(QString::fromStdString(ImportSummary(processedCount, errorCount)));
     m_ui->cmd_ViewErrors->setVisible(errorCount != 0);
 }
 
-void frmImport::Show_Working(bool isWorking) {
+void frmImport::ShowWorking(bool isWorking) {
     m_ui->txt_SourceFile->setEnabled(!isWorking);
     m_ui->cmd_Browse->setEnabled(!isWorking);
     m_ui->bar_Progress->hide();
@@ -108,7 +108,7 @@ void frmImport::Show_Working(bool isWorking) {
     }
 }
 
-void frmImport::Show_Progress(int lines, int thousandths) {
+void frmImport::ShowProgress(int lines, int thousandths) {
     m_ui->bar_Progress->setValue(thousandths);
     m_ui->lbl_Progress->setText(QLocale(QLocale::English).toString(lines) + QStringLiteral(" lines"));
     m_ui->bar_Progress->show();

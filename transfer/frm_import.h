@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/app_context.h"
-#include "transfer/frm_import_progress.h"
+#include "transfer/import_progress.h"
 #include "transfer/transfer.h"
 
 #include <QDialog>
@@ -29,9 +29,9 @@ private:
     void Enable_Button();
     void Browse();
     void Import();
-    void Run_Import(const std::filesystem::path& source);
-    void Show_Working(bool isWorking);
-    void Show_Progress(int lines, int thousandths);
+    void RunImport(const std::filesystem::path& source);
+    void ShowWorking(bool isWorking);
+    void ShowProgress(int lines, int thousandths);
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmImport> m_ui;

@@ -7,7 +7,7 @@
 namespace {
 
 /// A failure to write is the output's to tell.
-Done ImportLines(const ImportJob& job, OpenFile& source, ImportOutput& output,
+Done ImportLines(const ImportJob& job, OpenedFile& source, ImportOutput& output,
                  const TransferWatcher& watcher) {
     const Result<std::uint64_t> length = source.Length();
     if (!length) return length.error();
@@ -24,7 +24,7 @@ Done ImportLines(const ImportJob& job, OpenFile& source, ImportOutput& output,
     }
 }
 
-Result<std::unique_ptr<OpenFile>> OpenSource(AppContext& app, const ImportJob& job) {
+Result<std::unique_ptr<OpenedFile>> OpenSource(AppContext& app, const ImportJob& job) {
     const Done checked = CheckImportSource(job.Source, job.DataFile);
     if (!checked) return checked.error();
     return app.Files.Open(job.Source, OpenMode::Read);
@@ -33,7 +33,7 @@ Result<std::unique_ptr<OpenFile>> OpenSource(AppContext& app, const ImportJob& j
 Done Import(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts) {
     const Done checked = CheckSourceIsNotLog(job.Source, job.Log);
     if (!checked) return checked;
-    const Result<std::unique_ptr<OpenFile>> source = OpenSource(app, job);
+    const Result<std::unique_ptr<OpenedFile>> source = OpenSource(app, job);
     // A run that has nothing to read leaves an empty log too, rather than that of the run before.
     Result<TransferLog> log = TransferLog::Open(app.Files, job.Log);
     if (!source) return source.error();

@@ -7,7 +7,7 @@ constexpr std::string_view LineEnd = "\r\n";
 }
 
 Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::path& path) {
-    Result<std::unique_ptr<OpenFile>> file = files.Open(path, OpenMode::Update);
+    Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Update);
     if (!file) return file.error();
     // Not before it is ours: another running copy may be writing the log of its own run.
     Done emptied = (*file)->Lock();

@@ -27,11 +27,11 @@ public:
     Done Flush() { return m_file->Flush(); }
 
 private:
-    explicit TransferLog(std::unique_ptr<OpenFile> file) : m_file(std::move(file)) {}
+    explicit TransferLog(std::unique_ptr<OpenedFile> file) : m_file(std::move(file)) {}
     /// Takes the piece of a line away that a failed write has left.
     void CutToWholeLines();
 
-    std::unique_ptr<OpenFile> m_file;
+    std::unique_ptr<OpenedFile> m_file;
     std::uint64_t m_length = 0; ///< of what was written
     std::string m_pending;
 };

@@ -25,7 +25,7 @@ frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials
     }
     AcceptAnyYear(*m_ui->cbo_Year);
     AcceptCodePageText(*m_ui->txt_Quantiry);
-    connect(m_ui->cbo_MaterialId, &QComboBox::currentIndexChanged, this, &frmUsage::Show_Description);
+    connect(m_ui->cbo_MaterialId, &QComboBox::currentIndexChanged, this, &frmUsage::ShowDescription);
     connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmUsage::Save);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
     m_ui->cbo_MaterialId->setFocus();
@@ -33,21 +33,21 @@ frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials
 
 frmUsage::~frmUsage() = default;
 
-void frmUsage::Prepare_New() {
+void frmUsage::PrepareNew() {
     setWindowTitle(QString::fromLatin1(UsageTexts::NewTitle));
     if (m_app.LastUsage.Unit != 0) {
-        Prepare_Remembered();
+        PrepareRemembered();
         return;
     }
     const std::chrono::year_month today = m_app.Calendar.CurrentMonth();
-    Select_Year(QString::number(static_cast<int>(today.year())));
+    SelectYear(QString::number(static_cast<int>(today.year())));
     SelectListItem(*m_ui->cbo_Month, static_cast<unsigned>(today.month()));
     SelectListItem(*m_ui->cbo_Unit);
 }
 
-void frmUsage::Prepare_Remembered() {
+void frmUsage::PrepareRemembered() {
     SelectListItem(*m_ui->cbo_Month, m_app.LastUsage.Month);
-    Select_Year(FromCodePage(m_app.LastUsage.Year));
+    SelectYear(FromCodePage(m_app.LastUsage.Year));
     SelectListItem(*m_ui->cbo_Unit, m_app.LastUsage.Unit);
     QWidget* const order[] = {m_ui->cbo_MaterialId, m_ui->txt_Quantiry, m_ui->cbo_Unit, m_ui->cmd_Save,
                               m_ui->cmd_Cancel,     m_ui->cbo_Month,    m_ui->cbo_Year};
@@ -55,29 +55,29 @@ void frmUsage::Prepare_Remembered() {
         setTabOrder(order[index - 1], order[index]);
 }
 
-void frmUsage::Prepare_Edit(const UsageRecord& usage) {
+void frmUsage::PrepareEdit(const UsageRecord& usage) {
     const PeriodPieces period = SplitPeriod(usage.Period);
     SelectListItem(*m_ui->cbo_MaterialId, usage.MaterialId);
     SelectListItem(*m_ui->cbo_Month, FromCodePage(period.Month));
-    Select_Year(FromCodePage(period.Year));
+    SelectYear(FromCodePage(period.Year));
     SelectListItem(*m_ui->cbo_Unit, usage.Unit);
     m_ui->txt_Quantiry->setText(FromCodePage(NumberText(usage.Quantity)));
     m_ui->lbl_Id->setText(QString::number(usage.UsageId));
 }
 
 /// A year that the list lacks stands there as if it had been typed.
-void frmUsage::Select_Year(const QString& year) {
+void frmUsage::SelectYear(const QString& year) {
     m_ui->cbo_Year->setCurrentIndex(-1);
     SelectListItem(*m_ui->cbo_Year, year, false);
     if (m_ui->cbo_Year->currentIndex() < 0) m_ui->cbo_Year->setEditText(year);
 }
 
-void frmUsage::Show_Description() {
+void frmUsage::ShowDescription() {
     const int row = m_ui->cbo_MaterialId->currentIndex();
     m_ui->lbl_Description->setText(row < 0 ? QString() : m_descriptions.at(row));
 }
 
-UsageEntry frmUsage::Read_Form() const {
+UsageEntry frmUsage::ReadForm() const {
     return {.MaterialId = SelectedData(*m_ui->cbo_MaterialId),
             .Month = SelectedData(*m_ui->cbo_Month),
             .Year = ToCodePage(m_ui->cbo_Year->currentText()),
@@ -86,15 +86,15 @@ UsageEntry frmUsage::Read_Form() const {
 }
 
 bool frmUsage::Validate_Form() {
-    const UsageEntry entry = Read_Form();
+    const UsageEntry entry = ReadForm();
     const FormErrors errors = CheckUsageEntry(entry);
     if (errors.IsEmpty()) return true;
     ShowFormErrors(m_app, errors.Text());
-    Focus_First_Error(entry);
+    FocusFirstError(entry);
     return false;
 }
 
-void frmUsage::Focus_First_Error(const UsageEntry& entry) {
+void frmUsage::FocusFirstError(const UsageEntry& entry) {
     if (!entry.MaterialId)
         m_ui->cbo_MaterialId->setFocus();
     else if (!IsNumeric(Trim(entry.Quantity)))
@@ -116,18 +116,18 @@ void frmUsage::Save() {
 }
 
 void frmUsage::Check_4_Save() {
-    const UsageEntry entry = Read_Form();
+    const UsageEntry entry = ReadForm();
     const UsageRecord usage = RecordOf(entry, 0);
-    if (Is_Saved(usage))
+    if (SaveUnlessDuplicate(usage))
         m_app.LastUsage = {.Month = entry.Month.value_or(0), .Year = entry.Year, .Unit = usage.Unit};
 }
 
 void frmUsage::Check_4_Update() {
     const std::string id = m_ui->lbl_Id->text().toStdString();
-    Is_Saved(RecordOf(Read_Form(), ParseInt16(id).value_or(0)));
+    SaveUnlessDuplicate(RecordOf(ReadForm(), ParseInt16(id).value_or(0)));
 }
 
-bool frmUsage::Is_Saved(const UsageRecord& usage) {
+bool frmUsage::SaveUnlessDuplicate(const UsageRecord& usage) {
     if (IsRefusedAsDuplicate(m_app, usage) || SaveUsage(m_app, usage)) return false;
     m_ui->lbl_result->setText(QStringLiteral("0"));
     hide();
@@ -151,7 +151,7 @@ int NewUsage(AppContext& app, QWidget* parent) {
         return -1;
     }
     frmUsage window(app, *materials, parent);
-    window.Prepare_New();
+    window.PrepareNew();
     return window.Show();
 }
 
@@ -175,6 +175,6 @@ int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent) {
         return -1;
     }
     frmUsage window(app, *materials, parent);
-    window.Prepare_Edit(found->front());
+    window.PrepareEdit(found->front());
     return window.Show();
 }

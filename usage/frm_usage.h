@@ -34,17 +34,17 @@ private:
     friend int NewUsage(AppContext& app, QWidget* parent);
     friend int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent);
 
-    void Prepare_New();
-    void Prepare_Edit(const UsageRecord& usage);
+    void PrepareNew();
+    void PrepareEdit(const UsageRecord& usage);
     /// The month, year and unit of the last new record, past which the tab key then goes.
-    void Prepare_Remembered();
-    void Select_Year(const QString& year);
-    void Show_Description();
-    UsageEntry Read_Form() const;
-    void Focus_First_Error(const UsageEntry& entry);
+    void PrepareRemembered();
+    void SelectYear(const QString& year);
+    void ShowDescription();
+    UsageEntry ReadForm() const;
+    void FocusFirstError(const UsageEntry& entry);
     void Save();
     /// The dialog closes when it was saved.
-    bool Is_Saved(const UsageRecord& usage);
+    bool SaveUnlessDuplicate(const UsageRecord& usage);
     int Show();
 
     AppContext& m_app;

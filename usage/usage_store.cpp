@@ -38,9 +38,9 @@ template <auto Member> auto Stored(std::string_view slot) {
 }
 
 /// Whether a stored period is in a list of them.
-class PeriodTest {
+class PeriodMatcher {
 public:
-    explicit PeriodTest(std::string_view periods) : m_periods('|' + UpperCase(periods) + '|') {}
+    explicit PeriodMatcher(std::string_view periods) : m_periods('|' + UpperCase(periods) + '|') {}
 
     /// The period as stored, with the spaces at its end.
     bool Contains(std::string_view period) {
@@ -80,9 +80,9 @@ private:
 };
 
 /// A filter with what it needs to judge a record by its slot.
-class UsageTest {
+class UsageMatcher {
 public:
-    UsageTest(const UsageFilter& filter, std::optional<MaterialTextMap> materialTexts)
+    UsageMatcher(const UsageFilter& filter, std::optional<MaterialTextMap> materialTexts)
         : m_filter(filter), m_materialTexts(std::move(materialTexts)) {
         if (filter.Periods) m_periods.emplace(*filter.Periods);
     }
@@ -129,7 +129,7 @@ private:
     bool m_isOfPeriodsAlone = !m_filter.UsageId && !m_filter.MaterialId && !m_filter.MaterialText &&
                               !m_filter.Year && !m_filter.Month && !m_filter.OneRecordPerMaterial;
     std::optional<MaterialTextMap> m_materialTexts; ///< where the filter needs them
-    std::optional<PeriodTest> m_periods;
+    std::optional<PeriodMatcher> m_periods;
     SeenMaterials m_seen;
 };
 
@@ -178,7 +178,7 @@ Result<std::vector<UsageRecord>> ReadUsage(AppContext& app, const UsageFilter& f
     }
     Result<RecordFile> file = OpenToRead(app);
     if (!file) return file.error();
-    UsageTest test(filter, std::move(materialTexts));
+    UsageMatcher test(filter, std::move(materialTexts));
     std::vector<UsageRecord> found;
     found.reserve(static_cast<std::size_t>(file->Count())); // 2 MB at most
     const auto passes = [&](std::string_view slot) { return test.Passes(slot); };

@@ -64,7 +64,7 @@ private slots:
 
     void Six_names_name_the_rows_and_disable_those_not_in_use() {
         PollutantsProgram program;
-        QVERIFY(program.Window.Set_Names(TwoNames));
+        QVERIFY(program.Window.SetNames(TwoNames));
         QCOMPARE(NameIn(program.Window, 0), std::string("MMA"));
         QCOMPARE(NameIn(program.Window, 1), std::string("Styrene & Co"));
         QCOMPARE(NameIn(program.Window, 4), std::string(" - "));
@@ -77,7 +77,7 @@ private slots:
     void Another_number_of_names_changes_nothing() {
         for (const char* names : {"", "a|b|c|d|e", "a|b|c|d|e|f|g"}) {
             PollutantsProgram program;
-            QVERIFY(!program.Window.Set_Names(names));
+            QVERIFY(!program.Window.SetNames(names));
             QCOMPARE(NameIn(program.Window, 0), std::string("Poll &1 :"));
             QVERIFY(Content(program.Window, 5).isEnabled());
         }
@@ -85,14 +85,14 @@ private slots:
 
     void A_row_that_comes_into_use_is_enabled() {
         PollutantsProgram program;
-        program.Window.Set_Names("-|-|-|-|-|-");
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames("-|-|-|-|-|-");
+        program.Window.SetNames(TwoNames);
         QVERIFY(Content(program.Window, 0).isEnabled() && Factor(program.Window, 1).isEnabled());
     }
 
     void Screen_readers_are_told_the_names() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         QCOMPARE(Content(program.Window, 0).accessibleName(), QStringLiteral("Content of MMA"));
         QCOMPARE(Factor(program.Window, 1).accessibleName(),
                  QStringLiteral("Emission factor of Styrene & Co"));
@@ -101,7 +101,7 @@ private slots:
     void A_disabled_row_has_the_background_of_the_window_in_light_and_dark() {
         const QPalette normal = QApplication::palette();
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         for (const QColor& window : {QColor(240, 240, 240), QColor(40, 42, 46)}) {
             const QColor base = window.darker();
             QPalette palette = normal;
@@ -118,7 +118,7 @@ private slots:
 
     void Shows_a_materials_values_as_plain_numbers() {
         PollutantsProgram program;
-        program.Window.Set_Values({.Content1 = 0.1 + 0.2, .Factor1 = 50, .Factor6 = 1e-5});
+        program.Window.SetValues({.Content1 = 0.1 + 0.2, .Factor1 = 50, .Factor6 = 1e-5});
         QCOMPARE(Content(program.Window, 0).text(), QStringLiteral("0.3"));
         QCOMPARE(Factor(program.Window, 0).text(), QStringLiteral("50"));
         QCOMPARE(Content(program.Window, 5).text(), QStringLiteral("0"));
@@ -127,7 +127,7 @@ private slots:
 
     void OK_closes_and_keeps_the_values() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         program.Show([](frmOtherPollutants& window) {
             Type(Content(window, 0), "2.5");
             Type(Factor(window, 1), " 75 ");
@@ -141,7 +141,7 @@ private slots:
 
     void An_empty_content_is_refused() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         program.Show([](frmOtherPollutants& window) {
             Content(window, 1).clear();
             Press(window, "cmd_OK");
@@ -153,7 +153,7 @@ private slots:
 
     void A_factor_that_is_no_number_is_refused() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         program.Show([](frmOtherPollutants& window) {
             Type(Factor(window, 0), "1,5");
             Press(window, "cmd_OK");
@@ -165,7 +165,7 @@ private slots:
 
     void Many_faults_are_one_message() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         for (int row = 0; row < 2; ++row) {
             Type(Content(program.Window, row), "x");
             Type(Factor(program.Window, row), "");
@@ -176,7 +176,7 @@ private slots:
 
     void A_disabled_row_is_not_checked_and_keeps_its_zeros() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         Content(program.Window, 3).clear();
         QVERIFY(program.Window.Validate_Form());
         QCOMPARE(program.Window.Values()[2].Content, std::string("0"));
@@ -186,7 +186,7 @@ private slots:
     void Cancel_Escape_and_closing_put_the_values_back() {
         for (const int way : {0, 1, 2}) {
             PollutantsProgram program;
-            program.Window.Set_Names(TwoNames);
+            program.Window.SetNames(TwoNames);
             Type(Content(program.Window, 0), "2");
             program.Show([way](frmOtherPollutants& window) {
                 Type(Content(window, 0), "nonsense");
@@ -204,7 +204,7 @@ private slots:
 
     void Cancelling_the_second_time_keeps_what_OK_took_the_first_time() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         program.Show([](frmOtherPollutants& window) {
             Type(Content(window, 0), "5");
             Press(window, "cmd_OK");
@@ -218,7 +218,7 @@ private slots:
 
     void Enter_presses_OK() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         program.Show([](frmOtherPollutants& window) {
             Type(Content(window, 0), "5");
             QTest::keyClick(&Content(window, 0), Qt::Key_Return);
@@ -229,7 +229,7 @@ private slots:
 
     void Starts_in_the_first_row_that_is_in_use_and_tabs_from_row_to_row() {
         PollutantsProgram program;
-        program.Window.Set_Names("-|MMA|-|Styrene|-|-");
+        program.Window.SetNames("-|MMA|-|Styrene|-|-");
         program.Show([](frmOtherPollutants& window) {
             for (const char* name : {"txt_pollcontent_1", "txt_pollEFactor_1", "txt_pollcontent_3",
                                      "txt_pollEFactor_3", "cmd_OK", "cmd_Cancel"}) {
@@ -241,7 +241,7 @@ private slots:
 
     void A_rows_number_leads_to_it() {
         PollutantsProgram program;
-        program.Window.Set_Names(TwoNames);
+        program.Window.SetNames(TwoNames);
         for (int row = 0; row < 6; ++row) {
             const auto& number = Named<QLabel>(program.Window, ("lbl_number_" + std::to_string(row)).c_str());
             QCOMPARE(number.text(), u'&' + QString::number(row + 1));

@@ -75,7 +75,7 @@ void OpenFilledMaterial(AppContext& app, QWidget* parent) {
 
 void OpenOtherPollutants(AppContext& app, QWidget* parent) {
     frmOtherPollutants window(app, parent);
-    window.Set_Names(app.AdditionalNames);
+    window.SetNames(app.AdditionalNames);
     ShowModally(app, window);
 }
 

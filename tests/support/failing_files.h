@@ -47,12 +47,12 @@ public:
     /// The files that were put in another one's place before they were flushed.
     const std::set<std::string>& RenamedUnflushed() const { return m_renamedUnflushed; }
 
-    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
+    Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
         if (Fails()) return Failed("open the file", path);
-        Result<std::unique_ptr<OpenFile>> file = WrappedFiles::Open(path, mode);
+        Result<std::unique_ptr<OpenedFile>> file = WrappedFiles::Open(path, mode);
         if (!file) return file;
         if (mode == OpenMode::Replace) m_unflushed.insert(PathText(path));
-        return std::unique_ptr<OpenFile>(std::make_unique<FailingFile>(std::move(*file), *this, path));
+        return std::unique_ptr<OpenedFile>(std::make_unique<FailingFile>(std::move(*file), *this, path));
     }
     Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
         if (Fails()) return Failed("replace the file", to);
@@ -95,7 +95,7 @@ private:
 
     class FailingFile : public WrappedFile {
     public:
-        FailingFile(std::unique_ptr<OpenFile> file, FailingFiles& files, std::filesystem::path path)
+        FailingFile(std::unique_ptr<OpenedFile> file, FailingFiles& files, std::filesystem::path path)
             : WrappedFile(std::move(file)), m_files(files), m_path(std::move(path)) {}
 
         Result<std::uint64_t> Length() override {

@@ -18,17 +18,17 @@ class LimitedFiles : public WrappedFiles {
 public:
     std::map<std::filesystem::path, FileLimits> Limits;
 
-    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
-        Result<std::unique_ptr<OpenFile>> file = WrappedFiles::Open(path, mode);
+    Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
+        Result<std::unique_ptr<OpenedFile>> file = WrappedFiles::Open(path, mode);
         const auto limits = Limits.find(path);
         if (!file || limits == Limits.end()) return file;
-        return std::unique_ptr<OpenFile>(std::make_unique<LimitedFile>(std::move(*file), limits->second));
+        return std::unique_ptr<OpenedFile>(std::make_unique<LimitedFile>(std::move(*file), limits->second));
     }
 
 private:
     class LimitedFile : public WrappedFile {
     public:
-        LimitedFile(std::unique_ptr<OpenFile> file, const FileLimits& limits)
+        LimitedFile(std::unique_ptr<OpenedFile> file, const FileLimits& limits)
             : WrappedFile(std::move(file)), m_limits(limits) {}
 
         Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {

@@ -19,11 +19,11 @@ public:
     }
     bool Has(const std::filesystem::path& path) const { return m_files.contains(path); }
 
-    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
+    Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
         if (mode == OpenMode::Read && !Has(path)) return Missing(path);
         std::string& content = (*this)[path];
         if (mode == OpenMode::Replace) content.clear();
-        return std::unique_ptr<OpenFile>(std::make_unique<MemoryFile>(m_files[path]));
+        return std::unique_ptr<OpenedFile>(std::make_unique<MemoryFile>(m_files[path]));
     }
     Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
         if (!Has(from)) return Missing(from);
@@ -38,7 +38,7 @@ public:
     Done CreateFolder(const std::filesystem::path&) override { return Success(); }
 
 private:
-    class MemoryFile : public OpenFile {
+    class MemoryFile : public OpenedFile {
     public:
         explicit MemoryFile(std::shared_ptr<std::string> content) : m_content(std::move(content)) {}
 

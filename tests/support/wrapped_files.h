@@ -8,9 +8,9 @@
 
 /// The operating system's files, of which a test replaces a part.
 
-class WrappedFile : public OpenFile {
+class WrappedFile : public OpenedFile {
 public:
-    explicit WrappedFile(std::unique_ptr<OpenFile> file) : m_file(std::move(file)) {}
+    explicit WrappedFile(std::unique_ptr<OpenedFile> file) : m_file(std::move(file)) {}
 
     Result<std::uint64_t> Length() override { return m_file->Length(); }
     Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
@@ -24,12 +24,12 @@ public:
     Done Lock() override { return m_file->Lock(); }
 
 private:
-    std::unique_ptr<OpenFile> m_file;
+    std::unique_ptr<OpenedFile> m_file;
 };
 
 class WrappedFiles : public FileAccess {
 public:
-    Result<std::unique_ptr<OpenFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
+    Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override {
         return m_files.Open(path, mode);
     }
     Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {

@@ -1,4 +1,4 @@
-#include "transfer/frm_import_progress.h"
+#include "transfer/import_progress.h"
 
 #include <QCoreApplication>
 

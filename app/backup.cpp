@@ -10,6 +10,7 @@
 #include <cmath>
 #include <system_error>
 
+namespace mact {
 namespace {
 
 /// Whole numbers up to here have an exact double, and so has the next one.
@@ -92,3 +93,5 @@ void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder)
 void BackUpOnExit(AppContext& app) {
     if (app.Settings.Read(Settings::Backup, Settings::AutoBackup) == "1") RunBackup(app, false);
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string_view>
 
+namespace mact {
+
 /// Copies every file of the data folder, those of all companies, into a new numbered folder, a backup set.
 /// A script of one line, backup.bat in the program folder, does the copying on its own: it goes on when the
 /// program has ended.
@@ -34,3 +36,5 @@ void BackUpOnExit(AppContext& app);
 /// The number of the next set, from the text of BK_VOLUME: rounded to a whole number, halves to even. A text
 /// that is not a number, or too large a number to count on from, is 1; a negative one counts as it is.
 std::int64_t BackupVolume(std::string_view text);
+
+} // namespace mact

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 
+namespace mact {
 namespace {
 
 // The doubled separator after "data" occurs nowhere else in the line, since the folders have none. What
@@ -62,3 +63,5 @@ ProgramStart BackupStart(const std::filesystem::path& script) {
     start.HasHiddenWindow = true;
     return start;
 }
+
+} // namespace mact

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// The command script that copies a backup set, backup.bat in the program folder. It is one line:
 ///
 ///     copy "<program folder>\data\\*.*" "<target>\*.*"
@@ -28,3 +30,5 @@ std::string BackupLine(const std::filesystem::path& programFolder, const std::fi
 /// Runs the script without a window. The program's status is 0 when every file was copied; it writes one line
 /// for each that was not to its error output.
 ProgramStart BackupStart(const std::filesystem::path& script);
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words about backups that are shown to the user.
 namespace BackupTexts {
 
@@ -12,3 +14,5 @@ inline constexpr std::string_view NoFolderDefined =
     "Do you want to define backup folder now?";
 
 } // namespace BackupTexts
+
+} // namespace mact

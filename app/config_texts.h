@@ -1,5 +1,7 @@
 #pragma once
 
+namespace mact {
+
 /// Words of the configuration dialog that its form does not hold.
 namespace ConfigTexts {
 
@@ -8,3 +10,5 @@ inline constexpr const char* ChooseBrowser = "Choose the browser";
 inline constexpr const char* NeedsCompany = "Choose a company first: the names are kept for each company.";
 
 } // namespace ConfigTexts
+
+} // namespace mact

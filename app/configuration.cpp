@@ -5,6 +5,7 @@
 #include "base/settings.h"
 #include "base/text.h"
 
+namespace mact {
 namespace {
 
 Failed Save(AppContext& app, std::string_view section, std::string_view key, std::string_view value) {
@@ -37,3 +38,5 @@ Failed SaveConfiguration(AppContext& app, const Configuration& configuration) {
         failed |= Save(app, Settings::Browser, Settings::Path, browser);
     return failed;
 }
+
+} // namespace mact

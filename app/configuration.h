@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace mact {
+
 /// What the configuration dialog shows and saves. Paths are UTF-8, as the settings hold them.
 struct Configuration {
     std::string BackupFolder;
@@ -19,3 +21,5 @@ Configuration ReadConfiguration(AppContext& app);
 /// one that is not there the earlier setting stays, without a word. Each setting that cannot be saved is
 /// shown and does not hold up the others.
 [[nodiscard]] Failed SaveConfiguration(AppContext& app, const Configuration& configuration);
+
+} // namespace mact

@@ -8,6 +8,7 @@
 #include <QFontInfo>
 #include <QLabel>
 
+namespace mact {
 namespace {
 
 /// A heading, however large the user's letters are.
@@ -30,3 +31,5 @@ void ShowAbout(AppContext& app, QWidget* parent) {
     QObject::connect(controls.cmd_OK, &QPushButton::clicked, &window, &QDialog::accept);
     ShowModally(app, window);
 }
+
+} // namespace mact

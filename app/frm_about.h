@@ -4,5 +4,9 @@
 
 class QWidget;
 
+namespace mact {
+
 /// Says which program this is, in which version and whose.
 void ShowAbout(AppContext& app, QWidget* parent);
+
+} // namespace mact

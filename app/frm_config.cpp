@@ -7,6 +7,7 @@
 #include "dialogs/dialog_routines.h"
 #include "store/frm_extra_pollutants_names.h"
 
+namespace mact {
 namespace {
 
 QString ShownPath(const std::string& utf8Path) {
@@ -65,3 +66,5 @@ void ShowConfiguration(AppContext& app, QWidget* parent) {
     frmConfig window(app, parent);
     ShowModally(app, window);
 }
+
+} // namespace mact

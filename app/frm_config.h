@@ -10,6 +10,8 @@ namespace Ui {
 class frmConfig;
 }
 
+namespace mact {
+
 /// The backup folder, the backup on exit, the browser for the reports; the way to the pollutants' names.
 class frmConfig : public QDialog {
     Q_OBJECT
@@ -30,3 +32,5 @@ private:
 
 /// The additional names in the context are those of the current company's file.
 void ShowConfiguration(AppContext& app, QWidget* parent);
+
+} // namespace mact

@@ -16,6 +16,7 @@
 #include <QEvent>
 #include <QSvgRenderer>
 
+namespace mact {
 namespace {
 
 constexpr QSize PictureSize{560, 190};
@@ -108,3 +109,5 @@ void frmMain::Exit() {
     BackUpOnExit(m_app);
     QCoreApplication::exit(0);
 }
+
+} // namespace mact

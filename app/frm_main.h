@@ -10,6 +10,8 @@ namespace Ui {
 class frmMain;
 }
 
+namespace mact {
+
 /// The main window, from which every other one is reached. The process lives as long as it is open.
 class frmMain : public QWidget {
     Q_OBJECT
@@ -32,3 +34,5 @@ private:
     AppContext& m_app;
     std::unique_ptr<Ui::frmMain> m_ui;
 };
+
+} // namespace mact

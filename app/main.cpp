@@ -14,6 +14,8 @@
 
 #include <QApplication>
 
+using namespace mact;
+
 int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(EmblemIcon());

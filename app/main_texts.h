@@ -1,5 +1,7 @@
 #pragma once
 
+namespace mact {
+
 /// Words of the main window.
 namespace MainTexts {
 
@@ -13,3 +15,5 @@ inline constexpr const char* Usage = "How much of each material was used, month 
 inline constexpr const char* Reports = "The compliance reports for twelve months";
 
 } // namespace MainTexts
+
+} // namespace mact

@@ -6,6 +6,8 @@
 
 #include <system_error>
 
+namespace mact {
+
 Done StartUp(AppContext& app) {
     std::error_code ignored;
     if (!std::filesystem::exists(HapContentsFile(app), ignored)) {
@@ -19,3 +21,5 @@ Done StartUp(AppContext& app) {
     }
     return RestoreCompany(app);
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <string>
 
+namespace mact {
+
 /// What the last new usage record was entered with.
 struct LastUsageEntry {
     std::int16_t Month = 0; ///< 1 to 12
@@ -32,3 +34,5 @@ struct AppContext {
     std::string AdditionalNames{};
     LastUsageEntry LastUsage{};
 };
+
+} // namespace mact

@@ -4,6 +4,7 @@
 
 #include <system_error>
 
+namespace mact {
 namespace {
 
 Done WriteAll(OpenedFile& file, std::string_view content) {
@@ -100,3 +101,5 @@ bool IsFolderAt(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(path, ignored);
 }
+
+} // namespace mact

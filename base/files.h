@@ -8,6 +8,8 @@
 #include <span>
 #include <string_view>
 
+namespace mact {
+
 /// A file that is open. Closed, and its lock released, when it is destroyed.
 class OpenedFile {
 public:
@@ -73,3 +75,5 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
 /// Whether there is a file (anything but a folder) or a folder at the path; a link is followed.
 bool IsFileAt(const std::filesystem::path& path);
 bool IsFolderAt(const std::filesystem::path& path);
+
+} // namespace mact

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// The content of a list or combo box, before it becomes one.
 struct ListLine {
     std::string Text; ///< code-page text
@@ -10,3 +12,5 @@ struct ListLine {
     friend bool operator==(const ListLine&, const ListLine&) = default;
 };
 using ListLines = std::vector<ListLine>;
+
+} // namespace mact

@@ -1,5 +1,7 @@
 #include "base/messages.h"
 
+namespace mact {
+
 void FormErrors::Add(std::string_view message) {
     m_text += message;
     m_text += "\r\n";
@@ -18,3 +20,5 @@ void ShowError(AppContext& app, const Failure& failure) {
 void ShowInformation(AppContext& app, std::string_view text) {
     app.Prompts.Show({std::string(text), PromptKind::Information});
 }
+
+} // namespace mact

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// What is wrong with a form's entries: one message per failed check, in the order of the form.
 class FormErrors {
 public:
@@ -25,3 +27,5 @@ void ShowFormErrors(AppContext& app, std::string_view errorsText);
 void ShowError(AppContext& app, const Failure& failure);
 
 void ShowInformation(AppContext& app, std::string_view text);
+
+} // namespace mact

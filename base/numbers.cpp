@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+namespace mact {
 namespace {
 
 bool IsDigit(char character) {
@@ -175,3 +176,5 @@ std::string GroupedText(double number) {
     if (number < 0 && !isZero) text.insert(0, 1, '-');
     return text;
 }
+
+} // namespace mact

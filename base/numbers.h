@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// Number rules. They do not depend on the locale.
 
 /// The value of a number as a user writes it: optional spaces or tabs around, optional sign, decimal digits
@@ -32,3 +34,5 @@ double RoundTo(double number, int decimals);
 
 /// "," every three digits, two decimals, leading zero, "-" in front of negatives: 1,234.50
 std::string GroupedText(double number);
+
+} // namespace mact

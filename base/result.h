@@ -6,6 +6,8 @@
 #include <utility>
 #include <variant>
 
+namespace mact {
+
 /// What went wrong, in one sentence for the user: what was being done, to which file, the system's reason.
 /// The text is UTF-8, since it may hold a path.
 struct Failure {
@@ -48,3 +50,5 @@ inline Done Success() {
 
 /// Every save and delete answers true when it did not happen.
 using Failed = bool;
+
+} // namespace mact

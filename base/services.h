@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// What the program asks of its platform, beside files (base/files.h). All texts are UTF-8.
 
 enum class PromptKind {
@@ -99,3 +101,5 @@ public:
     /// The month of the user's calendar.
     virtual std::chrono::year_month CurrentMonth() = 0;
 };
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// The sections and keys of the per-user settings. All values are texts; a missing one reads as the empty
 /// text.
 namespace Settings {
@@ -20,3 +22,5 @@ inline constexpr std::string_view Browser = "BROWSER";
 inline constexpr std::string_view Path = "PATH"; ///< of the backup folder or the browser program, UTF-8
 
 } // namespace Settings
+
+} // namespace mact

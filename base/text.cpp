@@ -6,6 +6,7 @@
 #include <cstring>
 #include <optional>
 
+namespace mact {
 namespace {
 
 // Bytes 128 to 159 of Windows-1252; every other byte is the character of its own number.
@@ -186,3 +187,5 @@ std::string PathText(const std::filesystem::path& path) {
 std::filesystem::path PathFromUtf8(std::string_view utf8Text) {
     return {std::u8string(utf8Text.begin(), utf8Text.end())};
 }
+
+} // namespace mact

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// Text rules. Record text, logs, transfer files and reports hold Windows-1252 text, one byte a character
 /// ("code-page text" below); its five unassigned bytes stand for the control characters of the same number.
 /// Messages and paths are UTF-8.
@@ -42,3 +44,5 @@ std::string CodePageFromUtf8(std::string_view utf8Text);
 std::string PathText(const std::filesystem::path& path);
 
 std::filesystem::path PathFromUtf8(std::string_view utf8Text);
+
+} // namespace mact

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+namespace mact {
 namespace {
 
 constexpr std::size_t ChunkLength = std::size_t{1} << 18;
@@ -63,3 +64,5 @@ Result<std::optional<std::string_view>> TextLines::Next() {
     m_start = m_buffer.size();
     return std::optional(line);
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// Reads a text file line by line: CR LF, LF or CR alone ends a line, and a last line without an end counts.
 class TextLines {
 public:
@@ -27,3 +29,5 @@ private:
     std::uint64_t m_offset = 0; ///< what follows m_buffer in the file
     bool m_isAtEnd = false;
 };
+
+} // namespace mact

@@ -6,6 +6,7 @@
 #include <functional>
 #include <limits>
 
+namespace mact {
 namespace {
 
 constexpr std::size_t FewestPlaces = 16;
@@ -73,3 +74,5 @@ void TextNumbers::Grow() {
         m_numbers[place] = number;
     }
 }
+
+} // namespace mact

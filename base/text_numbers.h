@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// Different texts and a number for each, counted from 0 in the order in which they came.
 ///
 /// One block of memory holds all of them. What is asked for each text, whether it is new, is answered by a
@@ -36,3 +38,5 @@ private:
     std::string m_texts;                    ///< one behind the other, less than 4 GB
     std::vector<std::uint32_t> m_starts{0}; ///< of each text, and the end of the last
 };
+
+} // namespace mact

@@ -12,6 +12,7 @@
 #include <fstream>
 #include <string>
 
+namespace mact {
 namespace {
 
 [[noreturn]] void Stop(const std::string& reason) {
@@ -141,3 +142,5 @@ void BenchShop::MakeFiles() {
     if (processed != m_records || errors != 0) Stop("its usage is not imported.");
     WriteFile(m_app.ProgramFolder / "made", "");
 }
+
+} // namespace mact

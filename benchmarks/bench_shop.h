@@ -7,6 +7,8 @@
 
 #include <filesystem>
 
+namespace mact {
+
 /// A made-up shop of a chosen size, the same in every run: as many materials as usage records, one record for
 /// each material, in one of the 24 months up to 12/2005.
 
@@ -38,3 +40,5 @@ private:
     int m_records;
     AppContext m_app;
 };
+
+} // namespace mact

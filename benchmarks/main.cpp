@@ -10,6 +10,8 @@
 #include <map>
 #include <memory>
 
+using namespace mact;
+
 // mact_bench FOLDER [Google Benchmark's options]
 //
 // Runs every operation and its floor on three shops, which it makes in FOLDER, and prints one table.

@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
+namespace mact {
 namespace {
 
 using Path = std::filesystem::path;
@@ -217,3 +218,5 @@ void RunFloor(const Operation& operation, BenchShop& shop, std::uint64_t outputB
     }
     Expect(bool((*file)->Flush()), "the floor writes its file");
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// One operation as the benchmark runs it, and what its floor has to do.
 struct Operation {
     const char* Name;
@@ -28,3 +30,5 @@ void RunFloor(const Operation& operation, BenchShop& shop, std::uint64_t outputB
 
 /// Where the floor writes; to be removed before each run of a floor whose operation makes a new file.
 std::filesystem::path FloorOutput(BenchShop& shop);
+
+} // namespace mact

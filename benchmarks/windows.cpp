@@ -14,6 +14,8 @@
 #include <cstdio>
 #include <vector>
 
+using namespace mact;
+
 // mact_window_bench FOLDER
 //
 // Opens both lists of the shop that mact_bench made in FOLDER/all, types in them, and prints how long it

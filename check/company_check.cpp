@@ -11,6 +11,7 @@
 #include <cmath>
 #include <unordered_map>
 
+namespace mact {
 namespace {
 
 /// What the check of the usage has to know of the materials, and the other way round.
@@ -184,3 +185,5 @@ void CheckCompany(AppContext& app, const CompanyFiles& company, const TypesAndMe
         showFailure(CheckNames(app, DataFolder(app) / name, FileFindings(name, take)));
     }
 }
+
+} // namespace mact

@@ -6,6 +6,8 @@
 #include <string>
 #include <unordered_set>
 
+namespace mact {
+
 /// The checks of one company's files.
 
 /// The joined names of the material-type table; empty where there is no table to compare with.
@@ -23,3 +25,5 @@ struct CompanyFiles {
 /// Shows the failure of each file that cannot be read.
 void CheckCompany(AppContext& app, const CompanyFiles& company, const TypesAndMethods& types,
                   const FindingTaker& take);
+
+} // namespace mact

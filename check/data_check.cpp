@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <map>
 
+namespace mact {
 namespace {
 
 constexpr const char* TableName = "hapcontents.talvor";
@@ -146,3 +147,5 @@ void CheckData(AppContext& app, const FindingTaker& take) {
     }
     CheckRememberedCompany(app, CheckAllFiles(app, *names, take), take);
 }
+
+} // namespace mact

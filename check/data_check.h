@@ -6,6 +6,8 @@
 #include <set>
 #include <string>
 
+namespace mact {
+
 /// A look through the data files for what the program would silently leave out or count wrongly. It changes
 /// and creates nothing.
 
@@ -20,3 +22,5 @@ void CheckData(AppContext& app, const FindingTaker& take);
 /// The same for the files of these names, which are those by which the program opens them, in the data
 /// folder, without the remembered company.
 void CheckDataFiles(AppContext& app, const std::set<std::string>& names, const FindingTaker& take);
+
+} // namespace mact

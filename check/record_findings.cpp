@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+namespace mact {
 namespace {
 
 std::string Count(std::uint64_t number, std::string_view of) {
@@ -64,3 +65,5 @@ Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, st
         findings.Add(Count(rest, "surplus byte") + " after " + Count(whole, "record"));
     return true;
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+namespace mact {
+
 /// What the checks of the data files share.
 
 /// The findings in one file.
@@ -66,3 +68,5 @@ Result<bool> VisitCheckedSlots(FileAccess& files, const std::filesystem::path& p
     if (!read) return read.error();
     return true;
 }
+
+} // namespace mact

@@ -16,6 +16,7 @@
 #include <cassert>
 #include <iostream>
 
+namespace mact {
 namespace {
 
 ExitStatus Fail(AppContext& app, const std::string& description) {
@@ -198,3 +199,5 @@ ExitStatus BackUp(AppContext& app) {
     std::cout << PathText(*set) << '\n';
     return StatusDone;
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// What each command of the command line does. They print their results to the standard output, UTF-8, and
 /// answer the status with which the program ends.
 
@@ -45,3 +47,5 @@ ExitStatus CheckDataFolder(AppContext& app);
 
 /// Prints the folder of the new set, once every file is in it.
 ExitStatus BackUp(AppContext& app);
+
+} // namespace mact

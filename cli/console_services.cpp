@@ -10,6 +10,7 @@
 #include "platform/os_script_text.h"
 #endif
 
+namespace mact {
 namespace {
 
 /// The text in one line: each run of line ends becomes one blank, and everything else stays, as a path must.
@@ -74,3 +75,5 @@ Result<std::string> ConsolePrograms::ScriptText(std::string_view utf8Text) {
     return ScriptTextOfConsole(utf8Text);
 }
 #endif
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include "base/services.h"
 
+namespace mact {
+
 /// Platform services for a start without windows: nothing is asked and no window is opened.
 
 /// Failures and refusals go to the standard error output, one line each. Questions are answered as the
@@ -40,3 +42,5 @@ public:
         return std::nullopt;
     }
 };
+
+} // namespace mact

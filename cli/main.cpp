@@ -21,6 +21,8 @@
 #include <windows.h>
 #endif
 
+using namespace mact;
+
 namespace {
 
 /// What the command line asks for. The commands read it where it stands, so it is never copied.

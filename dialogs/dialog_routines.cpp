@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <optional>
 
+namespace mact {
 namespace {
 
 /// Line breaks, and tabs, which come with pasted text, as spaces: a record's text is one line.
@@ -279,3 +280,5 @@ BusyCursor::BusyCursor() {
 BusyCursor::~BusyCursor() {
     QApplication::restoreOverrideCursor();
 }
+
+} // namespace mact

@@ -20,6 +20,8 @@ class QListWidget;
 class QPushButton;
 class QWidget;
 
+namespace mact {
+
 /// What every window does alike. Text is converted here, at the controls: QString in the window, code-page
 /// text (records) or UTF-8 text (paths and messages) below it.
 
@@ -91,3 +93,5 @@ public:
     BusyCursor& operator=(const BusyCursor&) = delete;
     ~BusyCursor();
 };
+
+} // namespace mact

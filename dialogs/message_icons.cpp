@@ -4,6 +4,7 @@
 
 #include <QIcon>
 
+namespace mact {
 namespace {
 
 struct MessageIcon {
@@ -27,3 +28,5 @@ QIcon StyleWithMessageIcons::standardIcon(StandardPixmap standardIcon, const QSt
             return QIcon(PictureFile(QString::fromLatin1(icon.PictureName)));
     return QProxyStyle::standardIcon(standardIcon, option, widget);
 }
+
+} // namespace mact

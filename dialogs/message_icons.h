@@ -2,6 +2,8 @@
 
 #include <QProxyStyle>
 
+namespace mact {
+
 /// The platform's look. Where the desktop has no icons for message boxes (a Linux without an icon theme),
 /// they get the program's own, which are sharp at any scale.
 class StyleWithMessageIcons : public QProxyStyle {
@@ -10,3 +12,5 @@ public:
     QIcon standardIcon(StandardPixmap standardIcon, const QStyleOption* option = nullptr,
                        const QWidget* widget = nullptr) const override;
 };
+
+} // namespace mact

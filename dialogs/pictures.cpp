@@ -7,11 +7,12 @@
 #include <QPalette>
 #include <QSvgRenderer>
 
-// A macro that names a function of the global namespace.
+// At global scope: the macro names a function there.
 static void LoadPictures() {
     Q_INIT_RESOURCE(mact_pictures);
 }
 
+namespace mact {
 namespace {
 
 /// What stands out in a drawing; the first is for light windows.
@@ -68,3 +69,5 @@ QIcon LineIcon(const QString& name) {
 QIcon EmblemIcon() {
     return QIcon(PictureFile(QStringLiteral("mact")));
 }
+
+} // namespace mact

@@ -11,6 +11,7 @@
 #include <QLayout>
 #include <QScreen>
 
+namespace mact {
 namespace {
 
 constexpr std::string_view WindowsSection = "WINDOWS";
@@ -98,3 +99,5 @@ int ShowModally(AppContext& app, QDialog& window, const QString& name) {
         static_cast<void>(app.Settings.Write(WindowsSection, key, SizeText(OwnSize(window))));
     return result;
 }
+
+} // namespace mact

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 
+namespace mact {
 namespace {
 
 constexpr int MaterialsHeightInTwips = 4560;
@@ -216,3 +217,5 @@ void ShowUsageList(AppContext& app, QWidget* parent) {
     window.Set_Module(2);
     ShowModally(app, window, QStringLiteral("frmList_Usage"));
 }
+
+} // namespace mact

@@ -8,11 +8,13 @@
 #include <memory>
 #include <vector>
 
-struct UsageRecord;
-
 namespace Ui {
 class frmList;
 }
+
+namespace mact {
+
+struct UsageRecord;
 
 /// The list browser: the live materials, or the live usage records, of the current company. A mode, set
 /// before the window is shown, decides which of the two every button works on.
@@ -59,3 +61,5 @@ private:
 
 void ShowMaterialList(AppContext& app, QWidget* parent);
 void ShowUsageList(AppContext& app, QWidget* parent);
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words of the list browser.
 namespace ListTexts {
 
@@ -18,3 +20,5 @@ inline constexpr std::string_view AskDelete = "Are you sure you want to delete "
 inline constexpr std::string_view CannotBeUndone = "? This can not be undone.";
 
 } // namespace ListTexts
+
+} // namespace mact

@@ -4,6 +4,8 @@
 #include "materials/material_texts.h"
 #include "materials/ui_frm_emission_factor_help.h"
 
+namespace mact {
+
 frm_EmissionFactorHelp::frm_EmissionFactorHelp(QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::frm_EmissionFactorHelp>()) {
     setObjectName(QStringLiteral("frm_EmissionFactorHelp")); // the form's would be a parameter's name
@@ -20,3 +22,5 @@ void ShowEmissionFactorHelp(AppContext& app, QWidget* parent) {
     frm_EmissionFactorHelp window(parent);
     ShowModally(app, window);
 }
+
+} // namespace mact

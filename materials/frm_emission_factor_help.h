@@ -10,6 +10,8 @@ namespace Ui {
 class frm_EmissionFactorHelp;
 }
 
+namespace mact {
+
 /// Where an alternate emission factor may come from.
 class frm_EmissionFactorHelp : public QDialog {
     Q_OBJECT
@@ -23,3 +25,5 @@ private:
 };
 
 void ShowEmissionFactorHelp(AppContext& app, QWidget* parent);
+
+} // namespace mact

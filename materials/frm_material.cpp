@@ -14,6 +14,7 @@
 
 #include <utility>
 
+namespace mact {
 namespace {
 
 void ShowNames(QComboBox& combo, const std::vector<std::string>& names) {
@@ -237,3 +238,5 @@ std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* par
     ShowModally(app, window);
     return window.Outcome();
 }
+
+} // namespace mact

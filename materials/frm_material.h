@@ -9,11 +9,14 @@
 #include <memory>
 
 class QWidget;
-class frmOtherPollutants;
 
 namespace Ui {
 class frmMaterial;
 }
+
+namespace mact {
+
+class frmOtherPollutants;
 
 /// The editor of a material, new or existing.
 class frmMaterial : public QDialog {
@@ -54,3 +57,5 @@ private:
 /// Both return 0 when a material was saved, otherwise -1.
 std::int16_t NewMaterial(AppContext& app, QWidget* parent);
 std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* parent);
+
+} // namespace mact

@@ -6,6 +6,8 @@
 #include "materials/ui_frm_other_pollutants.h"
 #include "store/additional_names.h"
 
+namespace mact {
+
 frmOtherPollutants::frmOtherPollutants(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmOtherPollutants>()) {
     m_ui->setupUi(this);
@@ -108,3 +110,5 @@ void frmOtherPollutants::reject() {
     ShowValues(m_valuesBefore);
     QDialog::reject();
 }
+
+} // namespace mact

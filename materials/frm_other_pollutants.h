@@ -15,6 +15,8 @@ namespace Ui {
 class frmOtherPollutants;
 }
 
+namespace mact {
+
 /// The contents and emission factors of the six additional pollutants, for the material that is open in the
 /// material editor. The values live here until the editor saves or closes.
 class frmOtherPollutants : public QDialog {
@@ -52,3 +54,5 @@ private:
     std::array<Row, 6> m_rows;
     SixPollutants m_valuesBefore;
 };
+
+} // namespace mact

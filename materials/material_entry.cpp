@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <vector>
 
+namespace mact {
 namespace {
 
 struct Fault {
@@ -103,3 +104,5 @@ std::string JoinedFactors(const SixPollutants& pollutants) {
 bool TakesFiller(std::string_view materialType) {
     return materialType == "Production resin (Filled)" || materialType == "Tooling resin (Filled)";
 }
+
+} // namespace mact

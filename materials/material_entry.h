@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// What the material editor makes of its entries. All texts are code-page text.
 
 /// The values of one additional pollutant, as typed.
@@ -62,3 +64,5 @@ std::string JoinedFactors(const SixPollutants& pollutants);
 
 /// Whether materials of this type take a filler: the two filled resins do. The name counts to the letter.
 bool TakesFiller(std::string_view materialType);
+
+} // namespace mact

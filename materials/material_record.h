@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+namespace mact {
+
 /// A resin or gel coat.
 struct MaterialRecord {
     std::int16_t MaterialId = 0;     ///< the record's own number; 0 = not stored yet
@@ -57,3 +59,5 @@ inline constexpr std::array<double MaterialRecord::*, 6> PollutantContents = {
 inline constexpr std::array<double MaterialRecord::*, 6> PollutantFactors = {
     &MaterialRecord::Factor1, &MaterialRecord::Factor2, &MaterialRecord::Factor3,
     &MaterialRecord::Factor4, &MaterialRecord::Factor5, &MaterialRecord::Factor6};
+
+} // namespace mact

@@ -6,6 +6,7 @@
 #include "materials/material_texts.h"
 #include "store/data_folder.h"
 
+namespace mact {
 namespace {
 
 std::int16_t IdOf(std::string_view slot) {
@@ -203,3 +204,5 @@ void FillMaterialList(ListLines& list, const std::vector<MaterialRecord>& record
                         material.MaterialId});
     }
 }
+
+} // namespace mact

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// The materials of the current company, in data/<company>_materials.talvor.
 ///
 /// Every routine opens the file, works and closes it before it returns. A file that cannot be opened is shown
@@ -94,3 +96,5 @@ void FillMaterialList(ListLines& list, const std::vector<MaterialRecord>& record
 
 /// "Material ID - description", shortened to 35 characters and "..." when it is longer than 50.
 std::string MaterialListText(const MaterialRecord& material);
+
+} // namespace mact

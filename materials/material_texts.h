@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words about materials that are shown to the user.
 namespace MaterialTexts {
 
@@ -44,3 +46,5 @@ inline constexpr const char* AboutEmissionFactors =
 inline constexpr const char* EmissionFactorAddress = "(URL: http://www.epa.gov/ttn/chief/)";
 
 } // namespace MaterialTexts
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// What the operating systems' file access has in common: how a failure is told, and how long a lock is
 /// waited for.
 
@@ -26,3 +28,5 @@ inline Failure DescribeFailure(std::string_view doing, const std::filesystem::pa
     sentence += '.';
     return {sentence};
 }
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include "base/files.h"
 
+namespace mact {
+
 /// The operating system's files. Locks are advisory and belong to the open file: readers do not wait for
 /// them.
 class OsFiles : public FileAccess {
@@ -11,3 +13,5 @@ public:
     Done Remove(const std::filesystem::path& path) override;
     Done CreateFolder(const std::filesystem::path& path) override;
 };
+
+} // namespace mact

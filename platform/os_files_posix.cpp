@@ -12,6 +12,7 @@
 #include <thread>
 #include <unistd.h>
 
+namespace mact {
 namespace {
 
 Failure DescribeError(std::string_view doing, const std::filesystem::path& path, int error) {
@@ -208,3 +209,5 @@ Done OsFiles::CreateFolder(const std::filesystem::path& path) {
     if (::mkdir(path.c_str(), permissions) != 0) return DescribeError("create the folder", path, errno);
     return Success();
 }
+
+} // namespace mact

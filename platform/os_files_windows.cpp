@@ -9,6 +9,7 @@
 #include <thread>
 #include <windows.h>
 
+namespace mact {
 namespace {
 
 /// No record lies as far as the byte that a lock takes: Windows keeps readers away from locked bytes.
@@ -232,3 +233,5 @@ Done OsFiles::CreateFolder(const std::filesystem::path& path) {
         return DescribeError("create the folder", path, ::GetLastError());
     return Success();
 }
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace mact {
+
 Result<std::string> ScriptTextOfConsole(std::string_view utf8Text) {
     const int utf8Length = static_cast<int>(utf8Text.size());
     std::wstring wide(utf8Text.size(), L'\0'); // never longer
@@ -19,3 +21,5 @@ Result<std::string> ScriptTextOfConsole(std::string_view utf8Text) {
     text.resize(static_cast<std::size_t>(length));
     return text;
 }
+
+} // namespace mact

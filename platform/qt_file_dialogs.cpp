@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QFileDialog>
 
+namespace mact {
 namespace {
 
 QString TextFiles() {
@@ -43,3 +44,5 @@ std::optional<std::filesystem::path> QtFileDialogs::ChooseFolder(const std::stri
     return PathOf(QFileDialog::getExistingDirectory(QApplication::activeWindow(),
                                                     QString::fromStdString(title), FromPath(start)));
 }
+
+} // namespace mact

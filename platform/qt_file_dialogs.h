@@ -2,6 +2,8 @@
 
 #include "base/services.h"
 
+namespace mact {
+
 /// The platform's file dialogs over the active window.
 class QtFileDialogs : public FileDialogs {
 public:
@@ -10,3 +12,5 @@ public:
     std::optional<std::filesystem::path> ChooseFolder(const std::string& title,
                                                       const std::filesystem::path& start) override;
 };
+
+} // namespace mact

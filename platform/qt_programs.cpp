@@ -12,6 +12,8 @@
 #include <QStringList>
 #endif
 
+namespace mact {
+
 #ifdef _WIN32
 
 Done QtPrograms::Start(const ProgramStart& start) {
@@ -51,3 +53,5 @@ Done QtPrograms::Start(const ProgramStart& start) {
 }
 
 #endif
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include "base/services.h"
 
+namespace mact {
+
 /// Programs that go on by themselves, also after this one has ended.
 class QtPrograms : public ProgramStarter {
 public:
@@ -10,3 +12,5 @@ public:
     Result<std::string> ScriptText(std::string_view utf8Text) override;
 #endif
 };
+
+} // namespace mact

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 
+namespace mact {
 namespace {
 
 QMessageBox::Icon IconOf(PromptKind kind) {
@@ -73,3 +74,5 @@ PromptAnswer QtPrompts::Show(const Prompt& prompt) {
     SetButtons(box, prompt.Buttons);
     return AnswerOf(box.exec());
 }
+
+} // namespace mact

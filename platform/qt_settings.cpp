@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariant>
 
+namespace mact {
 namespace {
 
 QString Text(std::string_view utf8Text) {
@@ -45,3 +46,5 @@ Done QtSettings::Write(std::string_view section, std::string_view key, std::stri
     return Failure{"Cannot save the setting " + KeyText(section, key).toStdString() + " in \"" +
                    QDir::toNativeSeparators(settings.fileName()).toStdString() + "\": " + reason + "."};
 }
+
+} // namespace mact

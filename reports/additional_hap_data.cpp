@@ -4,6 +4,7 @@
 #include "materials/material_store.h"
 #include "reports/period_usage.h"
 
+namespace mact {
 namespace {
 
 template <auto Member> auto Stored(std::string_view slot) {
@@ -49,3 +50,5 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
     data.HasRecords = !usage->IsEmpty() && !data.Materials.empty();
     return data;
 }
+
+} // namespace mact

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// What the two reports of the additional pollutants work from.
 
 inline constexpr std::size_t PollutantCount = std::tuple_size_v<PollutantNames>;
@@ -28,3 +30,5 @@ struct AdditionalHapData {
     std::vector<AdditionalHapMaterial> Materials{}; ///< all of them, in file order
 };
 Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod& period);
+
+} // namespace mact

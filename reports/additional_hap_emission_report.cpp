@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+namespace mact {
 namespace {
 
 // With a blank before its end, unlike the tables of the other reports.
@@ -95,3 +96,5 @@ std::int16_t GenerateAdditionalHapEmissionReport(AppContext& app, const ReportPe
     if (!totals) return FailReport(app, totals.error());
     return PublishReport(app, AdditionalHapEmissionFile, BuildAdditionalHapEmissionHtml(*data, *totals));
 }
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include "reports/additional_hap_data.h"
 
+namespace mact {
+
 /// The kilograms of each additional pollutant that the materials used in the report's months emitted.
 
 /// Element i belongs to pollutant name i.
@@ -18,3 +20,5 @@ Result<PollutantTotals> AddUpEmissions(const AdditionalHapData& data);
 double TotalOfNamed(const PollutantNames& names, const PollutantTotals& totals);
 
 std::string BuildAdditionalHapEmissionHtml(const AdditionalHapData& data, const PollutantTotals& totals);
+
+} // namespace mact

@@ -6,6 +6,7 @@
 
 #include <cmath>
 
+namespace mact {
 namespace {
 
 constexpr std::string_view HeaderRowHtml =
@@ -82,3 +83,5 @@ std::int16_t GenerateAdditionalHapUsageReport(AppContext& app, const ReportPerio
     if (!checked) return FailReport(app, checked.error());
     return PublishReport(app, AdditionalHapUsageFile, BuildAdditionalHapUsageHtml(*data));
 }
+
+} // namespace mact

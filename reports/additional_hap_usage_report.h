@@ -2,6 +2,8 @@
 
 #include "reports/additional_hap_data.h"
 
+namespace mact {
+
 /// The materials used in the report's months with the pounds used and their additional pollutants.
 
 /// A material without use gets no rows.
@@ -13,3 +15,5 @@ bool IsListed(const PollutantNames& names, std::size_t slot);
 Done CheckShownNumbers(const AdditionalHapData& data);
 
 std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data);
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace mact {
+
 Result<AverageInputs> ReadAverageInputs(AppContext& app, const ReportPeriod& period) {
     const Result<ReportMonths> months = MonthsOf(period);
     if (!months) return months.error();
@@ -16,3 +18,5 @@ Result<AverageInputs> ReadAverageInputs(AppContext& app, const ReportPeriod& per
                          .Materials = std::move(*materials),
                          .Usage = std::move(*usage)};
 }
+
+} // namespace mact

@@ -9,6 +9,8 @@
 
 #include <vector>
 
+namespace mact {
+
 /// What both averaging reports calculate with.
 struct AverageInputs {
     ReportHeading Heading{};
@@ -19,3 +21,5 @@ struct AverageInputs {
 
 /// Reads the material-type table, the live materials and the usage of the period. Shows nothing.
 Result<AverageInputs> ReadAverageInputs(AppContext& app, const ReportPeriod& period);
+
+} // namespace mact

@@ -8,6 +8,7 @@
 
 #include <cmath>
 
+namespace mact {
 namespace {
 
 constexpr double NoLimit = -1;
@@ -170,3 +171,5 @@ std::int16_t GenerateCompliantMaterialsReport(AppContext& app, const ReportPerio
     if (!data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
     return PublishReport(app, CompliantMaterialsFile, BuildCompliantMaterialsHtml(*data));
 }
+
+} // namespace mact

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// Whether each material keeps to the HAP content limit of its type and method: all materials, or those used
 /// in the report's months, one row per usage record.
 
@@ -50,3 +52,5 @@ private:
 Result<CompliantMaterialsData> FetchCompliantMaterials(AppContext& app, const ReportPeriod& period);
 
 std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data);
+
+} // namespace mact

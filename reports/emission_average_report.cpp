@@ -9,6 +9,7 @@
 #include <cmath>
 #include <utility>
 
+namespace mact {
 namespace {
 
 constexpr std::size_t MaterialIdLength = 100; // a page shows it with the blanks of its field
@@ -185,3 +186,5 @@ std::int16_t GenerateEmissionAverageReport(AppContext& app, const ReportPeriod& 
     if (!data) return FailReport(app, data.error());
     return PublishReport(app, EmissionAverageFile, BuildEmissionAverageHtml(*data));
 }
+
+} // namespace mact

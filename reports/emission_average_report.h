@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// The HAP that the materials used in the report's months emit by their point values, against what the same
 /// amounts may emit. Closed molding is left out. Amounts are in Mg and emissions in kg, whatever the column
 /// headings say.
@@ -56,3 +58,5 @@ Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
 Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPeriod& period);
 
 std::string BuildEmissionAverageHtml(const EmissionAverageData& data);
+
+} // namespace mact

@@ -4,6 +4,8 @@
 #include "reports/reports.h"
 #include "reports/ui_frm_reports.h"
 
+namespace mact {
+
 frmReports::frmReports(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()) {
     m_ui->setupUi(this);
@@ -67,3 +69,5 @@ void ShowReportsForm(AppContext& app, QWidget* parent) {
     frmReports window(app, parent);
     ShowModally(app, window);
 }
+
+} // namespace mact

@@ -15,6 +15,8 @@ namespace Ui {
 class frmReports;
 }
 
+namespace mact {
+
 /// Asks for one of the five reports, and for the twelve months that it covers.
 class frmReports : public QDialog {
     Q_OBJECT
@@ -40,3 +42,5 @@ private:
 };
 
 void ShowReportsForm(AppContext& app, QWidget* parent);
+
+} // namespace mact

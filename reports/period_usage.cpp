@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+namespace mact {
 namespace {
 
 /// From 0 to 65535.
@@ -66,3 +67,5 @@ double Kilograms(double pounds) {
 std::string Named(std::string_view customId) {
     return "the material \"" + Utf8FromCodePage(Trim(customId)) + '"';
 }
+
+} // namespace mact

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// The live usage of a report's months, sorted by material once so that no report searches it in a loop.
 class PeriodUsage {
 public:
@@ -39,3 +41,5 @@ double Kilograms(double pounds);
 
 /// The material as a failure's description names it: the material "GC-110". UTF-8.
 std::string Named(std::string_view customId);
+
+} // namespace mact

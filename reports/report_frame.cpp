@@ -8,6 +8,7 @@
 
 #include <filesystem>
 
+namespace mact {
 namespace {
 
 std::string MonthsHtml(const ReportHeading& heading, std::string_view from, std::string_view to) {
@@ -116,3 +117,5 @@ Failure CannotShow(std::string_view what, std::string_view name) {
     sentence += what;
     return {sentence + " \"" + Utf8FromCodePage(name) + "\": it is too large or not a number."};
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// What the reports share: their months, the parts of their pages that are alike, the question before an
 /// empty one, and their end. Pages are code-page text, into which names go as they are.
 
@@ -60,3 +62,5 @@ Failure CannotCalculate(std::string_view doing);
 /// The Failure for a number of a damaged file that no page can show: infinite or not a number. `what` is as
 /// in "the HAP content of the material"; `name` is code-page text.
 Failure CannotShow(std::string_view what, std::string_view name);
+
+} // namespace mact

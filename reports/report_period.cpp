@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 
+namespace mact {
 namespace {
 
 constexpr double GallonsPerMgal = 1000;
@@ -67,3 +68,5 @@ Result<double> ConvertQuantity(double quantity, double density, std::int16_t uni
                        NumberText(density) + " lb/gal: the result is too large or not a number."};
     return converted;
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// The twelve months that a report covers, and the unit of its quantities.
 
 struct ReportPeriod {
@@ -28,3 +30,5 @@ std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool i
 /// `quantity` in the wanted unit; units are UnitMgal and UnitLbs, density in lb/gal. A result that is not
 /// finite (a density of 0 where gallons are wanted) is a Failure.
 Result<double> ConvertQuantity(double quantity, double density, std::int16_t unit, std::int16_t wantedUnit);
+
+} // namespace mact

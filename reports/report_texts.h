@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words about reports that are shown in messages.
 namespace ReportTexts {
 
@@ -13,3 +15,5 @@ inline constexpr std::string_view BrowserHint =
     "You can define a default browser in configuration to view the report automatically.";
 
 } // namespace ReportTexts
+
+} // namespace mact

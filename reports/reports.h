@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <filesystem>
 
+namespace mact {
+
 /// The five compliance reports. Each reads what it needs, asks whether an empty report is wanted where it has
 /// that question, builds the page and publishes it: the file in the program folder, then the browser. A
 /// failure is shown once (ShowError), and that report's file is not written.
@@ -27,3 +29,5 @@ inline constexpr const char* WeightedAverageFile = "report2.htm";
 inline constexpr const char* EmissionAverageFile = "report3.htm";
 inline constexpr const char* AdditionalHapUsageFile = "report4.htm";
 inline constexpr const char* AdditionalHapEmissionFile = "report5.htm";
+
+} // namespace mact

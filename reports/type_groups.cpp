@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace mact {
+
 std::vector<TypeGroup> GroupByType(const std::vector<HapContentRecord>& rows) {
     std::unordered_map<std::string, std::vector<HapContentRecord>> openMethods;
     for (const HapContentRecord& row : rows)
@@ -50,3 +52,5 @@ Result<MaterialsByMethod> ReadMaterialsByMethod(AppContext& app) {
     if (!read) return read.error();
     return materials;
 }
+
+} // namespace mact

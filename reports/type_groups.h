@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// The material-type table as the two averaging reports walk it.
 
 /// A type name with its application methods in file order; methods of closed molding are left out.
@@ -45,3 +47,5 @@ private:
 };
 /// The live materials. Shows nothing.
 Result<MaterialsByMethod> ReadMaterialsByMethod(AppContext& app);
+
+} // namespace mact

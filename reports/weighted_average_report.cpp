@@ -8,6 +8,7 @@
 #include <cmath>
 #include <utility>
 
+namespace mact {
 namespace {
 
 constexpr double NoLimit = -1;
@@ -131,3 +132,5 @@ std::int16_t GenerateWeightedAverageReport(AppContext& app, const ReportPeriod& 
     if (!data) return FailReport(app, data.error());
     return PublishReport(app, WeightedAverageFile, BuildWeightedAverageHtml(*data));
 }
+
+} // namespace mact

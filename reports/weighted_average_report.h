@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// The HAP content of each material type and application method, weighted by the amounts used in the report's
 /// months, against its limit. Filled resins and closed molding are left out.
 
@@ -47,3 +49,5 @@ Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
 Result<WeightedAverageData> FetchWeightedAverage(AppContext& app, const ReportPeriod& period);
 
 std::string BuildWeightedAverageHtml(const WeightedAverageData& data);
+
+} // namespace mact

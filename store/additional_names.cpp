@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <system_error>
 
+namespace mact {
 namespace {
 
 bool IsLineEnd(char character) {
@@ -84,3 +85,5 @@ PollutantNames SplitAdditionalNames(std::string_view names) {
 bool IsUsedName(std::string_view name) {
     return Trim(name) != "-";
 }
+
+} // namespace mact

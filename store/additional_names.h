@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// The names of the six additional pollutants that a company tracks, in data/<company>_additional.talvor: one
 /// line, the six names joined by "|". A name "-" is not in use.
 
@@ -32,3 +34,5 @@ bool IsUsedName(std::string_view name);
 /// The last value of comma-separated text: quoted values keep what stands between their quotes, unquoted ones
 /// lose the spaces around them. Text between a closing quote and the next comma or line end is dropped.
 std::string LastCommaSeparatedValue(std::string_view text);
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words about the names of the additional pollutants that are shown to the user.
 namespace AdditionalNamesTexts {
 
@@ -10,3 +12,5 @@ inline constexpr std::string_view NameIsEmpty =
     "If you dont want to use all pollutants please use '-' as their name to make them disable."; // sic
 
 } // namespace AdditionalNamesTexts
+
+} // namespace mact

@@ -7,6 +7,7 @@
 #include "store/data_folder.h"
 #include "store/record_file.h"
 
+namespace mact {
 namespace {
 
 bool OccursWithin(const std::string& field, const std::string& filterText) {
@@ -111,3 +112,5 @@ Done RestoreCompany(AppContext& app) {
     if (FindCompanies(app, {.CompanyId = *companyId}, found)) MakeCompanyCurrent(app, found.front());
     return Success();
 }
+
+} // namespace mact

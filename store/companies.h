@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// The companies and locations that this installation serves, in data/companies.talvor. One of them is
 /// current; it is remembered in the settings. There is no deletion.
 ///
@@ -60,3 +62,5 @@ void SelectCompany(AppContext& app, const CompanyRecord& company);
 /// Makes the remembered company current; one that does not exist leaves none selected. A remembered text that
 /// is not a 16-bit whole number is a Failure.
 Done RestoreCompany(AppContext& app);
+
+} // namespace mact

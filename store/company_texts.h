@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words of the companies window.
 namespace CompanyTexts {
 
@@ -12,3 +14,5 @@ inline constexpr const char* NewCompany = "New company";
 inline constexpr const char* EditedCompany = "Edited company";
 
 } // namespace CompanyTexts
+
+} // namespace mact

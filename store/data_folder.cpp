@@ -2,6 +2,7 @@
 
 #include <string>
 
+namespace mact {
 namespace {
 
 std::filesystem::path CompanyFile(const AppContext& app, std::string_view name) {
@@ -30,3 +31,5 @@ std::filesystem::path UsageFile(const AppContext& app) {
 std::filesystem::path AdditionalNamesFile(const AppContext& app) {
     return CompanyFile(app, "additional.talvor");
 }
+
+} // namespace mact

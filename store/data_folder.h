@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+namespace mact {
+
 /// Where the data files are. The shared ones serve every company; the others belong to the current company,
 /// whose identifier begins their names.
 
@@ -15,3 +17,5 @@ std::filesystem::path CompaniesFile(const AppContext& app);
 std::filesystem::path MaterialsFile(const AppContext& app);
 std::filesystem::path UsageFile(const AppContext& app);
 std::filesystem::path AdditionalNamesFile(const AppContext& app);
+
+} // namespace mact

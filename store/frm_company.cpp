@@ -7,6 +7,7 @@
 #include "store/company_texts.h"
 #include "store/ui_frm_company.h"
 
+namespace mact {
 namespace {
 
 std::string TrimmedText(const QLineEdit& edit) {
@@ -117,3 +118,5 @@ void ShowCompanies(AppContext& app, QWidget* parent) {
     frmCompany window(app, parent);
     ShowModally(app, window);
 }
+
+} // namespace mact

@@ -12,6 +12,8 @@ namespace Ui {
 class frmCompany;
 }
 
+namespace mact {
+
 /// The companies and locations: add one, change one, make one current.
 class frmCompany : public QDialog {
     Q_OBJECT
@@ -36,3 +38,5 @@ private:
 };
 
 void ShowCompanies(AppContext& app, QWidget* parent);
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include "store/additional_names_texts.h"
 #include "store/ui_frm_extra_pollutants_names.h"
 
+namespace mact {
+
 frmExtraPollutantsNames::frmExtraPollutantsNames(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExtraPollutantsNames>()) {
     m_ui->setupUi(this);
@@ -49,3 +51,5 @@ void ShowAdditionalNames(AppContext& app, QWidget* parent) {
     frmExtraPollutantsNames window(app, parent);
     ShowModally(app, window);
 }
+
+} // namespace mact

@@ -13,6 +13,8 @@ namespace Ui {
 class frmExtraPollutantsNames;
 }
 
+namespace mact {
+
 /// The names of the six additional pollutants of the current company.
 class frmExtraPollutantsNames : public QDialog {
     Q_OBJECT
@@ -31,3 +33,5 @@ private:
 
 /// Names that were saved are read by the next LoadAdditionalNames.
 void ShowAdditionalNames(AppContext& app, QWidget* parent);
+
+} // namespace mact

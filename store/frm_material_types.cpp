@@ -5,6 +5,8 @@
 #include "store/material_type_entry.h"
 #include "store/ui_frm_material_types.h"
 
+namespace mact {
+
 frmMaterialTypes::frmMaterialTypes(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmMaterialTypes>()) {
     m_ui->setupUi(this);
@@ -72,3 +74,5 @@ void ShowMaterialTypes(AppContext& app, QWidget* parent) {
     window.m_ui->lbl_Id->setText(QStringLiteral("1"));
     ShowModally(app, window);
 }
+
+} // namespace mact

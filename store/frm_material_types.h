@@ -10,6 +10,8 @@ namespace Ui {
 class frmMaterialTypes;
 }
 
+namespace mact {
+
 /// The material types. No button of the program opens this window, nothing fills its list, and it writes
 /// nothing: the table stays as it is.
 class frmMaterialTypes : public QDialog {
@@ -37,3 +39,5 @@ private:
 };
 
 void ShowMaterialTypes(AppContext& app, QWidget* parent);
+
+} // namespace mact

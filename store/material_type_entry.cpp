@@ -4,6 +4,8 @@
 #include "base/text.h"
 #include "store/material_type_texts.h"
 
+namespace mact {
+
 FormErrors CheckMaterialTypeEntry(const MaterialTypeEntry& entry) {
     FormErrors errors;
     if (Trim(entry.Name).empty()) errors.Add(MaterialTypeTexts::NeedsName);
@@ -11,3 +13,5 @@ FormErrors CheckMaterialTypeEntry(const MaterialTypeEntry& entry) {
     if (!IsNumeric(Trim(entry.HapContents))) errors.Add(MaterialTypeTexts::HapContentsNotNumeric);
     return errors;
 }
+
+} // namespace mact

@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace mact {
+
 /// What the material-type window holds, as typed: code-page text.
 struct MaterialTypeEntry {
     std::string Name;
@@ -13,3 +15,5 @@ struct MaterialTypeEntry {
 
 /// One message per failed check, in the order of the form.
 FormErrors CheckMaterialTypeEntry(const MaterialTypeEntry& entry);
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words of the material-type window.
 namespace MaterialTypeTexts {
 
@@ -11,3 +13,5 @@ inline constexpr std::string_view HapContentsNotNumeric =
     "- HAP Content limit should be a numeric value(%)."; // sic
 
 } // namespace MaterialTypeTexts
+
+} // namespace mact

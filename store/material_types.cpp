@@ -7,6 +7,7 @@
 
 #include <unordered_set>
 
+namespace mact {
 namespace {
 
 struct DefaultRow {
@@ -187,3 +188,5 @@ std::optional<std::size_t> TypeMethodPairs::Find(std::string_view materialType,
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows) {
     return ListNames(rows, &HapContentRecord::MaterialType, true);
 }
+
+} // namespace mact

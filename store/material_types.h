@@ -9,6 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace mact {
+
 /// The material-type table that all companies share, in data/hapcontents.talvor: for each material type and
 /// application method the numbers by which a material is judged (40 CFR 63, Subpart VVVV, Tables 2 and 3).
 ///
@@ -72,3 +74,5 @@ private:
 
 /// The distinct listing of rows that are already read.
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows);
+
+} // namespace mact

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <span>
 
+namespace mact {
 namespace {
 
 std::string Quoted(const std::filesystem::path& path) {
@@ -143,3 +144,5 @@ Result<std::int16_t> RecordFile::NextNumber(std::size_t pending) const {
                        ": it is full, with 32767 records."};
     return static_cast<std::int16_t>(next);
 }
+
+} // namespace mact

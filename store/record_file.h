@@ -13,6 +13,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// The most slots that a file can be worked with: record numbers are signed 16-bit integers.
 inline constexpr std::uint64_t MostSlots = 32767;
 
@@ -166,3 +168,5 @@ Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record
     if (!written) return written.error();
     return true;
 }
+
+} // namespace mact

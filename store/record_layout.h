@@ -12,6 +12,8 @@
 #include <string_view>
 #include <utility>
 
+namespace mact {
+
 /// How a record is laid out in its slot: packed fields in declaration order, without gaps, in little-endian.
 /// Files of earlier versions of the program depend on every layout.
 
@@ -227,3 +229,5 @@ template <const auto& Layout, auto Member> auto Peek(std::string_view slot) {
     else
         return LoadFlag(bytes.data());
 }
+
+} // namespace mact

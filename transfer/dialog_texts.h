@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words of the import and export windows.
 namespace TransferDialogTexts {
 
@@ -17,3 +19,5 @@ inline constexpr const char* Idle = "Idle";
 inline constexpr const char* ErrorLogTitle = "Material Import - Error Log"; // for all three logs
 
 } // namespace TransferDialogTexts
+
+} // namespace mact

@@ -2,6 +2,7 @@
 #include "base/text_lines.h"
 #include "transfer/transfer.h"
 
+namespace mact {
 namespace {
 
 Result<std::string> ReadLines(AppContext& app, const std::filesystem::path& log) {
@@ -35,3 +36,5 @@ std::string ReadErrorLog(AppContext& app, const std::filesystem::path& log) {
     ShowError(app, text.error());
     return {};
 }
+
+} // namespace mact

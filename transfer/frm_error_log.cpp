@@ -8,6 +8,8 @@
 #include <QDialog>
 #include <QFontDatabase>
 
+namespace mact {
+
 void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* parent) {
     QDialog window(parent);
     Ui::frmErrorLog controls;
@@ -17,3 +19,5 @@ void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* pa
     window.setWindowTitle(QString::fromLatin1(TransferDialogTexts::ErrorLogTitle));
     ShowModally(app, window);
 }
+
+} // namespace mact

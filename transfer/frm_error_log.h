@@ -6,5 +6,9 @@
 
 class QWidget;
 
+namespace mact {
+
 /// Shows an error log. A log that cannot be read is shown empty after its message.
 void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* parent);
+
+} // namespace mact

@@ -6,6 +6,8 @@
 #include "transfer/frm_error_log.h"
 #include "transfer/ui_frm_export.h"
 
+namespace mact {
+
 frmExport::frmExport(AppContext& app, TransferModule module, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExport>()) {
     m_ui->setupUi(this);
@@ -67,3 +69,5 @@ void ShowUsageExport(AppContext& app, QWidget* parent) {
     frmExport window(app, TransferModule::Usage, parent);
     ShowModally(app, window);
 }
+
+} // namespace mact

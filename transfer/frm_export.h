@@ -11,6 +11,8 @@ namespace Ui {
 class frmExport;
 }
 
+namespace mact {
+
 /// Exports the materials, or the usage, of the current company.
 class frmExport : public QDialog {
     Q_OBJECT
@@ -31,3 +33,5 @@ private:
 
 void ShowMaterialExport(AppContext& app, QWidget* parent);
 void ShowUsageExport(AppContext& app, QWidget* parent);
+
+} // namespace mact

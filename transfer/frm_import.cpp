@@ -10,6 +10,7 @@
 
 #include <QLocale>
 
+namespace mact {
 namespace {
 
 /// Keeps the place of a control that comes and goes.
@@ -131,3 +132,5 @@ void ShowUsageImport(AppContext& app, QWidget* parent) {
     frmImport window(app, TransferModule::Usage, parent);
     ShowModally(app, window);
 }
+
+} // namespace mact

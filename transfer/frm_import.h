@@ -12,6 +12,8 @@ namespace Ui {
 class frmImport;
 }
 
+namespace mact {
+
 /// Imports a file of materials or of usage. While it works, Cancel, Escape and the window's close button stop
 /// the import after the current line; what was stored until then stays, and the window too.
 class frmImport : public QDialog {
@@ -40,3 +42,5 @@ private:
 
 void ShowMaterialImport(AppContext& app, QWidget* parent);
 void ShowUsageImport(AppContext& app, QWidget* parent);
+
+} // namespace mact

@@ -2,6 +2,7 @@
 
 #include "transfer/transfer_texts.h"
 
+namespace mact {
 namespace {
 
 constexpr std::size_t ChunkLength = std::size_t{1} << 20;
@@ -62,3 +63,5 @@ Done ImportOutput::Finish() {
     KeepFirst(m_logDone, m_log.Flush());
     return Both(m_recordsDone, m_logDone);
 }
+
+} // namespace mact

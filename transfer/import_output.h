@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// A line of an import file.
 struct ImportedLine {
     std::string_view Text;
@@ -67,3 +69,5 @@ private:
     std::string m_slots;
     std::vector<Mark> m_slotMarks; ///< one for each of m_slots
 };
+
+} // namespace mact

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+namespace mact {
 namespace {
 
 constexpr qint64 PauseEvery = 30; ///< ms
@@ -29,3 +30,5 @@ bool ImportProgress::Watch(const TransferProgress& progress) {
     }
     return !m_isStopped;
 }
+
+} // namespace mact

@@ -6,6 +6,8 @@
 
 #include <functional>
 
+namespace mact {
+
 /// Watches an import for a window: keeps the window alive, and shows how far the import is when it takes
 /// longer than a blink.
 class ImportProgress {
@@ -24,3 +26,5 @@ private:
     qint64 m_lastPause = 0; ///< ms since the start
     bool m_isStopped = false;
 };
+
+} // namespace mact

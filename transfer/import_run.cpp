@@ -4,6 +4,7 @@
 #include "base/text_lines.h"
 #include "transfer/transfer_guards.h"
 
+namespace mact {
 namespace {
 
 /// A failure to write is the output's to tell.
@@ -60,3 +61,5 @@ void RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& wat
     errorCount = counts.Errors;
     if (!imported) ShowError(app, imported.error());
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+namespace mact {
+
 /// What an import reads and writes, and what it does with a line.
 struct ImportJob {
     std::filesystem::path Source;
@@ -38,3 +40,5 @@ bool IsRejected(const ImportedLine& line, ImportOutput& output, CheckedLine& che
     if (!error.empty()) output.LogRejection(line, error);
     return !error.empty();
 }
+
+} // namespace mact

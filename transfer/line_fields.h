@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+namespace mact {
+
 /// The fields between the bars of a line; empty when there are not exactly `Count`.
 template <std::size_t Count>
 std::optional<std::array<std::string_view, Count>> SplitFields(std::string_view line) {
@@ -19,3 +21,5 @@ std::optional<std::array<std::string_view, Count>> SplitFields(std::string_view 
     fields.back() = line;
     return fields;
 }
+
+} // namespace mact

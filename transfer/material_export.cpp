@@ -5,6 +5,7 @@
 #include "transfer/transfer.h"
 #include "transfer/transfer_guards.h"
 
+namespace mact {
 namespace {
 
 void AppendLine(std::string& content, const MaterialRecord& material) {
@@ -55,3 +56,5 @@ std::int16_t ExportMaterialFile(AppContext& app, const std::filesystem::path& ta
     processedCount = count ? *count : 0;
     return 0;
 }
+
+} // namespace mact

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <iterator>
 
+namespace mact {
 namespace {
 
 constexpr std::size_t FieldCount = 19;
@@ -105,3 +106,5 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
     RunImport(app, job, watcher, processedCount, errorCount);
     return 0;
 }
+
+} // namespace mact

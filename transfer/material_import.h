@@ -8,6 +8,8 @@
 
 #include <string>
 
+namespace mact {
+
 /// Judges the lines of a material import and stores the good ones.
 class MaterialImport {
 public:
@@ -27,3 +29,5 @@ private:
     std::string m_key;                  ///< what is compared
     MaterialRecord m_record;            ///< what is stored
 };
+
+} // namespace mact

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// Import and export of materials and usage as text files, one record per line, fields separated by "|".
 ///
 /// A failure (a file that cannot be read or written) is shown once (ShowError) and ends the transfer; the
@@ -55,3 +57,5 @@ std::filesystem::path UsageExportErrorLog(const AppContext& app);
 
 /// A log's lines, each ended with CR LF, in code-page text; empty after a failure, which is shown.
 std::string ReadErrorLog(AppContext& app, const std::filesystem::path& log);
+
+} // namespace mact

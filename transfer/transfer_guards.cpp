@@ -5,6 +5,7 @@
 
 #include <system_error>
 
+namespace mact {
 namespace {
 
 Failure Refuse(std::string_view doing, const std::filesystem::path& path, std::string_view reason) {
@@ -72,3 +73,5 @@ Done CheckExportTarget(const AppContext& app, const std::filesystem::path& targe
         return Refuse("export to", target, "it is a pipe");
     return Success();
 }
+
+} // namespace mact

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 
+namespace mact {
+
 /// What keeps a transfer from destroying the user's own data, or from waiting for a file that never ends.
 
 /// A source that is not the log that the import empties.
@@ -17,3 +19,5 @@ Done CheckImportSource(const std::filesystem::path& source, const std::filesyste
 /// pipe.
 Done CheckExportTarget(const AppContext& app, const std::filesystem::path& target,
                        const std::filesystem::path& log);
+
+} // namespace mact

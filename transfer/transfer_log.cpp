@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+namespace mact {
 namespace {
 constexpr std::string_view LineEnd = "\r\n";
 }
@@ -42,3 +43,5 @@ void TransferLog::CutToWholeLines() {
     const std::size_t whole = lineEnd == std::string_view::npos ? 0 : lineEnd + LineEnd.size();
     static_cast<void>(m_file->CutTo(m_length + whole)); // the failure to tell is that of the write
 }
+
+} // namespace mact

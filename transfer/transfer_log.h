@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// An error log while it is written. Lines are collected and written when Write is called.
 class TransferLog {
 public:
@@ -35,3 +37,5 @@ private:
     std::uint64_t m_length = 0; ///< of what was written
     std::string m_pending;
 };
+
+} // namespace mact

@@ -2,6 +2,7 @@
 #include "transfer/transfer.h"
 #include "transfer/transfer_texts.h"
 
+namespace mact {
 namespace {
 
 std::string Summary(std::string_view successLabel, int processedCount, std::optional<int> errorCount) {
@@ -25,3 +26,5 @@ std::string ImportSummary(int processedCount, int errorCount) {
 std::string ExportSummary(int processedCount, std::optional<int> errorCount) {
     return Summary(TransferTexts::SuccessfulExports, processedCount, errorCount);
 }
+
+} // namespace mact

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words of the error logs and summaries. The odd spellings belong to them.
 namespace TransferTexts {
 
@@ -47,3 +49,5 @@ inline constexpr std::string_view SuccessfulExports = "Sucessful Exports : "; //
 inline constexpr std::string_view Errors = "Errors : ";
 
 } // namespace TransferTexts
+
+} // namespace mact

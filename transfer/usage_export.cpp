@@ -8,6 +8,7 @@
 #include "transfer/transfer_texts.h"
 #include "usage/usage_store.h"
 
+namespace mact {
 namespace {
 
 struct UsageExport {
@@ -80,3 +81,5 @@ std::int16_t ExportUsageFile(AppContext& app, const std::filesystem::path& targe
     errorCount = exported ? exported->Errors : 0;
     return 0;
 }
+
+} // namespace mact

@@ -8,6 +8,7 @@
 #include "transfer/transfer_texts.h"
 #include "usage/usage_record.h"
 
+namespace mact {
 namespace {
 
 constexpr std::size_t FieldCount = 5;
@@ -113,3 +114,5 @@ std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& sourc
     RunImport(app, job, watcher, processedCount, errorCount);
     return 0;
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// Judges the lines of a usage import and stores the good ones.
 class UsageImport {
 public:
@@ -30,3 +32,5 @@ private:
     TextNumbers m_usage{MostSlots}; ///< periods as they are compared, each with a Material ID's number
     std::string m_key;              ///< what is compared
 };
+
+} // namespace mact

@@ -9,6 +9,8 @@
 #include "usage/usage_store.h"
 #include "usage/usage_texts.h"
 
+namespace mact {
+
 frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmUsage>()) {
     m_ui->setupUi(this);
@@ -178,3 +180,5 @@ int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent) {
     window.PrepareEdit(found->front());
     return window.Show();
 }
+
+} // namespace mact

@@ -10,11 +10,14 @@
 #include <vector>
 
 class QComboBox;
-struct MaterialRecord;
 
 namespace Ui {
 class frmUsage;
 }
+
+namespace mact {
+
+struct MaterialRecord;
 
 /// Enters or changes how much of one material was used in one month.
 class frmUsage : public QDialog {
@@ -56,3 +59,5 @@ private:
 int NewUsage(AppContext& app, QWidget* parent);
 /// The same; also -1 when the record could not be read.
 int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent);
+
+} // namespace mact

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace mact {
+
 bool IsUsageYear(std::string_view year) {
     const bool isNumber = std::ranges::all_of(year, [](char digit) { return digit >= '0' && digit <= '9'; });
     return isNumber && year.size() == 4 && year >= "1900";
@@ -40,3 +42,5 @@ bool IsRefusedAsDuplicate(AppContext& app, const UsageRecord& record) {
     ShowFormErrors(app, UsageTexts::IsDuplicate);
     return true;
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// What the usage editor holds, as selected and typed.
 struct UsageEntry {
     std::optional<std::int16_t> MaterialId{}; ///< empty = nothing selected
@@ -28,3 +30,5 @@ UsageRecord RecordOf(const UsageEntry& entry, std::int16_t usageId);
 /// Shows why the record cannot be saved and returns true when another live one has its material and month, or
 /// when that cannot be told. Of several, the first one in the file counts.
 bool IsRefusedAsDuplicate(AppContext& app, const UsageRecord& record);
+
+} // namespace mact

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+namespace mact {
+
 /// How much of one material was used in one calendar month.
 struct UsageRecord {
     std::int16_t UsageId = 0;    ///< the record's own number; 0 = not stored yet
@@ -27,3 +29,5 @@ static_assert(UsageLayout.PackedLength() == 23); // files of earlier versions de
 
 inline constexpr std::int16_t UnitMgal = 1; ///< thousands of gallons
 inline constexpr std::int16_t UnitLbs = 2;  ///< pounds
+
+} // namespace mact

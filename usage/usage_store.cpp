@@ -13,6 +13,7 @@
 #include <cstring>
 #include <unordered_set>
 
+namespace mact {
 namespace {
 
 /// The materials whose numbers a later one is not to occur in.
@@ -253,3 +254,5 @@ void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records) {
         if (seen.insert(year).second) list.push_back({year, ParseInt32(year).value_or(0)});
     }
 }
+
+} // namespace mact

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+namespace mact {
+
 /// The monthly usage records of the current company, in data/<company>_usage.talvor.
 ///
 /// Quantities stay in the unit in which they were entered; reports convert them. Every routine opens the
@@ -63,3 +65,5 @@ struct PeriodPieces {
     std::string_view Year;
 };
 PeriodPieces SplitPeriod(std::string_view period);
+
+} // namespace mact

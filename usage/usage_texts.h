@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace mact {
+
 /// Words of the usage editor.
 namespace UsageTexts {
 
@@ -20,3 +22,5 @@ inline constexpr std::string_view IsDuplicate =
     "- Usage with the same Material ID and Date already exsist."; // sic
 
 } // namespace UsageTexts
+
+} // namespace mact

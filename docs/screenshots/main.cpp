@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <iostream>
 
+using namespace mact;
+
 // mact_screenshots FOLDER light|dark [NAME...]
 //
 // Draws the windows, all or those named, with the sample shop in them, as FOLDER/NAME_light.png.

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 constexpr int LongestWait = 30'000; // milliseconds
@@ -174,5 +175,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(backup_copy_test)
+} // namespace mact
+
+QTEST_MAIN(mact::backup_copy_test)
 #include "backup_copy_test.moc"

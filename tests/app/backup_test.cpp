@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 #ifdef _WIN32
@@ -306,3 +307,5 @@ TEST_F(BackupTest, OnExitNoneIsMadeUnlessTheSettingIs1ToTheLetter) {
 }
 
 } // namespace
+
+} // namespace mact

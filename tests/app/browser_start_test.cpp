@@ -13,6 +13,7 @@
 
 #include <algorithm>
 
+namespace mact {
 namespace {
 
 /// The program in a folder of that name, with a browser that is a script. Programs are really started.
@@ -103,5 +104,7 @@ private slots:
 #endif
 };
 
-QTEST_MAIN(browser_start_test)
+} // namespace mact
+
+QTEST_MAIN(mact::browser_start_test)
 #include "browser_start_test.moc"

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class ConfigurationTest : public testing::Test, public TestProgram {
@@ -132,3 +133,5 @@ TEST_F(ConfigurationTest, ASettingThatCannotBeSavedDoesNotHoldUpTheOthers) {
 }
 
 } // namespace
+
+} // namespace mact

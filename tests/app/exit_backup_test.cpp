@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QTest>
 
+namespace mact {
+
 #ifdef __linux__
 
 namespace {
@@ -96,5 +98,7 @@ private slots:
 #endif
 };
 
-QTEST_MAIN(exit_backup_test)
+} // namespace mact
+
+QTEST_MAIN(mact::exit_backup_test)
 #include "exit_backup_test.moc"

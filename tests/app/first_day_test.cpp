@@ -19,6 +19,8 @@
 #include <QRadioButton>
 #include <QTest>
 
+namespace mact {
+
 /// A new user's first day, in the real windows: from an empty folder to the five reports.
 class first_day_test : public QObject {
     Q_OBJECT
@@ -177,5 +179,7 @@ private:
     }
 };
 
-QTEST_MAIN(first_day_test)
+} // namespace mact
+
+QTEST_MAIN(mact::first_day_test)
 #include "first_day_test.moc"

@@ -24,6 +24,7 @@
 #include <QRadioButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 const std::string ErrorsTitle = "Error(s) found while processing the form:\r\n\r\n";
@@ -368,5 +369,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(first_year_test)
+} // namespace mact
+
+QTEST_MAIN(mact::first_year_test)
 #include "first_year_test.moc"

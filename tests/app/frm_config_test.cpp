@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 /// Settings with a backup folder and a browser that exist. Letters beyond the code page are in their names.
@@ -215,5 +216,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_config_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_config_test)
 #include "frm_config_test.moc"

@@ -15,6 +15,7 @@
 #include <QSvgWidget>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 constexpr const char* NeedCompany[] = {"cmd_Material", "cmd_Usage", "cmd_Reports"};
@@ -267,5 +268,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_main_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_main_test)
 #include "frm_main_test.moc"

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class StartUpTest : public testing::Test, public TestProgram {
@@ -100,3 +101,5 @@ TEST_F(StartUpTest, AFileInTheDataFoldersPlaceStopsTheProgram) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -20,6 +20,7 @@
 
 #include <map>
 
+namespace mact {
 namespace {
 
 /// A screen of 1920x1080 at 200 %, less a task bar.
@@ -397,5 +398,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(window_habits_test)
+} // namespace mact
+
+QTEST_MAIN(mact::window_habits_test)
 #include "window_habits_test.moc"

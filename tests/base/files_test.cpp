@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class ReplaceFileTest : public testing::Test {
@@ -210,3 +211,5 @@ TEST_F(OsFilesTest, AFolderIsNoFileAndAFileNoFolder) {
 }
 
 } // namespace
+
+} // namespace mact

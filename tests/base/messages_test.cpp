@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 TEST(FormErrorsTest, TwoFailedChecksStandBelowTheHeading) {
@@ -32,3 +33,5 @@ TEST(ShowErrorTest, ShowsTheDescription) {
 }
 
 } // namespace
+
+} // namespace mact

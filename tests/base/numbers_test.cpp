@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 struct NumberTextCase {
@@ -162,3 +163,5 @@ TEST(GroupedTextTest, HasSeparatorsTwoDecimalsAndALeadingZero) {
 }
 
 } // namespace
+
+} // namespace mact

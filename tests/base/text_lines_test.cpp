@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 std::vector<std::string> LinesOf(const std::string& content) {
@@ -68,3 +69,5 @@ TEST(TextLinesTest, ALineOfTenMegabytesIsOneLine) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -5,6 +5,7 @@
 #include <map>
 #include <random>
 
+namespace mact {
 namespace {
 
 TEST(TextNumbersTest, CountsDifferentTextsFromZero) {
@@ -64,3 +65,5 @@ TEST(TextNumbersTest, AgreesWithAMapBeyondTheRoomItWasGiven) {
 }
 
 } // namespace
+
+} // namespace mact

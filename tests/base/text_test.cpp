@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 using Pieces = std::vector<std::string_view>;
@@ -68,3 +69,5 @@ TEST(PathTextTest, KeepsLettersThatTheCodePageLacks) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -13,6 +13,7 @@
 #include <cmath>
 #include <limits>
 
+namespace mact {
 namespace {
 
 constexpr double Infinite = std::numeric_limits<double>::infinity();
@@ -498,3 +499,5 @@ TEST_F(DataCheckTest, AFileInTheFoldersPlaceIsShown) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 constexpr const char* GoodMaterials =
@@ -459,3 +460,5 @@ TEST_F(CliTest, ARememberedCompanyThatIsNotANumberStopsTheProgram) {
 }
 
 } // namespace
+
+} // namespace mact

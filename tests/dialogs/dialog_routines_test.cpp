@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
+namespace mact {
 namespace {
 
 const ListLines ThreeLines{
@@ -394,5 +395,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(dialog_routines_test)
+} // namespace mact
+
+QTEST_MAIN(mact::dialog_routines_test)
 #include "dialog_routines_test.moc"

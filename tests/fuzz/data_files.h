@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// The data files of company 1 as one input: the lengths of the first four as 16-bit numbers, then all five.
 struct DataFiles {
     std::string HapContents;
@@ -46,3 +48,5 @@ inline void PutFiles(MemoryProgram& program, std::string_view input) {
     program.File(AdditionalNamesFile(program.App)) = take(3);
     program.File(UsageFile(program.App)) = input;
 }
+
+} // namespace mact

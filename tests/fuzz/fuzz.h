@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <string_view>
 
+namespace mact {
+
 /// What the fuzz targets share.
 
 /// Called by the fuzzer with each input.
@@ -21,3 +23,5 @@ inline void Must(bool holds, const char* what) {
     std::fprintf(stderr, "This does not hold: %s\n", what);
     std::abort();
 }
+
+} // namespace mact

@@ -2,6 +2,8 @@
 #include "tests/fuzz/data_files.h"
 #include "tests/fuzz/fuzz.h"
 
+namespace mact {
+
 // The input is a company's data files, as data_files.h has it.
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -24,3 +26,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Must(content() == before, "a check changes nothing");
     return 0;
 }
+
+} // namespace mact

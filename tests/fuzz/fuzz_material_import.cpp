@@ -4,6 +4,8 @@
 #include "tests/support/memory_program.h"
 #include "transfer/transfer.h"
 
+namespace mact {
+
 // The whole input is a file of materials to import.
 
 namespace {
@@ -54,3 +56,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Must(errors == 0 && ExportOf(third) == exported, "an export of an import is good for another company");
     return 0;
 }
+
+} // namespace mact

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace mact {
+
 // The whole input is a names file.
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -22,3 +24,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (isPlain) Must(SplitAdditionalNames(LastCommaSeparatedValue(saved)) == names, "plain names read back");
     return 0;
 }
+
+} // namespace mact

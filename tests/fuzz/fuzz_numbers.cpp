@@ -6,6 +6,8 @@
 #include <cstring>
 #include <string>
 
+namespace mact {
+
 // The first eight bytes as a number, and all of them as a text.
 
 namespace {
@@ -69,3 +71,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     CheckRounding(bits);
     return 0;
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include "transfer/transfer.h"
 #include "usage/usage_store.h"
 
+namespace mact {
+
 // The input is a company's data files, as data_files.h has it. Everything that reads them runs over them.
 
 namespace {
@@ -105,3 +107,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     SaveAndDelete(program);
     return 0;
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <iostream>
 #include <iterator>
 
+using namespace mact;
+
 // Makes below the folder that it is called with a folder of seeds for each fuzz target, from samples/.
 
 namespace {

@@ -4,6 +4,8 @@
 #include "transfer/transfer.h"
 #include "usage/usage_store.h"
 
+namespace mact {
+
 // The whole input is a file of usage to import. Its materials are those of the samples, and a few short ones.
 
 namespace {
@@ -48,3 +50,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Must(processed == static_cast<int>(usage.size()) && exportErrors == 0, "every record is exported");
     return 0;
 }
+
+} // namespace mact

@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 /// Three materials, and usage of the first two in two years.
@@ -491,5 +492,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_list_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_list_test)
 #include "frm_list_test.moc"

@@ -6,6 +6,8 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
+
 class frm_emission_factor_help_test : public QObject {
     Q_OBJECT
 
@@ -70,5 +72,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_emission_factor_help_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_emission_factor_help_test)
 #include "frm_emission_factor_help_test.moc"

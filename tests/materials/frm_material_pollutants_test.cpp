@@ -4,6 +4,8 @@
 
 #include <QLabel>
 
+namespace mact {
+
 class frm_material_pollutants_test : public QObject {
     Q_OBJECT
 
@@ -161,5 +163,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_material_pollutants_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_material_pollutants_test)
 #include "frm_material_pollutants_test.moc"

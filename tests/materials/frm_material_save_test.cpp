@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+namespace mact {
+
 class frm_material_save_test : public QObject {
     Q_OBJECT
 
@@ -397,5 +399,7 @@ private slots:
     // --- Additional pollutants
 };
 
-QTEST_MAIN(frm_material_save_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_material_save_test)
 #include "frm_material_save_test.moc"

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QToolButton>
 
+namespace mact {
+
 class frm_material_test : public QObject {
     Q_OBJECT
 
@@ -312,5 +314,7 @@ private slots:
     // --- A new material
 };
 
-QTEST_MAIN(frm_material_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_material_test)
 #include "frm_material_test.moc"

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 constexpr const char* TwoNames = "MMA|Styrene & Co|-|-| - |-";
@@ -260,5 +261,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_other_pollutants_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_other_pollutants_test)
 #include "frm_other_pollutants_test.moc"

@@ -13,6 +13,8 @@
 #include <QLineEdit>
 #include <QTest>
 
+namespace mact {
+
 /// How the tests of the material editor work with it.
 
 using Act = std::function<void(frmMaterial&)>;
@@ -106,3 +108,5 @@ struct LimitedProgram : MaterialProgram {
     LimitedFiles Limited;
     AppContext LimitedApp{Prompts, Settings, Programs, Dialogs, Calendar, Limited, App.ProgramFolder, 1};
 };
+
+} // namespace mact

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 TypedMaterial Complete() {
@@ -193,3 +194,5 @@ TEST(FillerTest, TheTwoNamesCountToTheLetter) {
 }
 
 } // namespace
+
+} // namespace mact

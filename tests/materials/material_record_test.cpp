@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 const std::string GelCoatBytes = Hex("07 00") + Padded("GC-110", 100) +
@@ -61,3 +62,5 @@ TEST(MaterialRecordTest, EachPollutantPairStandsInItsPlace) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 using Ids = std::vector<int>;
@@ -291,3 +292,5 @@ TEST(MaterialListTest, HasOneLinePerLiveRecordWithItsNumber) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -19,6 +19,8 @@
 #include <sys/stat.h>
 #endif
 
+namespace mact {
+
 class qt_services_test : public QObject {
     Q_OBJECT
 
@@ -189,5 +191,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(qt_services_test)
+} // namespace mact
+
+QTEST_MAIN(mact::qt_services_test)
 #include "qt_services_test.moc"

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace mact {
+
 // The finders against a plain scan of all records, with records and filters of any kind.
 
 namespace {
@@ -167,3 +169,5 @@ TEST(FinderProperties, TheUsageFinderAgreesWithAPlainScan) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+namespace mact {
 namespace {
 
 constexpr unsigned Cases = 1000;
@@ -105,3 +106,5 @@ TEST(NumberProperties, AWholeNumberIsTheNearestOneThatFits) {
 }
 
 } // namespace
+
+} // namespace mact

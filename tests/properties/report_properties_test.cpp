@@ -6,6 +6,8 @@
 
 #include <functional>
 
+namespace mact {
+
 // The five reports against a second calculation.
 
 namespace {
@@ -163,3 +165,5 @@ TEST(ReportProperties, AdditionalEmissionsAreThoseOfASecondCalculation) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+namespace mact {
 namespace {
 
 std::string Trimmed(std::string text) {
@@ -260,3 +261,5 @@ Rows RowsOfPage(const std::string& page) {
     if (!rows.empty()) rows.erase(rows.begin()); // the header row
     return rows;
 }
+
+} // namespace mact

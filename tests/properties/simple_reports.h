@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// The five reports once more, as a plain and slow calculation that shares nothing with the program's but the
 /// records: what stands in the cells of each page.
 
@@ -31,3 +33,5 @@ Rows AdditionalEmissionRows(const ShopFiles& shop, const std::vector<std::string
 
 /// The rows of a page below its header row, the cells without their tags.
 Rows RowsOfPage(const std::string& page);
+
+} // namespace mact

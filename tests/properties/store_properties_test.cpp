@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace mact {
+
 // Saves, changes and deletions in any order, beside a list of what must be there after each.
 
 namespace {
@@ -160,3 +162,5 @@ TEST(StoreProperties, WhatIsSavedIsFoundUntilItIsDeleted) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -7,6 +7,8 @@
 
 #include <array>
 
+namespace mact {
+
 // What goes from one company to another through text files.
 
 namespace {
@@ -167,3 +169,5 @@ TEST(TransferProperties, ASecondImportOfTheSameFileTakesNothing) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 const PollutantNames Names = {"-", "Styrene", " - ", "-", "MMA", "Cobalt"};
@@ -152,3 +153,5 @@ TEST_F(AdditionalHapReports, NamesThatAreNotSixCountAsUnused) {
 }
 
 } // namespace
+
+} // namespace mact

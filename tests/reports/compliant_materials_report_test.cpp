@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 const ReportPeriod AllMaterials{};
@@ -159,3 +160,5 @@ TEST_F(CompliantMaterialsReport, MaterialsOfUnknownTypesGiveATableWithoutRowsAnd
 }
 
 } // namespace
+
+} // namespace mact

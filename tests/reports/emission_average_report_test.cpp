@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 TEST(PointValueTest, IsTheEquationsResultRoundedToTwoDecimals) {
@@ -235,3 +236,5 @@ TEST_F(EmissionAverageReport, MaterialIsListedUnderEachMatchingTypeRecord) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 QString Numbered(const char* name, int frame) {
@@ -201,5 +202,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_reports_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_reports_test)
 #include "frm_reports_test.moc"

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 double Pounds(const PeriodUsage& usage, std::int16_t materialId, double density) {
@@ -122,3 +123,5 @@ TEST(ReadPeriodUsageTest, FirstAndLastMonthCountAndTheirNeighboursDoNot) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 struct ReportCase {
@@ -125,3 +126,5 @@ INSTANTIATE_TEST_SUITE_P(Reports, PollutantReport, testing::Values(HapUsageCase,
                          [](const auto& given) { return given.param.Name; });
 
 } // namespace
+
+} // namespace mact

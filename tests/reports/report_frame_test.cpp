@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class PublishTest : public testing::Test {
@@ -135,3 +136,5 @@ TEST(MonthsOfTest, StartIsElevenMonthsBeforeTheEnd) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
+
 /// The reports as a user sees them: each page is opened in Chromium, and the table is read back from what the
 /// browser made of it.
 
@@ -156,3 +158,5 @@ INSTANTIATE_TEST_SUITE_P(Pages, RenderedReport, testing::ValuesIn(PageCases),
                          [](const auto& given) { return given.param.Name; });
 
 } // namespace
+
+} // namespace mact

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 using std::chrono::year;
@@ -117,3 +118,5 @@ TEST(ConvertQuantityTest, OverflowIsAFailure) {
 }
 
 } // namespace
+
+} // namespace mact

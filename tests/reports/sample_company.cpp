@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 // Code-page text: E9 is é, D8 is Ø, 80 is the euro sign.
@@ -145,3 +146,5 @@ void StoreSampleCompany(AppContext& app) {
 std::string ExpectedPage(const std::string& fileName) {
     return ContentOf(std::filesystem::path(MACT_SOURCE_FOLDER) / "tests" / "data" / "reports" / fileName);
 }
+
+} // namespace mact

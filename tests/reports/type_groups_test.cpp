@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 HapContentRecord Row(const char* type, const char* method, double limit = 0) {
@@ -92,3 +93,5 @@ TEST(MaterialsByMethodTest, TypeAndMethodAreNotRunTogether) {
 }
 
 } // namespace
+
+} // namespace mact

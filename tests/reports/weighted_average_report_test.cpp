@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 TEST(AmountInKgTest, IsRoundedToTwoDecimals) {
@@ -147,3 +148,5 @@ TEST_F(WeightedAverageReport, WithoutUsageEveryMethodIsCompliantAndNothingIsAske
 }
 
 } // namespace
+
+} // namespace mact

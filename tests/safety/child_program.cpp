@@ -12,6 +12,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace mact {
+
 StartSignal::StartSignal() {
     if (::pipe2(m_pipe, O_CLOEXEC) != 0) std::abort();
 }
@@ -95,3 +97,5 @@ std::string ChildProgram::Errors() const {
         text.append(piece.data(), static_cast<std::size_t>(count));
     }
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace mact {
+
 /// Holds children back until all of them are there.
 class StartSignal {
 public:
@@ -51,3 +53,5 @@ private:
     int m_status = 0;     ///< as waitpid tells it
     int m_errors = -1;    ///< a file without a name
 };
+
+} // namespace mact

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 using Contents = std::map<std::string, std::string>;
@@ -239,3 +240,5 @@ INSTANTIATE_TEST_SUITE_P(Operations, FailingOperation, testing::ValuesIn(ShopOpe
                          [](const auto& given) { return std::string(given.param.Name); });
 
 } // namespace
+
+} // namespace mact

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 /// Settings of which one write, counted from 1, fails.
@@ -86,3 +87,5 @@ TEST_F(FailingSettingsTest, ABackupThatCannotBeStartedIsShownAndHarmsNoData) {
 }
 
 } // namespace
+
+} // namespace mact

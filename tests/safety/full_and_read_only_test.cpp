@@ -10,6 +10,7 @@
 #include <set>
 #include <unistd.h>
 
+namespace mact {
 namespace {
 
 class ShopOnAnotherDisk : public testing::TestWithParam<ShopOperation> {
@@ -164,3 +165,5 @@ INSTANTIATE_TEST_SUITE_P(Operations, ReadOnlyShop, testing::ValuesIn(ShopOperati
                          [](const auto& given) { return std::string(given.param.Name); });
 
 } // namespace
+
+} // namespace mact

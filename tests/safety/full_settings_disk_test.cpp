@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 TEST(SettingsOnAFullDisk, StayWholeAndAFailedSaveIsToldInOneSentence) {
@@ -35,3 +36,5 @@ TEST(SettingsOnAFullDisk, StayWholeAndAFailedSaveIsToldInOneSentence) {
 }
 
 } // namespace
+
+} // namespace mact

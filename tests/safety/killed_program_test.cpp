@@ -10,6 +10,7 @@
 #include <random>
 #include <thread>
 
+namespace mact {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -210,3 +211,5 @@ TEST_F(KilledProgram, BeforeARenameLeavesTheOldNamesAndATemporaryFileThatIsRepla
 }
 
 } // namespace
+
+} // namespace mact

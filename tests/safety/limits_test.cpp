@@ -8,6 +8,7 @@
 #include "tests/transfer/transfer_fixture.h"
 #include "usage/usage_store.h"
 
+namespace mact {
 namespace {
 
 constexpr const char* CompaniesName = "companies.talvor";
@@ -247,3 +248,5 @@ TEST_F(AtCapacity, ListsExportsAndReportsHaveAllRecords) {
 }
 
 } // namespace
+
+} // namespace mact

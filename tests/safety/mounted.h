@@ -7,6 +7,8 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
+namespace mact {
+
 /// Mounts that nobody else sees and that end with this process at the latest. Where they are not permitted,
 /// the tests that need them are skipped.
 inline bool CanMount() {
@@ -47,3 +49,5 @@ inline void FillUp(const std::filesystem::path& filler) {
     }
     ::close(file);
 }
+
+} // namespace mact

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <iostream>
 
+namespace mact {
 namespace {
 
 std::string Bytes(std::uint64_t value, std::size_t length) {
@@ -118,3 +119,5 @@ std::string CompanySlot(const std::string& name, int number) {
     return Bytes(static_cast<std::uint64_t>(number), 2) + Padded(name, 250) + Padded("Dock 1", 250) +
            Hex("FF FF");
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// A program folder in which the command line works, and the records that it should write there.
 class ProgramFolder {
 public:
@@ -44,3 +46,5 @@ private:
 std::string MaterialSlots(const std::string& name, int count, int first);
 std::string UsageSlots(int year, int count, int first);
 std::string CompanySlot(const std::string& name, int number);
+
+} // namespace mact

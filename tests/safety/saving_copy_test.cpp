@@ -12,6 +12,7 @@
 #include <thread>
 #include <unistd.h>
 
+namespace mact {
 namespace {
 
 constexpr int ImportedLines = 3000;
@@ -165,3 +166,5 @@ TEST_F(SavingCopy, ThatDeletesUsageTooAndOneThatImportsItLoseNoRecord) {
 }
 
 } // namespace
+
+} // namespace mact

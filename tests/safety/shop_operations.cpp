@@ -12,6 +12,7 @@
 #include "transfer/transfer.h"
 #include "usage/usage_store.h"
 
+namespace mact {
 namespace {
 
 constexpr const char* NewFolder = "new folder";
@@ -252,3 +253,5 @@ std::size_t SlotLengthOf(const std::string& fileName) {
     if (fileName == "companies.talvor") return 504;
     return 0;
 }
+
+} // namespace mact

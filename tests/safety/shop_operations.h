@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// How an operation tells its caller that it did not succeed.
 enum class Telling {
     ByAnswer,  ///< what it returns says so
@@ -39,3 +41,5 @@ inline constexpr const char* ExportedFile = "exported.txt";
 
 /// The length of the slots of a file that grows by records; 0 = it is replaced as a whole.
 std::size_t SlotLengthOf(const std::string& fileName);
+
+} // namespace mact

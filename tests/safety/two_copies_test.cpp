@@ -9,6 +9,7 @@
 #include <memory>
 #include <set>
 
+namespace mact {
 namespace {
 
 constexpr const char* MaterialsFile = "1_materials.talvor";
@@ -222,3 +223,5 @@ TEST_F(TwoCopies, OfWhichOneWaitsForTheLogOfAnImportChangesNothing) {
 }
 
 } // namespace
+
+} // namespace mact

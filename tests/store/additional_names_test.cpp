@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class AdditionalNamesTest : public testing::Test, public TestProgram {
@@ -106,3 +107,5 @@ TEST(IsUsedNameTest, ADashWithBlanksAroundIsUnused) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class CompaniesTest : public testing::Test, public TestProgram {
@@ -110,3 +111,5 @@ TEST_F(CompaniesTest, ASelectionThatCannotBeRememberedIsShownAndHoldsForNow) {
 }
 
 } // namespace
+
+} // namespace mact

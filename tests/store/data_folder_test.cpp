@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 TEST(DataFolderTest, FilesLieInTheDataFolderBesideTheProgram) {
@@ -26,3 +27,5 @@ TEST(DataFolderTest, SwitchingTheCompanyChangesItsOwnFilesOnly) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 void TypeCompany(frmCompany& window, const char* name, const char* location) {
@@ -179,5 +180,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_company_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_company_test)
 #include "frm_company_test.moc"

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 QStringList Names(const QWidget& window) {
@@ -192,5 +193,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_extra_pollutants_names_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_extra_pollutants_names_test)
 #include "frm_extra_pollutants_names_test.moc"

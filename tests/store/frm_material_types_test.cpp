@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 /// The names of all controls that are enabled.
@@ -188,5 +189,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_material_types_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_material_types_test)
 #include "frm_material_types_test.moc"

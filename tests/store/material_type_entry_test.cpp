@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 std::string ErrorsOf(const MaterialTypeEntry& entry) {
@@ -39,3 +40,5 @@ TEST(MaterialTypeEntry, EmptyEntryIsReportedInTheOrderOfTheForm) {
                             "- Material type can only be a numeric value (1 or 2).\r\n"
                             "- HAP Content limit should be a numeric value(%).\r\n");
 }
+
+} // namespace mact

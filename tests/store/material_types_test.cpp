@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 using Names = std::vector<std::string>;
@@ -145,3 +146,5 @@ TEST_F(MaterialTypesTest, AFolderInTheFilesPlaceIsShownOnceAndCountsAsEmpty) {
 }
 
 } // namespace
+
+} // namespace mact

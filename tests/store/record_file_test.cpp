@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 constexpr std::size_t SlotLength = 10;
@@ -115,3 +116,5 @@ TEST_F(RecordFileTest, ASlotBeyondTheNextIsNotWritten) {
 }
 
 } // namespace
+
+} // namespace mact

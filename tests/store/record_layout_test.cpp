@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 const std::string CompanyBytes = Hex("02 01")                        // 258
@@ -100,3 +101,5 @@ TEST(RecordLayoutTest, FieldsThatAreNotAskedForStayAsTheyAre) {
 }
 
 } // namespace
+
+} // namespace mact

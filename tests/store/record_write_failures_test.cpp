@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 /// Slots of ten bytes. Writing one reads the length, reads what is in its place, writes and flushes;
@@ -124,3 +125,5 @@ TEST_F(RecordWriteFailures, AppendedSlotsThatCannotBeTakenBackAreSaidToBeInDoubt
 }
 
 } // namespace
+
+} // namespace mact

@@ -27,6 +27,7 @@
 #include <QListWidget>
 #include <QProgressBar>
 
+namespace mact {
 namespace {
 
 void Press(const QWidget& window, const char* button) {
@@ -199,3 +200,5 @@ void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
     QDir::setCurrent(folderBefore);
     if (!isDone) qFatal("The window %s did not wait", state.Name);
 }
+
+} // namespace mact

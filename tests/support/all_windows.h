@@ -7,6 +7,8 @@
 #include <functional>
 #include <vector>
 
+namespace mact {
+
 /// A window as a user meets it.
 struct WindowState {
     const char* Name;                               ///< the window's own, and which state of it
@@ -20,3 +22,5 @@ const std::vector<WindowState>& AllWindows();
 /// Opens the window, prepares it, hands it to `act` and closes it.
 void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
               const std::function<void(QWidget&)>& act);
+
+} // namespace mact

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 /// Bytes of data files, written down piece by piece.
 
 inline std::string Padded(std::string_view text, std::size_t length) {
@@ -32,3 +34,5 @@ inline std::string Hex(std::string_view digits) {
     }
     return bytes;
 }
+
+} // namespace mact

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace mact {
+
 enum class FaultKind {
     Once,        ///< the operation fails without having done anything
     HalfWritten, ///< the same, but a write has written half of its bytes
@@ -148,3 +150,5 @@ private:
     std::set<std::string> m_unflushed;
     std::set<std::string> m_renamedUnflushed;
 };
+
+} // namespace mact

@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+namespace mact {
+
 /// The files that lie in a folder, and what they hold; empty where there is no such folder.
 inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& folder) {
     std::map<std::string, std::string> files;
@@ -22,3 +24,5 @@ inline int CountNamed(const std::filesystem::path& folder, const std::string& na
         if (entry.path().filename() == name) ++count;
     return count;
 }
+
+} // namespace mact

@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace mact {
+
 /// The control of that name; without one the test stops with a message.
 template <class T> T& Named(const QObject& window, const char* name) {
     T* control = window.findChild<T*>(QString::fromLatin1(name));
@@ -28,3 +30,5 @@ template <class W, class Act> void InNextModal(Act act) {
 template <class T> std::string TextOf(const QObject& window, const char* name) {
     return Named<T>(window, name).text().toStdString();
 }
+
+} // namespace mact

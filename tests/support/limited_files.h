@@ -5,6 +5,8 @@
 #include <map>
 #include <optional>
 
+namespace mact {
+
 /// What goes wrong with a file.
 struct FileLimits {
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; what lies beyond cannot be written or read
@@ -61,3 +63,5 @@ private:
         const FileLimits& m_limits;
     };
 };
+
+} // namespace mact

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+namespace mact {
+
 /// Files that are nowhere but in memory: for tests that work with a great many of them. There are no folders,
 /// no locks and no failures but that of a file that does not exist.
 class MemoryFiles : public FileAccess {
@@ -70,3 +72,5 @@ private:
 
     std::map<std::filesystem::path, std::shared_ptr<std::string>> m_files;
 };
+
+} // namespace mact

@@ -5,6 +5,8 @@
 #include "tests/support/memory_files.h"
 #include "tests/support/scripted_services.h"
 
+namespace mact {
+
 /// A whole program whose files are in memory, with scripted services. Company 1 is current, and there is no
 /// file yet.
 class MemoryProgram {
@@ -20,3 +22,5 @@ public:
 
     std::string& File(const std::filesystem::path& path) { return Files[path]; }
 };
+
+} // namespace mact

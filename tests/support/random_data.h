@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// Data that is made up from a seed: the same one for the same seed, on every platform. The choices are few,
 /// so that records often have something in common.
 class RandomData {
@@ -81,3 +83,5 @@ testing::AssertionResult AreSameRecords(const RecordLayout<Record>& layout,
                                         const std::vector<Record>& expected) {
     return IsSameContent(FileOf(layout, records), FileOf(layout, expected), layout.SlotLength());
 }
+
+} // namespace mact

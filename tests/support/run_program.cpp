@@ -4,6 +4,8 @@
 
 #include <QProcess>
 
+namespace mact {
+
 ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                       const std::filesystem::path& settingsFolder) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -21,3 +23,5 @@ ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<st
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
 }
+
+} // namespace mact

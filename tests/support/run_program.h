@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace mact {
+
 /// What a program printed and how it ended.
 struct ProgramRun {
     int Status = -1; ///< -1 = it did not start, crashed or took more than a minute
@@ -14,3 +16,5 @@ struct ProgramRun {
 /// Runs a program to its end. Its settings are in `settingsFolder`, in place of the user's own.
 ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                       const std::filesystem::path& settingsFolder);
+
+} // namespace mact

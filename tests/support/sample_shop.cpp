@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <iostream>
 
+namespace mact {
 namespace {
 
 [[noreturn]] void Stop(const TestProgram& program) {
@@ -52,3 +53,5 @@ void SampleShop::Restore() {
     Settings.Values = m_firstSettings;
     Prompts.Shown.clear();
 }
+
+} // namespace mact

@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+namespace mact {
+
 /// The program with the shop of samples/: its company is current, its pollutants have names, its materials
 /// and usage are imported. A copy of the samples is in the program folder, in `samples`.
 class SampleShop : public TestProgram {
@@ -18,3 +20,5 @@ public:
 private:
     std::map<std::pair<std::string, std::string>, std::string> m_firstSettings;
 };
+
+} // namespace mact

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+namespace mact {
+
 /// Platform services that remember what was asked of them and answer from a script.
 
 class ScriptedPrompts : public MessagePrompts {
@@ -79,3 +81,5 @@ public:
     std::chrono::year_month Month{std::chrono::year{2005}, std::chrono::March};
     std::chrono::year_month CurrentMonth() override { return Month; }
 };
+
+} // namespace mact

@@ -7,6 +7,7 @@
 #include <random>
 #include <sstream>
 
+namespace mact {
 namespace {
 
 std::filesystem::path NewFolder() {
@@ -69,3 +70,5 @@ void WriteContent(const std::filesystem::path& path, std::string_view content) {
     file.write(content.data(), static_cast<std::streamsize>(content.size()));
     if (!file) Stop(path);
 }
+
+} // namespace mact

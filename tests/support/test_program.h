@@ -10,6 +10,8 @@
 #include <system_error>
 #include <vector>
 
+namespace mact {
+
 /// A folder that is removed with its content. A blank, a quote and a letter beyond ASCII are in its name.
 class TemporaryFolder {
 public:
@@ -51,3 +53,5 @@ std::string ContentOf(const std::filesystem::path& path);
 /// The system's words for an error, which is `windowsCode` where it runs on Windows.
 std::string ReasonOf(std::errc error, int windowsCode);
 void WriteContent(const std::filesystem::path& path, std::string_view content);
+
+} // namespace mact

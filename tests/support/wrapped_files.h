@@ -6,6 +6,8 @@
 #include <memory>
 #include <utility>
 
+namespace mact {
+
 /// The operating system's files, of which a test replaces a part.
 
 class WrappedFile : public OpenedFile {
@@ -41,3 +43,5 @@ public:
 private:
     OsFiles m_files;
 };
+
+} // namespace mact

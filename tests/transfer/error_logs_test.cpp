@@ -1,5 +1,6 @@
 #include "tests/transfer/transfer_fixture.h"
 
+namespace mact {
 namespace {
 
 class ErrorLogs : public TransferTest {};
@@ -47,3 +48,5 @@ TEST(TransferSummary, OfAnExportWithoutErrorCountEndsBehindItsLabel) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #endif
 
+namespace mact {
 namespace {
 
 class ExportTest : public TransferTest {
@@ -352,3 +353,5 @@ TEST_F(ExportTest, AnErrorLogThatDoesNotExistYetIsNoTargetEither) {
 }
 
 } // namespace
+
+} // namespace mact

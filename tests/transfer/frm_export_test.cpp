@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 std::string Export(frmExport& window, const std::filesystem::path& target) {
@@ -124,5 +125,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_export_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_export_test)
 #include "frm_export_test.moc"

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 /// A line that every import rejects, again and again: enough work for several turns of the event loop.
@@ -241,5 +242,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_import_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_import_test)
 #include "frm_import_test.moc"

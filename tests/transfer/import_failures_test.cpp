@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #endif
 
+namespace mact {
 namespace {
 
 class ImportFailures : public TransferTest {
@@ -345,3 +346,5 @@ TEST_F(ImportFailures, AWatcherStopsTheImportBehindItsLine) {
 }
 
 } // namespace
+
+} // namespace mact

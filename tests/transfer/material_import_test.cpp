@@ -2,6 +2,7 @@
 
 #include <array>
 
+namespace mact {
 namespace {
 
 class MaterialImportTest : public TransferTest {
@@ -340,3 +341,5 @@ TEST_F(MaterialImportTest, ThousandsOfRecordsAreStoredInOrder) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 /// Slots of ten bytes.
@@ -59,3 +60,5 @@ TEST_F(RecordAppend, PendingSlotsAreCountedForTheNextNumber) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -2,6 +2,7 @@
 
 #include <set>
 
+namespace mact {
 namespace {
 
 std::filesystem::path Sample(const std::string& name) {
@@ -89,3 +90,5 @@ TEST_F(Samples, TheUsageWithErrorsLeavesTheExpectedLog) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
+
 /// A program with the default material types, whose files may be made to fail.
 class TransferTest : public testing::Test, public TestProgram {
 protected:
@@ -72,3 +74,5 @@ protected:
 inline std::string GoodMaterial(const std::string& customId) {
     return customId + "|a resin|Production resin|Spray|9.1|28|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n";
 }
+
+} // namespace mact

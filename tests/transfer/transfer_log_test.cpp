@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class TransferLogTest : public testing::Test {
@@ -82,3 +83,5 @@ TEST_F(TransferLogTest, AFailureToCutIsNotToldInThePlaceOfTheWrite) {
 }
 
 } // namespace
+
+} // namespace mact

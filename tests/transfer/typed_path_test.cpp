@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 class TypedPathTest : public testing::Test {
@@ -35,3 +36,5 @@ TEST_F(TypedPathTest, AFolderWhoseNameEndsInBlanksIsNotMeant) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -2,6 +2,7 @@
 
 #include <array>
 
+namespace mact {
 namespace {
 
 class UsageImportTest : public TransferTest {
@@ -332,3 +333,5 @@ TEST_F(UsageImportTest, UsageOfADeletedMaterialIsNoDuplicate) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace mact {
 namespace {
 
 const std::string ErrorsTitle = "Error(s) found while processing the form:\r\n\r\n";
@@ -466,5 +467,7 @@ private slots:
     }
 };
 
-QTEST_MAIN(frm_usage_test)
+} // namespace mact
+
+QTEST_MAIN(mact::frm_usage_test)
 #include "frm_usage_test.moc"

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 const UsageEntry GoodEntry{
@@ -110,3 +111,5 @@ TEST_F(UsageDuplicateTest, UsageThatCannotBeReadIsRefusedWithItsReason) {
 }
 
 } // namespace
+
+} // namespace mact

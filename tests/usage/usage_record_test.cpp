@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 const std::string UsageBytes = Hex("05 00") + Hex("0C 00") + "3/2005 " +
@@ -31,3 +32,5 @@ TEST(UsageRecordTest, APeriodOfMoreThanSevenCharactersIsCut) {
 }
 
 } // namespace
+
+} // namespace mact

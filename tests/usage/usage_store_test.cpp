@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+namespace mact {
 namespace {
 
 using Ids = std::vector<int>;
@@ -313,3 +314,5 @@ TEST(UsageYearsTest, AreListedOnceInTheOrderInWhichTheyAreMet) {
 }
 
 } // namespace
+
+} // namespace mact

@@ -1,7 +1,6 @@
 #include "app/backup.h"
 
 #include "app/backup_script.h"
-#include "app/backup_texts.h"
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/settings.h"
@@ -13,17 +12,13 @@
 namespace mact {
 namespace {
 
+constexpr std::string_view NoFolderDefined =
+    "You do not have a backup folder defined. By default the program will make backups in the program "
+    "folder.\r\n"
+    "Do you want to define backup folder now?";
+
 /// Whole numbers up to here have an exact double, and so has the next one.
 constexpr double LargestVolume = 9007199254740991.0;
-
-/// Returns the number of this set; that of the next one is saved at once.
-std::int64_t TakeVolume(AppContext& app) {
-    const std::int64_t volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
-    const Done saved =
-        app.Settings.Write(Settings::Backup, Settings::BackupVolume, WholeNumberText(volume + 1));
-    if (!saved) ShowError(app, saved.error());
-    return volume;
-}
 
 std::filesystem::path BaseFolder(AppContext& app) {
     if (!IsBackupFolderDefined(app)) return app.ProgramFolder;
@@ -63,7 +58,9 @@ std::int64_t BackupVolume(std::string_view text) {
 }
 
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
-    const std::int64_t volume = TakeVolume(app);
+    const std::int64_t volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
+    ShowFailure(app,
+                app.Settings.Write(Settings::Backup, Settings::BackupVolume, WholeNumberText(volume + 1)));
     const std::filesystem::path target =
         Tidied(BaseFolder(app)) / ("talvor_backupset_" + WholeNumberText(volume));
     const Done created = app.Files.CreateFolder(target);
@@ -72,18 +69,16 @@ std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
         if (!IsFolderAt(target)) return std::nullopt;
     }
     const Done started = StartCopy(app, target);
-    if (!started) {
-        ShowError(app, started.error());
-        return std::nullopt;
-    }
-    if (isTold) ShowInformation(app, std::string(BackupTexts::CompletedIn) + PathText(target));
+    if (ShowFailure(app, started)) return std::nullopt;
+    // On purpose while the copy still runs: the message names the folder, and Exit need not wait.
+    if (isTold) ShowInformation(app, "Backup has been completed in folder " + PathText(target));
     return target;
 }
 
 void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder) {
     if (!IsBackupFolderDefined(app)) {
         const PromptAnswer answer = app.Prompts.Show(
-            {std::string(BackupTexts::NoFolderDefined), PromptKind::Question, PromptButtons::YesNoCancel});
+            {std::string(NoFolderDefined), PromptKind::Question, PromptButtons::YesNoCancel});
         if (answer == PromptAnswer::Cancel) return;
         if (answer == PromptAnswer::Yes) defineFolder();
     }

@@ -50,6 +50,7 @@ std::string WithoutVariables(const std::string& text) {
 std::string BackupLine(const std::filesystem::path& programFolder, const std::filesystem::path& target) {
     constexpr char separator = static_cast<char>(std::filesystem::path::preferred_separator);
     std::string line = "copy \"" + WithoutVariables(PathText(programFolder));
+    // The separator is doubled on purpose: CopyingProgram finds the two folders by it.
     line += separator + std::string("data") + separator + separator + "*.*\" \"";
     line += WithoutVariables(PathText(target)) + separator + "*.*\"";
     return line;

@@ -1,21 +1,10 @@
 #include "app/configuration.h"
 
-#include "base/messages.h"
 #include "base/numbers.h"
 #include "base/settings.h"
 #include "base/text.h"
 
 namespace mact {
-namespace {
-
-Failed Save(AppContext& app, std::string_view section, std::string_view key, std::string_view value) {
-    const Done saved = app.Settings.Write(section, key, value);
-    if (!saved) ShowError(app, saved.error());
-    return !saved;
-}
-
-} // namespace
-
 Configuration ReadConfiguration(AppContext& app) {
     Configuration configuration;
     configuration.BackupFolder = app.Settings.Read(Settings::Backup, Settings::Path);
@@ -28,15 +17,18 @@ Configuration ReadConfiguration(AppContext& app) {
     return configuration;
 }
 
-Failed SaveConfiguration(AppContext& app, const Configuration& configuration) {
-    Failed failed = false;
+std::vector<Failure> SaveConfiguration(SettingsStore& settings, const Configuration& configuration) {
+    std::vector<Failure> failures;
+    const auto save = [&](std::string_view section, std::string_view key, std::string_view value) {
+        const Done saved = settings.Write(section, key, value);
+        if (!saved) failures.push_back(saved.error());
+    };
     if (!configuration.BackupFolder.empty())
-        failed |= Save(app, Settings::Backup, Settings::Path, configuration.BackupFolder);
-    failed |= Save(app, Settings::Backup, Settings::AutoBackup, configuration.IsBackedUpOnExit ? "1" : "0");
+        save(Settings::Backup, Settings::Path, configuration.BackupFolder);
+    save(Settings::Backup, Settings::AutoBackup, configuration.IsBackedUpOnExit ? "1" : "0");
     const std::string_view browser = Trim(configuration.Browser);
-    if (browser.empty() || IsFileAt(PathFromUtf8(browser)))
-        failed |= Save(app, Settings::Browser, Settings::Path, browser);
-    return failed;
+    if (browser.empty() || IsFileAt(PathFromUtf8(browser))) save(Settings::Browser, Settings::Path, browser);
+    return failures;
 }
 
 } // namespace mact

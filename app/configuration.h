@@ -3,6 +3,7 @@
 #include "base/app_context.h"
 
 #include <string>
+#include <vector>
 
 namespace mact {
 
@@ -18,8 +19,9 @@ struct Configuration {
 Configuration ReadConfiguration(AppContext& app);
 
 /// An empty backup folder is not saved. The browser is saved trimmed, when it is empty or a file is there; of
-/// one that is not there the earlier setting stays, without a word. Each setting that cannot be saved is
-/// shown and does not hold up the others.
-[[nodiscard]] Failed SaveConfiguration(AppContext& app, const Configuration& configuration);
+/// one that is not there the earlier setting stays, without a word. A setting that cannot be saved does not
+/// hold up the others; there is a Failure for each that could not.
+[[nodiscard]] std::vector<Failure> SaveConfiguration(SettingsStore& settings,
+                                                     const Configuration& configuration);
 
 } // namespace mact

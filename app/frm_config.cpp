@@ -1,8 +1,8 @@
 #include "app/frm_config.h"
 
-#include "app/config_texts.h"
 #include "app/configuration.h"
 #include "app/ui_frm_config.h"
+#include "base/messages.h"
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
 #include "store/frm_extra_pollutants_names.h"
@@ -31,7 +31,8 @@ frmConfig::frmConfig(AppContext& app, QWidget* parent)
     m_ui->dir_backup->setFocus();
     if (app.CurrentCompanyId == 0) {
         m_ui->cmd_ExtraPollutants->setEnabled(false);
-        m_ui->cmd_ExtraPollutants->setToolTip(QString::fromUtf8(ConfigTexts::NeedsCompany));
+        m_ui->cmd_ExtraPollutants->setToolTip(
+            QStringLiteral("Choose a company first: the names are kept for each company."));
     }
 
     connect(m_ui->cmd_Folder, &QPushButton::clicked, this, &frmConfig::ChooseFolder);
@@ -46,20 +47,23 @@ frmConfig::~frmConfig() = default;
 
 void frmConfig::ChooseFolder() {
     const auto folder =
-        m_app.Dialogs.ChooseFolder(ConfigTexts::ChooseBackupFolder, ToPath(m_ui->dir_backup->text()));
+        m_app.Dialogs.ChooseFolder("Choose the backup folder", ToPath(m_ui->dir_backup->text()));
     if (folder) m_ui->dir_backup->setText(FromPath(*folder));
 }
 
 void frmConfig::ChooseBrowser() {
-    const auto browser = m_app.Dialogs.ChooseFileToOpen(ConfigTexts::ChooseBrowser, FileKind::Program);
+    const auto browser = m_app.Dialogs.ChooseFileToOpen("Choose the browser", FileKind::Program);
     if (browser) m_ui->txt_browser->setText(FromPath(*browser));
 }
 
 void frmConfig::SaveSettings() {
-    const bool isFailed = SaveConfiguration(m_app, {.BackupFolder = PathIn(*m_ui->dir_backup),
-                                                    .IsBackedUpOnExit = m_ui->chk_auto->isChecked(),
-                                                    .Browser = PathIn(*m_ui->txt_browser)});
-    if (!isFailed) hide();
+    const std::vector<Failure> failures =
+        SaveConfiguration(m_app.Settings, {.BackupFolder = PathIn(*m_ui->dir_backup),
+                                           .IsBackedUpOnExit = m_ui->chk_auto->isChecked(),
+                                           .Browser = PathIn(*m_ui->txt_browser)});
+    for (const Failure& failure : failures)
+        ShowError(m_app, failure);
+    if (failures.empty()) hide();
 }
 
 void ShowConfiguration(AppContext& app, QWidget* parent) {

@@ -3,7 +3,6 @@
 #include "app/backup.h"
 #include "app/frm_about.h"
 #include "app/frm_config.h"
-#include "app/main_texts.h"
 #include "app/ui_frm_main.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/pictures.h"
@@ -21,15 +20,11 @@ namespace {
 
 constexpr QSize PictureSize{560, 190};
 
-QString Text(const char* utf8Text) {
-    return QString::fromUtf8(utf8Text);
-}
-
 } // namespace
 
 frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMain>()) {
     m_ui->setupUi(this);
-    setWindowTitle(Text(MainTexts::Title));
+    setWindowTitle(QStringLiteral("EPA - MACT (HAP Content Reporting Application)"));
     m_ui->Picture1->load(PictureFile(QStringLiteral("picture")));
     m_ui->Picture1->setFixedSize(PictureSize);
     m_ui->cmd_About->hide(); // has no task
@@ -91,18 +86,19 @@ void frmMain::changeEvent(QEvent* event) {
 void frmMain::ShowCurrentCompany() {
     const bool hasCompany = m_app.CurrentCompanyId != 0;
     const std::pair<QPushButton*, const char*> buttons[] = {
-        {m_ui->cmd_Material, MainTexts::Materials},
-        {m_ui->cmd_Usage,    MainTexts::Usage    },
-        {m_ui->cmd_Reports,  MainTexts::Reports  },
+        {m_ui->cmd_Material, "The resins and gel coats of the current company"   },
+        {m_ui->cmd_Usage,    "How much of each material was used, month by month"},
+        {m_ui->cmd_Reports,  "The compliance reports for twelve months"          },
     };
     for (const auto& [button, toolTip] : buttons) {
         button->setEnabled(hasCompany);
-        button->setToolTip(Text(hasCompany ? toolTip : MainTexts::NeedsCompany));
+        button->setToolTip(QString::fromLatin1(
+            hasCompany ? toolTip : "Choose Companies first: add a company or select one."));
     }
     m_ui->lbl_Company->setText(
-        hasCompany ? Text(MainTexts::CurrentCompany) +
-                         FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation)
-                   : Text(MainTexts::NoCompany));
+        hasCompany ? FromCodePage("Current company: " + m_app.CurrentCompanyName + ", " +
+                                  m_app.CurrentCompanyLocation)
+                   : QStringLiteral("No company selected yet \u2013 choose Companies to add or select one."));
 }
 
 void frmMain::Exit() {

@@ -1,7 +1,5 @@
 #include "base/files.h"
 
-#include "base/text.h"
-
 #include <system_error>
 
 namespace mact {
@@ -34,11 +32,9 @@ Done CheckIsWritable(FileAccess& files, const std::filesystem::path& path) {
     return file ? Success() : Done(file.error());
 }
 
-/// The temporary file is not one that the user knows of.
+/// The user knows the target, not the temporary file.
 Failure CannotWrite(const std::filesystem::path& target, const Failure& ofTemporary) {
-    std::string reason = ofTemporary.Description;
-    if (reason.starts_with('C')) reason.front() = 'c';
-    return {"Cannot write the file \"" + PathText(target) + "\": " + reason};
+    return {"write the file", target, ClauseOf(ofTemporary)};
 }
 
 } // namespace
@@ -81,9 +77,9 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
     const Result<std::uint64_t> length = (*file)->Length();
     if (!length) return length.error();
     if (*length > LongestWholeFile)
-        return Failure{"Cannot read the file \"" + PathText(path) + "\": it has " + std::to_string(*length) +
-                       " bytes, and " + std::to_string(LongestWholeFile) +
-                       " is the most that is read as a whole."};
+        return Failure{"read the file", path,
+                       "it has " + std::to_string(*length) + " bytes, and " +
+                           std::to_string(LongestWholeFile) + " is the most that is read as a whole"};
     std::string content(static_cast<std::size_t>(*length), '\0');
     const Result<std::size_t> count = (*file)->ReadAt(0, content);
     if (!count) return count.error();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "base/service.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -11,13 +12,8 @@
 namespace mact {
 
 /// A file that is open. Closed, and its lock released, when it is destroyed.
-class OpenedFile {
+class OpenedFile : public Service {
 public:
-    OpenedFile() = default;
-    OpenedFile(const OpenedFile&) = delete;
-    OpenedFile& operator=(const OpenedFile&) = delete;
-    virtual ~OpenedFile() = default;
-
     /// In bytes.
     virtual Result<std::uint64_t> Length() = 0;
     /// Fills `bytes` from `offset` on and returns how many there were: fewer only at the end of the file.
@@ -40,14 +36,9 @@ enum class OpenMode {
     Replace,      ///< for writing; created empty, or emptied
 };
 
-/// The operating system's files, as far as the program works with them. Every Failure is a whole sentence.
-class FileAccess {
+/// The operating system's files, as far as the program works with them.
+class FileAccess : public Service {
 public:
-    FileAccess() = default;
-    FileAccess(const FileAccess&) = delete;
-    FileAccess& operator=(const FileAccess&) = delete;
-    virtual ~FileAccess() = default;
-
     /// A folder is never opened.
     virtual Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) = 0;
     /// Replaces `to`.

@@ -14,7 +14,7 @@ void ShowFormErrors(AppContext& app, std::string_view errorsText) {
 }
 
 void ShowError(AppContext& app, const Failure& failure) {
-    app.Prompts.Show({failure.Description, PromptKind::Failure});
+    app.Prompts.Show({SentenceOf(failure), PromptKind::Failure});
 }
 
 void ShowInformation(AppContext& app, std::string_view text) {

@@ -22,77 +22,27 @@ std::string_view TrimSpacesAndTabs(std::string_view text) {
     return text;
 }
 
-std::size_t CountDigits(std::string_view text) {
-    return static_cast<std::size_t>(std::ranges::find_if_not(text, IsDigit) - text.begin());
-}
+/// Whether a number (digits with a point and an exponent) that is outside double's range is too small for it,
+/// rather than too large. Zero is too small, whatever its exponent.
+bool IsTooSmall(std::string_view text) {
+    const std::size_t exponentAt = std::min(text.find_first_of("eE"), text.size());
+    const std::string_view digits = text.substr(0, exponentAt);
+    const std::size_t first = digits.find_first_of("123456789");
+    if (first == std::string_view::npos) return true;
+    const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
+    // The power of ten of the first digit that counts, but for the exponent.
+    const std::int64_t power = point - static_cast<std::int64_t>(first) - (first < digits.find('.') ? 1 : 0);
 
-/// An unsigned number's text, taken apart.
-struct NumberParts {
-    std::string_view WholeDigits;
-    std::string_view FractionDigits;
-    std::string_view Exponent; ///< with its sign; empty = none
-};
-
-std::optional<NumberParts> TakeApart(std::string_view text) {
-    NumberParts parts;
-    parts.WholeDigits = text.substr(0, CountDigits(text));
-    text.remove_prefix(parts.WholeDigits.size());
-    if (text.starts_with('.')) {
-        text.remove_prefix(1);
-        parts.FractionDigits = text.substr(0, CountDigits(text));
-        text.remove_prefix(parts.FractionDigits.size());
-    }
-    if (parts.WholeDigits.empty() && parts.FractionDigits.empty()) return std::nullopt;
-    if (text.empty()) return parts;
-    if (text.front() != 'e' && text.front() != 'E') return std::nullopt;
-    parts.Exponent = text.substr(1);
-    std::string_view digits = parts.Exponent;
-    if (digits.starts_with('+') || digits.starts_with('-')) digits.remove_prefix(1);
-    if (digits.empty() || CountDigits(digits) != digits.size()) return std::nullopt;
-    return parts;
-}
-
-/// Whether a number (not zero) that is outside double's range is too small for it rather than too large.
-bool IsTooSmall(const NumberParts& parts) {
-    // The power of ten of the first digit that counts; an exponent that fits nowhere is as good as a huge
-    // one.
-    std::int64_t power = 0;
-    const std::size_t whole = parts.WholeDigits.find_first_not_of('0');
-    if (whole != std::string_view::npos) {
-        power = static_cast<std::int64_t>(parts.WholeDigits.size() - whole) - 1;
-    } else {
-        power = -static_cast<std::int64_t>(parts.FractionDigits.find_first_not_of('0')) - 1;
-    }
-    if (parts.Exponent.empty()) return power < 0;
-    const bool isNegative = parts.Exponent.starts_with('-');
-    const std::string_view digits =
-        parts.Exponent.substr(isNegative || parts.Exponent.starts_with('+') ? 1 : 0);
+    std::string_view exponentText = text.substr(std::min(exponentAt + 1, text.size()));
+    const bool isNegative = exponentText.starts_with('-');
+    if (isNegative || exponentText.starts_with('+')) exponentText.remove_prefix(1);
     std::int64_t exponent = 0;
-    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
-    if (read.ec != std::errc{}) return isNegative;
-    exponent = std::min(exponent, std::numeric_limits<std::int64_t>::max() / 2); // the sum has to fit too
+    const auto read =
+        std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
+    // An exponent that fits nowhere is as good as a huge one; half of it, since the sum has to fit too.
+    constexpr std::int64_t huge = std::numeric_limits<std::int64_t>::max() / 2;
+    if (read.ec == std::errc::result_out_of_range || exponent > huge) exponent = huge;
     return (isNegative ? power - exponent : power + exponent) < 0;
-}
-
-bool IsAllZeros(const NumberParts& parts) {
-    return parts.WholeDigits.find_first_not_of('0') == std::string_view::npos &&
-           parts.FractionDigits.find_first_not_of('0') == std::string_view::npos;
-}
-
-/// 1250 is 12.5.
-std::string HundredthsText(std::int64_t hundredths) {
-    const std::int64_t whole = std::abs(hundredths) / 100;
-    const auto rest = static_cast<int>(std::abs(hundredths) % 100);
-    std::array<char, 24> buffer{};
-    char* end = buffer.data();
-    if (hundredths < 0) *end++ = '-';
-    end = std::to_chars(end, buffer.data() + buffer.size(), whole).ptr;
-    if (rest != 0) {
-        *end++ = '.';
-        *end++ = static_cast<char>('0' + rest / 10);
-        if (rest % 10 != 0) *end++ = static_cast<char>('0' + rest % 10);
-    }
-    return {buffer.data(), end};
 }
 
 template <class Whole> std::optional<Whole> ParseWhole(std::string_view text) {
@@ -110,17 +60,15 @@ std::optional<double> ParseNumber(std::string_view text) {
     text = TrimSpacesAndTabs(text);
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+')) text.remove_prefix(1);
-    const std::optional<NumberParts> parts = TakeApart(text);
-    if (!parts) return std::nullopt;
-
+    // std::from_chars takes a sign, "inf" and "nan" too.
+    if (text.empty() || !(IsDigit(text.front()) || text.front() == '.')) return std::nullopt;
     double value = 0;
-    if (!IsAllZeros(*parts)) {
-        const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (read.ec == std::errc::result_out_of_range) {
-            if (!IsTooSmall(*parts)) return std::nullopt;
-            value = 0;
-        }
-        if (!std::isfinite(value)) return std::nullopt;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, value);
+    if (read.ptr != end) return std::nullopt;
+    if (read.ec == std::errc::result_out_of_range) {
+        if (!IsTooSmall(text)) return std::nullopt;
+        value = 0;
     }
     return isNegative ? -value : value;
 }
@@ -139,12 +87,6 @@ std::optional<std::int32_t> ParseInt32(std::string_view text) {
 
 std::string NumberText(double number) {
     if (number == 0) return "0";
-    // Most numbers are whole or have two decimals, and are written many times faster as whole numbers. A
-    // double that is nearest to a decimal of at most 15 digits shows that decimal when it is rounded to 15
-    // digits.
-    const double hundredths = std::nearbyint(number * 100);
-    if (std::abs(hundredths) < 1e15 && hundredths / 100 == number)
-        return HundredthsText(static_cast<std::int64_t>(hundredths));
     std::array<char, 32> buffer{};
     const auto written =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 15);
@@ -161,6 +103,7 @@ double RoundTo(double number, int decimals) {
     double factor = 1;
     for (int decimal = 0; decimal < decimals; ++decimal)
         factor *= 10;
+    // nearbyint on purpose: it takes halves to the even neighbour, and std::round does not.
     return std::nearbyint(number * factor) / factor;
 }
 

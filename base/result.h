@@ -1,24 +1,20 @@
 #pragma once
 
+#include "base/failure.h"
+
 #include <cassert>
+#include <memory>
 #include <optional>
-#include <string>
 #include <utility>
 #include <variant>
 
 namespace mact {
 
-/// What went wrong, in one sentence for the user: what was being done, to which file, the system's reason.
-/// The text is UTF-8, since it may hold a path.
-struct Failure {
-    std::string Description;
-};
-
 /// A T or a Failure; the names of C++23's std::expected, and few of them.
 template <class T> class [[nodiscard]] Result {
 public:
     Result(T value) : m_value(std::move(value)) {}
-    Result(Failure failure) : m_failure(std::move(failure)) {}
+    Result(Failure failure) : m_failure(std::make_shared<const Failure>(std::move(failure))) {}
 
     explicit operator bool() const { return m_value.has_value(); }
     T& operator*() {
@@ -32,14 +28,24 @@ public:
     T* operator->() { return &**this; }
     const T* operator->() const { return &**this; }
     const Failure& error() const {
-        assert(!m_value);
-        return m_failure;
+        assert(m_failure);
+        return *m_failure;
+    }
+    /// What `make`, which may fail itself, makes of the value; the failure where there is none.
+    template <class Make> auto and_then(const Make& make) const -> decltype(make(std::declval<const T&>())) {
+        if (!m_value) return error();
+        return make(*m_value);
+    }
+    /// The same where `make` cannot fail.
+    template <class Make>
+    auto transform(const Make& make) const -> Result<decltype(make(std::declval<const T&>()))> {
+        if (!m_value) return error();
+        return make(*m_value);
     }
 
 private:
-    // Not a variant of the two: g++ 12 sees an invalid deallocation in its destructor, and warns.
     std::optional<T> m_value;
-    Failure m_failure;
+    std::shared_ptr<const Failure> m_failure; // not in place: most results have none, and many are made
 };
 
 /// The result of an operation that has no value.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "base/service.h"
 
 #include <chrono>
 #include <filesystem>
@@ -30,23 +31,15 @@ struct Prompt {
     PromptButtons Buttons = PromptButtons::Ok;
 };
 
-class MessagePrompts {
+class MessagePrompts : public Service {
 public:
-    MessagePrompts() = default;
-    MessagePrompts(const MessagePrompts&) = delete;
-    MessagePrompts& operator=(const MessagePrompts&) = delete;
-    virtual ~MessagePrompts() = default;
     /// Shows the message and waits for the answer; a box closed without a button counts as No or Cancel.
     virtual PromptAnswer Show(const Prompt& prompt) = 0;
 };
 
 /// Per-user settings by section and key, all texts, under one application name.
-class SettingsStore {
+class SettingsStore : public Service {
 public:
-    SettingsStore() = default;
-    SettingsStore(const SettingsStore&) = delete;
-    SettingsStore& operator=(const SettingsStore&) = delete;
-    virtual ~SettingsStore() = default;
     /// A key that was never written reads as the empty text.
     virtual std::string Read(std::string_view section, std::string_view key) = 0;
     /// On disk when it succeeds.
@@ -61,12 +54,8 @@ struct ProgramStart {
     bool HasHiddenWindow = false;
 };
 
-class ProgramStarter {
+class ProgramStarter : public Service {
 public:
-    ProgramStarter() = default;
-    ProgramStarter(const ProgramStarter&) = delete;
-    ProgramStarter& operator=(const ProgramStarter&) = delete;
-    virtual ~ProgramStarter() = default;
     virtual Done Start(const ProgramStart& start) = 0;
     /// The bytes of a command script that stand for the text; a Failure where the platform's interpreter has
     /// none for a character of it.
@@ -77,12 +66,8 @@ public:
 enum class FileKind { Text, Program };
 
 /// The platform's standard dialogs. Empty when the user cancels.
-class FileDialogs {
+class FileDialogs : public Service {
 public:
-    FileDialogs() = default;
-    FileDialogs(const FileDialogs&) = delete;
-    FileDialogs& operator=(const FileDialogs&) = delete;
-    virtual ~FileDialogs() = default;
     virtual std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title,
                                                                   FileKind kind) = 0;
     /// A text file.
@@ -92,12 +77,8 @@ public:
                                                               const std::filesystem::path& start) = 0;
 };
 
-class Clock {
+class Clock : public Service {
 public:
-    Clock() = default;
-    Clock(const Clock&) = delete;
-    Clock& operator=(const Clock&) = delete;
-    virtual ~Clock() = default;
     /// The month of the user's calendar.
     virtual std::chrono::year_month CurrentMonth() = 0;
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 
 namespace mact {
@@ -51,10 +50,6 @@ constexpr std::array<unsigned char, 256> UpperBytes = [] {
 
 unsigned char Upper(char byte) {
     return UpperBytes[static_cast<unsigned char>(byte)];
-}
-
-void MakeUpperCase(std::string& text) {
-    std::ranges::transform(text, text.begin(), [](char byte) { return static_cast<char>(Upper(byte)); });
 }
 
 void AppendUtf8(std::string& text, char16_t character) {
@@ -105,11 +100,6 @@ DecodedCharacter DecodeUtf8(std::string_view text) {
     return {character, length};
 }
 
-/// With a length that the compiler knows it compares whole words.
-template <std::size_t Length> bool EndsWith(std::string_view text, std::string_view end) {
-    return text.size() >= Length && std::memcmp(text.data() + text.size() - Length, end.data(), Length) == 0;
-}
-
 } // namespace
 
 std::string_view Trim(std::string_view text) {
@@ -119,12 +109,10 @@ std::string_view Trim(std::string_view text) {
 }
 
 std::string_view TrimEnd(std::string_view text) {
-    // Most of a data file is the spaces behind its texts: 32 at a time, then 8, then one by one.
-    constexpr std::string_view spaces = "                                ";
-    while (EndsWith<32>(text, spaces))
-        text.remove_suffix(32);
-    while (EndsWith<8>(text, spaces))
-        text.remove_suffix(8);
+    // Most of a data file is the spaces behind its texts: eight at a time.
+    constexpr std::string_view spaces = "        ";
+    while (text.ends_with(spaces))
+        text.remove_suffix(spaces.size());
     while (text.ends_with(' '))
         text.remove_suffix(1);
     return text;
@@ -132,7 +120,7 @@ std::string_view TrimEnd(std::string_view text) {
 
 std::string UpperCase(std::string_view codePageText) {
     std::string upper(codePageText);
-    MakeUpperCase(upper);
+    std::ranges::transform(upper, upper.begin(), [](char byte) { return static_cast<char>(Upper(byte)); });
     return upper;
 }
 
@@ -140,14 +128,16 @@ bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
     return std::ranges::equal(left, right, {}, Upper, Upper);
 }
 
-std::string ComparisonKey(std::string_view codePageText) {
-    return UpperCase(Trim(codePageText));
+int CompareIgnoringCase(std::string_view left, std::string_view right) {
+    if (left == right) return 0; // most texts that are compared are spelled alike
+    const auto [inLeft, inRight] = std::ranges::mismatch(left, right, {}, Upper, Upper);
+    if (inLeft == left.end() || inRight == right.end())
+        return static_cast<int>(inRight == right.end()) - static_cast<int>(inLeft == left.end());
+    return Upper(*inLeft) - Upper(*inRight);
 }
 
-std::string_view ComparisonKey(std::string_view codePageText, std::string& buffer) {
-    buffer = Trim(codePageText);
-    MakeUpperCase(buffer);
-    return buffer;
+std::string ComparisonKey(std::string_view codePageText) {
+    return UpperCase(Trim(codePageText));
 }
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {

@@ -22,10 +22,11 @@ std::string UpperCase(std::string_view codePageText);
 
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 
+/// Below 0, 0 or above 0 where the upper-cased `left` comes before, equals or comes after that of `right`.
+int CompareIgnoringCase(std::string_view left, std::string_view right);
+
 /// The text by which names and identifiers are compared: trimmed and upper-cased.
 std::string ComparisonKey(std::string_view codePageText);
-/// The same for many texts, without memory for each: it stands in `buffer`.
-std::string_view ComparisonKey(std::string_view codePageText, std::string& buffer);
 
 /// The pieces between the separators; a text without one is one piece, the empty text too.
 std::vector<std::string_view> Split(std::string_view text, char separator);

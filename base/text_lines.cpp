@@ -8,16 +8,10 @@ namespace {
 
 constexpr std::size_t ChunkLength = std::size_t{1} << 18;
 
-/// As find_first_of does, but many bytes at a time. In short pieces: one of the two may not be in the text at
-/// all.
 std::size_t FindLineEnd(std::string_view text, std::size_t from) {
-    constexpr std::size_t pieceLength = 256;
-    for (std::size_t start = from; start < text.size(); start += pieceLength) {
-        const std::string_view piece = text.substr(start, pieceLength);
-        const std::size_t end = std::min(piece.find('\r'), piece.find('\n'));
-        if (end != std::string_view::npos) return start + end;
-    }
-    return std::string_view::npos;
+    const auto isEnd = [](char character) { return character == '\r' || character == '\n'; };
+    const auto* const end = std::ranges::find_if(text.substr(from), isEnd);
+    return end == text.end() ? std::string_view::npos : static_cast<std::size_t>(end - text.begin());
 }
 
 } // namespace

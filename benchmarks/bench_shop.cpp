@@ -116,7 +116,7 @@ void BenchShop::CheckNothingFailed() const {
 
 void BenchShop::MakeFiles() {
     const Result<std::vector<HapContentRecord>> types = ReadHapContents(m_app);
-    if (!types) Stop(types.error().Description);
+    if (!types) Stop(SentenceOf(types.error()));
     Chance chance;
     std::string materials;
     std::string usage;
@@ -129,11 +129,11 @@ void BenchShop::MakeFiles() {
     WriteFile(MaterialLines(), materials);
     WriteFile(UsageLines(), usage);
 
-    std::int16_t companyId = 0;
-    if (AddNewCompany(m_app, "Bench Boats", "1 Limit Road, Port Ellery, Maine", companyId))
-        Stop(m_prompts.LastText());
-    m_app.CurrentCompanyId = companyId;
-    if (SaveAdditionalNames(m_app, {"Styrene", "MMA", "Toluene", "-", "-", "-"})) Stop(m_prompts.LastText());
+    const auto companyId = AddNewCompany(m_app, "Bench Boats", "1 Limit Road, Port Ellery, Maine");
+    if (!companyId) Stop(SentenceOf(companyId.error()));
+    m_app.CurrentCompanyId = *companyId;
+    const Done named = SaveAdditionalNames(m_app, {"Styrene", "MMA", "Toluene", "-", "-", "-"});
+    if (!named) Stop(SentenceOf(named.error()));
     int processed = 0;
     int errors = 0;
     ImportMaterialFile(m_app, MaterialLines(), processed, errors);

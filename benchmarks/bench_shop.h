@@ -4,6 +4,7 @@
 
 #include "base/app_context.h"
 #include "platform/os_files.h"
+#include "store/record_file.h"
 
 #include <filesystem>
 
@@ -12,7 +13,7 @@ namespace mact {
 /// A made-up shop of a chosen size, the same in every run: as many materials as usage records, one record for
 /// each material, in one of the 24 months up to 12/2005.
 
-inline constexpr int MostRecords = 32767; ///< what a data file can hold
+inline constexpr int MostRecords = static_cast<int>(MostSlots);
 inline constexpr const char* LastMonth = "12/2005";
 
 /// A program in `folder`, with the company current and its files made.

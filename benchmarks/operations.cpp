@@ -118,7 +118,7 @@ Path AdditionalEmissionPage(BenchShop& shop) {
     return shop.App().ProgramFolder / AdditionalHapEmissionFile;
 }
 Path NewMaterials(BenchShop& shop) {
-    return DataFolder(shop.App()) / "2_materials.talvor";
+    return MaterialsFile({shop.App().Files, DataFolder(shop.App()), 2});
 }
 Path Usage(BenchShop& shop) {
     return UsageFile(shop.App());
@@ -145,7 +145,7 @@ Paths UsageSource(BenchShop& shop) {
 const std::vector<Operation>& Operations() {
     static const std::vector<Operation> operations = {
         {"FindMaterials, all",              3, FindAllMaterials,                            MaterialsAlone, Nothing                                      },
-        {"FindMaterials, by number",        2, FindMaterialById,                            MaterialsAlone, Nothing                                      },
+        {"FindMaterials, by number",        3, FindMaterialById,                            MaterialsAlone, Nothing                                      },
         {"FindUsage, twelve months",        3, FindUsageOfMonths,                           UsageAlone,     Nothing                                      },
         {"FindUsage, by material text",     3, FindUsageOfMaterial,                         Both,           Nothing                                      },
         {"list of materials",               3, FillMaterials,                               MaterialsAlone, Nothing                                      },

@@ -12,7 +12,7 @@ namespace mact {
 /// One operation as the benchmark runs it, and what its floor has to do.
 struct Operation {
     const char* Name;
-    double MostTimesFloor; ///< the target
+    double MostTimesFloor; ///< the target, where that is more than 5 ms
     void (*Run)(BenchShop& shop);
     std::vector<std::filesystem::path> (*Inputs)(BenchShop& shop); ///< read by the operation
     /// What it writes: an empty path for nothing. Flushed.

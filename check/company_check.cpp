@@ -1,6 +1,5 @@
 #include "check/company_check.h"
 
-#include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "materials/material_record.h"
@@ -10,6 +9,7 @@
 
 #include <cmath>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace mact {
 namespace {
@@ -44,7 +44,8 @@ void CheckNumbers(const FileFindings& findings, std::int16_t record, const Mater
 
 class MaterialCheck {
 public:
-    MaterialCheck(const FileFindings& findings, const TypesAndMethods& types, CompanyMaterials& materials)
+    MaterialCheck(const FileFindings& findings, const std::optional<TypeMethodPairs>& types,
+                  CompanyMaterials& materials)
         : m_findings(findings), m_types(types), m_materials(materials) {}
 
     void operator()(std::int16_t record, const MaterialRecord& material) {
@@ -55,8 +56,7 @@ public:
         if (!isNew)
             m_findings.Add(record, "its Material ID " + Quoted(material.CustomId) + " is that of record " +
                                        std::to_string(first->second) + " too");
-        if (m_types &&
-            !m_types->contains(TypeAndMethodKey(material.MaterialType, material.ApplicationMethod)))
+        if (m_types && !m_types->Find(material.MaterialType, material.ApplicationMethod))
             m_findings.Add(record, "its type and method, " + Quoted(material.MaterialType) + " and " +
                                        Quoted(material.ApplicationMethod) +
                                        ", are not in the material-type table");
@@ -67,7 +67,7 @@ public:
 
 private:
     const FileFindings& m_findings;
-    const TypesAndMethods& m_types;
+    const std::optional<TypeMethodPairs>& m_types;
     CompanyMaterials& m_materials;
     std::unordered_map<std::string, std::int16_t> m_customIds; ///< the first record of each, as compared
 };
@@ -144,8 +144,8 @@ void CheckDensities(const FileFindings& findings, const CompanyMaterials& materi
     }
 }
 
-Done CheckNames(AppContext& app, const std::filesystem::path& path, const FileFindings& findings) {
-    const Result<std::string> content = ReadWholeFile(app.Files, path);
+Done CheckNames(FileAccess& files, const std::filesystem::path& path, const FileFindings& findings) {
+    const Result<std::string> content = ReadWholeFile(files, path);
     if (!content) return content.error();
     if (Split(LastCommaSeparatedValue(*content), '|').size() != std::tuple_size_v<PollutantNames>)
         findings.Add("it does not hold six names");
@@ -154,35 +154,31 @@ Done CheckNames(AppContext& app, const std::filesystem::path& path, const FileFi
 
 } // namespace
 
-std::string TypeAndMethodKey(std::string_view materialType, std::string_view applicationMethod) {
-    return ComparisonKey(materialType) + '\0' + ComparisonKey(applicationMethod);
-}
-
-void CheckCompany(AppContext& app, const CompanyFiles& company, const TypesAndMethods& types,
-                  const FindingTaker& take) {
-    const std::string prefix = std::to_string(company.CompanyId) + '_';
-    const auto showFailure = [&](const auto& checked) {
-        if (!checked) ShowError(app, checked.error());
+void CheckCompany(const DataFiles& data, const CompanyFiles& files,
+                  const std::optional<TypeMethodPairs>& types, const FindingTaker& take,
+                  std::vector<Failure>& failures) {
+    const auto keepFailure = [&](const auto& checked) {
+        if (!checked) failures.push_back(checked.error());
     };
     CompanyMaterials materials;
     bool areMaterialsKnown = true; // without a file there are none
-    const FileFindings inMaterials(prefix + "materials.talvor", take);
-    if (company.HasMaterials) {
+    const FileFindings inMaterials(PathText(MaterialsFile(data).filename()), take);
+    if (files.HasMaterials) {
         const Result<bool> checked =
-            VisitCheckedSlots(app.Files, DataFolder(app) / (prefix + "materials.talvor"), MaterialLayout,
-                              inMaterials, MaterialCheck(inMaterials, types, materials));
-        showFailure(checked);
+            VisitCheckedRecords(data.Files, MaterialsFile(data), MaterialLayout, inMaterials,
+                                MaterialCheck(inMaterials, types, materials));
+        keepFailure(checked);
         areMaterialsKnown = checked && *checked;
     }
-    if (company.HasUsage) {
-        const FileFindings inUsage(prefix + "usage.talvor", take);
-        showFailure(VisitCheckedSlots(app.Files, DataFolder(app) / (prefix + "usage.talvor"), UsageLayout,
-                                      inUsage, UsageCheck(inUsage, areMaterialsKnown, materials)));
+    if (files.HasUsage) {
+        const FileFindings inUsage(PathText(UsageFile(data).filename()), take);
+        keepFailure(VisitCheckedRecords(data.Files, UsageFile(data), UsageLayout, inUsage,
+                                        UsageCheck(inUsage, areMaterialsKnown, materials)));
         CheckDensities(inMaterials, materials);
     }
-    if (company.HasNames) {
-        const std::string name = prefix + "additional.talvor";
-        showFailure(CheckNames(app, DataFolder(app) / name, FileFindings(name, take)));
+    if (files.HasNames) {
+        const std::filesystem::path names = AdditionalNamesFile(data);
+        keepFailure(CheckNames(data.Files, names, FileFindings(PathText(names.filename()), take)));
     }
 }
 

@@ -1,29 +1,26 @@
 #pragma once
 
 #include "check/record_findings.h"
+#include "store/data_folder.h"
+#include "store/material_types.h"
 
 #include <optional>
-#include <string>
-#include <unordered_set>
+#include <vector>
 
 namespace mact {
 
 /// The checks of one company's files.
 
-/// The joined names of the material-type table; empty where there is no table to compare with.
-using TypesAndMethods = std::optional<std::unordered_set<std::string>>;
-/// A name in the table cannot be told from one in a material but by this key.
-std::string TypeAndMethodKey(std::string_view materialType, std::string_view applicationMethod);
-
 /// Which of a company's files there are.
 struct CompanyFiles {
-    std::int16_t CompanyId = 0;
     bool HasMaterials = false;
     bool HasUsage = false;
     bool HasNames = false;
 };
-/// Shows the failure of each file that cannot be read.
-void CheckCompany(AppContext& app, const CompanyFiles& company, const TypesAndMethods& types,
-                  const FindingTaker& take);
+/// `data` is the company's. `types` is the material-type table; empty where there is none to compare with.
+/// Adds a Failure for each file that cannot be read.
+void CheckCompany(const DataFiles& data, const CompanyFiles& files,
+                  const std::optional<TypeMethodPairs>& types, const FindingTaker& take,
+                  std::vector<Failure>& failures);
 
 } // namespace mact

@@ -1,6 +1,5 @@
 #include "check/data_check.h"
 
-#include "base/messages.h"
 #include "base/numbers.h"
 #include "base/settings.h"
 #include "base/text.h"
@@ -11,53 +10,53 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_set>
 
 namespace mact {
 namespace {
 
-constexpr const char* TableName = "hapcontents.talvor";
-constexpr const char* CompaniesName = "companies.talvor";
-
 using CompanyIds = std::unordered_set<std::int16_t>;
 
-TypesAndMethods CheckTable(AppContext& app, const std::set<std::string>& names, const FindingTaker& take) {
-    const FileFindings findings(TableName, take);
-    if (!names.contains(TableName)) {
+/// The rows of the material-type table; empty where there are none to compare with.
+Result<std::optional<TypeMethodPairs>> CheckTable(const DataFiles& data, const std::set<std::string>& names,
+                                                  const FindingTaker& take) {
+    const std::string name(HapContentsName);
+    const FileFindings findings(name, take);
+    if (!names.contains(name)) {
         findings.Add("it does not exist");
-        return {};
+        return std::optional<TypeMethodPairs>{};
     }
-    std::unordered_set<std::string> types;
+    TypeMethodPairs types;
     const Result<bool> checked =
-        VisitCheckedSlots(app.Files, HapContentsFile(app), HapContentLayout, findings,
-                          [&](std::int16_t record, const HapContentRecord& row) {
-                              types.insert(TypeAndMethodKey(row.MaterialType, row.ApplicationMethod));
-                              findings.CheckFinite(record, "the HAP limit", row.HapLimit);
-                              findings.CheckFinite(record, "the coefficient", row.EfCoefficient);
-                              findings.CheckFinite(record, "the exponent", row.EfExponent);
-                              findings.CheckFinite(record, "the emission limit", row.EmissionLimit);
-                          });
-    if (!checked) ShowError(app, checked.error());
-    if (!checked || !*checked) return {};
-    if (!types.empty()) return types;
-    findings.Add("it holds no material types"); // once, and not for every material
-    return {};
+        VisitCheckedRecords(data.Files, HapContentsFile(data), HapContentLayout, findings,
+                            [&](std::int16_t record, const HapContentRecord& row) {
+                                types.Add(row.MaterialType, row.ApplicationMethod);
+                                findings.CheckFinite(record, "the HAP limit", row.HapLimit);
+                                findings.CheckFinite(record, "the coefficient", row.EfCoefficient);
+                                findings.CheckFinite(record, "the exponent", row.EfExponent);
+                                findings.CheckFinite(record, "the emission limit", row.EmissionLimit);
+                            });
+    if (!checked) return checked.error();
+    if (*checked && !types.IsEmpty()) return std::optional(types);
+    if (*checked) findings.Add("it holds no material types"); // once, and not for every material
+    return std::optional<TypeMethodPairs>{};
 }
 
-/// The companies that can be selected; empty where that cannot be told.
-std::optional<CompanyIds> CheckCompanies(AppContext& app, const std::set<std::string>& names,
-                                         const FindingTaker& take) {
+/// The companies that can be selected; empty where there are too many to work with.
+Result<std::optional<CompanyIds>> CheckCompanies(const DataFiles& data, const std::set<std::string>& names,
+                                                 const FindingTaker& take) {
     CompanyIds companies;
-    if (!names.contains(CompaniesName)) return companies; // a new installation has none
-    const FileFindings findings(CompaniesName, take);
-    const Result<bool> checked = VisitCheckedSlots(app.Files, CompaniesFile(app), CompanyLayout, findings,
-                                                   [&](std::int16_t record, const CompanyRecord& company) {
-                                                       findings.CheckNumber(record, company.CompanyId);
-                                                       if (company.Active)
-                                                           companies.insert(company.CompanyId);
-                                                   });
-    if (!checked) ShowError(app, checked.error());
-    if (!checked || !*checked) return {};
-    return companies;
+    const std::string name(CompaniesName);
+    if (!names.contains(name)) return std::optional(companies); // a new installation has none
+    const FileFindings findings(name, take);
+    const auto check = [&](std::int16_t record, const CompanyRecord& company) {
+        findings.CheckNumber(record, company.CompanyId);
+        if (company.Active) companies.insert(company.CompanyId);
+    };
+    const Result<bool> checked =
+        VisitCheckedRecords(data.Files, CompaniesFile(data), CompanyLayout, findings, check);
+    if (!checked) return checked.error();
+    return *checked ? std::optional(companies) : std::nullopt;
 }
 
 /// Which files of which companies there are, by the companies' numbers.
@@ -68,12 +67,11 @@ std::map<std::int16_t, CompanyFiles> FilesOfCompanies(const std::set<std::string
         const std::int16_t companyId = ParseInt16(name.substr(0, end)).value_or(0);
         if (companyId < 1 || name.substr(0, end) != std::to_string(companyId)) continue;
         const std::string kind = name.substr(end);
-        const bool isMaterials = kind == "_materials.talvor";
-        const bool isUsage = kind == "_usage.talvor";
-        const bool isNames = kind == "_additional.talvor";
+        const bool isMaterials = kind == MaterialsSuffix;
+        const bool isUsage = kind == UsageSuffix;
+        const bool isNames = kind == AdditionalNamesSuffix;
         if (!isMaterials && !isUsage && !isNames) continue;
         CompanyFiles& files = companies[companyId];
-        files.CompanyId = companyId;
         files.HasMaterials |= isMaterials;
         files.HasUsage |= isUsage;
         files.HasNames |= isNames;
@@ -81,9 +79,9 @@ std::map<std::int16_t, CompanyFiles> FilesOfCompanies(const std::set<std::string
     return companies;
 }
 
-void CheckRememberedCompany(AppContext& app, const std::optional<CompanyIds>& companies,
+void CheckRememberedCompany(SettingsStore& settings, const std::optional<CompanyIds>& companies,
                             const FindingTaker& take) {
-    const std::string remembered = app.Settings.Read(Settings::Company, Settings::Default);
+    const std::string remembered = settings.Read(Settings::Company, Settings::Default);
     if (remembered.empty() || !companies) return;
     const std::optional<std::int16_t> companyId = ParseInt16(remembered);
     if (!companyId || !companies->contains(*companyId))
@@ -109,43 +107,49 @@ Result<std::set<std::string>> NamesIn(const std::filesystem::path& folder) {
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error))
         names.insert(NameToOpen(PathText(entry->path().filename())));
-    if (error)
-        return Failure{"Cannot list the folder \"" + PathText(folder) + "\": " + error.message() + '.'};
+    if (error) return Failure{"list the folder", folder, error.message()};
     return names;
 }
 
-/// The companies that can be selected, as CheckCompanies gives them.
-std::optional<CompanyIds> CheckAllFiles(AppContext& app, const std::set<std::string>& names,
-                                        const FindingTaker& take) {
-    const TypesAndMethods types = CheckTable(app, names, take);
-    std::optional<CompanyIds> companies = CheckCompanies(app, names, take);
+/// The companies that can be selected; empty where that cannot be told.
+std::optional<CompanyIds> CheckAllFiles(const DataFiles& data, const std::set<std::string>& names,
+                                        const FindingTaker& take, std::vector<Failure>& failures) {
+    const auto types = CheckTable(data, names, take);
+    if (!types) failures.push_back(types.error());
+    const auto companies = CheckCompanies(data, names, take);
+    if (!companies) failures.push_back(companies.error());
+    const auto known = companies ? *companies : std::nullopt;
     for (const auto& [companyId, files] : FilesOfCompanies(names)) {
-        if (companies && !companies->contains(companyId))
-            FileFindings(CompaniesName, take)
+        if (known && !known->contains(companyId))
+            FileFindings(std::string(CompaniesName), take)
                 .Add("company " + std::to_string(companyId) + ", which has data files, does not exist");
-        CheckCompany(app, files, types, take);
+        CheckCompany({data.Files, data.Folder, companyId}, files, types ? *types : std::nullopt, take,
+                     failures);
     }
-    return companies;
+    return known;
 }
 
 } // namespace
 
-void CheckDataFiles(AppContext& app, const std::set<std::string>& names, const FindingTaker& take) {
-    CheckAllFiles(app, names, take);
+std::vector<Failure> CheckDataFiles(const DataFiles& data, const std::set<std::string>& names,
+                                    const FindingTaker& take) {
+    std::vector<Failure> failures;
+    CheckAllFiles(data, names, take, failures);
+    return failures;
 }
 
-void CheckData(AppContext& app, const FindingTaker& take) {
+std::vector<Failure> CheckData(const AppContext& app, const FindingTaker& take) {
+    const std::filesystem::path folder = DataFolder(app);
     std::error_code error;
-    if (!std::filesystem::exists(DataFolder(app), error) && !error) {
-        take("data: the folder \"" + PathText(DataFolder(app)) + "\" does not exist");
-        return;
+    if (!std::filesystem::exists(folder, error) && !error) {
+        take("data: the folder \"" + PathText(folder) + "\" does not exist");
+        return {};
     }
-    const Result<std::set<std::string>> names = NamesIn(DataFolder(app));
-    if (!names) {
-        ShowError(app, names.error());
-        return;
-    }
-    CheckRememberedCompany(app, CheckAllFiles(app, *names, take), take);
+    const Result<std::set<std::string>> names = NamesIn(folder);
+    if (!names) return {names.error()};
+    std::vector<Failure> failures;
+    CheckRememberedCompany(app.Settings, CheckAllFiles(app, *names, take, failures), take);
+    return failures;
 }
 
 } // namespace mact

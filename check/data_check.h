@@ -1,10 +1,13 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "base/failure.h"
+#include "store/data_folder.h"
 
 #include <functional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace mact {
 
@@ -16,11 +19,12 @@ using FindingTaker = std::function<void(const std::string& line)>;
 
 /// Checks the shared files and those of every company that has files in the data folder, current or not. A
 /// deleted record is judged by its place in the file and its mark as deleted only, a live one by its content
-/// too. A file that cannot be read is shown (ShowError), and the rest is still checked.
-void CheckData(AppContext& app, const FindingTaker& take);
+/// too. Returns a Failure for each file that cannot be read; the others are still checked.
+[[nodiscard]] std::vector<Failure> CheckData(const AppContext& app, const FindingTaker& take);
 
-/// The same for the files of these names, which are those by which the program opens them, in the data
-/// folder, without the remembered company.
-void CheckDataFiles(AppContext& app, const std::set<std::string>& names, const FindingTaker& take);
+/// The same for the files of these names in the data folder, without the remembered company. The names are
+/// those by which the program opens the files.
+[[nodiscard]] std::vector<Failure> CheckDataFiles(const DataFiles& data, const std::set<std::string>& names,
+                                                  const FindingTaker& take);
 
 } // namespace mact

@@ -42,8 +42,8 @@ std::string Quoted(std::string_view codePageText) {
     return '"' + Utf8FromCodePage(shown) + '"';
 }
 
-Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
-                        const FileFindings& findings) {
+Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
+                         const FileFindings& findings) {
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Read);
     if (!file) return file.error();
     const Result<std::uint64_t> length = (*file)->Length();
@@ -54,8 +54,8 @@ Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, st
     const std::uint64_t slots = CountSlots(*length, slotLength);
     const bool isRestCounted = slots > whole;
     if (slots > MostSlots) {
-        findings.Add("it has " + std::to_string(slots) +
-                     " records and cannot be worked with: 32767 is the most that a data file can hold");
+        findings.Add("it has " + std::to_string(slots) + " records and cannot be worked with: " +
+                     std::to_string(MostSlots) + " is the most that a data file can hold");
         return false;
     }
     if (isRestCounted)

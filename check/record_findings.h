@@ -34,37 +34,25 @@ private:
 /// Record text in quotes for a finding: UTF-8, trimmed, in one line, "?" for each control character.
 std::string Quoted(std::string_view codePageText);
 
-/// What there is to know of a file's slots before one is read: adds the findings about its length. False when
-/// it has too many slots to work with.
-Result<bool> CheckSlots(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
-                        const FileFindings& findings);
-
-/// The flags of a slot as they are stored: a record has only what they are taken for.
-template <class Record>
-void CheckFlags(const FileFindings& findings, std::int16_t record, const RecordLayout<Record>& layout,
-                std::string_view slot) {
-    for (std::size_t index = 0; index < layout.Fields().size(); ++index)
-        if (layout.Fields()[index].Kind == FieldKind::Flag)
-            findings.CheckActive(record, LoadInt16(slot.data() + layout.OffsetOf(index)));
-}
+/// Adds the findings about a file's length. False when it has too many slots to work with.
+Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
+                         const FileFindings& findings);
 
 /// Calls `visit` with the number and the record of every slot of a file that exists, after the findings about
-/// its length and the slot's flags. False when it has too many slots to work with.
-template <class Record, class Visitor>
-Result<bool> VisitCheckedSlots(FileAccess& files, const std::filesystem::path& path,
-                               const RecordLayout<Record>& layout, const FileFindings& findings,
-                               Visitor visit) {
-    const Result<bool> isUsable = CheckSlots(files, path, layout.SlotLength(), findings);
+/// its length and the record's mark as live. False when it has too many slots to work with.
+template <class Record, class... Types, class Visitor>
+Result<bool> VisitCheckedRecords(FileAccess& files, const std::filesystem::path& path,
+                                 const RecordLayout<Record, Types...>& layout, const FileFindings& findings,
+                                 Visitor visit) {
+    const Result<bool> isUsable = CheckLength(files, path, layout.SlotLength(), findings);
     if (!isUsable || !*isUsable) return isUsable;
     Result<RecordFile> file = RecordFile::OpenExisting(files, path, layout.SlotLength());
     if (!file) return file.error();
-    Record record;
-    const Done read = file->ForEachSlot([&](std::int16_t number, std::string_view slot) {
-        CheckFlags(findings, number, layout, slot);
-        Unpack(layout, slot, record);
+    const auto check = [&](std::int16_t number, const Record& record, std::optional<std::int16_t> flag) {
+        if (flag) findings.CheckActive(number, *flag);
         visit(number, record);
-        return true;
-    });
+    };
+    const Done read = ForEachStoredRecord(*file, layout, check);
     if (!read) return read.error();
     return true;
 }

@@ -6,9 +6,7 @@
 #include "check/data_check.h"
 #include "reports/reports.h"
 #include "store/additional_names.h"
-#include "store/additional_names_texts.h"
 #include "store/companies.h"
-#include "store/company_texts.h"
 #include "transfer/transfer.h"
 
 #include <algorithm>
@@ -19,15 +17,19 @@
 namespace mact {
 namespace {
 
-ExitStatus Fail(AppContext& app, const std::string& description) {
-    ShowError(app, {description});
+ExitStatus Fail(AppContext& app, const Failure& failure) {
+    ShowError(app, failure);
+    return StatusFailed;
+}
+ExitStatus Refuse(AppContext& app, std::string_view why) {
+    app.Prompts.Show({std::string(why), PromptKind::Failure});
     return StatusFailed;
 }
 
-bool HasCompany(AppContext& app) {
-    if (app.CurrentCompanyId != 0) return true;
-    ShowError(app, {"No company is selected. Name one with --company, or select one with select-company."});
-    return false;
+constexpr std::string_view NeedsCompany =
+    "No company is selected. Name one with --company, or select one with select-company.";
+bool HasCompany(const AppContext& app) {
+    return app.CurrentCompanyId != 0;
 }
 
 /// The summary's lines, each ended as the console ends its own.
@@ -45,7 +47,7 @@ using Import = std::int16_t (*)(AppContext&, const std::filesystem::path&, int&,
 using Export = std::int16_t (*)(AppContext&, const std::filesystem::path&, int&, std::optional<int>&);
 
 ExitStatus RunImport(AppContext& app, const std::filesystem::path& file, Import import) {
-    if (!HasCompany(app)) return StatusFailed;
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
     int processedCount = 0;
     int errorCount = 0;
     import(app, file, processedCount, errorCount, {});
@@ -54,7 +56,7 @@ ExitStatus RunImport(AppContext& app, const std::filesystem::path& file, Import 
 }
 
 ExitStatus RunExport(AppContext& app, const std::filesystem::path& file, Export exportTo) {
-    if (!HasCompany(app)) return StatusFailed;
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
     int processedCount = 0;
     std::optional<int> errorCount;
     exportTo(app, file, processedCount, errorCount);
@@ -79,15 +81,16 @@ constexpr std::array Reports = {
 Result<std::string> RecordText(const std::string& utf8Text) {
     const std::string text = CodePageFromUtf8(utf8Text);
     if (Utf8FromCodePage(text) != utf8Text)
-        return Failure{"Cannot store \"" + utf8Text +
-                       "\": it has a character that the Windows-1252 character set lacks."};
+        return Failure{.Doing = "store \"" + utf8Text + '"',
+                       .Reason = "it has a character that the Windows-1252 character set lacks"};
     return text;
 }
 
 /// The same for the name of a pollutant, which stands in one line between two "|".
 Result<std::string> NameText(const std::string& utf8Name) {
     if (utf8Name.find_first_of("|\r\n") != std::string::npos)
-        return Failure{"Cannot store \"" + utf8Name + "\": a name has neither \"|\" nor a line break."};
+        return Failure{.Doing = "store \"" + utf8Name + '"',
+                       .Reason = "a name has neither \"|\" nor a line break"};
     return RecordText(utf8Name);
 }
 
@@ -104,28 +107,28 @@ ExitStatus ListCompanies(AppContext& app) {
 
 ExitStatus AddCompany(AppContext& app, const std::string& name, const std::string& location) {
     const Result<std::string> nameText = RecordText(name);
-    if (!nameText) return Fail(app, nameText.error().Description);
+    if (!nameText) return Fail(app, nameText.error());
     const Result<std::string> locationText = RecordText(location);
-    if (!locationText) return Fail(app, locationText.error().Description);
-    if (Trim(*nameText).empty() || Trim(*locationText).empty())
-        return Fail(app, std::string(CompanyTexts::NeedsNameAndLocation));
+    if (!locationText) return Fail(app, locationText.error());
+    if (Trim(*nameText).empty() || Trim(*locationText).empty()) return Refuse(app, NeedsNameAndLocation);
 
-    std::int16_t companyId = 0;
-    if (AddNewCompany(app, *nameText, *locationText, companyId)) return StatusFailed;
-    std::cout << companyId << '\n';
+    const Result<std::int16_t> companyId = AddNewCompany(app, *nameText, *locationText);
+    if (!companyId) return Fail(app, companyId.error());
+    std::cout << *companyId << '\n';
     return StatusDone;
 }
 
 ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered) {
     std::vector<CompanyRecord> found;
     if (!FindCompanies(app, {.CompanyId = companyId}, found))
-        return Fail(app, "There is no company " + std::to_string(companyId) + ".");
-    isRemembered ? SelectCompany(app, found.front()) : MakeCompanyCurrent(app, found.front());
-    return StatusDone;
+        return Refuse(app, "There is no company " + std::to_string(companyId) + ".");
+    MakeCompanyCurrent(app, found.front());
+    const Done remembered = isRemembered ? SelectCompany(app, found.front()) : Success();
+    return remembered ? StatusDone : Fail(app, remembered.error());
 }
 
 ExitStatus ShowPollutantNames(AppContext& app) {
-    if (!HasCompany(app)) return StatusFailed;
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
     LoadAdditionalNames(app);
     for (const std::string& name : SplitAdditionalNames(app.AdditionalNames))
         std::cout << Utf8FromCodePage(name) << '\n';
@@ -133,16 +136,17 @@ ExitStatus ShowPollutantNames(AppContext& app) {
 }
 
 ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& names) {
-    if (!HasCompany(app)) return StatusFailed;
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
     PollutantNames texts;
     assert(names.size() == texts.size());
     for (std::size_t index = 0; index < texts.size(); ++index) {
         const Result<std::string> text = NameText(names[index]);
-        if (!text) return Fail(app, text.error().Description);
-        if (Trim(*text).empty()) return Fail(app, std::string(AdditionalNamesTexts::NameIsEmpty));
+        if (!text) return Fail(app, text.error());
+        if (Trim(*text).empty()) return Refuse(app, NameIsEmpty);
         texts[index] = *text;
     }
-    return SaveAdditionalNames(app, texts) ? StatusFailed : StatusDone;
+    const Done saved = SaveAdditionalNames(app, texts);
+    return saved ? StatusDone : Fail(app, saved.error());
 }
 
 ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file) {
@@ -159,7 +163,7 @@ ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file) {
 }
 
 ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending) {
-    if (!HasCompany(app)) return StatusFailed;
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
     const auto* const report =
         std::ranges::find_if(Reports, [&](const Report& each) { return kind == each.Kind; });
     switch (report->Generate(app, {.EndText = ending})) {
@@ -186,10 +190,12 @@ const std::vector<std::string>& ReportKinds() {
 
 ExitStatus CheckDataFolder(AppContext& app) {
     ExitStatus status = StatusDone;
-    CheckData(app, [&](const std::string& finding) {
+    const std::vector<Failure> failures = CheckData(app, [&](const std::string& finding) {
         std::cout << finding << '\n';
         status = StatusRejected;
     });
+    for (const Failure& failure : failures)
+        ShowError(app, failure);
     return status;
 }
 

@@ -62,12 +62,12 @@ Done ConsolePrograms::Start(const ProgramStart& start) {
     const bool isEnded = process.waitForFinished(withoutEnd) && process.exitStatus() == QProcess::NormalExit;
     if (isEnded && process.exitCode() == 0) return Success();
     const std::string said = process.readAllStandardError().trimmed().toStdString();
-    if (!said.empty()) return Failure{said};
+    if (!said.empty()) return Failure{.Reason = said};
     const std::string name = process.program().toStdString();
     if (isEnded)
-        return Failure{"The program \"" + name + "\" ended with status " +
-                       std::to_string(process.exitCode()) + "."};
-    return Failure{"Cannot run the program \"" + name + "\": " + process.errorString().toStdString() + "."};
+        return Failure{.Reason = "The program \"" + name + "\" ended with status " +
+                                 std::to_string(process.exitCode())};
+    return Failure{"run the program", PathFromUtf8(name), process.errorString().toStdString()};
 }
 
 #ifdef _WIN32

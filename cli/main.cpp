@@ -165,10 +165,7 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
 ExitStatus StartAndRun(const CommandLine& asked, AppContext& app) {
     if (!asked.ChangesNothing) {
         const Done started = StartUp(app);
-        if (!started) {
-            ShowError(app, started.error());
-            return StatusFailed;
-        }
+        if (ShowFailure(app, started)) return StatusFailed;
     }
     if (asked.CompanyId) {
         const ExitStatus used = UseCompany(app, *asked.CompanyId, false);
@@ -194,7 +191,7 @@ ExitStatus Run(const CommandLine& asked) {
 
     const ExitStatus status = StartAndRun(asked, app);
     std::cout.flush();
-    if (!std::cout) ShowError(app, {"Cannot write to the standard output."});
+    if (!std::cout) ShowError(app, {.Doing = "write to the standard output"});
     return prompts.HasShownFailure() ? StatusFailed : status;
 }
 

@@ -3,7 +3,6 @@
 #include "base/numbers.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/pictures.h"
-#include "lists/list_texts.h"
 #include "lists/ui_frm_list.h"
 #include "materials/frm_material.h"
 #include "materials/material_store.h"
@@ -19,6 +18,10 @@ namespace {
 
 constexpr int MaterialsHeightInTwips = 4560;
 constexpr int TwipsPerInch = 1440;
+
+// The two captions of cmd_Filter, which tell its state too.
+constexpr const char* ApplyFilter = "&Apply";
+constexpr const char* ResetFilter = "&Reset";
 
 } // namespace
 
@@ -63,8 +66,8 @@ void frmList::PrepareMaterials() {
     m_ui->filter_frame->hide();
     m_ui->filter_frame->setEnabled(false);
     resize(width(), MaterialsHeightInTwips * logicalDpiY() / TwipsPerInch);
-    setWindowTitle(QString::fromLatin1(ListTexts::MaterialsTitle));
-    m_ui->FrameList->setTitle(QString::fromLatin1(ListTexts::MaterialsFrame));
+    setWindowTitle(QStringLiteral("Maintain Material"));
+    m_ui->FrameList->setTitle(QStringLiteral("Materials"));
 }
 
 void frmList::PrepareUsage() {
@@ -78,8 +81,8 @@ void frmList::PrepareUsage() {
     if (FindMaterials(m_app, {}, materials)) FillMaterialList(materialLines, materials, false);
     ShowLines(*m_ui->cbo_Materials, materialLines);
     ShowYears(usage);
-    setWindowTitle(QString::fromLatin1(ListTexts::UsageTitle));
-    m_ui->FrameList->setTitle(QString::fromLatin1(ListTexts::UsageFrame));
+    setWindowTitle(QStringLiteral("Maintain Usage"));
+    m_ui->FrameList->setTitle(QStringLiteral("Usages"));
 }
 
 void frmList::ReloadMaterialList() {
@@ -156,8 +159,9 @@ void frmList::DeleteRecord() {
     if (SelectedRow(*m_ui->lst_Main) < 0) return;
     const QListWidgetItem& line = *m_ui->lst_Main->currentItem();
     const auto recordId = static_cast<std::int16_t>(line.data(Qt::UserRole).toInt());
-    const std::string question = std::string(ListTexts::AskDelete) + line.text().toStdString() +
-                                 std::string(ListTexts::CannotBeUndone);
+    // The question claims too much on purpose: the record keeps its slot.
+    const std::string question =
+        "Are you sure you want to delete " + line.text().toStdString() + "? This can not be undone.";
     if (m_app.Prompts.Show({question, PromptKind::Question, PromptButtons::YesNo}) != PromptAnswer::Yes)
         return;
     if (IsForMaterials()) {
@@ -186,12 +190,13 @@ void frmList::ExportRecords() {
 }
 
 void frmList::ApplyOrResetFilter() {
-    if (m_ui->cmd_Filter->text() == QLatin1String(ListTexts::Reset)) {
+    if (m_ui->cmd_Filter->text() == QLatin1String(ResetFilter)) {
         m_ui->cbo_Materials->setCurrentIndex(-1);
         m_ui->cbo_Year->setCurrentIndex(-1);
         SetFilterApplied(false);
     } else if (m_ui->cbo_Materials->currentIndex() < 0 && m_ui->cbo_Year->currentIndex() < 0) {
-        m_app.Prompts.Show({std::string(ListTexts::NeedsFilter), PromptKind::Exclamation});
+        m_app.Prompts.Show(
+            {"Please select Material Id and/or Year to apply the filter.", PromptKind::Exclamation});
     } else {
         SetFilterApplied(true);
     }
@@ -200,7 +205,7 @@ void frmList::ApplyOrResetFilter() {
 void frmList::SetFilterApplied(bool isApplied) {
     m_ui->cbo_Materials->setEnabled(!isApplied);
     m_ui->cbo_Year->setEnabled(!isApplied);
-    m_ui->cmd_Filter->setText(QString::fromLatin1(isApplied ? ListTexts::Reset : ListTexts::Apply));
+    m_ui->cmd_Filter->setText(QString::fromLatin1(isApplied ? ResetFilter : ApplyFilter));
     Refresh_Usage_List();
 }
 

@@ -86,7 +86,7 @@ void frmMaterial::PrepareEdit(const MaterialRecord& material) {
     m_ui->lbl_Id->setText(QString::number(material.MaterialId));
     setWindowTitle(QString::fromLatin1(MaterialTexts::UpdateCaption));
     m_pollutants->SetValues(material);
-    // Whatever the type: a filled resin that was saved without filler cannot be given one here.
+    // Whatever the type, on purpose: a filled resin saved without filler cannot be given one here.
     ShowFiller(number(material.Filler), material.Filler != 0);
 }
 
@@ -191,13 +191,12 @@ void frmMaterial::Save() {
 void frmMaterial::Check_4_Save() {
     const MaterialEntry entry = ToMaterialEntry(ReadForm());
     const Result<std::vector<MaterialRecord>> sameId = ReadMaterials(m_app, {.CustomId = entry.CustomId});
-    if (!sameId) { // a duplicate cannot be ruled out
-        ShowError(m_app, sameId.error());
-    } else if (!sameId->empty()) {
+    if (ShowFailure(m_app, sameId)) return; // a duplicate cannot be ruled out
+    if (sameId->empty()) {
+        CloseWhenSaved(SaveMaterial(m_app, entry));
+    } else {
         ShowFormErrors(m_app, MaterialTexts::IdExists);
         Focus(*m_ui->txt_CustomId);
-    } else {
-        CloseWhenSaved(SaveMaterial(m_app, entry));
     }
 }
 
@@ -225,10 +224,7 @@ std::int16_t NewMaterial(AppContext& app, QWidget* parent) {
 
 std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* parent) {
     const Result<std::vector<MaterialRecord>> found = ReadMaterials(app, {.MaterialId = materialId});
-    if (!found) {
-        ShowError(app, found.error());
-        return -1;
-    }
+    if (ShowFailure(app, found)) return -1;
     if (found->empty()) {
         ShowFormErrors(app, MaterialTexts::MaterialNotFound);
         return -1;

@@ -35,7 +35,7 @@ struct MaterialRecord {
     double Factor6 = 0;
     double Filler = 0; ///< weight percent; only filled resins have one
 };
-inline constexpr auto MaterialFields = std::to_array<Field<MaterialRecord>>({
+inline constexpr std::tuple MaterialFields{
     Int16(&MaterialRecord::MaterialId),       Text(&MaterialRecord::CustomId, 100),
     Text(&MaterialRecord::MaterialType, 100), Text(&MaterialRecord::ApplicationMethod, 100),
     Double(&MaterialRecord::Density),         Double(&MaterialRecord::HapContent),
@@ -48,7 +48,7 @@ inline constexpr auto MaterialFields = std::to_array<Field<MaterialRecord>>({
     Double(&MaterialRecord::Content5),        Double(&MaterialRecord::Factor5),
     Double(&MaterialRecord::Content6),        Double(&MaterialRecord::Factor6),
     Double(&MaterialRecord::Filler),
-});
+};
 inline constexpr RecordLayout MaterialLayout{1444, MaterialFields};
 static_assert(MaterialLayout.PackedLength() == 787); // files of earlier versions depend on it
 

@@ -9,13 +9,6 @@
 namespace mact {
 namespace {
 
-std::int16_t IdOf(std::string_view slot) {
-    return Peek<MaterialLayout, &MaterialRecord::MaterialId>(slot);
-}
-bool IsLive(std::string_view slot) {
-    return Peek<MaterialLayout, &MaterialRecord::Active>(slot);
-}
-
 /// A filter with its texts made ready for comparing.
 class MaterialMatcher {
 public:
@@ -23,23 +16,20 @@ public:
         : m_filter(filter), m_customId(Key(filter.CustomId)), m_materialType(Key(filter.MaterialType)),
           m_applicationMethod(Key(filter.ApplicationMethod)) {}
 
-    bool Passes(std::string_view slot) const {
-        if (m_filter.MaterialId && IdOf(slot) != *m_filter.MaterialId) return false;
-        if (m_customId && !Equals<&MaterialRecord::CustomId>(slot, *m_customId)) return false;
-        if (m_materialType && !Equals<&MaterialRecord::MaterialType>(slot, *m_materialType)) return false;
-        if (m_applicationMethod && !Equals<&MaterialRecord::ApplicationMethod>(slot, *m_applicationMethod))
-            return false;
-        return IsLive(slot) == m_filter.Active;
+    bool Passes(const MaterialRecord& material) const {
+        if (m_filter.MaterialId && material.MaterialId != *m_filter.MaterialId) return false;
+        if (!Matches(m_customId, material.CustomId)) return false;
+        if (!Matches(m_materialType, material.MaterialType)) return false;
+        if (!Matches(m_applicationMethod, material.ApplicationMethod)) return false;
+        return material.Active == m_filter.Active;
     }
-    /// Whether many records can pass.
-    bool IsWide() const { return !m_filter.MaterialId && !m_filter.CustomId; }
 
 private:
     static std::optional<std::string> Key(const std::optional<std::string>& text) {
         return text ? std::optional(ComparisonKey(*text)) : std::nullopt;
     }
-    template <auto Member> static bool Equals(std::string_view slot, const std::string& key) {
-        return EqualsIgnoringCase(key, Trim(Peek<MaterialLayout, Member>(slot)));
+    static bool Matches(const std::optional<std::string>& key, std::string_view text) {
+        return !key || EqualsIgnoringCase(*key, Trim(text));
     }
 
     const MaterialFilter& m_filter;
@@ -48,11 +38,11 @@ private:
     std::optional<std::string> m_applicationMethod;
 };
 
-Result<RecordFile> OpenToRead(AppContext& app) {
-    return RecordFile::OpenForReading(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
+Result<RecordFile> OpenToRead(const DataFiles& data) {
+    return RecordFile::OpenForReading(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
 }
-Result<RecordFile> OpenToWrite(AppContext& app) {
-    return RecordFile::OpenForWriting(app.Files, MaterialsFile(app), MaterialLayout.SlotLength());
+Result<RecordFile> OpenToWrite(const DataFiles& data) {
+    return RecordFile::OpenForWriting(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
 }
 
 Done SetPollutantNumbers(MaterialRecord& material, std::string_view numbers, std::string_view what,
@@ -62,15 +52,15 @@ Done SetPollutantNumbers(MaterialRecord& material, std::string_view numbers, std
         const std::optional<double> number =
             index < pieces.size() ? ParseNumber(pieces[index]) : std::nullopt;
         if (!number)
-            return Failure{"Cannot save the material \"" + Utf8FromCodePage(material.CustomId) + "\": the " +
-                           std::string(what) + " of additional pollutant " + std::to_string(index + 1) +
-                           " is not a number."};
+            return Failure{.Doing = "save the material \"" + Utf8FromCodePage(material.CustomId) + '"',
+                           .Reason = "the " + std::string(what) + " of additional pollutant " +
+                                     std::to_string(index + 1) + " is not a number"};
         material.*members[index] = *number;
     }
     return Success();
 }
 
-Result<std::int16_t> WriteMaterial(AppContext& app, const MaterialEntry& entry,
+Result<std::int16_t> WriteMaterial(const DataFiles& data, const MaterialEntry& entry,
                                    std::optional<std::int16_t> materialId,
                                    std::unique_ptr<RecordFile> openFile) {
     MaterialRecord material{.MaterialId = materialId.value_or(0),
@@ -87,14 +77,14 @@ Result<std::int16_t> WriteMaterial(AppContext& app, const MaterialEntry& entry,
     if (numbers) numbers = SetPollutantNumbers(material, entry.Factors, "emission factor", PollutantFactors);
     if (!numbers) return numbers.error();
     if (openFile) return WriteRecord(*openFile, MaterialLayout, material, &MaterialRecord::MaterialId);
-    Result<RecordFile> file = OpenToWrite(app);
+    Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
     return WriteRecord(*file, MaterialLayout, material, &MaterialRecord::MaterialId);
 }
 
 /// True when the live record was marked as deleted, false when there is none.
-Result<bool> MarkAsDeleted(AppContext& app, std::int16_t materialId) {
-    Result<RecordFile> file = OpenToWrite(app);
+Result<bool> MarkAsDeleted(const DataFiles& data, std::int16_t materialId) {
+    Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
     return MarkLiveRecordAsDeleted(*file, MaterialLayout, materialId, &MaterialRecord::MaterialId,
                                    &MaterialRecord::Active);
@@ -102,61 +92,33 @@ Result<bool> MarkAsDeleted(AppContext& app, std::int16_t materialId) {
 
 } // namespace
 
-Done VisitMaterials(AppContext& app, const std::function<void(const MaterialRecord&)>& visit) {
-    Result<RecordFile> file = OpenToRead(app);
+Done VisitMaterials(const DataFiles& data, const std::function<void(const MaterialRecord&)>& visit) {
+    Result<RecordFile> file = OpenToRead(data);
     if (!file) return file.error();
-    return ForEachRecord<MaterialLayout>(*file, visit);
+    return ForEachRecord(*file, MaterialLayout, visit);
 }
 
-Done VisitLiveMaterialSlots(AppContext& app, const std::function<void(std::string_view slot)>& visit) {
-    Result<RecordFile> file = OpenToRead(app);
+Result<std::vector<MaterialRecord>> ReadMaterials(const DataFiles& data, const MaterialFilter& filter) {
+    Result<RecordFile> file = OpenToRead(data);
     if (!file) return file.error();
-    return file->ForEachSlot([&](std::int16_t, std::string_view slot) {
-        if (IsLive(slot)) visit(slot);
-        return true;
-    });
+    const MaterialMatcher matcher(filter);
+    return ReadRecords(*file, MaterialLayout,
+                       [&](const MaterialRecord& material) { return matcher.Passes(material); });
 }
 
-Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const MaterialFilter& filter) {
-    Result<RecordFile> file = OpenToRead(app);
-    if (!file) return file.error();
-    std::vector<MaterialRecord> found;
-    const MaterialMatcher test(filter);
-    if (test.IsWide()) found.reserve(static_cast<std::size_t>(file->Count()));
-    const auto passes = [&](std::string_view slot) { return test.Passes(slot); };
-    const Done read = AppendRecords<MaterialLayout>(*file, passes, found);
+Result<MaterialIds> ReadMaterialIds(const DataFiles& data) {
+    MaterialIds ids;
+    const auto take = [&](const MaterialRecord& material) {
+        if (!ids[material.MaterialId]) ids[material.MaterialId] = Trim(material.CustomId);
+    };
+    const Done read = VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, take);
     if (!read) return read.error();
-    return found;
-}
-
-std::optional<std::string_view> MaterialTextMap::Of(std::int16_t materialId) const {
-    const Piece& piece = m_pieces[static_cast<std::uint16_t>(materialId)];
-    if (!piece.IsKnown) return std::nullopt;
-    return std::string_view(m_text).substr(piece.Start, piece.Length);
-}
-
-void MaterialTextMap::Add(std::int16_t materialId, std::string_view text) {
-    Piece& piece = m_pieces[static_cast<std::uint16_t>(materialId)];
-    if (piece.IsKnown) return;
-    piece = {static_cast<std::uint32_t>(m_text.size()), static_cast<std::uint8_t>(text.size()), true};
-    m_text += text;
-}
-
-Result<MaterialTextMap> ReadMaterialTexts(AppContext& app) {
-    MaterialTextMap texts;
-    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
-        texts.Add(IdOf(slot), Trim(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot)));
-    });
-    if (!read) return read.error();
-    return texts;
+    return ids;
 }
 
 bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<MaterialRecord>& results) {
     Result<std::vector<MaterialRecord>> found = ReadMaterials(app, filter);
-    if (!found) {
-        ShowError(app, found.error());
-        return false;
-    }
+    if (ShowFailure(app, found)) return false;
     if (found->empty()) return false;
     results = std::move(*found);
     return true;
@@ -164,24 +126,18 @@ bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<Ma
 
 Failed SaveMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
                     std::unique_ptr<RecordFile> openFile) {
-    const Result<std::int16_t> written = WriteMaterial(app, entry, materialId, std::move(openFile));
-    if (!written) ShowError(app, written.error());
-    return !written;
+    return ShowFailure(app, WriteMaterial(app, entry, materialId, std::move(openFile)));
 }
 
 Failed DeleteMaterial(AppContext& app, std::int16_t materialId, const MaterialIsUsed& isUsed) {
     const Result<bool> used = isUsed(materialId);
-    if (!used) {
-        ShowError(app, used.error());
-        return true;
-    }
+    if (ShowFailure(app, used)) return true;
     if (*used) {
         ShowInformation(app, MaterialTexts::MaterialIsUsed);
         return true;
     }
     const Result<bool> deleted = MarkAsDeleted(app, materialId);
-    if (!deleted) ShowError(app, deleted.error());
-    return !deleted || !*deleted;
+    return ShowFailure(app, deleted) || !*deleted;
 }
 
 std::string MaterialListText(const MaterialRecord& material) {

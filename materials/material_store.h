@@ -1,8 +1,10 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "base/by_number.h"
 #include "base/list_lines.h"
 #include "materials/material_record.h"
+#include "store/data_folder.h"
 #include "store/record_file.h"
 
 #include <functional>
@@ -10,14 +12,16 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace mact {
 
-/// The materials of the current company, in data/<company>_materials.talvor.
+/// The materials of a company, in data/<company>_materials.talvor.
 ///
-/// Every routine opens the file, works and closes it before it returns. A file that cannot be opened is shown
-/// once (ShowError) and counts as empty.
+/// Every routine opens the file, works and closes it before it returns. FindMaterials, SaveMaterial and
+/// DeleteMaterial show a failure once (ShowError), and a file that cannot be opened counts as empty; the
+/// others return it.
 
 /// A filter that is left out matches everything. Texts are compared trimmed and ignoring case.
 struct MaterialFilter {
@@ -31,36 +35,30 @@ struct MaterialFilter {
 /// matches.
 bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<MaterialRecord>& results);
 
-/// The same without showing anything; empty when nothing matches.
-Result<std::vector<MaterialRecord>> ReadMaterials(AppContext& app, const MaterialFilter& filter = {});
+/// The materials that pass, in file order.
+Result<std::vector<MaterialRecord>> ReadMaterials(const DataFiles& data, const MaterialFilter& filter = {});
 
-/// Calls `visit` with every record of the file, deleted ones too, in file order. Shows nothing.
-Done VisitMaterials(AppContext& app, const std::function<void(const MaterialRecord&)>& visit);
+/// Calls `visit` with every record of the file, deleted ones too, in file order. The record is reused.
+Done VisitMaterials(const DataFiles& data, const std::function<void(const MaterialRecord&)>& visit);
+/// Calls `visit` with every live record, in file order, of which only the named members are filled in, as in
+/// VisitLiveMaterials<&MaterialRecord::Density>(...). That takes half the time of reading all of them.
+template <auto... Members, class Visitor>
+Done VisitLiveMaterials(const DataFiles& data, const Visitor& visit) {
+    Result<RecordFile> file =
+        RecordFile::OpenForReading(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
+    if (!file) return file.error();
+    MaterialRecord material;
+    return file->ForEachSlot([&](std::int16_t, std::string_view slot) {
+        UnpackOnly<&MaterialRecord::Active, Members...>(MaterialLayout, slot, material);
+        if (material.Active) visit(std::as_const(material));
+        return true;
+    });
+}
 
-/// Calls `visit` with the slot of every live record, in file order, for those who need a few of its fields
-/// (Peek). Shows nothing.
-Done VisitLiveMaterialSlots(AppContext& app, const std::function<void(std::string_view slot)>& visit);
-
-/// The Material ID, trimmed, of each live material by its number: what other records show of a material.
-class MaterialTextMap {
-public:
-    /// Empty where there is no such material. The view lasts as long as this.
-    std::optional<std::string_view> Of(std::int16_t materialId) const;
-    /// The first text of a number stays.
-    void Add(std::int16_t materialId, std::string_view text);
-
-private:
-    struct Piece {
-        std::uint32_t Start = 0;
-        std::uint8_t Length = 0; ///< at most 100 as stored
-        bool IsKnown = false;
-    };
-    // All texts in one, and a place for every number there can be: no memory of its own for each material.
-    std::string m_text;
-    std::vector<Piece> m_pieces = std::vector<Piece>(std::size_t{1} << 16);
-};
-/// Shows nothing.
-Result<MaterialTextMap> ReadMaterialTexts(AppContext& app);
+/// The Material ID, trimmed, of each live material by its number: what other records show of a material. Of
+/// several live materials with one number the first counts.
+using MaterialIds = ByNumber<std::optional<std::string>>;
+Result<MaterialIds> ReadMaterialIds(const DataFiles& data);
 
 /// What a material is saved from.
 struct MaterialEntry {

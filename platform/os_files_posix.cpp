@@ -1,6 +1,6 @@
 #include "platform/os_files.h"
 
-#include "platform/os_failures.h"
+#include "platform/os_lock.h"
 
 #include <cerrno>
 #include <chrono>
@@ -16,7 +16,7 @@ namespace mact {
 namespace {
 
 Failure DescribeError(std::string_view doing, const std::filesystem::path& path, int error) {
-    return DescribeFailure(doing, path, std::generic_category().message(error));
+    return {std::string(doing), path, std::generic_category().message(error)};
 }
 
 /// Runs a system call again while signals interrupt it.
@@ -60,8 +60,6 @@ public:
     }
 
     Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
-        const std::uint64_t start = offset;
-        ReserveSpace(start, bytes.size());
         while (!bytes.empty()) {
             const ssize_t written = Retry([&] {
                 return ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
@@ -70,7 +68,6 @@ public:
             bytes.remove_prefix(static_cast<std::size_t>(written));
             offset += static_cast<std::uint64_t>(written);
         }
-        StartWriteback(start, offset - start);
         return Success();
     }
 
@@ -102,36 +99,11 @@ public:
                 std::this_thread::sleep_for(WaitBetweenTries);
             }
             if (std::chrono::steady_clock::now() >= giveUpAt)
-                return DescribeFailure("lock the file", m_path, LockedByAnotherCopy);
+                return Failure{"lock the file", m_path, std::string(LockedByAnotherCopy)};
         }
     }
 
 private:
-#ifdef __linux__
-    static constexpr std::uint64_t LongData = std::uint64_t{1} << 17U;
-#endif
-
-    /// Finds the place on the disk for long data at once, rather than for each piece of it when it gets
-    /// there. A file system that cannot, or has too little space, refuses; it is the write that tells of
-    /// errors.
-    void ReserveSpace([[maybe_unused]] std::uint64_t start, [[maybe_unused]] std::uint64_t length) const {
-#ifdef __linux__
-        if (length < LongData) return;
-        ::fallocate(m_descriptor, FALLOC_FL_KEEP_SIZE, static_cast<off64_t>(start),
-                    static_cast<off64_t>(length));
-#endif
-    }
-
-    /// Has the system begin to write long data to the disk while more of it is made ready, so that Flush has
-    /// less to wait for. It is Flush that tells of errors.
-    void StartWriteback([[maybe_unused]] std::uint64_t start, [[maybe_unused]] std::uint64_t length) const {
-#ifdef __linux__
-        if (length < LongData) return;
-        ::sync_file_range(m_descriptor, static_cast<off64_t>(start), static_cast<off64_t>(length),
-                          SYNC_FILE_RANGE_WRITE);
-#endif
-    }
-
     /// False when another copy has renamed or removed the file since it was opened.
     bool IsAtItsPath() const {
         struct stat mine {};

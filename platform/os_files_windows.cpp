@@ -1,6 +1,6 @@
 #include "platform/os_files.h"
 
-#include "platform/os_failures.h"
+#include "platform/os_lock.h"
 
 #include <algorithm>
 #include <array>
@@ -39,7 +39,7 @@ std::string Reason(DWORD error) {
 }
 
 Failure DescribeError(std::string_view doing, const std::filesystem::path& path, DWORD error) {
-    return DescribeFailure(doing, path, Reason(error));
+    return {std::string(doing), path, Reason(error)};
 }
 
 Failure DescribeRefusedOpening(const std::filesystem::path& path, DWORD error) {
@@ -47,7 +47,7 @@ Failure DescribeRefusedOpening(const std::filesystem::path& path, DWORD error) {
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
     const bool isFolder = error == ERROR_ACCESS_DENIED && attributes != INVALID_FILE_ATTRIBUTES &&
                           (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return isFolder ? DescribeFailure("open the file", path, "Is a directory")
+    return isFolder ? Failure{"open the file", path, "Is a directory"}
                     : DescribeError("open the file", path, error);
 }
 
@@ -165,7 +165,7 @@ public:
                 std::this_thread::sleep_for(WaitBetweenTries);
             }
             if (std::chrono::steady_clock::now() >= giveUpAt)
-                return DescribeFailure("lock the file", m_path, LockedByAnotherCopy);
+                return Failure{"lock the file", m_path, std::string(LockedByAnotherCopy)};
         }
     }
 

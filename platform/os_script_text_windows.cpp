@@ -15,9 +15,8 @@ Result<std::string> ScriptTextOfConsole(std::string_view utf8Text) {
     const int length = WideCharToMultiByte(CP_OEMCP, WC_NO_BEST_FIT_CHARS, wide.data(), wideLength,
                                            text.data(), static_cast<int>(text.size()), nullptr, &isLacking);
     if (length == 0 || isLacking)
-        return Failure{"Cannot name the folders of a command script: the console's character set lacks a "
-                       "character of " +
-                       std::string(utf8Text) + "."};
+        return Failure{.Doing = "name the folders of a command script",
+                       .Reason = "the console's character set lacks a character of " + std::string(utf8Text)};
     text.resize(static_cast<std::size_t>(length));
     return text;
 }

@@ -16,6 +16,7 @@ namespace mact {
 
 #ifdef _WIN32
 
+// Not QProcess, on purpose: it would quote the path of a report, which a browser gets unquoted.
 Done QtPrograms::Start(const ProgramStart& start) {
     std::wstring commandLine = PathFromUtf8(start.CommandLine).wstring(); // CreateProcessW may write into it
     STARTUPINFOW window{};
@@ -27,7 +28,7 @@ Done QtPrograms::Start(const ProgramStart& start) {
     if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, flags, nullptr, nullptr,
                         &window, &process)) {
         const std::error_code reason(static_cast<int>(GetLastError()), std::system_category());
-        return Failure{"Cannot start \"" + start.CommandLine + "\": " + reason.message() + "."};
+        return Failure{.Doing = "start \"" + start.CommandLine + '"', .Reason = reason.message()};
     }
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
@@ -48,8 +49,7 @@ Done QtPrograms::Start(const ProgramStart& start) {
     process.setProgram(QString::fromStdString(PathText(start.Program)));
     process.setArguments(arguments);
     if (process.startDetached()) return Success();
-    return Failure{"Cannot start the program \"" + PathText(start.Program) +
-                   "\": " + process.errorString().toStdString() + "."};
+    return Failure{"start the program", start.Program, process.errorString().toStdString()};
 }
 
 #endif

@@ -1,6 +1,7 @@
 #include "platform/qt_settings.h"
 
 #include "base/settings.h"
+#include "base/text.h"
 
 #include <QDir>
 #include <QSettings>
@@ -43,8 +44,8 @@ Done QtSettings::Write(std::string_view section, std::string_view key, std::stri
     if (settings.status() == QSettings::NoError) return Success();
     const std::string reason =
         settings.status() == QSettings::AccessError ? "it cannot be written" : "it is not a settings file";
-    return Failure{"Cannot save the setting " + KeyText(section, key).toStdString() + " in \"" +
-                   QDir::toNativeSeparators(settings.fileName()).toStdString() + "\": " + reason + "."};
+    return Failure{"save the setting " + KeyText(section, key).toStdString() + " in",
+                   PathFromUtf8(QDir::toNativeSeparators(settings.fileName()).toStdString()), reason};
 }
 
 } // namespace mact

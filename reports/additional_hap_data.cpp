@@ -7,26 +7,15 @@
 namespace mact {
 namespace {
 
-template <auto Member> auto Stored(std::string_view slot) {
-    return Peek<MaterialLayout, Member>(slot);
-}
-
-template <std::size_t... Slot>
-void SetPollutants(AdditionalHapMaterial& material, std::string_view record, std::index_sequence<Slot...>) {
-    ((material.Contents[Slot] = Stored<PollutantContents[Slot]>(record)), ...);
-    ((material.Factors[Slot] = Stored<PollutantFactors[Slot]>(record)), ...);
-}
-
-Done AddMaterial(std::vector<AdditionalHapMaterial>& materials, std::string_view record,
-                 const PeriodUsage& usage) {
-    const std::string_view customId = Trim(Stored<&MaterialRecord::CustomId>(record));
-    const Result<double> pounds = usage.PoundsUsed(Stored<&MaterialRecord::MaterialId>(record),
-                                                   Stored<&MaterialRecord::Density>(record), customId);
+Result<AdditionalHapMaterial> Describe(const MaterialRecord& material, const PeriodUsage& usage) {
+    const Result<double> pounds = usage.PoundsUsed(material);
     if (!pounds) return pounds.error();
-    AdditionalHapMaterial& material =
-        materials.emplace_back(AdditionalHapMaterial{.MaterialId = std::string(customId), .Pounds = *pounds});
-    SetPollutants(material, record, std::make_index_sequence<PollutantCount>());
-    return Success();
+    AdditionalHapMaterial described{.MaterialId = std::string(Trim(material.CustomId)), .Pounds = *pounds};
+    for (std::size_t slot = 0; slot < PollutantCount; ++slot) {
+        described.Contents[slot] = material.*PollutantContents[slot];
+        described.Factors[slot] = material.*PollutantFactors[slot];
+    }
+    return described;
 }
 
 } // namespace
@@ -41,12 +30,17 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
 
     AdditionalHapData data{.Heading = HeadingOf(app, *months),
                            .Names = SplitAdditionalNames(app.AdditionalNames)};
-    Done described = Success();
-    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view record) {
-        if (described) described = AddMaterial(data.Materials, record, *usage);
+    std::optional<Failure> failure; // the first; the materials after it are not looked at
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (failure || !material.Active) return;
+        Result<AdditionalHapMaterial> described = Describe(material, *usage);
+        if (described)
+            data.Materials.push_back(std::move(*described));
+        else
+            failure = described.error();
     });
     if (!read) return read.error();
-    if (!described) return described.error();
+    if (failure) return *failure;
     data.HasRecords = !usage->IsEmpty() && !data.Materials.empty();
     return data;
 }

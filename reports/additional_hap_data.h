@@ -2,7 +2,7 @@
 
 #include "base/app_context.h"
 #include "base/result.h"
-#include "reports/report_frame.h"
+#include "reports/report_page.h"
 #include "store/additional_names.h"
 
 #include <array>

@@ -2,7 +2,8 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "reports/period_usage.h"
+#include "materials/units.h"
+#include "reports/report_publishing.h"
 #include "reports/reports.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ constexpr std::string_view HeaderRowHtml =
     "months)</b></font>"
     "</td></tr>";
 
-// Every cell ends in an opening font tag where a closing one would be: so the page has always been.
+// Every cell ends in an opening font tag in place of a closing one, on purpose.
 std::string RowHtml(const std::string& name, double kilograms) {
     return "<tr><td align='center' valign='top'><font face='Verdana' size='1'>" + name +
            "<font></td><td align='center' valign='top'><font face='Verdana' size='1'>" +
@@ -41,6 +42,12 @@ std::string TotalsHtml(const PollutantNames& names, const PollutantTotals& total
     return html + TotalRowHtml(TotalOfNamed(names, totals));
 }
 
+Result<std::string> BuildPage(const AdditionalHapData& data) {
+    const Result<PollutantTotals> totals = AddUpEmissions(data);
+    if (!totals) return totals.error();
+    return BuildAdditionalHapEmissionHtml(data, *totals);
+}
+
 bool IsEveryFinite(const PollutantTotals& totals) {
     return std::ranges::all_of(totals, [](double total) { return std::isfinite(total); });
 }
@@ -52,6 +59,7 @@ double KilogramsUsed(double pounds) {
 }
 
 double PollutantEmission(double content, double kilograms, double factor) {
+    // Whole kilograms on purpose, although small amounts vanish.
     return RoundTo(content / 100 * kilograms * (factor / 100), 0);
 }
 
@@ -62,8 +70,8 @@ Result<PollutantTotals> AddUpEmissions(const AdditionalHapData& data) {
         for (std::size_t slot = 0; slot < PollutantCount; ++slot)
             totals[slot] += PollutantEmission(material.Contents[slot], kilograms, material.Factors[slot]);
         if (!IsEveryFinite(totals))
-            return CannotCalculate("add up the additional HAP emissions of the material \"" +
-                                   Utf8FromCodePage(material.MaterialId) + '"');
+            return CannotCalculate("add up the additional HAP emissions of " +
+                                   MaterialNamed(material.MaterialId));
     }
     if (!std::isfinite(TotalOfNamed(data.Names, totals)))
         return CannotCalculate("add up the additional HAP emissions of the report");
@@ -90,11 +98,8 @@ std::string BuildAdditionalHapEmissionHtml(const AdditionalHapData& data, const 
 
 std::int16_t GenerateAdditionalHapEmissionReport(AppContext& app, const ReportPeriod& period) {
     const Result<AdditionalHapData> data = FetchAdditionalHap(app, period);
-    if (!data) return FailReport(app, data.error());
-    if (!data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
-    const Result<PollutantTotals> totals = AddUpEmissions(*data);
-    if (!totals) return FailReport(app, totals.error());
-    return PublishReport(app, AdditionalHapEmissionFile, BuildAdditionalHapEmissionHtml(*data, *totals));
+    if (data && !data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
+    return PublishReport(app, AdditionalHapEmissionFile, data.and_then(BuildPage));
 }
 
 } // namespace mact

@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "reports/report_publishing.h"
 #include "reports/reports.h"
 
 #include <cmath>
@@ -17,7 +18,7 @@ constexpr std::string_view HeaderRowHtml =
     "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>Emission "
     "Factor</b></font></td></tr>";
 
-// Every cell ends in an opening font tag where a closing one would be: so the page has always been.
+// Every cell ends in an opening font tag in place of a closing one, on purpose.
 void AddCell(std::string& html, std::string_view align, std::string_view content) {
     AppendAll(html, "<td align='", align, "' valign='top'><font face='Verdana' size='1'>", content,
               "<font></td>");
@@ -38,6 +39,12 @@ void AddMaterialRows(std::string& html, const PollutantNames& names, const Addit
         AddCell(html, "center", NumberText(material.Factors[slot]));
         html += "</tr>";
     }
+}
+
+Result<std::string> BuildPage(const AdditionalHapData& data) {
+    const Done checked = CheckShownNumbers(data);
+    if (!checked) return checked.error();
+    return BuildAdditionalHapUsageHtml(data);
 }
 
 } // namespace
@@ -77,11 +84,8 @@ std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data) {
 
 std::int16_t GenerateAdditionalHapUsageReport(AppContext& app, const ReportPeriod& period) {
     const Result<AdditionalHapData> data = FetchAdditionalHap(app, period);
-    if (!data) return FailReport(app, data.error());
-    if (!data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
-    const Done checked = CheckShownNumbers(*data);
-    if (!checked) return FailReport(app, checked.error());
-    return PublishReport(app, AdditionalHapUsageFile, BuildAdditionalHapUsageHtml(*data));
+    if (data && !data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
+    return PublishReport(app, AdditionalHapUsageFile, data.and_then(BuildPage));
 }
 
 } // namespace mact

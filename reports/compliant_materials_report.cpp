@@ -1,8 +1,10 @@
 #include "reports/compliant_materials_report.h"
 
+#include "base/by_number.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "materials/material_store.h"
+#include "reports/report_publishing.h"
 #include "reports/reports.h"
 #include "usage/usage_store.h"
 
@@ -10,8 +12,6 @@
 
 namespace mact {
 namespace {
-
-constexpr double NoLimit = -1;
 
 constexpr std::string_view HeaderRowHtml =
     "<tr><td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>Material ID</b></font></td>"
@@ -40,75 +40,57 @@ std::string Joined(std::string_view left, std::string_view separator, std::strin
     return text;
 }
 
-std::optional<double> LimitOf(const HapContentRecord& row) {
-    return row.HapLimit == NoLimit ? std::nullopt : std::optional(row.HapLimit);
-}
-
-/// The first of the materials that have an identifier, by that identifier as an unsigned number.
-std::vector<const MaterialRecord*> FirstByIdentifier(const std::vector<MaterialRecord>& materials) {
-    std::vector<const MaterialRecord*> first(std::size_t{1} << 16);
-    for (const MaterialRecord& material : materials) {
-        const MaterialRecord*& place = first[static_cast<std::uint16_t>(material.MaterialId)];
-        if (!place) place = &material;
-    }
-    return first;
-}
-
 /// The materials in the order of the usage, as often as they are used.
 std::vector<const MaterialRecord*> ListUsed(const std::vector<MaterialRecord>& materials,
                                             const std::vector<UsageRecord>& usage) {
-    const auto byIdentifier = FirstByIdentifier(materials);
+    ByNumber<const MaterialRecord*> firstOf;
+    for (const MaterialRecord& material : materials)
+        if (!firstOf[material.MaterialId]) firstOf[material.MaterialId] = &material;
     std::vector<const MaterialRecord*> listed;
     listed.reserve(usage.size());
     for (const UsageRecord& use : usage)
-        if (const MaterialRecord* found = byIdentifier[static_cast<std::uint16_t>(use.MaterialId)])
-            listed.push_back(found);
+        if (firstOf[use.MaterialId]) listed.push_back(firstOf[use.MaterialId]);
     return listed;
 }
 
-Done ReadLimits(AppContext& app, std::optional<LimitTable>& limits) {
-    const Result<std::vector<HapContentRecord>> types = ReadHapContents(app);
+/// Adds the rows of the materials. A material whose type and method are not in the table gets none.
+Done AddRows(const DataFiles& data, const std::vector<const MaterialRecord*>& materials,
+             CompliantMaterialsData& report) {
+    const Result<std::vector<HapContentRecord>> types = ReadHapContents(data);
     if (!types) return types.error();
-    limits.emplace(*types);
+    const LimitTable limits(*types);
+    report.HasRecords = true;
+    for (const MaterialRecord* material : materials)
+        if (std::optional<CompliantRow> row = limits.RowOf(*material)) report.Rows.push_back(std::move(*row));
     return Success();
 }
 
-Result<CompliantMaterialsData> FetchAll(AppContext& app) {
-    CompliantMaterialsData data{.Heading = HeadingOf(app, {}), .IsAllMaterials = true};
-    std::optional<LimitTable> limits; // read when there is a material
-    Done limitsRead = Success();
-    MaterialRecord material;
-    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
-        if (!limitsRead) return;
-        if (!limits) limitsRead = ReadLimits(app, limits);
-        if (!limits) return;
-        data.HasRecords = true;
-        UnpackOnly<MaterialLayout, &MaterialRecord::CustomId, &MaterialRecord::Description,
-                   &MaterialRecord::MaterialType, &MaterialRecord::ApplicationMethod,
-                   &MaterialRecord::HapContent>(slot, material);
-        if (std::optional<CompliantRow> row = limits->RowOf(material)) data.Rows.push_back(std::move(*row));
-    });
-    if (!read) return read.error();
-    if (!limitsRead) return limitsRead.error();
-    return data;
+Result<CompliantMaterialsData> FetchAll(const AppContext& app) {
+    CompliantMaterialsData report{.Heading = HeadingOf(app, {}), .IsAllMaterials = true};
+    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
+    if (!materials) return materials.error();
+    if (materials->empty()) return report;
+    std::vector<const MaterialRecord*> all;
+    all.reserve(materials->size());
+    for (const MaterialRecord& material : *materials)
+        all.push_back(&material);
+    const Done added = AddRows(app, all, report);
+    if (!added) return added.error();
+    return report;
 }
 
-Result<CompliantMaterialsData> FetchUsed(AppContext& app, const ReportPeriod& period) {
+Result<CompliantMaterialsData> FetchUsed(const AppContext& app, const ReportPeriod& period) {
     const Result<ReportMonths> months = MonthsOf(period);
     if (!months) return months.error();
-    CompliantMaterialsData data{.Heading = HeadingOf(app, *months)};
+    CompliantMaterialsData report{.Heading = HeadingOf(app, *months)};
     const Result<std::vector<UsageRecord>> usage = ReadUsage(app, {.Periods = months->List});
     if (!usage) return usage.error();
     const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
     if (!materials) return materials.error();
-    if (usage->empty() || materials->empty()) return data;
-    std::optional<LimitTable> limits;
-    const Done limitsRead = ReadLimits(app, limits);
-    if (!limitsRead) return limitsRead.error();
-    data.HasRecords = true;
-    for (const MaterialRecord* material : ListUsed(*materials, *usage))
-        if (std::optional<CompliantRow> row = limits->RowOf(*material)) data.Rows.push_back(std::move(*row));
-    return data;
+    if (usage->empty() || materials->empty()) return report;
+    const Done added = AddRows(app, ListUsed(*materials, *usage), report);
+    if (!added) return added.error();
+    return report;
 }
 
 Done CheckNumbers(const std::vector<CompliantRow>& rows) {
@@ -141,7 +123,7 @@ std::optional<CompliantRow> LimitTable::RowOf(const MaterialRecord& material) co
                         .HapLimit = m_limits[*number].HapLimit};
 }
 
-Result<CompliantMaterialsData> FetchCompliantMaterials(AppContext& app, const ReportPeriod& period) {
+Result<CompliantMaterialsData> FetchCompliantMaterials(const AppContext& app, const ReportPeriod& period) {
     Result<CompliantMaterialsData> data = period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period);
     if (!data) return data;
     const Done checked = CheckNumbers(data->Rows);
@@ -167,9 +149,8 @@ std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data) {
 
 std::int16_t GenerateCompliantMaterialsReport(AppContext& app, const ReportPeriod& period) {
     const Result<CompliantMaterialsData> data = FetchCompliantMaterials(app, period);
-    if (!data) return FailReport(app, data.error());
-    if (!data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
-    return PublishReport(app, CompliantMaterialsFile, BuildCompliantMaterialsHtml(*data));
+    if (data && !data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
+    return PublishReport(app, CompliantMaterialsFile, data.transform(BuildCompliantMaterialsHtml));
 }
 
 } // namespace mact

@@ -3,7 +3,7 @@
 #include "base/app_context.h"
 #include "base/result.h"
 #include "materials/material_record.h"
-#include "reports/report_frame.h"
+#include "reports/report_page.h"
 #include "store/material_types.h"
 
 #include <optional>
@@ -49,7 +49,7 @@ private:
 };
 
 /// An empty period end selects all materials.
-Result<CompliantMaterialsData> FetchCompliantMaterials(AppContext& app, const ReportPeriod& period);
+Result<CompliantMaterialsData> FetchCompliantMaterials(const AppContext& app, const ReportPeriod& period);
 
 std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data);
 

@@ -2,7 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "reports/average_inputs.h"
+#include "reports/report_publishing.h"
 #include "reports/reports.h"
 
 #include <algorithm>
@@ -12,8 +12,7 @@
 namespace mact {
 namespace {
 
-constexpr std::size_t MaterialIdLength = 100; // a page shows it with the blanks of its field
-constexpr double KgPerMg = 1000;
+constexpr std::size_t MaterialIdLength = 100; // a page shows it with the blanks of its field, on purpose
 
 constexpr std::string_view PageStartHtml =
     "<html><head><style type='text/css'>td{font-family: Verdana;font-size: 10px;} td.hl{font-weight: bold;}"
@@ -50,7 +49,7 @@ std::string MethodTotalHtml(const EmissionMethod& method) {
            NumberText(method.Emission) + "</td></tr>";
 }
 
-// The bold element is never closed: so the page has always been.
+// The bold element is never closed, on purpose: so the page has always been.
 std::string LabelCellHtml(std::string_view label) {
     std::string html = "<tr><td colspan='4' align='right'><font face='Verdana' size='1'><b>";
     html += label;
@@ -91,9 +90,9 @@ Result<EmissionRow> EmitMaterial(const HapContentRecord& method, const AveragedM
                     .PointValue = PointValue(method, material.HapContent),
                     .Amount = AmountInMg(*pounds)};
     if (!std::isfinite(row.PointValue))
-        return CannotCalculate("calculate the point value of " + Named(material.CustomId));
+        return CannotCalculate("calculate the point value of " + MaterialNamed(material.CustomId));
     if (!IsShowable(Emission(row)))
-        return CannotCalculate("calculate the HAP emissions of " + Named(material.CustomId));
+        return CannotCalculate("calculate the HAP emissions of " + MaterialNamed(material.CustomId));
     return row;
 }
 
@@ -115,14 +114,17 @@ Done AddGroup(const TypeGroup& type, const MaterialsByMethod& materials, const P
 } // namespace
 
 double PointValue(const HapContentRecord& method, double hapContent) {
+    // Without the filler on purpose, also of the filled resins.
     return RoundTo(method.EfCoefficient * std::pow(hapContent, method.EfExponent), 2);
 }
 
 double AmountInMg(double pounds) {
+    // In Mg on purpose, although the column that shows it says kg.
     return pounds > 0 ? RoundTo(Kilograms(pounds) / KgPerMg, 2) : 0;
 }
 
 double Emission(const EmissionRow& row) {
+    // On purpose of two numbers that are rounded already: those that the page shows.
     return row.PointValue * row.Amount;
 }
 
@@ -145,7 +147,7 @@ Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
     return emitted;
 }
 
-Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPeriod& period) {
+Result<EmissionAverageData> FetchEmissionAverage(const AppContext& app, const ReportPeriod& period) {
     Result<AverageInputs> inputs = ReadAverageInputs(app, period);
     if (!inputs) return inputs.error();
     EmissionAverageData data{.Heading = std::move(inputs->Heading)};
@@ -182,9 +184,8 @@ std::string BuildEmissionAverageHtml(const EmissionAverageData& data) {
 }
 
 std::int16_t GenerateEmissionAverageReport(AppContext& app, const ReportPeriod& period) {
-    const Result<EmissionAverageData> data = FetchEmissionAverage(app, period);
-    if (!data) return FailReport(app, data.error());
-    return PublishReport(app, EmissionAverageFile, BuildEmissionAverageHtml(*data));
+    return PublishReport(app, EmissionAverageFile,
+                         FetchEmissionAverage(app, period).transform(BuildEmissionAverageHtml));
 }
 
 } // namespace mact

@@ -3,7 +3,7 @@
 #include "base/app_context.h"
 #include "base/result.h"
 #include "reports/period_usage.h"
-#include "reports/report_frame.h"
+#include "reports/report_page.h"
 #include "reports/type_groups.h"
 #include "store/material_types.h"
 
@@ -55,7 +55,7 @@ bool IsCompliant(const EmissionAverageData& data);
 Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
                                   const std::vector<AveragedMaterial>& materials, const PeriodUsage& usage);
 
-Result<EmissionAverageData> FetchEmissionAverage(AppContext& app, const ReportPeriod& period);
+Result<EmissionAverageData> FetchEmissionAverage(const AppContext& app, const ReportPeriod& period);
 
 std::string BuildEmissionAverageHtml(const EmissionAverageData& data);
 

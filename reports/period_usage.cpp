@@ -1,40 +1,18 @@
 #include "reports/period_usage.h"
 
-#include "base/text.h"
-#include "reports/report_frame.h"
-#include "reports/report_period.h"
+#include "reports/report_page.h"
 #include "usage/usage_store.h"
 
+#include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace mact {
-namespace {
-
-/// From 0 to 65535.
-std::size_t Place(std::int16_t materialId) {
-    return static_cast<std::uint16_t>(materialId);
-}
-
-} // namespace
 
 PeriodUsage::PeriodUsage(const std::vector<UsageRecord>& records) {
-    // Counted, then put in their places: no list of its own for each material.
-    m_ends.resize(Place(-1) + 1);
+    m_quantities.reserve(records.size());
     for (const UsageRecord& usage : records)
-        ++m_ends[Place(usage.MaterialId)];
-    std::uint32_t start = 0;
-    for (std::uint32_t& end : m_ends)
-        start += std::exchange(end, start); // where they begin, for now
-    m_quantities.resize(records.size());
-    for (const UsageRecord& usage : records)
-        m_quantities[m_ends[Place(usage.MaterialId)]++] = {usage.Quantity, usage.Unit};
-}
-
-std::span<const PeriodUsage::Quantity> PeriodUsage::QuantitiesOf(std::int16_t materialId) const {
-    const std::size_t place = Place(materialId);
-    const std::uint32_t start = place == 0 ? 0 : m_ends[place - 1];
-    return std::span(m_quantities).subspan(start, m_ends[place] - start);
+        m_quantities.push_back({usage.MaterialId, usage.Unit, usage.Quantity});
+    std::ranges::stable_sort(m_quantities, {}, &Quantity::MaterialId);
 }
 
 Result<double> PeriodUsage::PoundsUsed(const MaterialRecord& material) const {
@@ -45,27 +23,20 @@ Result<double> PeriodUsage::PoundsUsed(std::int16_t materialId, double density,
                                        std::string_view customId) const {
     double pounds = 0;
     bool isFinite = true;
-    for (const Quantity& quantity : QuantitiesOf(materialId)) {
+    for (const Quantity& quantity :
+         std::ranges::equal_range(m_quantities, materialId, {}, &Quantity::MaterialId)) {
         const Result<double> converted = ConvertQuantity(quantity.Amount, density, quantity.Unit, UnitLbs);
         if (converted) pounds += *converted;
         isFinite = isFinite && converted && std::isfinite(pounds);
     }
-    if (!isFinite) return CannotCalculate("add up the pounds used of " + Named(customId));
+    if (!isFinite) return CannotCalculate("add up the pounds used of " + MaterialNamed(customId));
     return pounds;
 }
 
-Result<PeriodUsage> ReadPeriodUsage(AppContext& app, const std::string& monthList) {
-    const Result<std::vector<UsageRecord>> records = ReadUsage(app, {.Periods = monthList});
-    if (!records) return records.error();
-    return PeriodUsage(*records);
-}
-
-double Kilograms(double pounds) {
-    return pounds / 2.2046;
-}
-
-std::string Named(std::string_view customId) {
-    return "the material \"" + Utf8FromCodePage(Trim(customId)) + '"';
+Result<PeriodUsage> ReadPeriodUsage(const DataFiles& data, const std::string& monthList) {
+    return ReadUsage(data, {.Periods = monthList}).transform([](const auto& records) {
+        return PeriodUsage(records);
+    });
 }
 
 } // namespace mact

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "base/app_context.h"
 #include "base/result.h"
 #include "materials/material_record.h"
+#include "store/data_folder.h"
 #include "usage/usage_record.h"
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,22 +23,14 @@ public:
 
 private:
     struct Quantity {
-        double Amount = 0;
+        std::int16_t MaterialId = 0;
         std::int16_t Unit = 0;
+        double Amount = 0;
     };
-    std::span<const Quantity> QuantitiesOf(std::int16_t materialId) const;
-
     std::vector<Quantity> m_quantities; ///< by MaterialId, those of one in file order
-    /// Where in m_quantities those of a MaterialId end. Those of the next one begin there.
-    std::vector<std::uint32_t> m_ends;
 };
 
 /// `monthList` is as BuildPeriodList gives it.
-Result<PeriodUsage> ReadPeriodUsage(AppContext& app, const std::string& monthList);
-
-double Kilograms(double pounds);
-
-/// The material as a failure's description names it: the material "GC-110". UTF-8.
-std::string Named(std::string_view customId);
+Result<PeriodUsage> ReadPeriodUsage(const DataFiles& data, const std::string& monthList);
 
 } // namespace mact

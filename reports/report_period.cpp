@@ -2,16 +2,12 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "usage/usage_record.h"
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
 
 namespace mact {
 namespace {
-
-constexpr double GallonsPerMgal = 1000;
 
 /// The value of a text of `fewest` to `most` digits and nothing else.
 std::optional<int> ParseDigits(std::string_view text, std::size_t fewest, std::size_t most) {
@@ -42,8 +38,9 @@ std::optional<std::chrono::year_month> ParsePeriodEnd(std::string_view endText) 
 Result<std::string> BuildPeriodList(std::string_view endText, std::int16_t months) {
     const std::optional<std::chrono::year_month> end = ParsePeriodEnd(endText);
     if (!end)
-        return Failure{"Cannot tell the months of the report: \"" + Utf8FromCodePage(endText) +
-                       "\" is not a month and a four-digit year, as in 3/2005."};
+        return Failure{.Doing = "tell the months of the report",
+                       .Reason = '"' + Utf8FromCodePage(endText) +
+                                 "\" is not a month and a four-digit year, as in 3/2005"};
     std::string list = FormatMonthYear(end, false) + '|';
     for (int back = 1; back < months; ++back)
         list += FormatMonthYear(*end - std::chrono::months(back), false) + '|';
@@ -56,17 +53,13 @@ std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool i
     return Padded(monthText, isPadded ? 2 : 1) + '/' + Padded(WholeNumberText(int{month->year()}), 4);
 }
 
-Result<double> ConvertQuantity(double quantity, double density, std::int16_t unit, std::int16_t wantedUnit) {
-    double converted = quantity;
-    if (wantedUnit == UnitLbs) {
-        if (unit != UnitLbs) converted = quantity * density * GallonsPerMgal;
-    } else if (unit != UnitMgal) {
-        converted = quantity / (density * GallonsPerMgal);
-    }
-    if (!std::isfinite(converted))
-        return Failure{"Cannot convert the quantity " + NumberText(quantity) + " with the density " +
-                       NumberText(density) + " lb/gal: the result is too large or not a number."};
-    return converted;
+Result<ReportMonths> MonthsOf(const ReportPeriod& period) {
+    const Result<std::string> list = BuildPeriodList(period.EndText, period.Months);
+    if (!list) return list.error();
+    const std::chrono::year_month end = *ParsePeriodEnd(period.EndText); // or there would be no list
+    return ReportMonths{.List = *list,
+                        .Start = FormatMonthYear(end - std::chrono::months(period.Months - 1), true),
+                        .End = FormatMonthYear(end, true)};
 }
 
 } // namespace mact

@@ -10,7 +10,7 @@
 
 namespace mact {
 
-/// The twelve months that a report covers, and the unit of its quantities.
+/// The twelve months that a report covers.
 
 struct ReportPeriod {
     std::string
@@ -27,8 +27,11 @@ Result<std::string> BuildPeriodList(std::string_view endText, std::int16_t month
 /// MM/YYYY when padded, M/YYYY otherwise; the empty text without a month.
 std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool isPadded);
 
-/// `quantity` in the wanted unit; units are UnitMgal and UnitLbs, density in lb/gal. A result that is not
-/// finite (a density of 0 where gallons are wanted) is a Failure.
-Result<double> ConvertQuantity(double quantity, double density, std::int16_t unit, std::int16_t wantedUnit);
+struct ReportMonths {
+    std::string List{};  ///< as BuildPeriodList gives it
+    std::string Start{}; ///< MM/YYYY
+    std::string End{};   ///< MM/YYYY
+};
+Result<ReportMonths> MonthsOf(const ReportPeriod& period);
 
 } // namespace mact

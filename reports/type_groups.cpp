@@ -4,6 +4,7 @@
 #include "materials/material_store.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 namespace mact {
 
@@ -38,19 +39,35 @@ const std::vector<AveragedMaterial>& MaterialsByMethod::Of(const HapContentRecor
     return number ? m_materials[*number] : m_none;
 }
 
-Result<MaterialsByMethod> ReadMaterialsByMethod(AppContext& app) {
+Result<MaterialsByMethod> ReadMaterialsByMethod(const DataFiles& data) {
     MaterialsByMethod materials;
-    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
-        materials.Add(
-            TrimEnd(Peek<MaterialLayout, &MaterialRecord::MaterialType>(slot)),
-            TrimEnd(Peek<MaterialLayout, &MaterialRecord::ApplicationMethod>(slot)),
-            {.MaterialId = Peek<MaterialLayout, &MaterialRecord::MaterialId>(slot),
-             .CustomId = std::string(TrimEnd(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot))),
-             .Density = Peek<MaterialLayout, &MaterialRecord::Density>(slot),
-             .HapContent = Peek<MaterialLayout, &MaterialRecord::HapContent>(slot)});
-    });
+    const auto add = [&](const MaterialRecord& material) {
+        materials.Add(material.MaterialType, material.ApplicationMethod,
+                      {.MaterialId = material.MaterialId,
+                       .CustomId = material.CustomId,
+                       .Density = material.Density,
+                       .HapContent = material.HapContent});
+    };
+    const Done read = VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId,
+                                         &MaterialRecord::MaterialType, &MaterialRecord::ApplicationMethod,
+                                         &MaterialRecord::Density, &MaterialRecord::HapContent>(data, add);
     if (!read) return read.error();
     return materials;
+}
+
+Result<AverageInputs> ReadAverageInputs(const AppContext& app, const ReportPeriod& period) {
+    const Result<ReportMonths> months = MonthsOf(period);
+    if (!months) return months.error();
+    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
+    if (!rows) return rows.error();
+    Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);
+    if (!materials) return materials.error();
+    Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
+    if (!usage) return usage.error();
+    return AverageInputs{.Heading = HeadingOf(app, *months),
+                         .Types = GroupByType(*rows),
+                         .Materials = std::move(*materials),
+                         .Usage = std::move(*usage)};
 }
 
 } // namespace mact

@@ -3,6 +3,9 @@
 #include "base/app_context.h"
 #include "base/result.h"
 #include "materials/material_record.h"
+#include "reports/period_usage.h"
+#include "reports/report_page.h"
+#include "store/data_folder.h"
 #include "store/material_types.h"
 
 #include <string>
@@ -11,7 +14,8 @@
 
 namespace mact {
 
-/// The material-type table as the two averaging reports walk it.
+/// What the two averaging reports share: the material-type table as they walk it, the materials by type and
+/// method, and the usage of the months.
 
 /// A type name with its application methods in file order; methods of closed molding are left out.
 struct TypeGroup {
@@ -45,7 +49,17 @@ private:
     std::vector<std::vector<AveragedMaterial>> m_materials; ///< by the pair's number
     std::vector<AveragedMaterial> m_none;
 };
-/// The live materials. Shows nothing.
-Result<MaterialsByMethod> ReadMaterialsByMethod(AppContext& app);
+/// The live materials.
+Result<MaterialsByMethod> ReadMaterialsByMethod(const DataFiles& data);
+
+/// What both averaging reports calculate with.
+struct AverageInputs {
+    ReportHeading Heading{};
+    std::vector<TypeGroup> Types{};
+    MaterialsByMethod Materials{};
+    PeriodUsage Usage;
+};
+/// Reads the material-type table, the live materials and the usage of the period.
+Result<AverageInputs> ReadAverageInputs(const AppContext& app, const ReportPeriod& period);
 
 } // namespace mact

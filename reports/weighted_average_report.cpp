@@ -2,7 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "reports/average_inputs.h"
+#include "reports/report_publishing.h"
 #include "reports/reports.h"
 
 #include <cmath>
@@ -10,9 +10,6 @@
 
 namespace mact {
 namespace {
-
-constexpr double NoLimit = -1;
-constexpr double KgPerMg = 1000;
 
 constexpr std::string_view HeaderRowHtml =
     "<tr><td bgcolor='silver' align='center'><font face='Verdana' size='1'><b>Application "
@@ -22,7 +19,7 @@ constexpr std::string_view HeaderRowHtml =
     "<td bgcolor='silver'><font face='Verdana' size='1'><b>HAP Content<br>[(B/A)*100]</b></font></td>"
     "<td bgcolor='silver'><font face='Verdana' size='1'><b>Compliant</b></font></td></tr>";
 
-// Six columns spanned in a table of five: so the page has always been.
+// Six columns spanned in a table of five, on purpose: so the page has always been.
 std::string GroupRowHtml(const std::string& materialType) {
     return "<tr><td colspan='6' bgcolor='#DDDDDD'><font face='Verdana' size='1'>Material : " + materialType +
            "</font></td></tr>";
@@ -33,7 +30,7 @@ std::string CompliantHtml(const WeightedAverageRow& row) {
                             : "<font face='Verdana' size='1' color='red'>No</font>";
 }
 
-// The amount is shown in Mg although its column says kg.
+// The amount is in Mg on purpose, although its column says kg.
 std::string RowHtml(const WeightedAverageRow& row) {
     const std::string nextCell = "</font></td><td align='center'><font face='Verdana' size='1'>";
     const std::string limit =
@@ -84,13 +81,14 @@ bool IsFilledResin(std::string_view materialType) {
 Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
                                          const std::vector<AveragedMaterial>& materials,
                                          const PeriodUsage& usage) {
-    WeightedAverageRow row{.Method = std::string(Trim(method.ApplicationMethod))};
-    if (method.HapLimit != NoLimit) row.HapLimit = method.HapLimit;
+    WeightedAverageRow row{.Method = std::string(Trim(method.ApplicationMethod)),
+                           .HapLimit = LimitOf(method)};
     for (const AveragedMaterial& material : materials) {
         const Result<double> pounds =
             usage.PoundsUsed(material.MaterialId, material.Density, material.CustomId);
         if (!pounds) return pounds.error();
         const double amount = AmountInKg(*pounds);
+        // Rounded for each material, on purpose before the sums.
         row.Amount += amount;
         row.Hap += amount * material.HapContent / 100;
     }
@@ -99,7 +97,7 @@ Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
     return row;
 }
 
-Result<WeightedAverageData> FetchWeightedAverage(AppContext& app, const ReportPeriod& period) {
+Result<WeightedAverageData> FetchWeightedAverage(const AppContext& app, const ReportPeriod& period) {
     Result<AverageInputs> inputs = ReadAverageInputs(app, period);
     if (!inputs) return inputs.error();
     WeightedAverageData data{.Heading = std::move(inputs->Heading)};
@@ -128,9 +126,8 @@ std::string BuildWeightedAverageHtml(const WeightedAverageData& data) {
 }
 
 std::int16_t GenerateWeightedAverageReport(AppContext& app, const ReportPeriod& period) {
-    const Result<WeightedAverageData> data = FetchWeightedAverage(app, period);
-    if (!data) return FailReport(app, data.error());
-    return PublishReport(app, WeightedAverageFile, BuildWeightedAverageHtml(*data));
+    return PublishReport(app, WeightedAverageFile,
+                         FetchWeightedAverage(app, period).transform(BuildWeightedAverageHtml));
 }
 
 } // namespace mact

@@ -3,7 +3,7 @@
 #include "base/app_context.h"
 #include "base/result.h"
 #include "reports/period_usage.h"
-#include "reports/report_frame.h"
+#include "reports/report_page.h"
 #include "reports/type_groups.h"
 #include "store/material_types.h"
 
@@ -46,7 +46,7 @@ Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
                                          const std::vector<AveragedMaterial>& materials,
                                          const PeriodUsage& usage);
 
-Result<WeightedAverageData> FetchWeightedAverage(AppContext& app, const ReportPeriod& period);
+Result<WeightedAverageData> FetchWeightedAverage(const AppContext& app, const ReportPeriod& period);
 
 std::string BuildWeightedAverageHtml(const WeightedAverageData& data);
 

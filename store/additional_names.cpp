@@ -33,6 +33,7 @@ std::string_view TakeValue(std::string_view& text) {
 
 } // namespace
 
+// The last value alone, on purpose: of names with a comma only the end survives.
 std::string LastCommaSeparatedValue(std::string_view text) {
     std::string_view last;
     while (!text.empty()) {
@@ -61,17 +62,14 @@ Done ReadAdditionalNames(AppContext& app) {
 }
 
 void LoadAdditionalNames(AppContext& app) {
-    const Done loaded = ReadAdditionalNames(app);
-    if (!loaded) ShowError(app, loaded.error());
+    ShowFailure(app, ReadAdditionalNames(app));
 }
 
-Failed SaveAdditionalNames(AppContext& app, const PollutantNames& names) {
+Done SaveAdditionalNames(const DataFiles& data, const PollutantNames& names) {
     std::string line = names.front();
     for (std::size_t index = 1; index < names.size(); ++index)
         line += '|' + names[index];
-    const Done saved = ReplaceFile(app.Files, AdditionalNamesFile(app), line + "\r\n");
-    if (!saved) ShowError(app, saved.error());
-    return !saved;
+    return ReplaceFile(data.Files, AdditionalNamesFile(data), line + "\r\n");
 }
 
 PollutantNames SplitAdditionalNames(std::string_view names) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "store/data_folder.h"
 
 #include <array>
 #include <string>
@@ -12,19 +13,22 @@ namespace mact {
 /// line, the six names joined by "|". A name "-" is not in use.
 
 inline constexpr std::string_view UnusedNames = "-|-|-|-|-|-";
+/// What the user is told who leaves one of them empty.
+inline constexpr std::string_view NameIsEmpty =
+    "You can not leave any of the pollutant name empty.\r\n"
+    "If you dont want to use all pollutants please use '-' as their name to make them disable."; // sic
 using PollutantNames = std::array<std::string, 6>;
 
 /// Reads the current company's names into `app.AdditionalNames`; a missing file is created with six unused
 /// ones. The file is read as comma-separated values, of which the last one counts: of names that contain a
-/// comma only what follows the last comma survives. Shows nothing; where the file cannot be read the names
-/// are as before.
+/// comma only what follows the last comma survives. Where the file cannot be read the names are as before.
 Done ReadAdditionalNames(AppContext& app);
 
 /// The same, with a failure shown (ShowError).
 void LoadAdditionalNames(AppContext& app);
 
 /// Writes the names as they stand, for the next load; those in the context stay.
-[[nodiscard]] Failed SaveAdditionalNames(AppContext& app, const PollutantNames& names);
+Done SaveAdditionalNames(const DataFiles& data, const PollutantNames& names);
 
 /// Six names; any other number of them counts as six "-".
 PollutantNames SplitAdditionalNames(std::string_view names);

@@ -10,6 +10,7 @@
 namespace mact {
 namespace {
 
+/// On purpose this way round: the record's name is looked for in the filter.
 bool OccursWithin(const std::string& field, const std::string& filterText) {
     return UpperCase(filterText).find(ComparisonKey(field)) != std::string::npos;
 }
@@ -22,22 +23,18 @@ bool Passes(const CompanyFilter& filter, const CompanyRecord& company) {
     return company.Active;
 }
 
-Result<std::vector<CompanyRecord>> ReadCompanies(AppContext& app, const CompanyFilter& filter) {
+Result<std::vector<CompanyRecord>> ReadCompanies(const DataFiles& data, const CompanyFilter& filter) {
     Result<RecordFile> file =
-        RecordFile::OpenForReading(app.Files, CompaniesFile(app), CompanyLayout.SlotLength());
+        RecordFile::OpenForReading(data.Files, CompaniesFile(data), CompanyLayout.SlotLength());
     if (!file) return file.error();
-    std::vector<CompanyRecord> found;
-    const Done read = ForEachRecord<CompanyLayout>(*file, [&](const CompanyRecord& company) {
-        if (Passes(filter, company)) found.push_back(company);
-    });
-    if (!read) return read.error();
-    return found;
+    return ReadRecords(*file, CompanyLayout,
+                       [&](const CompanyRecord& company) { return Passes(filter, company); });
 }
 
 /// The number of the company that was written.
-Result<std::int16_t> WriteCompany(AppContext& app, const CompanyRecord& company) {
+Result<std::int16_t> WriteCompany(const DataFiles& data, const CompanyRecord& company) {
     Result<RecordFile> file =
-        RecordFile::OpenForWriting(app.Files, CompaniesFile(app), CompanyLayout.SlotLength());
+        RecordFile::OpenForWriting(data.Files, CompaniesFile(data), CompanyLayout.SlotLength());
     if (!file) return file.error();
     return WriteRecord(*file, CompanyLayout, company, &CompanyRecord::CompanyId);
 }
@@ -47,10 +44,7 @@ Result<std::int16_t> WriteCompany(AppContext& app, const CompanyRecord& company)
 bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<CompanyRecord>& results) {
     results.clear();
     Result<std::vector<CompanyRecord>> found = ReadCompanies(app, filter);
-    if (!found) {
-        ShowError(app, found.error());
-        return false;
-    }
+    if (ShowFailure(app, found)) return false;
     results = std::move(*found);
     return !results.empty();
 }
@@ -59,20 +53,14 @@ std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::st
                          std::optional<std::int16_t> companyId) {
     const Result<std::int16_t> written = WriteCompany(
         app, {.CompanyId = companyId.value_or(0), .CompanyName = name, .CompanyLocation = location});
-    if (!written) ShowError(app, written.error());
+    ShowFailure(app, written);
+    // 0 after a failure too, on purpose.
     return 0;
 }
 
-Failed AddNewCompany(AppContext& app, const std::string& name, const std::string& location,
-                     std::int16_t& companyId) {
-    const Result<std::int16_t> written =
-        WriteCompany(app, {.CompanyName = name, .CompanyLocation = location});
-    if (!written) {
-        ShowError(app, written.error());
-        return true;
-    }
-    companyId = *written;
-    return false;
+Result<std::int16_t> AddNewCompany(const DataFiles& data, const std::string& name,
+                                   const std::string& location) {
+    return WriteCompany(data, {.CompanyName = name, .CompanyLocation = location});
 }
 
 void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records) {
@@ -93,11 +81,9 @@ void MakeCompanyCurrent(AppContext& app, const CompanyRecord& company) {
     app.CurrentCompanyLocation = Trim(company.CompanyLocation);
 }
 
-void SelectCompany(AppContext& app, const CompanyRecord& company) {
+Done SelectCompany(AppContext& app, const CompanyRecord& company) {
     MakeCompanyCurrent(app, company);
-    const Done written =
-        app.Settings.Write(Settings::Company, Settings::Default, std::to_string(company.CompanyId));
-    if (!written) ShowError(app, written.error());
+    return app.Settings.Write(Settings::Company, Settings::Default, std::to_string(company.CompanyId));
 }
 
 Done RestoreCompany(AppContext& app) {
@@ -105,9 +91,9 @@ Done RestoreCompany(AppContext& app) {
     if (remembered.empty()) return Success();
     const std::optional<std::int16_t> companyId = ParseInt16(remembered);
     if (!companyId)
-        return Failure{
-            "Cannot restore the company that was selected last time: the setting COMPANY/DEFAULT holds \"" +
-            remembered + "\", which is not the number of a company."};
+        return Failure{.Doing = "restore the company that was selected last time",
+                       .Reason = "the setting COMPANY/DEFAULT holds \"" + remembered +
+                                 "\", which is not the number of a company"};
     std::vector<CompanyRecord> found;
     if (FindCompanies(app, {.CompanyId = *companyId}, found)) MakeCompanyCurrent(app, found.front());
     return Success();

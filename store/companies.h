@@ -2,10 +2,12 @@
 
 #include "base/app_context.h"
 #include "base/list_lines.h"
+#include "store/data_folder.h"
 #include "store/record_layout.h"
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace mact {
@@ -13,7 +15,12 @@ namespace mact {
 /// The companies and locations that this installation serves, in data/companies.talvor. One of them is
 /// current; it is remembered in the settings. There is no deletion.
 ///
-/// A file that cannot be opened is shown once (ShowError) and counts as empty.
+/// FindCompanies and SaveCompany show a failure once (ShowError), and a file that cannot be opened counts as
+/// empty; the others return it.
+
+/// What the user is told who has left out one of the two.
+inline constexpr std::string_view NeedsNameAndLocation =
+    "You must specify Company Name and Company Location to add new company";
 
 struct CompanyRecord {
     std::int16_t CompanyId = 0; ///< the record's own number; 0 = not stored yet
@@ -21,12 +28,12 @@ struct CompanyRecord {
     std::string CompanyLocation{};
     bool Active = true; ///< false = never listed or found
 };
-inline constexpr auto CompanyFields = std::to_array<Field<CompanyRecord>>({
+inline constexpr std::tuple CompanyFields{
     Int16(&CompanyRecord::CompanyId),
     Text(&CompanyRecord::CompanyName, 250),
     Text(&CompanyRecord::CompanyLocation, 250),
     Flag(&CompanyRecord::Active),
-});
+};
 inline constexpr RecordLayout CompanyLayout{504, CompanyFields};
 static_assert(CompanyLayout.PackedLength() == 504); // files of earlier versions depend on it
 
@@ -46,9 +53,9 @@ bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<Com
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,
                          std::optional<std::int16_t> companyId = {});
 
-/// Appends a new company and sets `companyId` to its number. Shows a failure.
-[[nodiscard]] Failed AddNewCompany(AppContext& app, const std::string& name, const std::string& location,
-                                   std::int16_t& companyId);
+/// Appends a new company. Its number.
+Result<std::int16_t> AddNewCompany(const DataFiles& data, const std::string& name,
+                                   const std::string& location);
 
 /// One line per active record, "name (location)", with the identifier as item data.
 void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records);
@@ -56,8 +63,8 @@ void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records)
 /// Makes the company current until the program ends.
 void MakeCompanyCurrent(AppContext& app, const CompanyRecord& company);
 
-/// Makes the company current and remembers it in the settings.
-void SelectCompany(AppContext& app, const CompanyRecord& company);
+/// Makes the company current and remembers it in the settings. It is current even if that fails.
+Done SelectCompany(AppContext& app, const CompanyRecord& company);
 
 /// Makes the remembered company current; one that does not exist leaves none selected. A remembered text that
 /// is not a 16-bit whole number is a Failure.

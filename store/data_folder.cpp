@@ -1,12 +1,10 @@
 #include "store/data_folder.h"
 
-#include <string>
-
 namespace mact {
 namespace {
 
-std::filesystem::path CompanyFile(const AppContext& app, std::string_view name) {
-    return DataFolder(app) / (std::to_string(app.CurrentCompanyId) + "_" + std::string(name));
+std::filesystem::path CompanyFile(const DataFiles& data, std::string_view suffix) {
+    return data.Folder / (std::to_string(data.CompanyId) + std::string(suffix));
 }
 
 } // namespace
@@ -15,21 +13,20 @@ std::filesystem::path DataFolder(const AppContext& app) {
     return app.ProgramFolder / "data";
 }
 
-std::filesystem::path HapContentsFile(const AppContext& app) {
-    return DataFolder(app) / "hapcontents.talvor";
+std::filesystem::path HapContentsFile(const DataFiles& data) {
+    return data.Folder / HapContentsName;
 }
-std::filesystem::path CompaniesFile(const AppContext& app) {
-    return DataFolder(app) / "companies.talvor";
+std::filesystem::path CompaniesFile(const DataFiles& data) {
+    return data.Folder / CompaniesName;
 }
-
-std::filesystem::path MaterialsFile(const AppContext& app) {
-    return CompanyFile(app, "materials.talvor");
+std::filesystem::path MaterialsFile(const DataFiles& data) {
+    return CompanyFile(data, MaterialsSuffix);
 }
-std::filesystem::path UsageFile(const AppContext& app) {
-    return CompanyFile(app, "usage.talvor");
+std::filesystem::path UsageFile(const DataFiles& data) {
+    return CompanyFile(data, UsageSuffix);
 }
-std::filesystem::path AdditionalNamesFile(const AppContext& app) {
-    return CompanyFile(app, "additional.talvor");
+std::filesystem::path AdditionalNamesFile(const DataFiles& data) {
+    return CompanyFile(data, AdditionalNamesSuffix);
 }
 
 } // namespace mact

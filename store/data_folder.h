@@ -3,19 +3,39 @@
 #include "base/app_context.h"
 
 #include <filesystem>
+#include <string>
+#include <string_view>
 
 namespace mact {
 
-/// Where the data files are. The shared ones serve every company; the others belong to the current company,
-/// whose identifier begins their names.
+/// Where the data files are. Two are shared; the others belong to one company, whose number begins their
+/// names.
+
+inline constexpr std::string_view HapContentsName = "hapcontents.talvor";
+inline constexpr std::string_view CompaniesName = "companies.talvor";
+// What follows the company's number.
+inline constexpr std::string_view MaterialsSuffix = "_materials.talvor";
+inline constexpr std::string_view UsageSuffix = "_usage.talvor";
+inline constexpr std::string_view AdditionalNamesSuffix = "_additional.talvor";
 
 std::filesystem::path DataFolder(const AppContext& app);
 
-std::filesystem::path HapContentsFile(const AppContext& app);
-std::filesystem::path CompaniesFile(const AppContext& app);
+/// All that a store needs of the context, and so all that it can touch.
+struct DataFiles {
+    DataFiles(FileAccess& files, std::filesystem::path folder, std::int16_t companyId)
+        : Files(files), Folder(std::move(folder)), CompanyId(companyId) {}
+    /// Those of the current company. Not explicit, so that a store can be handed the context.
+    DataFiles(const AppContext& app) : DataFiles(app.Files, DataFolder(app), app.CurrentCompanyId) {}
 
-std::filesystem::path MaterialsFile(const AppContext& app);
-std::filesystem::path UsageFile(const AppContext& app);
-std::filesystem::path AdditionalNamesFile(const AppContext& app);
+    FileAccess& Files;
+    std::filesystem::path Folder;
+    std::int16_t CompanyId;
+};
+
+std::filesystem::path HapContentsFile(const DataFiles& data);
+std::filesystem::path CompaniesFile(const DataFiles& data);
+std::filesystem::path MaterialsFile(const DataFiles& data);
+std::filesystem::path UsageFile(const DataFiles& data);
+std::filesystem::path AdditionalNamesFile(const DataFiles& data);
 
 } // namespace mact

@@ -4,7 +4,6 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
-#include "store/company_texts.h"
 #include "store/ui_frm_company.h"
 
 namespace mact {
@@ -52,7 +51,7 @@ void frmCompany::ShowCurrentCompany() {
     m_ui->lbl_CurrentCompany->setText(
         m_app.CurrentCompanyId != 0
             ? FromCodePage(m_app.CurrentCompanyName + "\n" + m_app.CurrentCompanyLocation)
-            : QString::fromLatin1(CompanyTexts::NoCurrentCompany));
+            : QStringLiteral("None"));
 }
 
 void frmCompany::Enable_Button() {
@@ -83,7 +82,7 @@ void frmCompany::EditCompany() {
     const std::optional<CompanyRecord> company = SelectedCompany();
     if (!company) return;
     m_ui->lbl_Id->setText(QString::number(company->CompanyId));
-    m_ui->FrameCompany->setTitle(QString::fromLatin1(CompanyTexts::EditedCompany));
+    m_ui->FrameCompany->setTitle(QStringLiteral("Edited company"));
     m_ui->txt_CompanyName->setText(FromCodePage(Trim(company->CompanyName)));
     m_ui->txt_CompanyLocation->setText(FromCodePage(Trim(company->CompanyLocation)));
     m_ui->txt_CompanyName->setFocus();
@@ -94,12 +93,12 @@ void frmCompany::SaveEntry() {
     const std::string name = TrimmedText(*m_ui->txt_CompanyName);
     const std::string location = TrimmedText(*m_ui->txt_CompanyLocation);
     if (name.empty() || location.empty()) {
-        ShowInformation(m_app, CompanyTexts::NeedsNameAndLocation);
+        ShowInformation(m_app, NeedsNameAndLocation);
         return;
     }
     SaveCompany(m_app, name, location, ParseInt16(m_ui->lbl_Id->text().toStdString()));
     m_ui->lbl_Id->clear();
-    m_ui->FrameCompany->setTitle(QString::fromLatin1(CompanyTexts::NewCompany));
+    m_ui->FrameCompany->setTitle(QStringLiteral("New company"));
     m_ui->txt_CompanyName->clear();
     m_ui->txt_CompanyLocation->clear();
     FillList();
@@ -109,7 +108,7 @@ void frmCompany::SaveEntry() {
 void frmCompany::Select_Company() {
     const std::optional<CompanyRecord> company = SelectedCompany();
     if (!company) return;
-    SelectCompany(m_app, *company);
+    ShowFailure(m_app, SelectCompany(m_app, *company));
     ShowCurrentCompany();
     hide();
 }

@@ -4,7 +4,6 @@
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
 #include "store/additional_names.h"
-#include "store/additional_names_texts.h"
 #include "store/ui_frm_extra_pollutants_names.h"
 
 namespace mact {
@@ -39,12 +38,12 @@ void frmExtraPollutantsNames::SaveNames() {
     for (std::size_t index = 0; index < names.size(); ++index) {
         names[index] = ToCodePage(Boxes()[index]->text());
         if (Trim(names[index]).empty()) {
-            ShowFormErrors(m_app, AdditionalNamesTexts::NameIsEmpty);
+            ShowFormErrors(m_app, NameIsEmpty);
             Boxes()[index]->setFocus();
             return;
         }
     }
-    if (!SaveAdditionalNames(m_app, names)) hide();
+    if (!ShowFailure(m_app, SaveAdditionalNames(m_app, names))) hide();
 }
 
 void ShowAdditionalNames(AppContext& app, QWidget* parent) {

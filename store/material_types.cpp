@@ -5,8 +5,6 @@
 #include "store/data_folder.h"
 #include "store/record_file.h"
 
-#include <unordered_set>
-
 namespace mact {
 namespace {
 
@@ -19,8 +17,7 @@ struct DefaultRow {
     double EmissionLimit;
 };
 
-// The tooling resins have no "Closed Molding", their first vacuum bagging row repeats the limit of spray, and
-// the method names differ in capitals: so the table has always been.
+// Uneven on purpose: tooling resins lack "Closed Molding" and repeat limits, and capitals differ.
 constexpr DefaultRow DefaultRows[] = {
     {"Production resin",          "Spray",                                       28, 0.014,   2.425, 46 },
     {"Production resin",          "Spray (Vacuum bagging after roll-out)",       30, 0.01185, 2.425, 46 },
@@ -73,12 +70,11 @@ bool Passes(const HapContentFilter& filter, const HapContentRecord& row) {
     return !filter.ApplicationMethod || equals(*filter.ApplicationMethod, row.ApplicationMethod);
 }
 
-/// Takes the names that the distinct listings take.
+/// The names of the distinct listings, on purpose without those that occur in an earlier one.
 class DistinctNames {
 public:
     void Add(std::string_view name) {
-        // A name that was seen before is in the text as well, or was skipped then for the same reason.
-        if (!m_seen.emplace(name).second || m_taken.find(name) != std::string::npos) return;
+        if (m_taken.find(name) != std::string::npos) return;
         m_taken += '|';
         m_taken += name;
         Names.emplace_back(name);
@@ -87,7 +83,6 @@ public:
 
 private:
     std::string m_taken;
-    std::unordered_set<std::string> m_seen;
 };
 
 std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
@@ -101,56 +96,41 @@ std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
     return isDistinct ? distinct.Names : all;
 }
 
-/// No two pairs have the same joined text: it ends with the length of the first.
-void JoinPair(std::string_view left, std::string_view right, std::string& joined) {
-    joined.assign(left);
-    joined += right;
-    joined += '|';
-    joined += std::to_string(left.size());
-}
-std::string JoinedKey(std::string_view left, std::string_view right) {
-    std::string joined;
-    JoinPair(left, right, joined);
-    return joined;
-}
-
 } // namespace
 
-Done CreateDefaultHapContents(AppContext& app) {
-    const std::filesystem::path path = HapContentsFile(app);
+Done CreateDefaultHapContents(const DataFiles& data) {
+    const std::filesystem::path path = HapContentsFile(data);
     std::string content;
     std::error_code ignored;
     if (std::filesystem::exists(path, ignored)) {
-        Result<std::string> present = ReadWholeFile(app.Files, path);
+        Result<std::string> present = ReadWholeFile(data.Files, path);
         if (!present) return present.error();
         content = std::move(*present);
     }
     const std::string defaults = DefaultSlots();
     content.replace(0, defaults.size(), defaults);
     // The table appears whole or not at all: an incomplete one would never be completed.
-    return ReplaceFile(app.Files, path, content);
+    return ReplaceFile(data.Files, path, content);
 }
 
-Result<std::vector<HapContentRecord>> ReadHapContents(AppContext& app, const HapContentFilter& filter) {
+std::optional<double> LimitOf(const HapContentRecord& row) {
+    constexpr double noLimit = -1;
+    return row.HapLimit == noLimit ? std::nullopt : std::optional(row.HapLimit);
+}
+
+Result<std::vector<HapContentRecord>> ReadHapContents(const DataFiles& data, const HapContentFilter& filter) {
     Result<RecordFile> file =
-        RecordFile::OpenForReading(app.Files, HapContentsFile(app), HapContentLayout.SlotLength());
+        RecordFile::OpenForReading(data.Files, HapContentsFile(data), HapContentLayout.SlotLength());
     if (!file) return file.error();
-    std::vector<HapContentRecord> found;
-    const Done read = ForEachRecord<HapContentLayout>(*file, [&](const HapContentRecord& row) {
-        if (Passes(filter, row)) found.push_back(row);
-    });
-    if (!read) return read.error();
-    return found;
+    return ReadRecords(*file, HapContentLayout,
+                       [&](const HapContentRecord& row) { return Passes(filter, row); });
 }
 
 bool FindHapContents(AppContext& app, const HapContentFilter& filter,
                      std::vector<HapContentRecord>& results) {
     results.clear();
     Result<std::vector<HapContentRecord>> found = ReadHapContents(app, filter);
-    if (!found) {
-        ShowError(app, found.error());
-        return false;
-    }
+    if (ShowFailure(app, found)) return false;
     results = std::move(*found);
     return !results.empty();
 }
@@ -168,21 +148,22 @@ void GetApplicationMethods(AppContext& app, std::vector<std::string>& methods, b
     methods = ListNames(rows, &HapContentRecord::ApplicationMethod, isDistinct);
 }
 
+bool TypeMethodPairs::Less::operator()(const Views& left, const Views& right) const {
+    const int types = CompareIgnoringCase(Trim(left.first), Trim(right.first));
+    return types < 0 || (types == 0 && CompareIgnoringCase(Trim(left.second), Trim(right.second)) < 0);
+}
+
 std::size_t TypeMethodPairs::Add(std::string_view materialType, std::string_view applicationMethod) {
     if (const auto known = Find(materialType, applicationMethod)) return *known;
-    m_numbers.emplace(JoinedKey(ComparisonKey(materialType), ComparisonKey(applicationMethod)), m_count);
-    return m_count++;
+    const std::size_t number = m_numbers.size();
+    m_numbers.emplace(std::pair(materialType, applicationMethod), number);
+    return number;
 }
 
 std::optional<std::size_t> TypeMethodPairs::Find(std::string_view materialType,
                                                  std::string_view applicationMethod) const {
-    JoinPair(materialType, applicationMethod, m_spelling);
-    const auto asWritten = m_numbers.find(m_spelling);
-    if (asWritten != m_numbers.end()) return asWritten->second;
-    const auto asCompared =
-        m_numbers.find(JoinedKey(ComparisonKey(materialType), ComparisonKey(applicationMethod)));
-    if (asCompared == m_numbers.end()) return std::nullopt;
-    return m_numbers.emplace(m_spelling, asCompared->second).first->second;
+    const auto found = m_numbers.find(Less::Views(materialType, applicationMethod));
+    return found == m_numbers.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows) {

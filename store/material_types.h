@@ -1,12 +1,14 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "store/data_folder.h"
 #include "store/record_layout.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace mact {
@@ -14,7 +16,8 @@ namespace mact {
 /// The material-type table that all companies share, in data/hapcontents.talvor: for each material type and
 /// application method the numbers by which a material is judged (40 CFR 63, Subpart VVVV, Tables 2 and 3).
 ///
-/// A file that cannot be opened is shown once (ShowError) and counts as empty.
+/// FindHapContents, GetMaterialTypes and GetApplicationMethods show a failure once (ShowError) and go on as
+/// if the table were empty; the others return it.
 
 struct HapContentRecord {
     std::string MaterialType{};
@@ -24,14 +27,11 @@ struct HapContentRecord {
     double EfExponent = 0;    ///< coefficient * (HAP content in weight percent) ^ exponent
     double EmissionLimit = 0; ///< kg of HAP per Mg of material; the same for every method of a type
 };
-inline constexpr auto HapContentFields = std::to_array<Field<HapContentRecord>>({
-    Text(&HapContentRecord::MaterialType, 100),
-    Double(&HapContentRecord::HapLimit),
-    Text(&HapContentRecord::ApplicationMethod, 100),
-    Double(&HapContentRecord::EfCoefficient),
-    Double(&HapContentRecord::EfExponent),
-    Double(&HapContentRecord::EmissionLimit),
-});
+inline constexpr std::tuple HapContentFields{
+    Text(&HapContentRecord::MaterialType, 100),      Double(&HapContentRecord::HapLimit),
+    Text(&HapContentRecord::ApplicationMethod, 100), Double(&HapContentRecord::EfCoefficient),
+    Double(&HapContentRecord::EfExponent),           Double(&HapContentRecord::EmissionLimit),
+};
 inline constexpr RecordLayout HapContentLayout{232, HapContentFields};
 static_assert(HapContentLayout.PackedLength() == 232); // files of earlier versions depend on it
 
@@ -41,11 +41,15 @@ struct HapContentFilter {
     std::optional<std::string> ApplicationMethod{};
 };
 
-/// Writes the 29 default rows into slots 1 to 29; slots beyond them stay.
-Done CreateDefaultHapContents(AppContext& app);
+/// The row's HAP limit in weight percent; empty where no limit applies.
+std::optional<double> LimitOf(const HapContentRecord& row);
 
-/// The rows that pass, in file order. Shows nothing.
-Result<std::vector<HapContentRecord>> ReadHapContents(AppContext& app, const HapContentFilter& filter = {});
+/// Writes the 29 default rows into slots 1 to 29; slots beyond them stay.
+Done CreateDefaultHapContents(const DataFiles& data);
+
+/// The rows that pass, in file order.
+Result<std::vector<HapContentRecord>> ReadHapContents(const DataFiles& data,
+                                                      const HapContentFilter& filter = {});
 
 /// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
 bool FindHapContents(AppContext& app, const HapContentFilter& filter, std::vector<HapContentRecord>& results);
@@ -63,13 +67,15 @@ public:
     std::size_t Add(std::string_view materialType, std::string_view applicationMethod);
     /// Empty for a pair that was not added.
     std::optional<std::size_t> Find(std::string_view materialType, std::string_view applicationMethod) const;
+    bool IsEmpty() const { return m_numbers.empty(); }
 
 private:
-    // By the texts as they are compared, and as they were asked for: thousands of records repeat a few
-    // spellings.
-    mutable std::unordered_map<std::string, std::size_t> m_numbers;
-    mutable std::string m_spelling; ///< keeps its memory
-    std::size_t m_count = 0;
+    struct Less {
+        using is_transparent = void;
+        using Views = std::pair<std::string_view, std::string_view>;
+        bool operator()(const Views& left, const Views& right) const;
+    };
+    std::map<std::pair<std::string, std::string>, std::size_t, Less> m_numbers;
 };
 
 /// The distinct listing of rows that are already read.

@@ -8,14 +8,10 @@
 namespace mact {
 namespace {
 
-std::string Quoted(const std::filesystem::path& path) {
-    return '"' + PathText(path) + '"';
-}
-
-Failure InDoubt(const Failure& failure, const std::string& records) {
-    std::string sentence = failure.Description;
-    if (sentence.ends_with('.')) sentence.pop_back();
-    return {sentence + "; what was written " + records + " could not be taken back."};
+/// The Failure of a write that could not be undone either.
+Failure InDoubt(Failure failure, const std::string& records) {
+    failure.Reason += "; what was written " + records + " could not be taken back";
+    return failure;
 }
 
 } // namespace
@@ -39,39 +35,23 @@ Result<RecordFile> RecordFile::Open(FileAccess& files, const std::filesystem::pa
     if (!length) return length.error();
     const std::uint64_t count = CountSlots(*length, slotLength);
     if (count > MostSlots)
-        return Failure{"Cannot work with the file " + Quoted(path) + ": it has " + std::to_string(count) +
-                       " records, and 32767 is the most that a data file can hold."};
+        return Failure{"work with the file", path,
+                       "it has " + std::to_string(count) + " records, and " + std::to_string(MostSlots) +
+                           " is the most that a data file can hold"};
     RecordFile file(std::move(*opened), path, slotLength);
     file.m_count = static_cast<std::int16_t>(count);
     return file;
 }
 
-Result<RecordFile> RecordFile::OpenForReading(FileAccess& files, const std::filesystem::path& path,
-                                              std::size_t slotLength) {
-    return Open(files, path, slotLength, OpenMode::ReadOrCreate);
-}
-
-Result<RecordFile> RecordFile::OpenExisting(FileAccess& files, const std::filesystem::path& path,
-                                            std::size_t slotLength) {
-    return Open(files, path, slotLength, OpenMode::Read);
-}
-
-Result<RecordFile> RecordFile::OpenForWriting(FileAccess& files, const std::filesystem::path& path,
-                                              std::size_t slotLength) {
-    return Open(files, path, slotLength, OpenMode::Update);
-}
-
-Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::unique_ptr<char[]>& chunk) {
+Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::string& chunk) {
     constexpr std::size_t chunkLength = std::size_t{1} << 18;
-    const std::size_t left = static_cast<std::size_t>(m_count) - static_cast<std::size_t>(first) + 1;
+    const std::size_t left = static_cast<std::size_t>(m_count - first) + 1;
     const std::size_t slots = std::min(left, std::max<std::size_t>(1, chunkLength / m_slotLength));
-    // No later one is longer.
-    if (!chunk) chunk = std::make_unique_for_overwrite<char[]>(slots * m_slotLength);
-    const std::span bytes(chunk.get(), slots * m_slotLength);
-    const Result<std::size_t> count = m_file->ReadAt((std::uint64_t(first) - 1) * m_slotLength, bytes);
+    chunk.resize(slots * m_slotLength);
+    const Result<std::size_t> count = m_file->ReadAt(StartOf(first), chunk);
     if (!count) return count.error();
-    std::ranges::fill(bytes.subspan(*count), '\0');
-    return std::string_view(bytes.data(), bytes.size());
+    std::fill(chunk.begin() + static_cast<std::ptrdiff_t>(*count), chunk.end(), '\0'); // a short last slot
+    return std::string_view(chunk);
 }
 
 Result<std::string> RecordFile::ReadBeforeWrite(std::uint64_t start, std::uint64_t length) {
@@ -84,9 +64,9 @@ Result<std::string> RecordFile::ReadBeforeWrite(std::uint64_t start, std::uint64
 
 Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
     if (number < 1 || number > m_count + 1)
-        return Failure{"Cannot write record " + std::to_string(number) + " of the file " + Quoted(m_path) +
-                       ": it has " + std::to_string(m_count) + " records."};
-    const std::uint64_t start = (std::uint64_t(number) - 1) * m_slotLength;
+        return Failure{"write record " + std::to_string(number) + " of the file", m_path,
+                       "it has " + std::to_string(m_count) + " records"};
+    const std::uint64_t start = StartOf(number);
     const Result<std::uint64_t> length = m_file->Length();
     if (!length) return length.error();
     const Result<std::string> before = ReadBeforeWrite(start, *length);
@@ -106,7 +86,8 @@ bool RecordFile::TakeBack(std::uint64_t start, std::string_view before, std::uin
     const Done cut = m_file->CutTo(length);
     const Done restored = before.empty() ? Success() : m_file->WriteAt(start, before);
     if (cut && restored) return true;
-    // The disk that refuses this may have refused the write as a whole.
+    // A disk that refuses this may have refused the whole write before it. Then nothing has changed, and the
+    // file can be trusted again.
     const Result<std::uint64_t> lengthNow = m_file->Length();
     std::string now(before.size(), '\0');
     const Result<std::size_t> count = m_file->ReadAt(start, now);
@@ -114,20 +95,22 @@ bool RecordFile::TakeBack(std::uint64_t start, std::string_view before, std::uin
 }
 
 Done RecordFile::AppendSlots(std::string_view slots) {
-    const std::uint64_t start = std::uint64_t(m_count) * m_slotLength;
+    // Where the file ends in a short slot that counts, the next one starts behind its full length.
+    const std::uint64_t start = StartOf(m_count + 1);
     const Result<std::uint64_t> length = m_file->Length();
     if (!length) return length.error();
+    // Where that slot is too short to count, the write goes over it, and what it held is kept to be put back.
     const Result<std::string> before = ReadBeforeWrite(start, *length);
     if (!before) return before.error();
 
-    Done written = m_file->WriteAt(start, slots);
+    const Done written = m_file->WriteAt(start, slots);
     const std::uint64_t stored = (written ? slots.size() : LengthWritten(start, slots.size())) / m_slotLength;
-    m_count = static_cast<std::int16_t>(static_cast<std::uint64_t>(m_count) + stored);
+    m_count = static_cast<std::int16_t>(m_count + static_cast<std::int64_t>(stored));
     if (written) return written;
-    // A piece of more than half a slot would count as a record.
-    const bool isTakenBack = stored == 0
-                                 ? TakeBack(start, *before, *length)
-                                 : static_cast<bool>(m_file->CutTo(std::uint64_t(m_count) * m_slotLength));
+    // The whole slots that reached the file stay. A piece of the next one has to go: from its half on it
+    // would count as a record.
+    const bool isTakenBack = stored == 0 ? TakeBack(start, *before, *length)
+                                         : static_cast<bool>(m_file->CutTo(StartOf(m_count + 1)));
     if (isTakenBack) return written;
     return InDoubt(written.error(), "from record " + std::to_string(m_count + 1) + " on");
 }
@@ -140,8 +123,8 @@ std::uint64_t RecordFile::LengthWritten(std::uint64_t start, std::uint64_t wante
 Result<std::int16_t> RecordFile::NextNumber(std::size_t pending) const {
     const std::uint64_t next = static_cast<std::uint64_t>(m_count) + pending + 1;
     if (next > MostSlots)
-        return Failure{"Cannot add a record to the file " + Quoted(m_path) +
-                       ": it is full, with 32767 records."};
+        return Failure{"add a record to the file", m_path,
+                       "it is full, with " + std::to_string(MostSlots) + " records"};
     return static_cast<std::int16_t>(next);
 }
 

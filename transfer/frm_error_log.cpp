@@ -1,7 +1,7 @@
 #include "transfer/frm_error_log.h"
 
+#include "base/messages.h"
 #include "dialogs/dialog_routines.h"
-#include "transfer/dialog_texts.h"
 #include "transfer/transfer.h"
 #include "transfer/ui_frm_error_log.h"
 
@@ -15,8 +15,13 @@ void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* pa
     Ui::frmErrorLog controls;
     controls.setupUi(&window);
     controls.txt_Errors->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    controls.txt_Errors->setPlainText(FromCodePage(ReadErrorLog(app, log)));
-    window.setWindowTitle(QString::fromLatin1(TransferDialogTexts::ErrorLogTitle));
+    const Result<std::string> text = ReadErrorLog(app.Files, log);
+    if (text)
+        controls.txt_Errors->setPlainText(FromCodePage(*text));
+    else
+        ShowError(app, text.error());
+    // The same title for all three logs, on purpose.
+    window.setWindowTitle(QStringLiteral("Material Import - Error Log"));
     ShowModally(app, window);
 }
 

@@ -2,7 +2,6 @@
 
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
-#include "transfer/dialog_texts.h"
 #include "transfer/frm_error_log.h"
 #include "transfer/ui_frm_export.h"
 
@@ -13,12 +12,11 @@ frmExport::frmExport(AppContext& app, TransferModule module, QWidget* parent)
     m_ui->setupUi(this);
     m_ui->lbl_Module->hide();
     m_ui->lbl_Module->setNum(static_cast<int>(module));
-    m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Idle));
+    m_ui->lbl_status->setText(QStringLiteral("Idle"));
     MakeRoomForLines(*m_ui->lbl_status, 3);
     m_ui->cmd_ViewErrors->hide();
-    setWindowTitle(QString::fromLatin1(module == TransferModule::Materials
-                                           ? TransferDialogTexts::ExportMaterials
-                                           : TransferDialogTexts::ExportUsage));
+    setWindowTitle(module == TransferModule::Materials ? QStringLiteral("Export Material Records")
+                                                       : QStringLiteral("Export Usage Records"));
     connect(m_ui->txt_SourceFile, &QLineEdit::textChanged, this, &frmExport::Enable_Button);
     connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmExport::Browse);
     connect(m_ui->cmd_Export, &QPushButton::clicked, this, &frmExport::Export);

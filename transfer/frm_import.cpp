@@ -4,7 +4,6 @@
 #include "base/messages.h"
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
-#include "transfer/dialog_texts.h"
 #include "transfer/frm_error_log.h"
 #include "transfer/ui_frm_import.h"
 
@@ -12,6 +11,10 @@
 
 namespace mact {
 namespace {
+
+constexpr std::string_view FileNotFound = "File not found. Please make sure that your have specified "
+                                          "the correct path or use browse feature to give "
+                                          "accurate path."; // sic
 
 /// Keeps the place of a control that comes and goes.
 void KeepPlace(QWidget& control) {
@@ -28,16 +31,15 @@ frmImport::frmImport(AppContext& app, TransferModule module, QWidget* parent)
     m_ui->setupUi(this);
     m_ui->lbl_Module->hide();
     m_ui->lbl_Module->setNum(static_cast<int>(module));
-    m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Idle));
+    m_ui->lbl_status->setText(QStringLiteral("Idle"));
     m_ui->cmd_ViewErrors->hide();
     MakeRoomForLines(*m_ui->lbl_status, 3);
     m_ui->lbl_Progress->setMinimumWidth(
         fontMetrics().horizontalAdvance(QStringLiteral("88,888,888 lines"))); // or the bar would jump
     KeepPlace(*m_ui->bar_Progress);
     KeepPlace(*m_ui->lbl_Progress);
-    setWindowTitle(QString::fromLatin1(module == TransferModule::Materials
-                                           ? TransferDialogTexts::ImportMaterials
-                                           : TransferDialogTexts::ImportUsage));
+    setWindowTitle(module == TransferModule::Materials ? QStringLiteral("Import Material Records")
+                                                       : QStringLiteral("Import Usage Records"));
     connect(m_ui->txt_SourceFile, &QLineEdit::textChanged, this, &frmImport::Enable_Button);
     connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmImport::Browse);
     connect(m_ui->cmd_Import, &QPushButton::clicked, this, &frmImport::Import);
@@ -72,7 +74,7 @@ void frmImport::Import() {
     if (IsFileAt(source))
         RunImport(source);
     else
-        ShowFormErrors(m_app, TransferDialogTexts::FileNotFound);
+        ShowFormErrors(m_app, FileNotFound);
 }
 
 void frmImport::RunImport(const std::filesystem::path& source) {
@@ -102,7 +104,7 @@ void frmImport::ShowWorking(bool isWorking) {
     if (isWorking) {
         m_ui->cmd_Import->setEnabled(false);
         m_ui->cmd_ViewErrors->hide();
-        m_ui->lbl_status->setText(QString::fromLatin1(TransferDialogTexts::Importing));
+        m_ui->lbl_status->setText(QStringLiteral("Importing..."));
         m_ui->cmd_Cancel->setFocus();
     } else {
         Enable_Button();

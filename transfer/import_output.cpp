@@ -5,7 +5,7 @@
 namespace mact {
 namespace {
 
-constexpr std::size_t ChunkLength = std::size_t{1} << 20;
+constexpr std::size_t ChunkLength = std::size_t{1} << 20; // bytes
 
 void KeepFirst(Done& failure, const Done& next) {
     if (failure) failure = next;
@@ -15,7 +15,7 @@ void KeepFirst(Done& failure, const Done& next) {
 
 Done Both(const Done& first, const Done& second) {
     if (first || second) return first ? second : first;
-    return Failure{first.error().Description + ' ' + second.error().Description};
+    return Joined(first.error(), second.error());
 }
 
 void ImportOutput::LogInvalidFieldCount(const ImportedLine& line) {
@@ -32,22 +32,19 @@ void ImportOutput::LogRejection(const ImportedLine& line, std::string_view messa
 bool ImportOutput::EndLine(bool isRejected) {
     ++m_counts.Processed;
     if (isRejected) ++m_counts.Errors;
-    if (m_slots.size() >= ChunkLength || m_log.PendingLength() >= ChunkLength) Write();
+    if (m_records.PendingLength() >= ChunkLength || m_log.PendingLength() >= ChunkLength) Write();
     return m_recordsDone && m_logDone;
 }
 
 Done ImportOutput::WriteRecords() {
-    if (m_slots.empty()) return Success();
-    const auto countBefore = static_cast<std::size_t>(m_records.Count());
-    const Done written = m_records.AppendSlots(m_slots);
-    const std::size_t stored = static_cast<std::size_t>(m_records.Count()) - countBefore;
-    if (!written && stored < m_slotMarks.size()) {
-        const Mark& mark = m_slotMarks[stored];
+    std::size_t stored = 0;
+    const Done written = m_records.Write(stored);
+    if (!written && stored < m_marks.size()) {
+        const Mark& mark = m_marks[stored];
         m_counts = mark.Counts;
         m_log.CutPendingTo(mark.PendingLogLength);
     }
-    m_slots.clear();
-    m_slotMarks.clear();
+    m_marks.clear();
     return written;
 }
 

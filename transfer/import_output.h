@@ -1,9 +1,8 @@
 #pragma once
 
-#include "store/record_file.h"
+#include "store/record_appender.h"
 #include "transfer/transfer_log.h"
 
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -20,34 +19,35 @@ struct ImportCounts {
     int Errors = 0;
 };
 
-/// Succeeds when both did; otherwise tells what failed, the first's failure first.
+/// Succeeds if both did; otherwise reports both failures, `first`'s first.
 Done Both(const Done& first, const Done& second);
 
 /// What an import writes: the records of the good lines, the log of the others, and the counts of both.
 ///
-/// Records and log entries are collected and written many at a time. When the disk is full in between, the
+/// Records and log entries are collected and written many at a time. When the disk fills up in between, the
 /// counts and the log go back to where they were before the first line whose record is not in the file.
 class ImportOutput {
 public:
     ImportOutput(RecordFile records, TransferLog log)
         : m_records(std::move(records)), m_log(std::move(log)) {}
 
-    /// Of a line that cannot be split into its fields.
+    /// Logs a line that cannot be split into its fields.
     void LogInvalidFieldCount(const ImportedLine& line);
     void LogRejection(const ImportedLine& line, std::string_view message);
 
     /// The number of the next record. A Failure when the file is full.
-    Result<std::int16_t> NextNumber() const { return m_records.NextNumber(m_slotMarks.size()); }
+    Result<std::int16_t> NextNumber() const { return m_records.NextNumber(); }
     /// Stores the present line's record.
-    template <class Record> void AppendRecord(const RecordLayout<Record>& layout, const Record& record) {
-        AppendPacked(layout, record, m_slots);
-        m_slotMarks.push_back({m_counts, m_log.PendingLength()});
+    template <class Record, class... Types>
+    void AppendRecord(const RecordLayout<Record, Types...>& layout, const Record& record) {
+        m_records.Add(layout, record);
+        m_marks.push_back({m_counts, m_log.PendingLength()});
     }
 
     /// To be called after each line: counts it, and writes when enough was collected. False when that failed:
-    /// Finish tells why.
+    /// Finish says why.
     bool EndLine(bool isRejected);
-    /// Writes everything and returns when it is on the disk. Tells the first failure of the records and the
+    /// Writes everything and returns when it is on the disk. Reports the first failure of the records and the
     /// first of the log.
     Done Finish();
     const ImportCounts& Counts() const { return m_counts; }
@@ -61,13 +61,12 @@ private:
     Done WriteRecords();
     void Write();
 
-    RecordFile m_records;
+    RecordAppender m_records;
     TransferLog m_log;
     Done m_recordsDone = Success(); ///< or the first failure
     Done m_logDone = Success();     ///< the same
     ImportCounts m_counts;
-    std::string m_slots;
-    std::vector<Mark> m_slotMarks; ///< one for each of m_slots
+    std::vector<Mark> m_marks; ///< one for each record that is not written yet
 };
 
 } // namespace mact

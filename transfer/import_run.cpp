@@ -1,13 +1,12 @@
 #include "transfer/import_run.h"
 
-#include "base/messages.h"
 #include "base/text_lines.h"
 #include "transfer/transfer_guards.h"
 
 namespace mact {
 namespace {
 
-/// A failure to write is the output's to tell.
+/// A failure to write is not reported here but by the output's Finish.
 Done ImportLines(const ImportJob& job, OpenedFile& source, ImportOutput& output,
                  const TransferWatcher& watcher) {
     const Result<std::uint64_t> length = source.Length();
@@ -25,21 +24,21 @@ Done ImportLines(const ImportJob& job, OpenedFile& source, ImportOutput& output,
     }
 }
 
-Result<std::unique_ptr<OpenedFile>> OpenSource(AppContext& app, const ImportJob& job) {
+Result<std::unique_ptr<OpenedFile>> OpenSource(FileAccess& files, const ImportJob& job) {
     const Done checked = CheckImportSource(job.Source, job.DataFile);
     if (!checked) return checked.error();
-    return app.Files.Open(job.Source, OpenMode::Read);
+    return files.Open(job.Source, OpenMode::Read);
 }
 
-Done Import(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts) {
+Done Import(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts) {
     const Done checked = CheckSourceIsNotLog(job.Source, job.Log);
     if (!checked) return checked;
-    const Result<std::unique_ptr<OpenedFile>> source = OpenSource(app, job);
+    const Result<std::unique_ptr<OpenedFile>> source = OpenSource(files, job);
     // A run that has nothing to read leaves an empty log too, rather than that of the run before.
-    Result<TransferLog> log = TransferLog::Open(app.Files, job.Log);
+    Result<TransferLog> log = TransferLog::Open(files, job.Log);
     if (!source) return source.error();
     if (!log) return log.error();
-    Result<RecordFile> records = RecordFile::OpenForWriting(app.Files, job.DataFile, job.SlotLength);
+    Result<RecordFile> records = RecordFile::OpenForWriting(files, job.DataFile, job.SlotLength);
     if (!records) return records.error();
     const Done prepared = job.Prepare(*records);
     if (!prepared) return prepared;
@@ -53,13 +52,13 @@ Done Import(AppContext& app, const ImportJob& job, const TransferWatcher& watche
 
 } // namespace
 
-void RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
+Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
                int& errorCount) {
     ImportCounts counts;
-    const Done imported = Import(app, job, watcher, counts);
+    const Done imported = Import(files, job, watcher, counts);
     processedCount = counts.Processed;
     errorCount = counts.Errors;
-    if (!imported) ShowError(app, imported.error());
+    return imported;
 }
 
 } // namespace mact

@@ -2,10 +2,12 @@
 
 #include "base/app_context.h"
 #include "transfer/import_output.h"
-#include "transfer/line_fields.h"
 #include "transfer/transfer.h"
 
+#include <array>
 #include <functional>
+#include <optional>
+#include <span>
 
 namespace mact {
 
@@ -21,24 +23,39 @@ struct ImportJob {
     std::function<Result<bool>(const ImportedLine& line, ImportOutput& output)> ImportLine;
 };
 
-/// Runs the import, sets the counts and shows its failure, if there is one. The data file is locked all the
-/// while.
-void RunImport(AppContext& app, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
+/// Runs the import and sets the counts, those reached before a failure included. The data file is locked all
+/// the while.
+Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
                int& errorCount);
 
-/// Splits the line into `checked.Fields` and has them checked by `check`, which answers the first error's
-/// message. Logs a rejection.
+/// The fields between the bars of a line; empty when there are not exactly `Count`.
+template <std::size_t Count>
+std::optional<std::array<std::string_view, Count>> SplitFields(std::string_view line) {
+    std::array<std::string_view, Count> fields;
+    for (std::string_view& field : std::span(fields).first(Count - 1)) {
+        const std::size_t end = line.find('|');
+        if (end == std::string_view::npos) return std::nullopt;
+        field = line.substr(0, end);
+        line.remove_prefix(end + 1);
+    }
+    if (line.find('|') != std::string_view::npos) return std::nullopt;
+    fields.back() = line;
+    return fields;
+}
+
+/// Splits the line into `checked.Fields` and has them checked by `check`, which returns the first error's
+/// message. False when the line was rejected, which is then in the log.
 template <class CheckedLine, class Check>
-bool IsRejected(const ImportedLine& line, ImportOutput& output, CheckedLine& checked, const Check& check) {
+bool AcceptOrLog(const ImportedLine& line, ImportOutput& output, CheckedLine& checked, const Check& check) {
     const auto fields = SplitFields<std::tuple_size_v<decltype(checked.Fields)>>(line.Text);
     if (!fields) {
         output.LogInvalidFieldCount(line);
-        return true;
+        return false;
     }
     checked.Fields = *fields;
     const std::string_view error = check(checked);
     if (!error.empty()) output.LogRejection(line, error);
-    return !error.empty();
+    return error.empty();
 }
 
 } // namespace mact

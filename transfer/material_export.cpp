@@ -31,7 +31,7 @@ void AppendLine(std::string& content, const MaterialRecord& material) {
     content += "\r\n";
 }
 
-/// The number of materials.
+/// Deleted materials too, on purpose: line n is record n. Returns the number of materials.
 Result<int> Export(AppContext& app, const std::filesystem::path& target) {
     const Done checked = CheckExportTarget(app, target, {});
     if (!checked) return checked.error();
@@ -52,7 +52,7 @@ Result<int> Export(AppContext& app, const std::filesystem::path& target) {
 std::int16_t ExportMaterialFile(AppContext& app, const std::filesystem::path& target, int& processedCount,
                                 std::optional<int>& /*errorCount: never set*/) {
     const Result<int> count = Export(app, target);
-    if (!count) ShowError(app, count.error());
+    ShowFailure(app, count);
     processedCount = count ? *count : 0;
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "transfer/material_import.h"
 
+#include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "materials/material_record.h"
@@ -35,7 +36,7 @@ struct MaterialImport::CheckedLine {
     double HapContent = 0;
     std::array<double, 12> PollutantNumbers{}; ///< content and factor in turn
 
-    /// The fields of a record that a line has; the record's texts keep their memory.
+    /// The fields of a record that a line has, without the filler on purpose; its texts keep their memory.
     void Fill(MaterialRecord& material, std::int16_t materialId) const {
         material.MaterialId = materialId;
         material.CustomId = Fields[0];
@@ -51,21 +52,20 @@ struct MaterialImport::CheckedLine {
     }
 };
 
-Done MaterialImport::Prepare(AppContext& app, RecordFile& materials) {
-    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
+Done MaterialImport::Prepare(const DataFiles& data, RecordFile& materials) {
+    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(data);
     if (!rows) return rows.error();
     for (const HapContentRecord& row : *rows)
         m_typesAndMethods.Add(row.MaterialType, row.ApplicationMethod);
-    return materials.ForEachSlot([&](std::int16_t, std::string_view slot) {
-        if (Peek<MaterialLayout, &MaterialRecord::Active>(slot))
-            m_customIds.Add(ComparisonKey(Peek<MaterialLayout, &MaterialRecord::CustomId>(slot), m_key));
-        return true;
+    m_customIds.reserve(MostSlots);
+    return ForEachRecord(materials, MaterialLayout, [&](const MaterialRecord& material) {
+        if (material.Active) m_customIds.insert(ComparisonKey(material.CustomId));
     });
 }
 
 std::string_view MaterialImport::Check(CheckedLine& checked) {
     const auto& fields = checked.Fields;
-    if (m_customIds.Contains(ComparisonKey(fields[0], m_key))) return TransferTexts::MaterialExists;
+    if (m_customIds.contains(ComparisonKey(fields[0]))) return TransferTexts::MaterialExists;
     if (Trim(fields[1]).empty()) return TransferTexts::DescriptionEmpty;
     if (!m_typesAndMethods.Find(fields[2], fields[3])) return TransferTexts::TypeOrMethodUnknown;
     const std::optional<double> density = ParseNumber(fields[4]);
@@ -81,13 +81,13 @@ std::string_view MaterialImport::Check(CheckedLine& checked) {
 
 Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, ImportOutput& output) {
     CheckedLine checked;
-    if (IsRejected(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
+    if (!AcceptOrLog(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
     const Result<std::int16_t> number = output.NextNumber();
     if (!number) return number.error();
     checked.Fill(m_record, *number);
     output.AppendRecord(MaterialLayout, m_record);
     // As the record will read back: an identifier that was cut does not equal the line's own.
-    m_customIds.Add(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength), m_key));
+    m_customIds.insert(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength)));
     return false;
 }
 
@@ -103,7 +103,7 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
         .ImportLine = [&](const ImportedLine& line,
                           ImportOutput& output) { return import.ImportMaterialLine(line, output); },
     };
-    RunImport(app, job, watcher, processedCount, errorCount);
+    ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
     return 0;
 }
 

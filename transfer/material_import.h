@@ -1,12 +1,13 @@
 #pragma once
 
-#include "base/app_context.h"
-#include "base/text_numbers.h"
 #include "materials/material_record.h"
+#include "store/data_folder.h"
 #include "store/material_types.h"
 #include "transfer/import_output.h"
 
 #include <string>
+#include <string_view>
+#include <unordered_set>
 
 namespace mact {
 
@@ -14,7 +15,7 @@ namespace mact {
 class MaterialImport {
 public:
     /// Reads what the lines are compared with: the material-type table and the materials that exist.
-    Done Prepare(AppContext& app, RecordFile& materials);
+    Done Prepare(const DataFiles& data, RecordFile& materials);
 
     /// True when the line was rejected, false when it was stored.
     Result<bool> ImportMaterialLine(const ImportedLine& line, ImportOutput& output);
@@ -25,9 +26,8 @@ private:
     std::string_view Check(CheckedLine& checked);
 
     TypeMethodPairs m_typesAndMethods;
-    TextNumbers m_customIds{MostSlots}; ///< of the live materials, as they are compared
-    std::string m_key;                  ///< what is compared
-    MaterialRecord m_record;            ///< what is stored
+    std::unordered_set<std::string> m_customIds; ///< of the live materials, as they are compared
+    MaterialRecord m_record;                     ///< the one that is stored; its texts keep their memory
 };
 
 } // namespace mact

@@ -55,7 +55,7 @@ std::string ExportSummary(int processedCount, std::optional<int> errorCount);
 std::filesystem::path ImportErrorLog(const AppContext& app, TransferModule module);
 std::filesystem::path UsageExportErrorLog(const AppContext& app);
 
-/// A log's lines, each ended with CR LF, in code-page text; empty after a failure, which is shown.
-std::string ReadErrorLog(AppContext& app, const std::filesystem::path& log);
+/// A log's lines, each ended with CR LF, in code-page text.
+Result<std::string> ReadErrorLog(FileAccess& files, const std::filesystem::path& log);
 
 } // namespace mact

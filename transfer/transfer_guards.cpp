@@ -8,15 +8,6 @@
 namespace mact {
 namespace {
 
-Failure Refuse(std::string_view doing, const std::filesystem::path& path, std::string_view reason) {
-    std::string sentence = "Cannot ";
-    sentence += doing;
-    sentence += " the file \"" + PathText(path) + "\": ";
-    sentence += reason;
-    sentence += '.';
-    return {sentence};
-}
-
 /// Whatever the two are called; links are followed. The files need not exist.
 bool IsSameFile(const std::filesystem::path& left, const std::filesystem::path& right) {
     std::error_code error;
@@ -45,32 +36,34 @@ bool IsDataFile(const AppContext& app, const std::filesystem::path& path) {
 
 Done CheckSourceIsNotLog(const std::filesystem::path& source, const std::filesystem::path& log) {
     if (IsSameFile(source, log))
-        return Refuse("import", source, "it is the error log that the import is about to write anew");
+        return Failure{"import the file", source,
+                       "it is the error log that the import is about to write anew"};
     return Success();
 }
 
 Done CheckImportSource(const std::filesystem::path& source, const std::filesystem::path& dataFile) {
     if (IsSameFile(source, dataFile))
-        return Refuse("import", source, "it is the data file that the import writes to");
+        return Failure{"import the file", source, "it is the data file that the import writes to"};
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(source, error);
-    // A file that does not exist, or a folder, is told by the attempt to open it.
+    // Opening it reports a file that does not exist, or a folder.
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
         !std::filesystem::is_directory(status))
-        return Refuse("import", source, "it is a pipe or a device");
+        return Failure{"import the file", source, "it is a pipe or a device"};
     return Success();
 }
 
 Done CheckExportTarget(const AppContext& app, const std::filesystem::path& target,
                        const std::filesystem::path& log) {
-    if (IsDataFile(app, target)) return Refuse("export to", target, "it is a data file of the program");
+    if (IsDataFile(app, target))
+        return Failure{"export to the file", target, "it is a data file of the program"};
     if (!log.empty() && IsSameFile(target, log))
-        return Refuse("export to", target, "it is the error log that the export writes");
+        return Failure{"export to the file", target, "it is the error log that the export writes"};
     // Devices are written as they stand, but a pipe has no places to write at.
     std::error_code ignored;
     const std::filesystem::file_status status = std::filesystem::status(target, ignored);
     if (std::filesystem::is_fifo(status) || std::filesystem::is_socket(status))
-        return Refuse("export to", target, "it is a pipe");
+        return Failure{"export to the file", target, "it is a pipe"};
     return Success();
 }
 

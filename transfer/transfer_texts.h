@@ -4,7 +4,7 @@
 
 namespace mact {
 
-/// Words of the error logs and summaries. The odd spellings belong to them.
+/// Words of the error logs and summaries. "sic" marks a spelling that is odd on purpose.
 namespace TransferTexts {
 
 // Behind a line that cannot be split.

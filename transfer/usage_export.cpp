@@ -29,10 +29,9 @@ std::string LineAfterMaterial(const UsageRecord& usage) {
     return line;
 }
 
-void AddUsage(UsageExport& output, TransferLog& log, const MaterialTextMap& materials,
-              const UsageRecord& usage) {
+void AddUsage(UsageExport& output, TransferLog& log, const MaterialIds& materials, const UsageRecord& usage) {
     ++output.Processed;
-    const auto material = materials.Of(usage.MaterialId);
+    const std::optional<std::string>& material = materials[usage.MaterialId];
     if (!material) {
         ++output.Errors;
         log.AddLine(WholeNumberText(usage.MaterialId) + LineAfterMaterial(usage),
@@ -56,12 +55,13 @@ Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target)
     Result<TransferLog> log = TransferLog::Open(app.Files, logFile);
     if (!log) return log.error();
 
-    const Result<MaterialTextMap> materials = ReadMaterialTexts(app);
+    const Result<MaterialIds> materials = ReadMaterialIds(app);
     UsageExport output;
     Done done = Success();
     if (!materials) {
         done = materials.error();
     } else {
+        // Deleted records too, on purpose.
         done = VisitUsage(app, [&](const UsageRecord& usage) { AddUsage(output, *log, *materials, usage); });
     }
     const Done logged = WriteLog(*log);
@@ -76,7 +76,7 @@ Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target)
 std::int16_t ExportUsageFile(AppContext& app, const std::filesystem::path& target, int& processedCount,
                              std::optional<int>& errorCount) {
     const Result<UsageExport> exported = Export(app, target);
-    if (!exported) ShowError(app, exported.error());
+    ShowFailure(app, exported);
     processedCount = exported ? exported->Processed : 0;
     errorCount = exported ? exported->Errors : 0;
     return 0;

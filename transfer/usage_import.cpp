@@ -1,5 +1,6 @@
 #include "transfer/usage_import.h"
 
+#include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "materials/material_store.h"
@@ -14,7 +15,8 @@ namespace {
 constexpr std::size_t FieldCount = 5;
 constexpr std::size_t PeriodLength = 7; // as stored
 
-/// Short enough for a string without memory of its own.
+/// What a usage is compared by: its period and its Material ID. Short enough for a text without memory of its
+/// own.
 std::string UsageKey(std::uint32_t customIdNumber, std::string_view period) {
     std::string key = UpperCase(period);
     key += static_cast<char>(customIdNumber & 0xFF);
@@ -22,17 +24,12 @@ std::string UsageKey(std::uint32_t customIdNumber, std::string_view period) {
     return key;
 }
 
-std::size_t Place(std::int16_t materialId) {
-    return static_cast<std::uint16_t>(materialId);
-}
-
 bool IsMonth(std::string_view text) {
     const std::optional<double> month = ParseNumber(text);
     return month && *month >= 1 && *month <= 12;
 }
 
-/// 0 = none. The list of spellings also has "Mgal", which no upper-cased text equals: what the export writes
-/// is rejected, on purpose.
+/// 0 = none. "Mgal", which the export writes, is rejected on purpose.
 std::int16_t UnitOf(std::string_view text) {
     if (EqualsIgnoringCase(text, "LBS") || EqualsIgnoringCase(text, "LB")) return UnitLbs;
     if (EqualsIgnoringCase(text, "MG") || EqualsIgnoringCase(text, "MGS")) return UnitMgal;
@@ -46,36 +43,35 @@ struct UsageImport::CheckedLine {
     UsageRecord Usage{};
 };
 
-Done UsageImport::Prepare(AppContext& app, RecordFile& usage) {
-    const Done read = VisitLiveMaterialSlots(app, [&](std::string_view slot) {
-        const auto id = Peek<MaterialLayout, &MaterialRecord::MaterialId>(slot);
-        const auto customId = Peek<MaterialLayout, &MaterialRecord::CustomId>(slot);
-        const std::uint32_t number = m_customIds.Add(ComparisonKey(customId, m_key));
-        if (number == m_materialIds.size()) m_materialIds.push_back(id);
-        if (m_customIdNumbers[Place(id)] < 0) m_customIdNumbers[Place(id)] = static_cast<int>(number);
-    });
+Done UsageImport::Prepare(const DataFiles& data, RecordFile& usage) {
+    const auto add = [&](const MaterialRecord& material) {
+        const std::uint32_t number = m_customIds.Add(ComparisonKey(material.CustomId));
+        if (number == m_materialIds.size()) m_materialIds.push_back(material.MaterialId);
+        std::optional<std::uint32_t>& known = m_customIdNumbers[material.MaterialId];
+        if (!known) known = number; // of several materials with one number the first counts
+    };
+    const Done read = VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, add);
     if (!read) return read;
-    return ForEachRecord<UsageLayout>(usage, [&](const UsageRecord& record) {
+    return ForEachRecord(usage, UsageLayout, [&](const UsageRecord& record) {
         if (record.Active) AddUsage(record.MaterialId, record.Period);
     });
 }
 
 void UsageImport::AddUsage(std::int16_t materialId, std::string_view storedPeriod) {
-    const int number = m_customIdNumbers[Place(materialId)];
-    if (number >= 0) m_usage.Add(UsageKey(static_cast<std::uint32_t>(number), Trim(storedPeriod)));
+    const std::optional<std::uint32_t> number = m_customIdNumbers[materialId];
+    if (number) m_usage.Add(UsageKey(*number, Trim(storedPeriod)));
 }
 
 std::string_view UsageImport::Check(CheckedLine& checked) {
     const auto& [materialText, month, year, quantity, unit] = checked.Fields;
-    const auto customId = m_customIds.Find(ComparisonKey(materialText, m_key));
+    const std::optional<std::uint32_t> customId = m_customIds.Find(ComparisonKey(materialText));
     if (!customId) return TransferTexts::MaterialUnknown;
     if (!IsMonth(month)) return TransferTexts::MonthInvalid;
     if (!IsNumeric(year)) return TransferTexts::YearInvalid;
     std::string period(month);
     period += '/';
     period += year;
-    // The period as written against the stored ones, which are cut and trimmed: one that changes when it is
-    // stored is never found again.
+    // The period as written, on purpose: one that is cut or trimmed when it is stored is never found again.
     if (m_usage.Contains(UsageKey(*customId, period))) return TransferTexts::UsageExists;
     const std::optional<double> number = ParseNumber(quantity);
     if (!number) return TransferTexts::QuantityNotNumeric;
@@ -90,7 +86,7 @@ std::string_view UsageImport::Check(CheckedLine& checked) {
 
 Result<bool> UsageImport::ImportUsageLine(const ImportedLine& line, ImportOutput& output) {
     CheckedLine checked;
-    if (IsRejected(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
+    if (!AcceptOrLog(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
     const Result<std::int16_t> number = output.NextNumber();
     if (!number) return number.error();
     checked.Usage.UsageId = *number;
@@ -111,7 +107,7 @@ std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& sourc
         .ImportLine = [&](const ImportedLine& line,
                           ImportOutput& output) { return import.ImportUsageLine(line, output); },
     };
-    RunImport(app, job, watcher, processedCount, errorCount);
+    ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
     return 0;
 }
 

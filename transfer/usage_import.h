@@ -1,10 +1,13 @@
 #pragma once
 
-#include "base/app_context.h"
+#include "base/by_number.h"
 #include "base/text_numbers.h"
+#include "store/data_folder.h"
+#include "store/record_file.h"
 #include "transfer/import_output.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +17,7 @@ namespace mact {
 class UsageImport {
 public:
     /// Reads what the lines are compared with: the live materials and the usage that exists.
-    Done Prepare(AppContext& app, RecordFile& usage);
+    Done Prepare(const DataFiles& data, RecordFile& usage);
 
     /// True when the line was rejected, false when it was stored.
     Result<bool> ImportUsageLine(const ImportedLine& line, ImportOutput& output);
@@ -25,12 +28,11 @@ private:
     std::string_view Check(CheckedLine& checked);
     void AddUsage(std::int16_t materialId, std::string_view storedPeriod);
 
-    TextNumbers m_customIds{MostSlots};      ///< the Material IDs of the live materials, as they are compared
-    std::vector<std::int16_t> m_materialIds; ///< by Material ID: the first in file order that has it
-    /// The number of the Material ID of each live material, by the material's number; -1 = none.
-    std::vector<int> m_customIdNumbers = std::vector<int>(std::size_t{1} << 16, -1);
-    TextNumbers m_usage{MostSlots}; ///< periods as they are compared, each with a Material ID's number
-    std::string m_key;              ///< what is compared
+    TextNumbers m_customIds{MostSlots}; ///< the Material IDs of the live materials, as they are compared
+    std::vector<std::int16_t>
+        m_materialIds; ///< by number of Material ID: the first in file order that has it
+    ByNumber<std::optional<std::uint32_t>> m_customIdNumbers; ///< of each live material
+    TextNumbers m_usage{MostSlots};                           ///< the months that have a record, as UsageKey
 };
 
 } // namespace mact

@@ -130,7 +130,13 @@ void frmUsage::Check_4_Update() {
 }
 
 bool frmUsage::SaveUnlessDuplicate(const UsageRecord& usage) {
-    if (IsRefusedAsDuplicate(m_app, usage) || SaveUsage(m_app, usage)) return false;
+    const Result<bool> isDuplicate = IsDuplicate(m_app, usage);
+    if (ShowFailure(m_app, isDuplicate)) return false;
+    if (*isDuplicate) {
+        ShowFormErrors(m_app, UsageTexts::IsDuplicate);
+        return false;
+    }
+    if (SaveUsage(m_app, usage)) return false;
     m_ui->lbl_result->setText(QStringLiteral("0"));
     hide();
     return true;
@@ -144,10 +150,7 @@ int frmUsage::Show() {
 
 int NewUsage(AppContext& app, QWidget* parent) {
     const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
-    if (!materials) {
-        ShowError(app, materials.error());
-        return -1;
-    }
+    if (ShowFailure(app, materials)) return -1;
     if (materials->empty()) {
         ShowFormErrors(app, UsageTexts::NeedsMaterials);
         return -1;
@@ -159,19 +162,13 @@ int NewUsage(AppContext& app, QWidget* parent) {
 
 int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent) {
     const Result<std::vector<UsageRecord>> found = ReadUsage(app, {.UsageId = usageId});
-    if (!found) {
-        ShowError(app, found.error());
-        return -1;
-    }
+    if (ShowFailure(app, found)) return -1;
     if (found->empty()) {
         ShowFormErrors(app, UsageTexts::UsageNotFound);
         return -1;
     }
     const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
-    if (!materials) {
-        ShowError(app, materials.error());
-        return -1;
-    }
+    if (ShowFailure(app, materials)) return -1;
     if (materials->empty()) {
         ShowFormErrors(app, UsageTexts::MaterialsNotFound);
         return -1;

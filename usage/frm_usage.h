@@ -46,7 +46,7 @@ private:
     UsageEntry ReadForm() const;
     void FocusFirstError(const UsageEntry& entry);
     void Save();
-    /// The dialog closes when it was saved.
+    /// Says why not when it returns false; otherwise the dialog closes.
     bool SaveUnlessDuplicate(const UsageRecord& usage);
     int Show();
 

@@ -31,16 +31,10 @@ UsageRecord RecordOf(const UsageEntry& entry, std::int16_t usageId) {
             .Unit = entry.Unit.value_or(0)};
 }
 
-bool IsRefusedAsDuplicate(AppContext& app, const UsageRecord& record) {
-    const Result<std::vector<UsageRecord>> found =
-        ReadUsage(app, {.Periods = record.Period, .MaterialId = record.MaterialId});
-    if (!found) {
-        ShowError(app, found.error());
-        return true;
-    }
-    if (found->empty() || found->front().UsageId == record.UsageId) return false;
-    ShowFormErrors(app, UsageTexts::IsDuplicate);
-    return true;
+Result<bool> IsDuplicate(const DataFiles& data, const UsageRecord& record) {
+    return ReadUsage(data, {.Periods = record.Period, .MaterialId = record.MaterialId})
+        .transform(
+            [&](const auto& found) { return !found.empty() && found.front().UsageId != record.UsageId; });
 }
 
 } // namespace mact

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/messages.h"
+#include "store/data_folder.h"
 #include "usage/usage_record.h"
 
 #include <optional>
@@ -27,8 +28,7 @@ bool IsUsageYear(std::string_view year);
 /// The record of an entry that passed every check. `usageId` 0 = a new one.
 UsageRecord RecordOf(const UsageEntry& entry, std::int16_t usageId);
 
-/// Shows why the record cannot be saved and returns true when another live one has its material and month, or
-/// when that cannot be told. Of several, the first one in the file counts.
-bool IsRefusedAsDuplicate(AppContext& app, const UsageRecord& record);
+/// Whether another live record has the record's material and month. Of several, the first in the file counts.
+Result<bool> IsDuplicate(const DataFiles& data, const UsageRecord& record);
 
 } // namespace mact

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "materials/units.h"
 #include "store/record_layout.h"
 
 #include <cstdint>
@@ -16,18 +17,11 @@ struct UsageRecord {
     std::int16_t Unit = 0; ///< UnitMgal or UnitLbs
     bool Active = true;    ///< false = deleted; the slot stays
 };
-inline constexpr auto UsageFields = std::to_array<Field<UsageRecord>>({
-    Int16(&UsageRecord::UsageId),
-    Int16(&UsageRecord::MaterialId),
-    Text(&UsageRecord::Period, 7),
-    Double(&UsageRecord::Quantity),
-    Int16(&UsageRecord::Unit),
-    Flag(&UsageRecord::Active),
-});
+inline constexpr std::tuple UsageFields{
+    Int16(&UsageRecord::UsageId),   Int16(&UsageRecord::MaterialId), Text(&UsageRecord::Period, 7),
+    Double(&UsageRecord::Quantity), Int16(&UsageRecord::Unit),       Flag(&UsageRecord::Active),
+};
 inline constexpr RecordLayout UsageLayout{32, UsageFields};
 static_assert(UsageLayout.PackedLength() == 23); // files of earlier versions depend on it
-
-inline constexpr std::int16_t UnitMgal = 1; ///< thousands of gallons
-inline constexpr std::int16_t UnitLbs = 2;  ///< pounds
 
 } // namespace mact

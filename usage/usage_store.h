@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 #include "base/list_lines.h"
+#include "store/data_folder.h"
 #include "usage/usage_record.h"
 
 #include <functional>
@@ -12,11 +13,11 @@
 
 namespace mact {
 
-/// The monthly usage records of the current company, in data/<company>_usage.talvor.
+/// The monthly usage records of a company, in data/<company>_usage.talvor.
 ///
 /// Quantities stay in the unit in which they were entered; reports convert them. Every routine opens the
-/// file, works and closes it before it returns. A file that cannot be opened is shown once (ShowError) and
-/// counts as empty.
+/// file, works and closes it before it returns. FindUsage, SaveUsage, DeleteUsage and FillUsageList show a
+/// failure once (ShowError), and a file that cannot be opened counts as empty; the others return it.
 
 /// A filter that is left out matches everything.
 struct UsageFilter {
@@ -34,11 +35,11 @@ struct UsageFilter {
 /// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
 bool FindUsage(AppContext& app, const UsageFilter& filter, std::vector<UsageRecord>& results);
 
-/// The same without showing anything.
-Result<std::vector<UsageRecord>> ReadUsage(AppContext& app, const UsageFilter& filter = {});
+/// The records that pass, in file order.
+Result<std::vector<UsageRecord>> ReadUsage(const DataFiles& data, const UsageFilter& filter = {});
 
-/// Calls `visit` with every record of the file, deleted ones too, in file order. Shows nothing.
-Done VisitUsage(AppContext& app, const std::function<void(const UsageRecord&)>& visit);
+/// Calls `visit` with every record of the file, deleted ones too, in file order. The record is reused.
+Done VisitUsage(const DataFiles& data, const std::function<void(const UsageRecord&)>& visit);
 
 /// Overwrites record `record.UsageId`, or appends when that is 0. Always saved as live. On disk when it
 /// returns false.
@@ -47,8 +48,8 @@ Done VisitUsage(AppContext& app, const std::function<void(const UsageRecord&)>& 
 /// Marks the live record as deleted; true when there is none.
 [[nodiscard]] Failed DeleteUsage(AppContext& app, std::int16_t usageId);
 
-/// Whether a live usage record refers to the material. Shows nothing.
-Result<bool> IsMaterialUsed(AppContext& app, std::int16_t materialId);
+/// Whether a live usage record refers to the material.
+Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId);
 
 /// One line per live record, "Material ID (period)", with the UsageId as item data. A record whose material
 /// does not exist gets no line, but its UsageId becomes the item data of the line before it; without one that

@@ -150,6 +150,13 @@ TEST_F(BackupTest, AnEarlierScriptIsReplaced) {
     EXPECT_EQ(Script(), ScriptTo(SetIn(App.ProgramFolder, "1")));
 }
 
+TEST_F(BackupTest, TheCompletionIsToldBeforeAnythingIsCopied) {
+    WriteContent(DataFile("companies.talvor"), "x");
+    RunBackup(App, true); // whose script is never run
+    EXPECT_EQ(Prompts.Shown.size(), 1U);
+    EXPECT_TRUE(std::filesystem::is_empty(SetIn(App.ProgramFolder, "1")));
+}
+
 TEST_F(BackupTest, TheCompletionNamesTheFolder) {
     const std::filesystem::path target = SetIn(App.ProgramFolder, "1");
     RunBackup(App, true);
@@ -215,14 +222,14 @@ TEST_F(BackupTest, AFullDiskKeepsTheOlderScriptAndDoesNotStartIt) {
 }
 
 TEST_F(BackupTest, AScriptThatCannotBeStartedIsAFailureAndNoCompletion) {
-    Programs.FailsWith = Failure{"Cannot start."};
+    Programs.FailsWith = Failure{.Reason = "Cannot start"};
     EXPECT_FALSE(RunBackup(App, true));
     EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot start."});
     EXPECT_TRUE(std::filesystem::is_directory(SetIn(App.ProgramFolder, "1")));
 }
 
 TEST_F(BackupTest, ANumberThatCannotBeSavedIsShownAndTheBackupIsMade) {
-    Settings.FailsWith = Failure{"Cannot save."};
+    Settings.FailsWith = Failure{.Reason = "Cannot save"};
     EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "1"));
     EXPECT_EQ(ShownTexts(),
               (std::vector<std::string>{"Cannot save.", "Backup has been completed in folder " +

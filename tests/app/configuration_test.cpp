@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace mact {
 namespace {
 
@@ -72,7 +74,8 @@ TEST_F(ConfigurationTest, TheBackupOnExitIsCheckedWhenTheTextIsTheNumber1) {
 }
 
 TEST_F(ConfigurationTest, EverythingIsSaved) {
-    EXPECT_FALSE(SaveConfiguration(App, {PathText(Backups), true, "  " + PathText(Browser) + " "}));
+    EXPECT_TRUE(
+        SaveConfiguration(Settings, {PathText(Backups), true, "  " + PathText(Browser) + " "}).empty());
     EXPECT_EQ(BackupPath(), PathText(Backups));
     EXPECT_EQ(AutoBackup(), "1");
     EXPECT_EQ(BrowserPath(), PathText(Browser));
@@ -80,20 +83,20 @@ TEST_F(ConfigurationTest, EverythingIsSaved) {
 }
 
 TEST_F(ConfigurationTest, NoBackupOnExitIsSavedAs0) {
-    EXPECT_FALSE(SaveConfiguration(App, {}));
+    EXPECT_TRUE(SaveConfiguration(Settings, {}).empty());
     EXPECT_EQ(AutoBackup(), "0");
 }
 
 TEST_F(ConfigurationTest, AnEmptyBackupFolderIsNotSaved) {
     BackupPath() = "earlier";
-    EXPECT_FALSE(SaveConfiguration(App, {}));
+    EXPECT_TRUE(SaveConfiguration(Settings, {}).empty());
     EXPECT_EQ(BackupPath(), "earlier");
 }
 
 TEST_F(ConfigurationTest, AClearedBrowserIsSavedAsTheEmptyText) {
     for (const char* text : {"", "   "}) {
         BrowserPath() = PathText(Browser);
-        EXPECT_FALSE(SaveConfiguration(App, {.BackupFolder = "", .Browser = text}));
+        EXPECT_TRUE(SaveConfiguration(Settings, {.BackupFolder = "", .Browser = text}).empty());
         EXPECT_EQ(BrowserPath(), "");
     }
 }
@@ -101,33 +104,37 @@ TEST_F(ConfigurationTest, AClearedBrowserIsSavedAsTheEmptyText) {
 TEST_F(ConfigurationTest, ABrowserThatIsNotThereLeavesTheEarlierOneWithoutAWord) {
     BrowserPath() = PathText(Browser);
     for (const std::filesystem::path& other : {Folder.Path() / "missing", Backups}) {
-        EXPECT_FALSE(SaveConfiguration(App, {.BackupFolder = "", .Browser = PathText(other)}));
+        EXPECT_TRUE(SaveConfiguration(Settings, {.BackupFolder = "", .Browser = PathText(other)}).empty());
         EXPECT_EQ(BrowserPath(), PathText(Browser));
     }
     EXPECT_TRUE(Prompts.Shown.empty());
 }
 
-TEST_F(ConfigurationTest, EachSettingThatCannotBeSavedIsShownOnce) {
-    Settings.FailsWith = Failure{"Cannot save."};
-    EXPECT_TRUE(SaveConfiguration(App, {PathText(Backups), true, PathText(Browser)}));
-    EXPECT_EQ(ShownTexts(), std::vector<std::string>(3, "Cannot save."));
-    EXPECT_EQ(Prompts.Shown.front().Kind, PromptKind::Failure);
+std::vector<std::string> SentencesOf(const std::vector<Failure>& failures) {
+    std::vector<std::string> sentences(failures.size());
+    std::ranges::transform(failures, sentences.begin(), SentenceOf);
+    return sentences;
+}
+
+TEST_F(ConfigurationTest, EachSettingThatCannotBeSavedIsAFailure) {
+    Settings.FailsWith = Failure{.Reason = "Cannot save"};
+    EXPECT_EQ(SentencesOf(SaveConfiguration(Settings, {PathText(Backups), true, PathText(Browser)})),
+              std::vector<std::string>(3, "Cannot save."));
 }
 
 /// A store that cannot save one key.
 class PartlyBrokenSettings : public ScriptedSettings {
 public:
     Done Write(std::string_view section, std::string_view key, std::string_view value) override {
-        if (section == "BACKUP" && key == "PATH") return Failure{"Cannot save the folder."};
+        if (section == "BACKUP" && key == "PATH") return Failure{.Reason = "Cannot save the folder"};
         return ScriptedSettings::Write(section, key, value);
     }
 };
 
 TEST_F(ConfigurationTest, ASettingThatCannotBeSavedDoesNotHoldUpTheOthers) {
     PartlyBrokenSettings settings;
-    AppContext app{Prompts, settings, Programs, Dialogs, Calendar, Files, App.ProgramFolder};
-    EXPECT_TRUE(SaveConfiguration(app, {PathText(Backups), true, PathText(Browser)}));
-    EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot save the folder."});
+    EXPECT_EQ(SentencesOf(SaveConfiguration(settings, {PathText(Backups), true, PathText(Browser)})),
+              std::vector<std::string>{"Cannot save the folder."});
     EXPECT_EQ(settings.Read("BACKUP", "AUTO_BACKUP"), "1");
     EXPECT_EQ(settings.Read("BROWSER", "PATH"), PathText(Browser));
 }

@@ -186,7 +186,7 @@ private slots:
 
     void Settings_that_cannot_be_saved_keep_the_window_open_as_it_is() {
         ConfigProgram program;
-        program.Settings.FailsWith = Failure{"Cannot save."};
+        program.Settings.FailsWith = Failure{.Reason = "Cannot save"};
         program.Show([&program](frmConfig& window) {
             Type(window, "");
             Press(window, "cmd_Save");

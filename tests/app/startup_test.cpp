@@ -60,7 +60,7 @@ TEST_F(StartUpTest, ARememberedCompanyThatIsNotANumberStopsTheProgram) {
     Remember("Acme");
     const Done started = StartUp(App);
     ASSERT_FALSE(started);
-    EXPECT_EQ(started.error().Description,
+    EXPECT_EQ(SentenceOf(started.error()),
               "Cannot restore the company that was selected last time: the setting COMPANY/DEFAULT holds "
               "\"Acme\", which is not the number of a company.");
     Remember("40000");
@@ -71,7 +71,7 @@ TEST_F(StartUpTest, ADataFolderThatCannotBeCreatedStopsTheProgram) {
     std::filesystem::remove_all(App.ProgramFolder);
     const Done started = StartUp(App);
     ASSERT_FALSE(started);
-    EXPECT_EQ(started.error().Description,
+    EXPECT_EQ(SentenceOf(started.error()),
               "Cannot create the folder \"" + PathText(App.ProgramFolder / "data") +
                   "\": " + ReasonOf(std::errc::no_such_file_or_directory, 3) + ".");
 }

@@ -55,7 +55,7 @@ TEST_F(ReplaceFileTest, AFullDeviceIsAFailureThatNamesFileAndReason) {
     std::filesystem::create_symlink("/dev/full", File);
     const Done replaced = ReplaceFile(Files, File, "new");
     ASSERT_FALSE(replaced);
-    EXPECT_EQ(replaced.error().Description,
+    EXPECT_EQ(SentenceOf(replaced.error()),
               "Cannot write to the file \"/dev/full\": No space left on device.");
 }
 #endif
@@ -64,7 +64,7 @@ TEST_F(ReplaceFileTest, AFolderInTheFilesPlaceIsAFailure) {
     std::filesystem::create_directory(File);
     const Done replaced = ReplaceFile(Files, File, "new");
     ASSERT_FALSE(replaced);
-    EXPECT_EQ(replaced.error().Description,
+    EXPECT_EQ(SentenceOf(replaced.error()),
               "Cannot open the file \"" + PathText(File) + "\": Is a directory.");
 }
 
@@ -72,8 +72,9 @@ TEST_F(ReplaceFileTest, AMissingFolderIsAFailureThatNamesTheFileAndLeavesNothing
     const std::filesystem::path missing = Folder.Path() / "missing" / "names.txt";
     const Done replaced = ReplaceFile(Files, missing, "new");
     ASSERT_FALSE(replaced);
-    EXPECT_TRUE(replaced.error().Description.starts_with("Cannot write the file \"" + PathText(missing) +
-                                                         "\": cannot open the file \""));
+    EXPECT_TRUE(
+        SentenceOf(replaced.error())
+            .starts_with("Cannot write the file \"" + PathText(missing) + "\": cannot open the file \""));
     EXPECT_EQ(CountFiles(), 0U);
 }
 
@@ -83,7 +84,7 @@ TEST_F(ReplaceFileTest, AFileThatMayNotBeWrittenIsNotReplaced) {
     files.Start({.At = 1}); // opening the file to write to it
     const Done replaced = ReplaceFile(files, File, "new");
     ASSERT_FALSE(replaced);
-    EXPECT_TRUE(replaced.error().Description.starts_with("Cannot open the file \"" + PathText(File) + '"'));
+    EXPECT_TRUE(SentenceOf(replaced.error()).starts_with("Cannot open the file \"" + PathText(File) + '"'));
     EXPECT_EQ(ContentOf(File), "old");
     EXPECT_EQ(CountFiles(), 1U);
 }
@@ -104,7 +105,7 @@ TEST_F(ReplaceFileTest, AContentThatAnotherCopyIsAboutToPutThereIsLeftAlone) {
     ASSERT_TRUE((*ofOther)->WriteAt(0, "theirs"));
     const Done replaced = ReplaceFile(Files, File, "mine");
     ASSERT_FALSE(replaced);
-    EXPECT_EQ(replaced.error().Description,
+    EXPECT_EQ(SentenceOf(replaced.error()),
               "Cannot write the file \"" + PathText(File) + "\": cannot lock the file \"" +
                   PathText(temporary) + "\": another running copy of the program is working with it.");
     EXPECT_EQ(ContentOf(File), "old");
@@ -136,7 +137,7 @@ TEST_F(ReadWholeFileTest, ALongerFileIsAFailureThatNamesFileAndReason) {
     std::filesystem::resize_file(File, 67'108'865);
     const Result<std::string> content = ReadWholeFile(Files, File);
     ASSERT_FALSE(content);
-    EXPECT_EQ(content.error().Description,
+    EXPECT_EQ(SentenceOf(content.error()),
               "Cannot read the file \"" + PathText(File) +
                   "\": it has 67108865 bytes, and 67108864 is the most that is read as a whole.");
 }
@@ -148,7 +149,7 @@ TEST_F(OsFilesTest, AFolderIsNeverOpened) {
          {OpenMode::Read, OpenMode::ReadOrCreate, OpenMode::Update, OpenMode::Replace}) {
         const auto opened = Files.Open(Folder.Path(), mode);
         ASSERT_FALSE(opened);
-        EXPECT_EQ(opened.error().Description,
+        EXPECT_EQ(SentenceOf(opened.error()),
                   "Cannot open the file \"" + PathText(Folder.Path()) + "\": Is a directory.");
     }
 }
@@ -161,7 +162,7 @@ TEST_F(OsFilesTest, AFileThatSomebodyElseHasLockedIsRefusedAfterTwoSeconds) {
     const Done locked = (*second)->Lock();
     const auto waited = std::chrono::steady_clock::now() - start;
     ASSERT_FALSE(locked);
-    EXPECT_EQ(locked.error().Description, "Cannot lock the file \"" + PathText(File) +
+    EXPECT_EQ(SentenceOf(locked.error()), "Cannot lock the file \"" + PathText(File) +
                                               "\": another running copy of the program is working with it.");
     EXPECT_GE(waited, std::chrono::seconds(2));
     EXPECT_LT(waited, std::chrono::seconds(10));

@@ -23,9 +23,9 @@ TEST(FormErrorsTest, TwoFailedChecksStandBelowTheHeading) {
     EXPECT_EQ(program.Prompts.Shown[0].Buttons, PromptButtons::Ok);
 }
 
-TEST(ShowErrorTest, ShowsTheDescription) {
+TEST(ShowErrorTest, ShowsTheSentence) {
     TestProgram program;
-    ShowError(program.App, {"Cannot open the file \"x\": No such file or directory."});
+    ShowError(program.App, {"open the file", "x", "No such file or directory"});
     ASSERT_EQ(program.Prompts.Shown.size(), 1U);
     EXPECT_EQ(program.Prompts.Shown[0].Text, "Cannot open the file \"x\": No such file or directory.");
     EXPECT_EQ(program.Prompts.Shown[0].Kind, PromptKind::Failure);

@@ -26,9 +26,17 @@ TEST(ComparisonTest, IgnoresCaseAndBlanksAround) {
     EXPECT_FALSE(EqualsIgnoringCase("resine", "r\xE9sine"));
     EXPECT_FALSE(EqualsIgnoringCase("a", "ab"));
     EXPECT_EQ(ComparisonKey(" gc-100 "), "GC-100");
-    std::string buffer = "of before";
-    EXPECT_EQ(ComparisonKey(" gc-100 ", buffer), "GC-100");
-    EXPECT_EQ(ComparisonKey("  ", buffer), "");
+    EXPECT_EQ(ComparisonKey("  "), "");
+}
+
+TEST(ComparisonTest, OrdersByTheUpperCasedBytes) {
+    EXPECT_EQ(CompareIgnoringCase("r\xE9sine", "R\xC9SINE"), 0);
+    EXPECT_EQ(CompareIgnoringCase("", ""), 0);
+    EXPECT_LT(CompareIgnoringCase("a", "B"), 0);
+    EXPECT_GT(CompareIgnoringCase("b", "A"), 0);
+    EXPECT_LT(CompareIgnoringCase("resin", "Resin A"), 0);
+    EXPECT_GT(CompareIgnoringCase("resin", ""), 0);
+    EXPECT_LT(CompareIgnoringCase("z", "\xE9"), 0); // not as negative numbers
 }
 
 TEST(SplitTest, GivesOnePieceMoreThanSeparators) {

@@ -40,8 +40,8 @@ protected:
         WriteUsage({GoodUse(1)});
     }
 
-    template <class Record>
-    void Write(const std::string& name, const RecordLayout<Record>& layout,
+    template <class Record, class... Types>
+    void Write(const std::string& name, const RecordLayout<Record, Types...>& layout,
                const std::vector<Record>& records) const {
         std::string slots;
         for (const Record& record : records)
@@ -87,7 +87,10 @@ protected:
     }
     Lines Check() {
         Lines lines;
-        CheckData(App, [&](const std::string& line) { lines.push_back(line); });
+        const std::vector<Failure> failures =
+            CheckData(App, [&](const std::string& line) { lines.push_back(line); });
+        for (const Failure& failure : failures)
+            ShowError(App, failure);
         return lines;
     }
 };

@@ -39,7 +39,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::int16_t number = 0;
     for (const MaterialRecord& material : materials)
         Must(material.MaterialId == ++number, "the numbers are those of the slots");
-    Must(ReadErrorLog(program.App, ImportErrorLog(program.App, TransferModule::Materials)).empty() ==
+    Must(ReadErrorLog(program.Files, ImportErrorLog(program.App, TransferModule::Materials))->empty() ==
              (errors == 0),
          "every rejected line is in the log");
 

@@ -19,7 +19,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     });
 
     MemoryProgram program;
-    Must(!SaveAdditionalNames(program.App, names), "names can be saved");
+    Must(bool(SaveAdditionalNames(program.App, names)), "names can be saved");
     const std::string& saved = program.File(AdditionalNamesFile(program.App));
     if (isPlain) Must(SplitAdditionalNames(LastCommaSeparatedValue(saved)) == names, "plain names read back");
     return 0;

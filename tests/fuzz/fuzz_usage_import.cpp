@@ -41,7 +41,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
              "of a live material");
         Must(record.Unit == UnitMgal || record.Unit == UnitLbs, "in a unit");
     }
-    Must(ReadErrorLog(program.App, ImportErrorLog(program.App, TransferModule::Usage)).empty() ==
+    Must(ReadErrorLog(program.Files, ImportErrorLog(program.App, TransferModule::Usage))->empty() ==
              (errors == 0),
          "every rejected line is in the log");
 

@@ -175,7 +175,8 @@ TEST_F(MaterialStoreTest, AMaterialInUseIsNotDeleted) {
 
 TEST_F(MaterialStoreTest, AMaterialWhoseUseCannotBeToldIsNotDeleted) {
     Save("A");
-    EXPECT_TRUE(DeleteMaterial(App, 1, [](std::int16_t) -> Result<bool> { return Failure{"Unreadable."}; }));
+    EXPECT_TRUE(
+        DeleteMaterial(App, 1, [](std::int16_t) -> Result<bool> { return Failure{.Reason = "Unreadable"}; }));
     EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Unreadable."});
     EXPECT_EQ(Found({}), Ids{1});
 }

@@ -82,7 +82,7 @@ private slots:
         SettingsFolder::Use(folder.Folder.Path() / "file"); // no folder, so nothing fits below it
         const Done written = folder.Settings.Write("COMPANY", "DEFAULT", "1");
         QVERIFY(!written);
-        QCOMPARE(written.error().Description,
+        QCOMPARE(SentenceOf(written.error()),
                  "Cannot save the setting COMPANY/DEFAULT in \"" +
                      PathText(folder.Folder.Path() / "file" / "MACT" / "TALVOR_QUME_APP.conf") +
                      "\": it cannot be written.");
@@ -176,7 +176,7 @@ private slots:
 #else
         const Done started = QtPrograms().Start({"/no/such browser", {}, "", false});
         QVERIFY(!started);
-        QVERIFY(started.error().Description.starts_with("Cannot start the program \"/no/such browser\": "));
+        QVERIFY(SentenceOf(started.error()).starts_with("Cannot start the program \"/no/such browser\": "));
 #endif
     }
 

@@ -77,7 +77,7 @@ TEST(AddUpEmissionsTest, EmissionThatIsTooLargeIsAFailureThatNamesTheMaterial) {
     const Result<PollutantTotals> totals =
         AddUpEmissions({.Names = Names, .Materials = {MaterialOf(1e200, 1e200, 100)}});
     ASSERT_FALSE(totals);
-    EXPECT_EQ(totals.error().Description,
+    EXPECT_EQ(SentenceOf(totals.error()),
               "Cannot add up the additional HAP emissions of the material \"GC-1\": the "
               "result is too large or not a number.");
 }

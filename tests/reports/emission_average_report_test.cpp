@@ -144,7 +144,7 @@ TEST(EmitMethodTest, InvalidPowerIsAFailureThatNamesTheMaterial) {
     },
                    PeriodUsage({}));
     ASSERT_FALSE(method);
-    EXPECT_EQ(method.error().Description, "Cannot calculate the point value of the material \"GC-1\": the "
+    EXPECT_EQ(SentenceOf(method.error()), "Cannot calculate the point value of the material \"GC-1\": the "
                                           "result is too large or not a number.");
 }
 

@@ -55,7 +55,7 @@ TEST(PeriodUsageTest, SumThatIsTooLargeIsAFailureThatNamesTheMaterial) {
     });
     const Result<double> pounds = usage.PoundsUsed({.MaterialId = 1, .CustomId = "GC-\xD8"});
     ASSERT_FALSE(pounds);
-    EXPECT_EQ(pounds.error().Description,
+    EXPECT_EQ(SentenceOf(pounds.error()),
               "Cannot add up the pounds used of the material \"GC-\xC3\x98\": the result "
               "is too large or not a number.");
 }

@@ -14,7 +14,7 @@ using std::chrono::year_month;
 
 std::string PeriodList(std::string_view endText, std::int16_t months = 12) {
     const Result<std::string> list = BuildPeriodList(endText, months);
-    return list ? *list : "failure: " + list.error().Description;
+    return list ? *list : "failure: " + SentenceOf(list.error());
 }
 
 TEST(BuildPeriodListTest, ListsTwelveMonthsNewestFirst) {
@@ -108,7 +108,7 @@ TEST(ConvertQuantityTest, UnitThatIsNotThousandGallonsCountsAsPounds) {
 TEST(ConvertQuantityTest, DensityZeroInThousandGallonsIsAFailure) {
     const Result<double> converted = ConvertQuantity(12, 0, UnitLbs, UnitMgal);
     ASSERT_FALSE(converted);
-    EXPECT_EQ(converted.error().Description,
+    EXPECT_EQ(SentenceOf(converted.error()),
               "Cannot convert the quantity 12 with the density 0 lb/gal: the result "
               "is too large or not a number.");
 }

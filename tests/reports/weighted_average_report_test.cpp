@@ -105,7 +105,7 @@ TEST(AverageMethodTest, SumThatIsTooLargeIsAFailureThatNamesTypeAndMethod) {
     },
                                                          usage);
     ASSERT_FALSE(row);
-    EXPECT_EQ(row.error().Description,
+    EXPECT_EQ(SentenceOf(row.error()),
               "Cannot average the HAP content of the material type \"Resin\" with the "
               "application method \"Spray\": the result is too large or not a number.");
 }

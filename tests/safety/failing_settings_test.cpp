@@ -20,7 +20,7 @@ public:
     }
 
     Done Write(std::string_view section, std::string_view key, std::string_view value) override {
-        if (++m_count == m_failingWrite) return Failure{"Cannot save the setting " + std::string(key) + "."};
+        if (++m_count == m_failingWrite) return Failure{.Doing = "save the setting " + std::string(key)};
         return ScriptedSettings::Write(section, key, value);
     }
 
@@ -52,19 +52,20 @@ TEST_F(FailingSettingsTest, OneOfTheThreeThatIsNotSavedIsShownAndTheOthersAreSav
     };
     for (int write = 1; write <= 4; ++write) {
         FailAt(write);
-        EXPECT_EQ(
-            SaveConfiguration(Faulty, {PathText(App.ProgramFolder), true, PathText(ProgramFile("browser"))}),
-            write <= 3);
-        EXPECT_EQ(Prompts.Shown.size(), write <= 3 ? 1U : 0U);
+        EXPECT_EQ(SaveConfiguration(Faulty.Settings,
+                                    {PathText(App.ProgramFolder), true, PathText(ProgramFile("browser"))})
+                      .size(),
+                  write <= 3 ? 1U : 0U);
         EXPECT_EQ(SettingsThatFail.Values.size(), write <= 3 ? 2U : 3U);
         for (const auto& [key, value] : SettingsThatFail.Values)
             EXPECT_EQ(value, all.at(key));
     }
 }
 
-TEST_F(FailingSettingsTest, ACompanyThatCannotBeRememberedIsShownAndIsCurrentAllTheSame) {
+TEST_F(FailingSettingsTest, ACompanyThatCannotBeRememberedIsAFailureAndIsCurrentAllTheSame) {
     FailAt(1);
-    SelectCompany(Faulty, {.CompanyId = 3, .CompanyName = "Acme", .CompanyLocation = "Dock 1"});
+    EXPECT_TRUE(ShowFailure(
+        Faulty, SelectCompany(Faulty, {.CompanyId = 3, .CompanyName = "Acme", .CompanyLocation = "Dock 1"})));
     EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot save the setting DEFAULT."});
     EXPECT_EQ(Faulty.CurrentCompanyId, 3);
     EXPECT_EQ(Saved("COMPANY", "DEFAULT"), "");
@@ -80,7 +81,7 @@ TEST_F(FailingSettingsTest, ABackupWhoseNextNumberIsNotSavedIsMadeAllTheSame) {
 TEST_F(FailingSettingsTest, ABackupThatCannotBeStartedIsShownAndHarmsNoData) {
     WriteContent(DataFile("1_usage.talvor"), std::string(32, 'x'));
     const auto data = FilesIn(App.ProgramFolder / "data");
-    Programs.FailsWith = Failure{"Cannot start the shell."};
+    Programs.FailsWith = Failure{.Reason = "Cannot start the shell"};
     EXPECT_FALSE(RunBackup(Faulty, true).has_value());
     EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot start the shell."});
     EXPECT_EQ(FilesIn(App.ProgramFolder / "data"), data);

@@ -56,10 +56,7 @@ protected:
             [&] { EXPECT_EQ(GenerateWeightedAverageReport(App, {.EndText = "1/2031"}), ReportFailed); },
         };
         const std::vector<std::function<void()>> ofCompanies = {
-            [&] {
-                std::int16_t id = 0;
-                EXPECT_TRUE(AddNewCompany(App, "Acme", "Dock 1", id));
-            },
+            [&] { EXPECT_TRUE(ShowFailure(App, AddNewCompany(App, "Acme", "Dock 1"))); },
             [&] { SaveCompany(App, "Acme", "Dock 1", 1); },
             [&] {
                 std::vector<CompanyRecord> found;
@@ -86,7 +83,7 @@ TEST_F(LimitsTest, AFolderInThePlaceOfTheNamesIsToldAndStays) {
     std::filesystem::create_directory(DataFile("1_additional.talvor"));
     ExpectFailure(DataFile("1_additional.talvor"), "Is a directory.", [&] { LoadAdditionalNames(App); });
     ExpectFailure(DataFile("1_additional.talvor"), "Is a directory.", [&] {
-        EXPECT_TRUE(SaveAdditionalNames(App, {"a", "b", "c", "d", "e", "f"}));
+        EXPECT_TRUE(ShowFailure(App, SaveAdditionalNames(App, {"a", "b", "c", "d", "e", "f"})));
     });
     EXPECT_TRUE(std::filesystem::is_directory(DataFile("1_additional.talvor")));
     EXPECT_FALSE(std::filesystem::exists(TemporaryFor(DataFile("1_additional.talvor"))));
@@ -139,10 +136,8 @@ TEST_F(LimitsTest, AFullDeviceInADataFilesPlaceIsToldByEachSave) {
     ExpectFailure(MaterialData(), reason, [&] { EXPECT_TRUE(SaveMaterial(App, Entry())); });
     ExpectFailure(MaterialData(), reason, [&] { ImportMaterials(GoodMaterial("A")); });
     ExpectFailure(UsageData(), reason, [&] { EXPECT_TRUE(SaveUsage(App, Use())); });
-    ExpectFailure(DataFile(CompaniesName), reason, [&] {
-        std::int16_t id = 0;
-        EXPECT_TRUE(AddNewCompany(App, "Acme", "Dock 1", id));
-    });
+    ExpectFailure(DataFile(CompaniesName), reason,
+                  [&] { EXPECT_TRUE(ShowFailure(App, AddNewCompany(App, "Acme", "Dock 1"))); });
 }
 #endif
 
@@ -190,9 +185,8 @@ TEST_F(AtCapacity, OneMoreRecordIsRefusedAndNothingIsWritten) {
     const std::string reason = "it is full, with 32767 records.";
     ExpectFailure(MaterialData(), reason, [&] { EXPECT_TRUE(SaveMaterial(App, Entry())); });
     ExpectFailure(UsageData(), reason, [&] { EXPECT_TRUE(SaveUsage(App, Use())); });
-    std::int16_t companyId = 0;
-    ExpectFailure(CompanyData, reason, [&] { EXPECT_TRUE(AddNewCompany(App, "Acme", "Dock 1", companyId)); });
-    EXPECT_EQ(companyId, 0);
+    ExpectFailure(CompanyData, reason,
+                  [&] { EXPECT_TRUE(ShowFailure(App, AddNewCompany(App, "Acme", "Dock 1"))); });
     EXPECT_TRUE(ContentOf(MaterialData()) == materials);
     EXPECT_TRUE(ContentOf(UsageData()) == usage);
     EXPECT_TRUE(ContentOf(CompanyData) == companies);

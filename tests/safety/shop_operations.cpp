@@ -9,6 +9,7 @@
 #include "store/companies.h"
 #include "store/data_folder.h"
 #include "store/material_types.h"
+#include "tests/support/test_program.h"
 #include "transfer/transfer.h"
 #include "usage/usage_store.h"
 
@@ -60,8 +61,7 @@ bool DeleteUsageRecord(AppContext& app) {
 }
 
 bool AddCompany(AppContext& app) {
-    std::int16_t id = 0;
-    return !AddNewCompany(app, "Acme", "Dock 1", id);
+    return !ShowFailure(app, AddNewCompany(app, "Acme", "Dock 1"));
 }
 /// Its caller finds out by listing the companies again.
 bool SaveEditedCompany(AppContext& app) {
@@ -69,7 +69,7 @@ bool SaveEditedCompany(AppContext& app) {
 }
 
 bool SaveNames(AppContext& app) {
-    return !SaveAdditionalNames(app, {"a", "b", "c", "d", "e", "f"});
+    return !ShowFailure(app, SaveAdditionalNames(app, {"a", "b", "c", "d", "e", "f"}));
 }
 bool LoadNames(AppContext& app) {
     app.AdditionalNames.clear();
@@ -185,7 +185,7 @@ bool ListApplicationMethods(AppContext& app) {
     return !methods.empty();
 }
 bool ViewLog(AppContext& app) {
-    return !ReadErrorLog(app, app.ProgramFolder / NewUsageFile).empty();
+    return !ShowFailure(app, ReadErrorLog(app.Files, app.ProgramFolder / NewUsageFile));
 }
 
 } // namespace

@@ -91,7 +91,7 @@ TEST_F(CompaniesTest, SelectingRemembersTheCompanyAcrossStarts) {
     SaveCompany(App, "Beta", "Dock 2");
     std::vector<CompanyRecord> found;
     ASSERT_TRUE(FindCompanies(App, {.CompanyId = std::int16_t{2}}, found));
-    SelectCompany(App, found[0]);
+    EXPECT_TRUE(SelectCompany(App, found[0]));
     EXPECT_EQ(App.CurrentCompanyId, 2);
     EXPECT_EQ((Settings.Values[{"COMPANY", "DEFAULT"}]), "2");
 
@@ -103,9 +103,15 @@ TEST_F(CompaniesTest, SelectingRemembersTheCompanyAcrossStarts) {
     EXPECT_EQ(App.CurrentCompanyLocation, "Dock 2");
 }
 
-TEST_F(CompaniesTest, ASelectionThatCannotBeRememberedIsShownAndHoldsForNow) {
-    Settings.FailsWith = Failure{"Cannot write the settings."};
-    SelectCompany(App, {.CompanyId = 3, .CompanyName = "Acme"});
+TEST_F(CompaniesTest, ASaveThatFailsReturns0AfterItsMessage) {
+    std::filesystem::create_directory(DataFile("companies.talvor"));
+    EXPECT_EQ(SaveCompany(App, "Acme", "Dock 1"), 0);
+    EXPECT_EQ(Prompts.Shown.size(), 1U);
+}
+
+TEST_F(CompaniesTest, ASelectionThatCannotBeRememberedIsAFailureAndHoldsForNow) {
+    Settings.FailsWith = Failure{.Reason = "Cannot write the settings"};
+    EXPECT_TRUE(ShowFailure(App, SelectCompany(App, {.CompanyId = 3, .CompanyName = "Acme"})));
     EXPECT_EQ(App.CurrentCompanyId, 3);
     EXPECT_EQ(ShownTexts(), Names{"Cannot write the settings."});
 }

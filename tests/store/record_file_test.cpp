@@ -93,7 +93,7 @@ TEST_F(RecordFileTest, AFileOfMoreThan32767SlotsCannotBeWorkedWith) {
     WriteContent(File, std::string(SlotLength * 32768, 'x'));
     for (const Result<RecordFile>& opened : {ForReading(), ForWriting()}) {
         ASSERT_FALSE(opened);
-        EXPECT_EQ(opened.error().Description,
+        EXPECT_EQ(SentenceOf(opened.error()),
                   "Cannot work with the file \"" + PathText(File) +
                       "\": it has 32768 records, and 32767 is the most that a data file can hold.");
     }
@@ -103,7 +103,7 @@ TEST_F(RecordFileTest, AFullFileTakesNoFurtherRecord) {
     WriteContent(File, std::string(SlotLength * 32767, 'x'));
     const Result<std::int16_t> next = ForWriting()->NextNumber();
     ASSERT_FALSE(next);
-    EXPECT_EQ(next.error().Description,
+    EXPECT_EQ(SentenceOf(next.error()),
               "Cannot add a record to the file \"" + PathText(File) + "\": it is full, with 32767 records.");
 }
 

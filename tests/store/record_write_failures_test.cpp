@@ -20,7 +20,7 @@ protected:
         RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
         Files.Start({operation, kind});
         const Done written = file.WriteSlot(number, slot);
-        return written ? std::string{} : written.error().Description;
+        return written ? std::string{} : SentenceOf(written.error());
     }
     /// What AppendSlots says, its `operation` failing, and how many slots there are then.
     std::string Append(std::string_view slots, int operation, FaultKind kind, int& count) {
@@ -28,7 +28,7 @@ protected:
         Files.Start({operation, kind});
         const Done written = file.AppendSlots(slots);
         count = file.Count();
-        return written ? std::string{} : written.error().Description;
+        return written ? std::string{} : SentenceOf(written.error());
     }
     std::string CannotWrite() const {
         return "Cannot write to the file \"" + PathText(File) + "\": No space left on device";

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/text.h"
-#include "platform/os_failures.h"
+#include "platform/os_lock.h"
 #include "tests/support/wrapped_files.h"
 
 #include <set>
@@ -92,7 +92,7 @@ private:
         return IsNow() && m_fault.Kind != FaultKind::Once && m_fault.Kind != FaultKind::IsFull;
     }
     Failure Failed(std::string_view doing, const std::filesystem::path& path) const {
-        return DescribeFailure(doing, path, m_fault.Reason);
+        return {std::string(doing), path, std::string(m_fault.Reason)};
     }
 
     class FailingFile : public WrappedFile {

@@ -36,7 +36,7 @@ private:
         Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
             const Result<std::size_t> count = WrappedFile::ReadAt(offset, bytes);
             if (count && m_limits.LongestFile && offset + *count > *m_limits.LongestFile)
-                return Failure{"The disk is damaged."};
+                return Failure{.Reason = "The disk is damaged"};
             return count;
         }
         Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
@@ -44,18 +44,18 @@ private:
             if (offset + bytes.size() <= longest) return WrappedFile::WriteAt(offset, bytes);
             if (offset < longest)
                 static_cast<void>(WrappedFile::WriteAt(offset, bytes.substr(0, longest - offset)));
-            return Failure{"The disk is full."};
+            return Failure{.Reason = "The disk is full"};
         }
         Done CutTo(std::uint64_t length) override {
-            if (m_limits.CannotBeCut) return Failure{"The file cannot be cut."};
+            if (m_limits.CannotBeCut) return Failure{.Reason = "The file cannot be cut"};
             return WrappedFile::CutTo(length);
         }
         Done Flush() override {
-            if (m_limits.CannotBeFlushed) return Failure{"The disk is gone."};
+            if (m_limits.CannotBeFlushed) return Failure{.Reason = "The disk is gone"};
             return WrappedFile::Flush();
         }
         Done Lock() override {
-            if (m_limits.IsLocked) return Failure{"The file is locked."};
+            if (m_limits.IsLocked) return Failure{.Reason = "The file is locked"};
             return WrappedFile::Lock();
         }
 

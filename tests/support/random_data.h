@@ -59,8 +59,8 @@ template <class Check> void ForEachSeed(unsigned cases, const Check& check) {
 }
 
 /// The bytes of a file of these records.
-template <class Record>
-std::string FileOf(const RecordLayout<Record>& layout, const std::vector<Record>& records) {
+template <class Record, class... Types>
+std::string FileOf(const RecordLayout<Record, Types...>& layout, const std::vector<Record>& records) {
     std::string content;
     for (const Record& record : records)
         content += Pack(layout, record);
@@ -77,8 +77,8 @@ inline testing::AssertionResult IsSameContent(const std::string& content, const 
            << content.size() / slotLength << " records instead of " << expected.size() / slotLength
            << ", different from byte " << at % slotLength << " of record " << at / slotLength + 1 << " on";
 }
-template <class Record>
-testing::AssertionResult AreSameRecords(const RecordLayout<Record>& layout,
+template <class Record, class... Types>
+testing::AssertionResult AreSameRecords(const RecordLayout<Record, Types...>& layout,
                                         const std::vector<Record>& records,
                                         const std::vector<Record>& expected) {
     return IsSameContent(FileOf(layout, records), FileOf(layout, expected), layout.SlotLength());

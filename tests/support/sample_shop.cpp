@@ -29,9 +29,9 @@ SampleShop::SampleShop() {
     SaveCompany(App, "Tern Hollow Boatworks", "Mould loft, 3 Quarry Lane, Port Ellery, Maine");
     std::vector<CompanyRecord> companies;
     if (!FindCompanies(App, {}, companies)) Stop(*this);
-    SelectCompany(App, companies.front());
+    if (!SelectCompany(App, companies.front())) Stop(*this);
 
-    if (SaveAdditionalNames(App, {"MMA", "Styrene", "-", "-", "-", "-"})) Stop(*this);
+    if (!SaveAdditionalNames(App, {"MMA", "Styrene", "-", "-", "-", "-"})) Stop(*this);
     LoadAdditionalNames(App);
     int processedCount = 0;
     int errorCount = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "base/messages.h"
 #include "platform/os_files.h"
 #include "tests/support/scripted_services.h"
 

@@ -13,24 +13,23 @@ TEST_F(ErrorLogs, LieInTheProgramFolder) {
 
 TEST_F(ErrorLogs, AreReadAsLinesEndedByCrLf) {
     WriteContent(UsageLogFile(), "a\r\n\r\nb\nc \xE9\x80");
-    EXPECT_EQ(ReadErrorLog(App, UsageLogFile()), "a\r\n\r\nb\r\nc \xE9\x80\r\n");
+    EXPECT_EQ(*ReadErrorLog(Files, UsageLogFile()), "a\r\n\r\nb\r\nc \xE9\x80\r\n");
 }
 
 TEST_F(ErrorLogs, AnEmptyOneHasNoLine) {
     WriteContent(UsageLogFile(), "");
-    EXPECT_EQ(ReadErrorLog(App, UsageLogFile()), "");
-    EXPECT_TRUE(Prompts.Shown.empty());
+    EXPECT_EQ(*ReadErrorLog(Files, UsageLogFile()), "");
 }
 
 TEST_F(ErrorLogs, AMissingOneIsOneFailure) {
-    EXPECT_EQ(ReadErrorLog(App, UsageLogFile()), "");
+    EXPECT_TRUE(ShowFailure(App, ReadErrorLog(Files, UsageLogFile())));
     ExpectOneFailure("usage_import_errors.txt");
 }
 
-TEST_F(ErrorLogs, OneThatCannotBeReadToItsEndIsEmpty) {
+TEST_F(ErrorLogs, OneThatCannotBeReadToItsEndIsAFailure) {
     WriteContent(UsageLogFile(), "a\r\nb\r\n");
     FaultyFiles.Limits[UsageLogFile()] = {.LongestFile = 4};
-    EXPECT_EQ(ReadErrorLog(Faulty, UsageLogFile()), "");
+    EXPECT_TRUE(ShowFailure(App, ReadErrorLog(Faulty.Files, UsageLogFile())));
     ExpectOneFailure("The disk is damaged.");
 }
 

@@ -22,7 +22,7 @@ protected:
         log->AddLine("second");
         const Done written = log->Write();
         ASSERT_FALSE(written);
-        EXPECT_EQ(written.error().Description, "The disk is full.");
+        EXPECT_EQ(SentenceOf(written.error()), "The disk is full.");
     }
 };
 
@@ -78,7 +78,7 @@ TEST_F(TransferLogTest, AFailureToCutIsNotToldInThePlaceOfTheWrite) {
     log->AddLine("second");
     const Done written = log->Write();
     ASSERT_FALSE(written);
-    EXPECT_EQ(written.error().Description, "The disk is full.");
+    EXPECT_EQ(SentenceOf(written.error()), "The disk is full.");
     EXPECT_EQ(ContentOf(Path), "first\r\nsec");
 }
 

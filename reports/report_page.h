@@ -4,21 +4,13 @@
 #include "base/result.h"
 #include "reports/report_period.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace mact {
 
-/// What the reports share: their months, the parts of their pages that are alike, the question before an
-/// empty one, and their end. Pages are code-page text, into which names go as they are.
-
-struct ReportMonths {
-    std::string List{};  ///< as BuildPeriodList gives it
-    std::string Start{}; ///< MM/YYYY
-    std::string End{};   ///< MM/YYYY
-};
-Result<ReportMonths> MonthsOf(const ReportPeriod& period);
+/// The parts of their pages that the reports share. Pages are code-page text, into which names go as they
+/// are.
 
 /// What stands above a report's table.
 struct ReportHeading {
@@ -45,22 +37,14 @@ inline constexpr std::string_view NoRecordFoundRowHtml =
     "found</br></b></font></td></tr>";
 inline constexpr std::string_view PageEndHtml = "</table></div></body></html>";
 
-/// Asks, when there is nothing to report.
-bool UserWantsEmptyReport(AppContext& app);
-
-/// Writes the report's file in the program folder and opens it in the configured browser, or says where it
-/// was saved when there is none. Returns ReportPublished or ReportFailed; a browser that does not start is
-/// shown, but the report was published.
-std::int16_t PublishReport(AppContext& app, std::string_view fileName, std::string html);
-
-/// Shows why there is no report and returns ReportFailed.
-std::int16_t FailReport(AppContext& app, const Failure& failure);
-
-/// The Failure for a sum or power that is too large or not a number; `doing` is as in "add up the amounts".
+/// The Failure of a sum or power that is too large or not a number; `doing` is as in "add up the amounts".
 Failure CannotCalculate(std::string_view doing);
 
-/// The Failure for a number of a damaged file that no page can show: infinite or not a number. `what` is as
-/// in "the HAP content of the material"; `name` is code-page text.
+/// The Failure of a number in a damaged file that no page can show: infinite or not a number. `what` is as in
+/// "the HAP content of the material"; `name` is code-page text.
 Failure CannotShow(std::string_view what, std::string_view name);
+
+/// A material as a failure names it: the material "GC-110". UTF-8.
+std::string MaterialNamed(std::string_view customId);
 
 } // namespace mact

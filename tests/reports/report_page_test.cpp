@@ -1,6 +1,7 @@
-#include "reports/report_frame.h"
+#include "reports/report_page.h"
 
 #include "base/text.h"
+#include "reports/report_publishing.h"
 #include "reports/reports.h"
 #include "tests/support/test_program.h"
 
@@ -23,7 +24,9 @@ protected:
         SetBrowser(browser);
         return browser;
     }
-    std::int16_t Publish() { return PublishReport(Program.App, "report3.htm", "<html>\x80</html>"); }
+    std::int16_t Publish() {
+        return PublishReport(Program.App, "report3.htm", std::string("<html>\x80</html>"));
+    }
 };
 
 TEST_F(PublishTest, WritesThePageAsOneLine) {
@@ -98,7 +101,7 @@ TEST_F(PublishTest, ReportPathWithBlanksReachesTheBrowserSplitAtTheBlanks) {
 
 TEST_F(PublishTest, BrowserThatDoesNotStartIsShownAndTheReportStays) {
     NewBrowser();
-    Program.Programs.FailsWith = Failure{"Cannot start it: no memory."};
+    Program.Programs.FailsWith = Failure{.Reason = "Cannot start it: no memory"};
     EXPECT_EQ(Publish(), ReportPublished);
     EXPECT_EQ(Program.ShownTexts(), std::vector<std::string>{"Cannot start it: no memory."});
     EXPECT_EQ(ContentOf(Program.ProgramFile("report3.htm")), "<html>\x80</html>\r\n");
@@ -126,7 +129,7 @@ TEST(EmptyReportTest, QuestionHasYesAndNo) {
 
 std::string ShownMonths(const char* endText) {
     const Result<ReportMonths> months = MonthsOf({.EndText = endText});
-    return months ? months->Start + " to " + months->End : months.error().Description;
+    return months ? months->Start + " to " + months->End : SentenceOf(months.error());
 }
 
 TEST(MonthsOfTest, StartIsElevenMonthsBeforeTheEnd) {

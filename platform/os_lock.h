@@ -1,0 +1,15 @@
+#pragma once
+
+#include <chrono>
+#include <string_view>
+
+namespace mact {
+
+/// What the operating systems' locks have in common.
+
+inline constexpr auto LongestWaitForLock = std::chrono::seconds(2);
+inline constexpr auto WaitBetweenTries = std::chrono::milliseconds(10);
+inline constexpr std::string_view LockedByAnotherCopy =
+    "another running copy of the program is working with it";
+
+} // namespace mact

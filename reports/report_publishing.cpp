@@ -1,0 +1,56 @@
+#include "reports/report_publishing.h"
+
+#include "base/files.h"
+#include "base/messages.h"
+#include "base/settings.h"
+#include "base/text.h"
+#include "reports/reports.h"
+
+#include <filesystem>
+
+namespace mact {
+namespace {
+
+/// Unquoted on purpose: a report path with blanks reaches the browser in pieces.
+ProgramStart BrowserStart(const std::string& browser, const std::string& reportPath) {
+    ProgramStart start;
+    start.Program = PathFromUtf8(browser);
+    start.CommandLine = browser + ' ' + reportPath;
+    for (const std::string_view piece : Split(reportPath, ' '))
+        if (!piece.empty()) start.Arguments.emplace_back(piece);
+    return start;
+}
+
+void ShowSavedAs(AppContext& app, const std::string& reportPath) {
+    std::string text("Report generated sucessfully and has been saved as"); // sic
+    text += "\r\n" + reportPath + "\r\n";
+    text += "You can define a default browser in configuration to view the report automatically.";
+    ShowInformation(app, text);
+}
+
+void OpenInBrowser(AppContext& app, const std::filesystem::path& report) {
+    const std::string browser = app.Settings.Read(Settings::Browser, Settings::Path);
+    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) {
+        ShowSavedAs(app, PathText(report));
+        return;
+    }
+    ShowFailure(app, app.Programs.Start(BrowserStart(browser, PathText(report))));
+}
+
+} // namespace
+
+bool UserWantsEmptyReport(AppContext& app) {
+    return app.Prompts.Show({"No record found on selected month/year. Do you still want to generate report?",
+                             PromptKind::Question, PromptButtons::YesNo}) == PromptAnswer::Yes;
+}
+
+std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html) {
+    const std::filesystem::path report = app.ProgramFolder / fileName;
+    if (html) *html += "\r\n";
+    const Done written = html ? ReplaceFile(app.Files, report, *html) : html.error();
+    if (ShowFailure(app, written)) return ReportFailed;
+    OpenInBrowser(app, report);
+    return ReportPublished;
+}
+
+} // namespace mact

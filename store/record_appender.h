@@ -1,0 +1,44 @@
+#pragma once
+
+#include "store/record_file.h"
+
+#include <string>
+
+namespace mact {
+
+/// Adds many records to the end of a file. They are collected until Write is called, since a write for each
+/// of them would keep an import waiting.
+class RecordAppender {
+public:
+    explicit RecordAppender(RecordFile file) : m_file(std::move(file)) {}
+
+    /// The number of the next record that is added. A Failure when the file is full.
+    Result<std::int16_t> NextNumber() const { return m_file.NextNumber(m_pendingCount); }
+
+    template <class Record, class... Types>
+    void Add(const RecordLayout<Record, Types...>& layout, const Record& record) {
+        AppendPacked(layout, record, m_pending);
+        ++m_pendingCount;
+    }
+    std::size_t PendingLength() const { return m_pending.size(); } ///< bytes added since the last Write
+
+    /// Writes what was added. Sets `stored` to the number of those records that are in the file now: fewer
+    /// than were added when it fails, and the rest is dropped.
+    Done Write(std::size_t& stored) {
+        const std::int16_t before = m_file.Count();
+        const Done written = m_pending.empty() ? Success() : m_file.AppendSlots(m_pending);
+        stored = static_cast<std::size_t>(m_file.Count() - before);
+        m_pending.clear();
+        m_pendingCount = 0;
+        return written;
+    }
+    /// Returns when everything written is on the disk.
+    Done Flush() { return m_file.Flush(); }
+
+private:
+    RecordFile m_file;
+    std::string m_pending; ///< slots, one after the other
+    std::size_t m_pendingCount = 0;
+};
+
+} // namespace mact

@@ -88,5 +88,4 @@ void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder)
 void BackUpOnExit(AppContext& app) {
     if (app.Settings.Read(Settings::Backup, Settings::AutoBackup) == "1") RunBackup(app, false);
 }
-
 } // namespace mact

@@ -36,5 +36,4 @@ void BackUpOnExit(AppContext& app);
 /// The number of the next set, from the text of BK_VOLUME: rounded to a whole number, halves to even. A text
 /// that is not a number, or too large a number to count on from, is 1; a negative one counts as it is.
 std::int64_t BackupVolume(std::string_view text);
-
 } // namespace mact

@@ -64,5 +64,4 @@ ProgramStart BackupStart(const std::filesystem::path& script) {
     start.HasHiddenWindow = true;
     return start;
 }
-
 } // namespace mact

@@ -30,5 +30,4 @@ std::string BackupLine(const std::filesystem::path& programFolder, const std::fi
 /// Runs the script without a window. The program's status is 0 when every file was copied; it writes one line
 /// for each that was not to its error output.
 ProgramStart BackupStart(const std::filesystem::path& script);
-
 } // namespace mact

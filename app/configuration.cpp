@@ -30,5 +30,4 @@ std::vector<Failure> SaveConfiguration(SettingsStore& settings, const Configurat
     if (browser.empty() || IsFileAt(PathFromUtf8(browser))) save(Settings::Browser, Settings::Path, browser);
     return failures;
 }
-
 } // namespace mact

@@ -23,5 +23,4 @@ Configuration ReadConfiguration(AppContext& app);
 /// hold up the others; there is a Failure for each that could not.
 [[nodiscard]] std::vector<Failure> SaveConfiguration(SettingsStore& settings,
                                                      const Configuration& configuration);
-
 } // namespace mact

@@ -31,5 +31,4 @@ void ShowAbout(AppContext& app, QWidget* parent) {
     QObject::connect(controls.cmd_OK, &QPushButton::clicked, &window, &QDialog::accept);
     ShowModally(app, window);
 }
-
 } // namespace mact

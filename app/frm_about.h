@@ -8,5 +8,4 @@ namespace mact {
 
 /// Says which program this is, in which version and whose.
 void ShowAbout(AppContext& app, QWidget* parent);
-
 } // namespace mact

@@ -70,5 +70,4 @@ void ShowConfiguration(AppContext& app, QWidget* parent) {
     frmConfig window(app, parent);
     ShowModally(app, window);
 }
-
 } // namespace mact

@@ -32,5 +32,4 @@ private:
 
 /// The additional names in the context are those of the current company's file.
 void ShowConfiguration(AppContext& app, QWidget* parent);
-
 } // namespace mact

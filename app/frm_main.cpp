@@ -105,5 +105,4 @@ void frmMain::Exit() {
     BackUpOnExit(m_app);
     QCoreApplication::exit(0);
 }
-
 } // namespace mact

@@ -34,5 +34,4 @@ private:
     AppContext& m_app;
     std::unique_ptr<Ui::frmMain> m_ui;
 };
-
 } // namespace mact

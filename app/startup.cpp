@@ -21,5 +21,4 @@ Done StartUp(AppContext& app) {
     }
     return RestoreCompany(app);
 }
-
 } // namespace mact

@@ -7,5 +7,4 @@ namespace mact {
 /// What the program does before it shows anything: creates the data folder and the material-type table where
 /// the table is missing, and makes the remembered company current. A Failure stops the program.
 Done StartUp(AppContext& app);
-
 } // namespace mact

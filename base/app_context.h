@@ -34,5 +34,4 @@ struct AppContext {
     std::string AdditionalNames{};
     LastUsageEntry LastUsage{};
 };
-
 } // namespace mact

@@ -16,5 +16,4 @@ public:
 private:
     std::vector<Value> m_values = std::vector<Value>(std::size_t{1} << 16);
 };
-
 } // namespace mact

@@ -28,5 +28,4 @@ Failure Joined(const Failure& first, const Failure& second) {
     (both.Reason.empty() ? both.Doing : both.Reason) += ". " + SentenceOf(second);
     return both;
 }
-
 } // namespace mact

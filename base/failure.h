@@ -20,5 +20,4 @@ std::string ClauseOf(const Failure& failure);
 
 /// One failure that says both, `first` first.
 Failure Joined(const Failure& first, const Failure& second);
-
 } // namespace mact

@@ -97,5 +97,4 @@ bool IsFolderAt(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(path, ignored);
 }
-
 } // namespace mact

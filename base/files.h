@@ -66,5 +66,4 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
 /// Whether there is a file (anything but a folder) or a folder at the path; a link is followed.
 bool IsFileAt(const std::filesystem::path& path);
 bool IsFolderAt(const std::filesystem::path& path);
-
 } // namespace mact

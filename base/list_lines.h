@@ -12,5 +12,4 @@ struct ListLine {
     friend bool operator==(const ListLine&, const ListLine&) = default;
 };
 using ListLines = std::vector<ListLine>;
-
 } // namespace mact

@@ -20,5 +20,4 @@ void ShowError(AppContext& app, const Failure& failure) {
 void ShowInformation(AppContext& app, std::string_view text) {
     app.Prompts.Show({std::string(text), PromptKind::Information});
 }
-
 } // namespace mact

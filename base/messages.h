@@ -33,5 +33,4 @@ template <class T> Failed ShowFailure(AppContext& app, const Result<T>& result) 
 }
 
 void ShowInformation(AppContext& app, std::string_view text);
-
 } // namespace mact

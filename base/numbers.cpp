@@ -119,5 +119,4 @@ std::string GroupedText(double number) {
     if (number < 0 && !isZero) text.insert(0, 1, '-');
     return text;
 }
-
 } // namespace mact

@@ -34,5 +34,4 @@ double RoundTo(double number, int decimals);
 
 /// "," every three digits, two decimals, leading zero, "-" in front of negatives: 1,234.50
 std::string GroupedText(double number);
-
 } // namespace mact

@@ -56,5 +56,4 @@ inline Done Success() {
 
 /// Every save and delete answers true when it did not happen.
 using Failed = bool;
-
 } // namespace mact

@@ -10,5 +10,4 @@ public:
     Service& operator=(const Service&) = delete;
     virtual ~Service() = default;
 };
-
 } // namespace mact

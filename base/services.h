@@ -82,5 +82,4 @@ public:
     /// The month of the user's calendar.
     virtual std::chrono::year_month CurrentMonth() = 0;
 };
-
 } // namespace mact

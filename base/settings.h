@@ -22,5 +22,4 @@ inline constexpr std::string_view Browser = "BROWSER";
 inline constexpr std::string_view Path = "PATH"; ///< of the backup folder or the browser program, UTF-8
 
 } // namespace Settings
-
 } // namespace mact

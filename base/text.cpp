@@ -128,6 +128,10 @@ bool EqualsIgnoringCase(std::string_view left, std::string_view right) {
     return std::ranges::equal(left, right, {}, Upper, Upper);
 }
 
+bool IsSameName(std::string_view left, std::string_view right) {
+    return EqualsIgnoringCase(Trim(left), Trim(right));
+}
+
 int CompareIgnoringCase(std::string_view left, std::string_view right) {
     if (left == right) return 0; // most texts that are compared are spelled alike
     const auto [inLeft, inRight] = std::ranges::mismatch(left, right, {}, Upper, Upper);
@@ -177,5 +181,4 @@ std::string PathText(const std::filesystem::path& path) {
 std::filesystem::path PathFromUtf8(std::string_view utf8Text) {
     return {std::u8string(utf8Text.begin(), utf8Text.end())};
 }
-
 } // namespace mact

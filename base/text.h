@@ -22,6 +22,9 @@ std::string UpperCase(std::string_view codePageText);
 
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 
+/// Whether two names or identifiers are the same: trimmed, and ignoring case.
+bool IsSameName(std::string_view left, std::string_view right);
+
 /// Below 0, 0 or above 0 where the upper-cased `left` comes before, equals or comes after that of `right`.
 int CompareIgnoringCase(std::string_view left, std::string_view right);
 
@@ -45,5 +48,4 @@ std::string CodePageFromUtf8(std::string_view utf8Text);
 std::string PathText(const std::filesystem::path& path);
 
 std::filesystem::path PathFromUtf8(std::string_view utf8Text);
-
 } // namespace mact

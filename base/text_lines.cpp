@@ -58,5 +58,4 @@ Result<std::optional<std::string_view>> TextLines::Next() {
     m_start = m_buffer.size();
     return std::optional(line);
 }
-
 } // namespace mact

@@ -29,5 +29,4 @@ private:
     std::uint64_t m_offset = 0; ///< what follows m_buffer in the file
     bool m_isAtEnd = false;
 };
-
 } // namespace mact

@@ -74,5 +74,4 @@ void TextNumbers::Grow() {
         m_numbers[place] = number;
     }
 }
-
 } // namespace mact

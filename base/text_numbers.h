@@ -39,5 +39,4 @@ private:
     std::string m_texts;                    ///< one behind the other, less than 4 GB
     std::vector<std::uint32_t> m_starts{0}; ///< of each text, and the end of the last
 };
-
 } // namespace mact

@@ -142,5 +142,4 @@ void BenchShop::MakeFiles() {
     if (processed != m_records || errors != 0) Stop("its usage is not imported.");
     WriteFile(m_app.ProgramFolder / "made", "");
 }
-
 } // namespace mact

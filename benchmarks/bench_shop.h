@@ -41,5 +41,4 @@ private:
     int m_records;
     AppContext m_app;
 };
-
 } // namespace mact

@@ -218,5 +218,4 @@ void RunFloor(const Operation& operation, BenchShop& shop, std::uint64_t outputB
     }
     Expect(bool((*file)->Flush()), "the floor writes its file");
 }
-
 } // namespace mact

@@ -30,5 +30,4 @@ void RunFloor(const Operation& operation, BenchShop& shop, std::uint64_t outputB
 
 /// Where the floor writes; to be removed before each run of a floor whose operation makes a new file.
 std::filesystem::path FloorOutput(BenchShop& shop);
-
 } // namespace mact

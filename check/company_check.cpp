@@ -181,5 +181,4 @@ void CheckCompany(const DataFiles& data, const CompanyFiles& files,
         keepFailure(CheckNames(data.Files, names, FileFindings(PathText(names.filename()), take)));
     }
 }
-
 } // namespace mact

@@ -22,5 +22,4 @@ struct CompanyFiles {
 void CheckCompany(const DataFiles& data, const CompanyFiles& files,
                   const std::optional<TypeMethodPairs>& types, const FindingTaker& take,
                   std::vector<Failure>& failures);
-
 } // namespace mact

@@ -151,5 +151,4 @@ std::vector<Failure> CheckData(const AppContext& app, const FindingTaker& take) 
     CheckRememberedCompany(app.Settings, CheckAllFiles(app, *names, take, failures), take);
     return failures;
 }
-
 } // namespace mact

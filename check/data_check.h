@@ -26,5 +26,4 @@ using FindingTaker = std::function<void(const std::string& line)>;
 /// those by which the program opens the files.
 [[nodiscard]] std::vector<Failure> CheckDataFiles(const DataFiles& data, const std::set<std::string>& names,
                                                   const FindingTaker& take);
-
 } // namespace mact

@@ -65,5 +65,4 @@ Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, s
         findings.Add(Count(rest, "surplus byte") + " after " + Count(whole, "record"));
     return true;
 }
-
 } // namespace mact

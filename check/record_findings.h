@@ -56,5 +56,4 @@ Result<bool> VisitCheckedRecords(FileAccess& files, const std::filesystem::path&
     if (!read) return read.error();
     return true;
 }
-
 } // namespace mact

@@ -205,5 +205,4 @@ ExitStatus BackUp(AppContext& app) {
     std::cout << PathText(*set) << '\n';
     return StatusDone;
 }
-
 } // namespace mact

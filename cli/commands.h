@@ -47,5 +47,4 @@ ExitStatus CheckDataFolder(AppContext& app);
 
 /// Prints the folder of the new set, once every file is in it.
 ExitStatus BackUp(AppContext& app);
-
 } // namespace mact

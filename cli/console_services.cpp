@@ -75,5 +75,4 @@ Result<std::string> ConsolePrograms::ScriptText(std::string_view utf8Text) {
     return ScriptTextOfConsole(utf8Text);
 }
 #endif
-
 } // namespace mact

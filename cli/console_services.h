@@ -42,5 +42,4 @@ public:
         return std::nullopt;
     }
 };
-
 } // namespace mact

@@ -108,46 +108,24 @@ private:
     QListWidget& m_list;
 };
 
-QString TextAt(const QListWidget& list, int row) {
-    return list.item(row)->text();
-}
-QString TextAt(const QComboBox& combo, int row) {
-    return combo.itemText(row);
-}
-QVariant DataAt(const QListWidget& list, int row) {
-    return list.item(row)->data(Qt::UserRole);
-}
-QVariant DataAt(const QComboBox& combo, int row) {
-    return combo.itemData(row);
-}
-void SelectRow(QListWidget& list, int row) {
-    list.setCurrentRow(row);
-}
-void SelectRow(QComboBox& combo, int row) {
-    combo.setCurrentIndex(row);
-}
-
-template <class List> std::optional<int> RowWithData(const List& list, const QVariant& value) {
+std::optional<int> RowWithData(const QAbstractItemModel& lines, const QVariant& value) {
     const std::optional<double> number = ParseNumber(value.toString().toStdString());
-    for (int row = 0; number && row < list.count(); ++row)
-        if (DataAt(list, row).toDouble() == *number) return row;
+    for (int row = 0; number && row < lines.rowCount(); ++row)
+        if (lines.index(row, 0).data(Qt::UserRole).toDouble() == *number) return row;
     return {};
 }
 
-template <class List> std::optional<int> RowWithText(const List& list, const QVariant& value) {
-    const std::string key = ComparisonKey(ToCodePage(value.toString()));
-    for (int row = 0; row < list.count(); ++row)
-        if (ComparisonKey(ToCodePage(TextAt(list, row))) == key) return row;
+std::optional<int> RowWithText(const QAbstractItemModel& lines, const QVariant& value) {
+    const std::string name = ToCodePage(value.toString());
+    for (int row = 0; row < lines.rowCount(); ++row)
+        if (IsSameName(ToCodePage(lines.index(row, 0).data().toString()), name)) return row;
     return {};
 }
 
-template <class List> void Select(List& list, const QVariant& value, bool byItemData) {
-    if (!value.isValid()) {
-        SelectRow(list, list.count() > 0 ? 0 : -1);
-        return;
-    }
-    const std::optional<int> row = byItemData ? RowWithData(list, value) : RowWithText(list, value);
-    if (row) SelectRow(list, *row);
+/// Empty where the selection stays.
+std::optional<int> RowToSelect(const QAbstractItemModel& lines, const QVariant& value, bool byItemData) {
+    if (!value.isValid()) return lines.rowCount() > 0 ? 0 : -1;
+    return byItemData ? RowWithData(lines, value) : RowWithText(lines, value);
 }
 
 } // namespace
@@ -247,11 +225,11 @@ int SelectedRow(const QListWidget& list) {
 }
 
 void SelectListItem(QListWidget& list, const QVariant& value, bool byItemData) {
-    Select(list, value, byItemData);
+    if (const auto row = RowToSelect(*list.model(), value, byItemData)) list.setCurrentRow(*row);
 }
 
 void SelectListItem(QComboBox& combo, const QVariant& value, bool byItemData) {
-    Select(combo, value, byItemData);
+    if (const auto row = RowToSelect(*combo.model(), value, byItemData)) combo.setCurrentIndex(*row);
 }
 
 void SetListButtons(QPushButton* primary, QPushButton* second, QPushButton* selection,
@@ -280,5 +258,4 @@ BusyCursor::BusyCursor() {
 BusyCursor::~BusyCursor() {
     QApplication::restoreOverrideCursor();
 }
-
 } // namespace mact

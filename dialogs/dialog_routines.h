@@ -93,5 +93,4 @@ public:
     BusyCursor& operator=(const BusyCursor&) = delete;
     ~BusyCursor();
 };
-
 } // namespace mact

@@ -28,5 +28,4 @@ QIcon StyleWithMessageIcons::standardIcon(StandardPixmap standardIcon, const QSt
             return QIcon(PictureFile(QString::fromLatin1(icon.PictureName)));
     return QProxyStyle::standardIcon(standardIcon, option, widget);
 }
-
 } // namespace mact

@@ -12,5 +12,4 @@ public:
     QIcon standardIcon(StandardPixmap standardIcon, const QStyleOption* option = nullptr,
                        const QWidget* widget = nullptr) const override;
 };
-
 } // namespace mact

@@ -69,5 +69,4 @@ QIcon LineIcon(const QString& name) {
 QIcon EmblemIcon() {
     return QIcon(PictureFile(QStringLiteral("mact")));
 }
-
 } // namespace mact

@@ -16,5 +16,4 @@ QIcon EmblemIcon();
 
 /// The file of a picture, as in PictureFile("picture").
 QString PictureFile(const QString& name);
-
 } // namespace mact

@@ -99,5 +99,4 @@ int ShowModally(AppContext& app, QDialog& window, const QString& name) {
         static_cast<void>(app.Settings.Write(WindowsSection, key, SizeText(OwnSize(window))));
     return result;
 }
-
 } // namespace mact

@@ -222,5 +222,4 @@ void ShowUsageList(AppContext& app, QWidget* parent) {
     window.Set_Module(2);
     ShowModally(app, window, QStringLiteral("frmList_Usage"));
 }
-
 } // namespace mact

@@ -61,5 +61,4 @@ private:
 
 void ShowMaterialList(AppContext& app, QWidget* parent);
 void ShowUsageList(AppContext& app, QWidget* parent);
-
 } // namespace mact

@@ -22,5 +22,4 @@ void ShowEmissionFactorHelp(AppContext& app, QWidget* parent) {
     frm_EmissionFactorHelp window(parent);
     ShowModally(app, window);
 }
-
 } // namespace mact

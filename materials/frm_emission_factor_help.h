@@ -25,5 +25,4 @@ private:
 };
 
 void ShowEmissionFactorHelp(AppContext& app, QWidget* parent);
-
 } // namespace mact

@@ -234,5 +234,4 @@ std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* par
     ShowModally(app, window);
     return window.Outcome();
 }
-
 } // namespace mact

@@ -57,5 +57,4 @@ private:
 /// Both return 0 when a material was saved, otherwise -1.
 std::int16_t NewMaterial(AppContext& app, QWidget* parent);
 std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* parent);
-
 } // namespace mact

@@ -110,5 +110,4 @@ void frmOtherPollutants::reject() {
     ShowValues(m_valuesBefore);
     QDialog::reject();
 }
-
 } // namespace mact

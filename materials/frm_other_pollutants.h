@@ -54,5 +54,4 @@ private:
     std::array<Row, 6> m_rows;
     SixPollutants m_valuesBefore;
 };
-
 } // namespace mact

@@ -104,5 +104,4 @@ std::string JoinedFactors(const SixPollutants& pollutants) {
 bool TakesFiller(std::string_view materialType) {
     return materialType == "Production resin (Filled)" || materialType == "Tooling resin (Filled)";
 }
-
 } // namespace mact

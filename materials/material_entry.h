@@ -64,5 +64,4 @@ std::string JoinedFactors(const SixPollutants& pollutants);
 
 /// Whether materials of this type take a filler: the two filled resins do. The name counts to the letter.
 bool TakesFiller(std::string_view materialType);
-
 } // namespace mact

@@ -59,5 +59,4 @@ inline constexpr std::array<double MaterialRecord::*, 6> PollutantContents = {
 inline constexpr std::array<double MaterialRecord::*, 6> PollutantFactors = {
     &MaterialRecord::Factor1, &MaterialRecord::Factor2, &MaterialRecord::Factor3,
     &MaterialRecord::Factor4, &MaterialRecord::Factor5, &MaterialRecord::Factor6};
-
 } // namespace mact

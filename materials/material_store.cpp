@@ -9,34 +9,17 @@
 namespace mact {
 namespace {
 
-/// A filter with its texts made ready for comparing.
-class MaterialMatcher {
-public:
-    explicit MaterialMatcher(const MaterialFilter& filter)
-        : m_filter(filter), m_customId(Key(filter.CustomId)), m_materialType(Key(filter.MaterialType)),
-          m_applicationMethod(Key(filter.ApplicationMethod)) {}
+bool Matches(const std::optional<std::string>& wanted, std::string_view text) {
+    return !wanted || IsSameName(*wanted, text);
+}
 
-    bool Passes(const MaterialRecord& material) const {
-        if (m_filter.MaterialId && material.MaterialId != *m_filter.MaterialId) return false;
-        if (!Matches(m_customId, material.CustomId)) return false;
-        if (!Matches(m_materialType, material.MaterialType)) return false;
-        if (!Matches(m_applicationMethod, material.ApplicationMethod)) return false;
-        return material.Active == m_filter.Active;
-    }
-
-private:
-    static std::optional<std::string> Key(const std::optional<std::string>& text) {
-        return text ? std::optional(ComparisonKey(*text)) : std::nullopt;
-    }
-    static bool Matches(const std::optional<std::string>& key, std::string_view text) {
-        return !key || EqualsIgnoringCase(*key, Trim(text));
-    }
-
-    const MaterialFilter& m_filter;
-    std::optional<std::string> m_customId;
-    std::optional<std::string> m_materialType;
-    std::optional<std::string> m_applicationMethod;
-};
+bool Passes(const MaterialFilter& filter, const MaterialRecord& material) {
+    if (filter.MaterialId && material.MaterialId != *filter.MaterialId) return false;
+    if (!Matches(filter.CustomId, material.CustomId)) return false;
+    if (!Matches(filter.MaterialType, material.MaterialType)) return false;
+    if (!Matches(filter.ApplicationMethod, material.ApplicationMethod)) return false;
+    return material.Active == filter.Active;
+}
 
 Result<RecordFile> OpenToRead(const DataFiles& data) {
     return RecordFile::OpenForReading(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
@@ -101,9 +84,8 @@ Done VisitMaterials(const DataFiles& data, const std::function<void(const Materi
 Result<std::vector<MaterialRecord>> ReadMaterials(const DataFiles& data, const MaterialFilter& filter) {
     Result<RecordFile> file = OpenToRead(data);
     if (!file) return file.error();
-    const MaterialMatcher matcher(filter);
     return ReadRecords(*file, MaterialLayout,
-                       [&](const MaterialRecord& material) { return matcher.Passes(material); });
+                       [&](const MaterialRecord& material) { return Passes(filter, material); });
 }
 
 Result<MaterialIds> ReadMaterialIds(const DataFiles& data) {
@@ -160,5 +142,4 @@ void FillMaterialList(ListLines& list, const std::vector<MaterialRecord>& record
                         material.MaterialId});
     }
 }
-
 } // namespace mact

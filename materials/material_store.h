@@ -94,5 +94,4 @@ void FillMaterialList(ListLines& list, const std::vector<MaterialRecord>& record
 
 /// "Material ID - description", shortened to 35 characters and "..." when it is longer than 50.
 std::string MaterialListText(const MaterialRecord& material);
-
 } // namespace mact

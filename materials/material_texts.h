@@ -46,5 +46,4 @@ inline constexpr const char* AboutEmissionFactors =
 inline constexpr const char* EmissionFactorAddress = "(URL: http://www.epa.gov/ttn/chief/)";
 
 } // namespace MaterialTexts
-
 } // namespace mact

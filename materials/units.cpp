@@ -25,5 +25,4 @@ double Kilograms(double pounds) {
     // On purpose not 2.20462: filed reports have this factor.
     return pounds / 2.2046;
 }
-
 } // namespace mact

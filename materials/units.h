@@ -19,5 +19,4 @@ Result<double> ConvertQuantity(double quantity, double density, std::int16_t uni
 
 /// At 2.2046 pounds to the kilogram.
 double Kilograms(double pounds);
-
 } // namespace mact

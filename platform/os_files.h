@@ -13,5 +13,4 @@ public:
     Done Remove(const std::filesystem::path& path) override;
     Done CreateFolder(const std::filesystem::path& path) override;
 };
-
 } // namespace mact

@@ -181,5 +181,4 @@ Done OsFiles::CreateFolder(const std::filesystem::path& path) {
     if (::mkdir(path.c_str(), permissions) != 0) return DescribeError("create the folder", path, errno);
     return Success();
 }
-
 } // namespace mact

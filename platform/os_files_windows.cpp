@@ -233,5 +233,4 @@ Done OsFiles::CreateFolder(const std::filesystem::path& path) {
         return DescribeError("create the folder", path, ::GetLastError());
     return Success();
 }
-
 } // namespace mact

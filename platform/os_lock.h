@@ -11,5 +11,4 @@ inline constexpr auto LongestWaitForLock = std::chrono::seconds(2);
 inline constexpr auto WaitBetweenTries = std::chrono::milliseconds(10);
 inline constexpr std::string_view LockedByAnotherCopy =
     "another running copy of the program is working with it";
-
 } // namespace mact

@@ -20,5 +20,4 @@ Result<std::string> ScriptTextOfConsole(std::string_view utf8Text) {
     text.resize(static_cast<std::size_t>(length));
     return text;
 }
-
 } // namespace mact

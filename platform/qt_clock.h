@@ -8,5 +8,4 @@ class QtClock : public Clock {
 public:
     std::chrono::year_month CurrentMonth() override;
 };
-
 } // namespace mact

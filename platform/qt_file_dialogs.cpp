@@ -44,5 +44,4 @@ std::optional<std::filesystem::path> QtFileDialogs::ChooseFolder(const std::stri
     return PathOf(QFileDialog::getExistingDirectory(QApplication::activeWindow(),
                                                     QString::fromStdString(title), FromPath(start)));
 }
-
 } // namespace mact

@@ -12,5 +12,4 @@ public:
     std::optional<std::filesystem::path> ChooseFolder(const std::string& title,
                                                       const std::filesystem::path& start) override;
 };
-
 } // namespace mact

@@ -53,5 +53,4 @@ Done QtPrograms::Start(const ProgramStart& start) {
 }
 
 #endif
-
 } // namespace mact

@@ -12,5 +12,4 @@ public:
     Result<std::string> ScriptText(std::string_view utf8Text) override;
 #endif
 };
-
 } // namespace mact

@@ -74,5 +74,4 @@ PromptAnswer QtPrompts::Show(const Prompt& prompt) {
     SetButtons(box, prompt.Buttons);
     return AnswerOf(box.exec());
 }
-
 } // namespace mact

@@ -9,5 +9,4 @@ class QtPrompts : public MessagePrompts {
 public:
     PromptAnswer Show(const Prompt& prompt) override;
 };
-
 } // namespace mact

@@ -47,5 +47,4 @@ Done QtSettings::Write(std::string_view section, std::string_view key, std::stri
     return Failure{"save the setting " + KeyText(section, key).toStdString() + " in",
                    PathFromUtf8(QDir::toNativeSeparators(settings.fileName()).toStdString()), reason};
 }
-
 } // namespace mact

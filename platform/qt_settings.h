@@ -11,5 +11,4 @@ public:
     std::string Read(std::string_view section, std::string_view key) override;
     Done Write(std::string_view section, std::string_view key, std::string_view value) override;
 };
-
 } // namespace mact

@@ -44,5 +44,4 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
     data.HasRecords = !usage->IsEmpty() && !data.Materials.empty();
     return data;
 }
-
 } // namespace mact

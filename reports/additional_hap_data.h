@@ -30,5 +30,4 @@ struct AdditionalHapData {
     std::vector<AdditionalHapMaterial> Materials{}; ///< all of them, in file order
 };
 Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod& period);
-
 } // namespace mact

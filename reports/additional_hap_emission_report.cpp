@@ -101,5 +101,4 @@ std::int16_t GenerateAdditionalHapEmissionReport(AppContext& app, const ReportPe
     if (data && !data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
     return PublishReport(app, AdditionalHapEmissionFile, data.and_then(BuildPage));
 }
-
 } // namespace mact

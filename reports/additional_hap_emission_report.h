@@ -20,5 +20,4 @@ Result<PollutantTotals> AddUpEmissions(const AdditionalHapData& data);
 double TotalOfNamed(const PollutantNames& names, const PollutantTotals& totals);
 
 std::string BuildAdditionalHapEmissionHtml(const AdditionalHapData& data, const PollutantTotals& totals);
-
 } // namespace mact

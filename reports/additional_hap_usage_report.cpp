@@ -87,5 +87,4 @@ std::int16_t GenerateAdditionalHapUsageReport(AppContext& app, const ReportPerio
     if (data && !data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
     return PublishReport(app, AdditionalHapUsageFile, data.and_then(BuildPage));
 }
-
 } // namespace mact

@@ -15,5 +15,4 @@ bool IsListed(const PollutantNames& names, std::size_t slot);
 Done CheckShownNumbers(const AdditionalHapData& data);
 
 std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data);
-
 } // namespace mact

@@ -152,5 +152,4 @@ std::int16_t GenerateCompliantMaterialsReport(AppContext& app, const ReportPerio
     if (data && !data->HasRecords && !UserWantsEmptyReport(app)) return ReportDeclined;
     return PublishReport(app, CompliantMaterialsFile, data.transform(BuildCompliantMaterialsHtml));
 }
-
 } // namespace mact

@@ -52,5 +52,4 @@ private:
 Result<CompliantMaterialsData> FetchCompliantMaterials(const AppContext& app, const ReportPeriod& period);
 
 std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data);
-
 } // namespace mact

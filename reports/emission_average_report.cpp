@@ -187,5 +187,4 @@ std::int16_t GenerateEmissionAverageReport(AppContext& app, const ReportPeriod& 
     return PublishReport(app, EmissionAverageFile,
                          FetchEmissionAverage(app, period).transform(BuildEmissionAverageHtml));
 }
-
 } // namespace mact

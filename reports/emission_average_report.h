@@ -58,5 +58,4 @@ Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
 Result<EmissionAverageData> FetchEmissionAverage(const AppContext& app, const ReportPeriod& period);
 
 std::string BuildEmissionAverageHtml(const EmissionAverageData& data);
-
 } // namespace mact

@@ -69,5 +69,4 @@ void ShowReportsForm(AppContext& app, QWidget* parent) {
     frmReports window(app, parent);
     ShowModally(app, window);
 }
-
 } // namespace mact

@@ -42,5 +42,4 @@ private:
 };
 
 void ShowReportsForm(AppContext& app, QWidget* parent);
-
 } // namespace mact

@@ -38,5 +38,4 @@ Result<PeriodUsage> ReadPeriodUsage(const DataFiles& data, const std::string& mo
         return PeriodUsage(records);
     });
 }
-
 } // namespace mact

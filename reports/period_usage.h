@@ -32,5 +32,4 @@ private:
 
 /// `monthList` is as BuildPeriodList gives it.
 Result<PeriodUsage> ReadPeriodUsage(const DataFiles& data, const std::string& monthList);
-
 } // namespace mact

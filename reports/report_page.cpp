@@ -56,5 +56,4 @@ Failure CannotShow(std::string_view what, std::string_view name) {
 std::string MaterialNamed(std::string_view customId) {
     return "the material \"" + Utf8FromCodePage(Trim(customId)) + '"';
 }
-
 } // namespace mact

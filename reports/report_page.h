@@ -46,5 +46,4 @@ Failure CannotShow(std::string_view what, std::string_view name);
 
 /// A material as a failure names it: the material "GC-110". UTF-8.
 std::string MaterialNamed(std::string_view customId);
-
 } // namespace mact

@@ -61,5 +61,4 @@ Result<ReportMonths> MonthsOf(const ReportPeriod& period) {
                         .Start = FormatMonthYear(end - std::chrono::months(period.Months - 1), true),
                         .End = FormatMonthYear(end, true)};
 }
-
 } // namespace mact

@@ -33,5 +33,4 @@ struct ReportMonths {
     std::string End{};   ///< MM/YYYY
 };
 Result<ReportMonths> MonthsOf(const ReportPeriod& period);
-
 } // namespace mact

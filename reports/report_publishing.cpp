@@ -52,5 +52,4 @@ std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<st
     OpenInBrowser(app, report);
     return ReportPublished;
 }
-
 } // namespace mact

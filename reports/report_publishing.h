@@ -18,5 +18,4 @@ bool UserWantsEmptyReport(AppContext& app);
 /// was saved when there is none. Returns ReportPublished or ReportFailed; a browser that does not start is
 /// shown, but the report was published. Without a page it shows why there is none, and writes nothing.
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html);
-
 } // namespace mact

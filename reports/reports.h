@@ -29,5 +29,4 @@ inline constexpr const char* WeightedAverageFile = "report2.htm";
 inline constexpr const char* EmissionAverageFile = "report3.htm";
 inline constexpr const char* AdditionalHapUsageFile = "report4.htm";
 inline constexpr const char* AdditionalHapEmissionFile = "report5.htm";
-
 } // namespace mact

@@ -69,5 +69,4 @@ Result<AverageInputs> ReadAverageInputs(const AppContext& app, const ReportPerio
                          .Materials = std::move(*materials),
                          .Usage = std::move(*usage)};
 }
-
 } // namespace mact

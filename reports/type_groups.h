@@ -61,5 +61,4 @@ struct AverageInputs {
 };
 /// Reads the material-type table, the live materials and the usage of the period.
 Result<AverageInputs> ReadAverageInputs(const AppContext& app, const ReportPeriod& period);
-
 } // namespace mact

@@ -129,5 +129,4 @@ std::int16_t GenerateWeightedAverageReport(AppContext& app, const ReportPeriod& 
     return PublishReport(app, WeightedAverageFile,
                          FetchWeightedAverage(app, period).transform(BuildWeightedAverageHtml));
 }
-
 } // namespace mact

@@ -49,5 +49,4 @@ Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
 Result<WeightedAverageData> FetchWeightedAverage(const AppContext& app, const ReportPeriod& period);
 
 std::string BuildWeightedAverageHtml(const WeightedAverageData& data);
-
 } // namespace mact

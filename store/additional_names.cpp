@@ -83,5 +83,4 @@ PollutantNames SplitAdditionalNames(std::string_view names) {
 bool IsUsedName(std::string_view name) {
     return Trim(name) != "-";
 }
-
 } // namespace mact

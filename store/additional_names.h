@@ -38,5 +38,4 @@ bool IsUsedName(std::string_view name);
 /// The last value of comma-separated text: quoted values keep what stands between their quotes, unquoted ones
 /// lose the spaces around them. Text between a closing quote and the next comma or line end is dropped.
 std::string LastCommaSeparatedValue(std::string_view text);
-
 } // namespace mact

@@ -98,5 +98,4 @@ Done RestoreCompany(AppContext& app) {
     if (FindCompanies(app, {.CompanyId = *companyId}, found)) MakeCompanyCurrent(app, found.front());
     return Success();
 }
-
 } // namespace mact

@@ -69,5 +69,4 @@ Done SelectCompany(AppContext& app, const CompanyRecord& company);
 /// Makes the remembered company current; one that does not exist leaves none selected. A remembered text that
 /// is not a 16-bit whole number is a Failure.
 Done RestoreCompany(AppContext& app);
-
 } // namespace mact

@@ -28,5 +28,4 @@ std::filesystem::path UsageFile(const DataFiles& data) {
 std::filesystem::path AdditionalNamesFile(const DataFiles& data) {
     return CompanyFile(data, AdditionalNamesSuffix);
 }
-
 } // namespace mact

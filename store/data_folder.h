@@ -37,5 +37,4 @@ std::filesystem::path CompaniesFile(const DataFiles& data);
 std::filesystem::path MaterialsFile(const DataFiles& data);
 std::filesystem::path UsageFile(const DataFiles& data);
 std::filesystem::path AdditionalNamesFile(const DataFiles& data);
-
 } // namespace mact

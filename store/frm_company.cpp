@@ -117,5 +117,4 @@ void ShowCompanies(AppContext& app, QWidget* parent) {
     frmCompany window(app, parent);
     ShowModally(app, window);
 }
-
 } // namespace mact

@@ -38,5 +38,4 @@ private:
 };
 
 void ShowCompanies(AppContext& app, QWidget* parent);
-
 } // namespace mact

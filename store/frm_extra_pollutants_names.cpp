@@ -50,5 +50,4 @@ void ShowAdditionalNames(AppContext& app, QWidget* parent) {
     frmExtraPollutantsNames window(app, parent);
     ShowModally(app, window);
 }
-
 } // namespace mact

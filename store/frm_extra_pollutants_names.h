@@ -33,5 +33,4 @@ private:
 
 /// Names that were saved are read by the next LoadAdditionalNames.
 void ShowAdditionalNames(AppContext& app, QWidget* parent);
-
 } // namespace mact

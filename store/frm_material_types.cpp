@@ -74,5 +74,4 @@ void ShowMaterialTypes(AppContext& app, QWidget* parent) {
     window.m_ui->lbl_Id->setText(QStringLiteral("1"));
     ShowModally(app, window);
 }
-
 } // namespace mact

@@ -39,5 +39,4 @@ private:
 };
 
 void ShowMaterialTypes(AppContext& app, QWidget* parent);
-
 } // namespace mact

@@ -12,5 +12,4 @@ FormErrors CheckMaterialTypeEntry(const MaterialTypeEntry& entry) {
     if (!IsNumeric(Trim(entry.HapContents))) errors.Add("- HAP Content limit should be a numeric value(%).");
     return errors;
 }
-
 } // namespace mact

@@ -15,5 +15,4 @@ struct MaterialTypeEntry {
 
 /// One message per failed check, in the order of the form.
 FormErrors CheckMaterialTypeEntry(const MaterialTypeEntry& entry);
-
 } // namespace mact

@@ -63,11 +63,8 @@ std::string DefaultSlots() {
 }
 
 bool Passes(const HapContentFilter& filter, const HapContentRecord& row) {
-    const auto equals = [](const std::string& filterText, const std::string& field) {
-        return EqualsIgnoringCase(Trim(filterText), Trim(field));
-    };
-    if (filter.MaterialType && !equals(*filter.MaterialType, row.MaterialType)) return false;
-    return !filter.ApplicationMethod || equals(*filter.ApplicationMethod, row.ApplicationMethod);
+    if (filter.MaterialType && !IsSameName(*filter.MaterialType, row.MaterialType)) return false;
+    return !filter.ApplicationMethod || IsSameName(*filter.ApplicationMethod, row.ApplicationMethod);
 }
 
 /// The names of the distinct listings, on purpose without those that occur in an earlier one.
@@ -169,5 +166,4 @@ std::optional<std::size_t> TypeMethodPairs::Find(std::string_view materialType,
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows) {
     return ListNames(rows, &HapContentRecord::MaterialType, true);
 }
-
 } // namespace mact

@@ -80,5 +80,4 @@ private:
 
 /// The distinct listing of rows that are already read.
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows);
-
 } // namespace mact

@@ -40,5 +40,4 @@ private:
     std::string m_pending; ///< slots, one after the other
     std::size_t m_pendingCount = 0;
 };
-
 } // namespace mact

@@ -127,5 +127,4 @@ Result<std::int16_t> RecordFile::NextNumber(std::size_t pending) const {
                        "it is full, with " + std::to_string(MostSlots) + " records"};
     return static_cast<std::int16_t>(next);
 }
-
 } // namespace mact

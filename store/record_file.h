@@ -169,5 +169,4 @@ Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record
     if (!written) return written.error();
     return true;
 }
-
 } // namespace mact

@@ -166,5 +166,4 @@ std::optional<std::int16_t> StoredFlag(const RecordLayout<Record, Types...>& lay
     });
     return flag;
 }
-
 } // namespace mact

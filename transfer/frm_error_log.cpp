@@ -24,5 +24,4 @@ void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* pa
     window.setWindowTitle(QStringLiteral("Material Import - Error Log"));
     ShowModally(app, window);
 }
-
 } // namespace mact

@@ -10,5 +10,4 @@ namespace mact {
 
 /// Shows an error log. A log that cannot be read is shown empty after its message.
 void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* parent);
-
 } // namespace mact

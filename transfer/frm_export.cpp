@@ -67,5 +67,4 @@ void ShowUsageExport(AppContext& app, QWidget* parent) {
     frmExport window(app, TransferModule::Usage, parent);
     ShowModally(app, window);
 }
-
 } // namespace mact

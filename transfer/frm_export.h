@@ -33,5 +33,4 @@ private:
 
 void ShowMaterialExport(AppContext& app, QWidget* parent);
 void ShowUsageExport(AppContext& app, QWidget* parent);
-
 } // namespace mact

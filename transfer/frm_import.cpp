@@ -134,5 +134,4 @@ void ShowUsageImport(AppContext& app, QWidget* parent) {
     frmImport window(app, TransferModule::Usage, parent);
     ShowModally(app, window);
 }
-
 } // namespace mact

@@ -42,5 +42,4 @@ private:
 
 void ShowMaterialImport(AppContext& app, QWidget* parent);
 void ShowUsageImport(AppContext& app, QWidget* parent);
-
 } // namespace mact

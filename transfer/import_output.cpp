@@ -60,5 +60,4 @@ Done ImportOutput::Finish() {
     KeepFirst(m_logDone, m_log.Flush());
     return Both(m_recordsDone, m_logDone);
 }
-
 } // namespace mact

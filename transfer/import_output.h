@@ -68,5 +68,4 @@ private:
     ImportCounts m_counts;
     std::vector<Mark> m_marks; ///< one for each record that is not written yet
 };
-
 } // namespace mact

@@ -30,5 +30,4 @@ bool ImportProgress::Watch(const TransferProgress& progress) {
     }
     return !m_isStopped;
 }
-
 } // namespace mact

@@ -26,5 +26,4 @@ private:
     qint64 m_lastPause = 0; ///< ms since the start
     bool m_isStopped = false;
 };
-
 } // namespace mact

@@ -60,5 +60,4 @@ Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& w
     errorCount = counts.Errors;
     return imported;
 }
-
 } // namespace mact

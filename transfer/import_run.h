@@ -57,5 +57,4 @@ bool AcceptOrLog(const ImportedLine& line, ImportOutput& output, CheckedLine& ch
     if (!error.empty()) output.LogRejection(line, error);
     return error.empty();
 }
-
 } // namespace mact

@@ -56,5 +56,4 @@ std::int16_t ExportMaterialFile(AppContext& app, const std::filesystem::path& ta
     processedCount = count ? *count : 0;
     return 0;
 }
-
 } // namespace mact

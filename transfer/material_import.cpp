@@ -106,5 +106,4 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
     ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
     return 0;
 }
-
 } // namespace mact

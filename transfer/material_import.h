@@ -29,5 +29,4 @@ private:
     std::unordered_set<std::string> m_customIds; ///< of the live materials, as they are compared
     MaterialRecord m_record;                     ///< the one that is stored; its texts keep their memory
 };
-
 } // namespace mact

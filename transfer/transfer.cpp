@@ -57,5 +57,4 @@ Result<std::string> ReadErrorLog(FileAccess& files, const std::filesystem::path&
         text += "\r\n";
     }
 }
-
 } // namespace mact

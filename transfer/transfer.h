@@ -57,5 +57,4 @@ std::filesystem::path UsageExportErrorLog(const AppContext& app);
 
 /// A log's lines, each ended with CR LF, in code-page text.
 Result<std::string> ReadErrorLog(FileAccess& files, const std::filesystem::path& log);
-
 } // namespace mact

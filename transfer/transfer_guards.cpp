@@ -66,5 +66,4 @@ Done CheckExportTarget(const AppContext& app, const std::filesystem::path& targe
         return Failure{"export to the file", target, "it is a pipe"};
     return Success();
 }
-
 } // namespace mact

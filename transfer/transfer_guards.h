@@ -19,5 +19,4 @@ Done CheckImportSource(const std::filesystem::path& source, const std::filesyste
 /// pipe.
 Done CheckExportTarget(const AppContext& app, const std::filesystem::path& target,
                        const std::filesystem::path& log);
-
 } // namespace mact

@@ -43,5 +43,4 @@ void TransferLog::CutToWholeLines() {
     const std::size_t whole = lineEnd == std::string_view::npos ? 0 : lineEnd + LineEnd.size();
     static_cast<void>(m_file->CutTo(m_length + whole)); // the failure to tell is that of the write
 }
-
 } // namespace mact

@@ -37,5 +37,4 @@ private:
     std::uint64_t m_length = 0; ///< of what was written
     std::string m_pending;
 };
-
 } // namespace mact

@@ -49,5 +49,4 @@ inline constexpr std::string_view SuccessfulExports = "Sucessful Exports : "; //
 inline constexpr std::string_view Errors = "Errors : ";
 
 } // namespace TransferTexts
-
 } // namespace mact

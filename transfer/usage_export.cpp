@@ -81,5 +81,4 @@ std::int16_t ExportUsageFile(AppContext& app, const std::filesystem::path& targe
     errorCount = exported ? exported->Errors : 0;
     return 0;
 }
-
 } // namespace mact

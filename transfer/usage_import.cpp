@@ -110,5 +110,4 @@ std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& sourc
     ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
     return 0;
 }
-
 } // namespace mact

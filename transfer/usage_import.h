@@ -34,5 +34,4 @@ private:
     ByNumber<std::optional<std::uint32_t>> m_customIdNumbers; ///< of each live material
     TextNumbers m_usage{MostSlots};                           ///< the months that have a record, as UsageKey
 };
-
 } // namespace mact

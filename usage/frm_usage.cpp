@@ -177,5 +177,4 @@ int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent) {
     window.PrepareEdit(found->front());
     return window.Show();
 }
-
 } // namespace mact

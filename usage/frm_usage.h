@@ -59,5 +59,4 @@ private:
 int NewUsage(AppContext& app, QWidget* parent);
 /// The same; also -1 when the record could not be read.
 int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent);
-
 } // namespace mact

@@ -36,5 +36,4 @@ Result<bool> IsDuplicate(const DataFiles& data, const UsageRecord& record) {
         .transform(
             [&](const auto& found) { return !found.empty() && found.front().UsageId != record.UsageId; });
 }
-
 } // namespace mact

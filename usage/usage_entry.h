@@ -30,5 +30,4 @@ UsageRecord RecordOf(const UsageEntry& entry, std::int16_t usageId);
 
 /// Whether another live record has the record's material and month. Of several, the first in the file counts.
 Result<bool> IsDuplicate(const DataFiles& data, const UsageRecord& record);
-
 } // namespace mact

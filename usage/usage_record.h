@@ -23,5 +23,4 @@ inline constexpr std::tuple UsageFields{
 };
 inline constexpr RecordLayout UsageLayout{32, UsageFields};
 static_assert(UsageLayout.PackedLength() == 23); // files of earlier versions depend on it
-
 } // namespace mact

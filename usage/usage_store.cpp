@@ -54,13 +54,13 @@ public:
 private:
     bool IsOfMaterialText(const UsageRecord& usage) const {
         const std::optional<std::string>& text = (*m_materialIds)[usage.MaterialId];
-        return text && EqualsIgnoringCase(*text, Trim(*m_filter.MaterialText));
+        return text && IsSameName(*text, *m_filter.MaterialText);
     }
     bool IsOfMonth(const UsageRecord& usage) const {
         if (!m_filter.Year && !m_filter.Month) return true;
         const PeriodPieces pieces = SplitPeriod(usage.Period);
-        return (!m_filter.Year || EqualsIgnoringCase(pieces.Year, Trim(*m_filter.Year))) &&
-               (!m_filter.Month || EqualsIgnoringCase(pieces.Month, Trim(*m_filter.Month)));
+        return (!m_filter.Year || IsSameName(pieces.Year, *m_filter.Year)) &&
+               (!m_filter.Month || IsSameName(pieces.Month, *m_filter.Month));
     }
     // A list of periods ends in "|", so an empty period is found in every one of them, on purpose.
     bool IsOfPeriods(const UsageRecord& usage) const {
@@ -181,5 +181,4 @@ void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records) {
         if (seen.insert(year).second) list.push_back({year, ParseInt32(year).value_or(0)});
     }
 }
-
 } // namespace mact

@@ -66,5 +66,4 @@ struct PeriodPieces {
     std::string_view Year;
 };
 PeriodPieces SplitPeriod(std::string_view period);
-
 } // namespace mact

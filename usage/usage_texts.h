@@ -22,5 +22,4 @@ inline constexpr std::string_view IsDuplicate =
     "- Usage with the same Material ID and Date already exsist."; // sic
 
 } // namespace UsageTexts
-
 } // namespace mact

@@ -174,7 +174,6 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(FilesIn(*set) == FilesIn(program.Data()), LongestWait);
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::backup_copy_test)

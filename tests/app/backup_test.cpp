@@ -314,5 +314,4 @@ TEST_F(BackupTest, OnExitNoneIsMadeUnlessTheSettingIs1ToTheLetter) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -103,7 +103,6 @@ private slots:
     }
 #endif
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::browser_start_test)

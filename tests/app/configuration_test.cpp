@@ -140,5 +140,4 @@ TEST_F(ConfigurationTest, ASettingThatCannotBeSavedDoesNotHoldUpTheOthers) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -97,7 +97,6 @@ private slots:
     }
 #endif
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::exit_backup_test)

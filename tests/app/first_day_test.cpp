@@ -178,7 +178,6 @@ private:
         return count;
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::first_day_test)

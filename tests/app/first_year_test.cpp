@@ -368,7 +368,6 @@ private slots:
         QVERIFY(!std::filesystem::exists("x"));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::first_year_test)

@@ -215,7 +215,6 @@ private slots:
         QVERIFY(Named<QPushButton>(window, "cmd_Save").isEnabled());
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_config_test)

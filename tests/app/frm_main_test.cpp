@@ -267,7 +267,6 @@ private slots:
         }
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_main_test)

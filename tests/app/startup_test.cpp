@@ -101,5 +101,4 @@ TEST_F(StartUpTest, AFileInTheDataFoldersPlaceStopsTheProgram) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -397,7 +397,6 @@ private slots:
             &below);
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::window_habits_test)

@@ -18,5 +18,4 @@ TEST(ByNumberTest, AValueIsEmptyAtFirst) {
 }
 
 } // namespace
-
 } // namespace mact

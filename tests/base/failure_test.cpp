@@ -34,5 +34,4 @@ TEST(FailureTest, TwoFailuresAreTwoSentences) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -212,5 +212,4 @@ TEST_F(OsFilesTest, AFolderIsNoFileAndAFileNoFolder) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -33,5 +33,4 @@ TEST(ShowErrorTest, ShowsTheSentence) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -163,5 +163,4 @@ TEST(GroupedTextTest, HasSeparatorsTwoDecimalsAndALeadingZero) {
 }
 
 } // namespace
-
 } // namespace mact

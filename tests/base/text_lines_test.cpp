@@ -69,5 +69,4 @@ TEST(TextLinesTest, ALineOfTenMegabytesIsOneLine) {
 }
 
 } // namespace
-
 } // namespace mact

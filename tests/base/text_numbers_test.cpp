@@ -65,5 +65,4 @@ TEST(TextNumbersTest, AgreesWithAMapBeyondTheRoomItWasGiven) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -29,6 +29,12 @@ TEST(ComparisonTest, IgnoresCaseAndBlanksAround) {
     EXPECT_EQ(ComparisonKey("  "), "");
 }
 
+TEST(ComparisonTest, ANameIsTheSameInAnyCaseAndWithBlanksAround) {
+    EXPECT_TRUE(IsSameName("gc-1 ", " GC-1"));
+    EXPECT_FALSE(IsSameName("gc-1", "gc- 1"));
+    EXPECT_TRUE(IsSameName("", "  "));
+}
+
 TEST(ComparisonTest, OrdersByTheUpperCasedBytes) {
     EXPECT_EQ(CompareIgnoringCase("r\xE9sine", "R\xC9SINE"), 0);
     EXPECT_EQ(CompareIgnoringCase("", ""), 0);
@@ -77,5 +83,4 @@ TEST(PathTextTest, KeepsLettersThatTheCodePageLacks) {
 }
 
 } // namespace
-
 } // namespace mact

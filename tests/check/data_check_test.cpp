@@ -502,5 +502,4 @@ TEST_F(DataCheckTest, AFileInTheFoldersPlaceIsShown) {
 }
 
 } // namespace
-
 } // namespace mact

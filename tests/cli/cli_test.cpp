@@ -460,5 +460,4 @@ TEST_F(CliTest, ARememberedCompanyThatIsNotANumberStopsTheProgram) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -394,7 +394,6 @@ private slots:
         QCOMPARE(size, QSize(300, 200));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::dialog_routines_test)

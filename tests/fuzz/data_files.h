@@ -48,5 +48,4 @@ inline void PutFiles(MemoryProgram& program, std::string_view input) {
     program.File(AdditionalNamesFile(program.App)) = take(3);
     program.File(UsageFile(program.App)) = input;
 }
-
 } // namespace mact

@@ -23,5 +23,4 @@ inline void Must(bool holds, const char* what) {
     std::fprintf(stderr, "This does not hold: %s\n", what);
     std::abort();
 }
-
 } // namespace mact

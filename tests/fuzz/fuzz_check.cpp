@@ -26,5 +26,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Must(content() == before, "a check changes nothing");
     return 0;
 }
-
 } // namespace mact

@@ -56,5 +56,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Must(errors == 0 && ExportOf(third) == exported, "an export of an import is good for another company");
     return 0;
 }
-
 } // namespace mact

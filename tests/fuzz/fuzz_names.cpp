@@ -24,5 +24,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (isPlain) Must(SplitAdditionalNames(LastCommaSeparatedValue(saved)) == names, "plain names read back");
     return 0;
 }
-
 } // namespace mact

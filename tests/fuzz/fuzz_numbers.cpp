@@ -71,5 +71,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     CheckRounding(bits);
     return 0;
 }
-
 } // namespace mact

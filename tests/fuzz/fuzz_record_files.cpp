@@ -107,5 +107,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     SaveAndDelete(program);
     return 0;
 }
-
 } // namespace mact

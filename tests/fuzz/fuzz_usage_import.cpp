@@ -50,5 +50,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Must(processed == static_cast<int>(usage.size()) && exportErrors == 0, "every record is exported");
     return 0;
 }
-
 } // namespace mact

@@ -491,7 +491,6 @@ private slots:
         QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_list_test)

@@ -71,7 +71,6 @@ private slots:
         }
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_emission_factor_help_test)

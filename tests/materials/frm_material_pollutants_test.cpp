@@ -162,7 +162,6 @@ private slots:
         });
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_material_pollutants_test)

@@ -398,7 +398,6 @@ private slots:
 
     // --- Additional pollutants
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_material_save_test)

@@ -313,7 +313,6 @@ private slots:
 
     // --- A new material
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_material_test)

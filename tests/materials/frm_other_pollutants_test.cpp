@@ -260,7 +260,6 @@ private slots:
         }
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_other_pollutants_test)

@@ -108,5 +108,4 @@ struct LimitedProgram : MaterialProgram {
     LimitedFiles Limited;
     AppContext LimitedApp{Prompts, Settings, Programs, Dialogs, Calendar, Limited, App.ProgramFolder, 1};
 };
-
 } // namespace mact

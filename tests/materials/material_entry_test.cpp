@@ -194,5 +194,4 @@ TEST(FillerTest, TheTwoNamesCountToTheLetter) {
 }
 
 } // namespace
-
 } // namespace mact

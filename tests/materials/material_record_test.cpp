@@ -62,5 +62,4 @@ TEST(MaterialRecordTest, EachPollutantPairStandsInItsPlace) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -293,5 +293,4 @@ TEST(MaterialListTest, HasOneLinePerLiveRecordWithItsNumber) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -190,7 +190,6 @@ private slots:
                 told == QDate(after.year(), after.month(), 1));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::qt_services_test)

@@ -169,5 +169,4 @@ TEST(FinderProperties, TheUsageFinderAgreesWithAPlainScan) {
 }
 
 } // namespace
-
 } // namespace mact

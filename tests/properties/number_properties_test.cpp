@@ -106,5 +106,4 @@ TEST(NumberProperties, AWholeNumberIsTheNearestOneThatFits) {
 }
 
 } // namespace
-
 } // namespace mact

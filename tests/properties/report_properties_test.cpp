@@ -165,5 +165,4 @@ TEST(ReportProperties, AdditionalEmissionsAreThoseOfASecondCalculation) {
 }
 
 } // namespace
-
 } // namespace mact

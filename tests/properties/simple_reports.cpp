@@ -261,5 +261,4 @@ Rows RowsOfPage(const std::string& page) {
     if (!rows.empty()) rows.erase(rows.begin()); // the header row
     return rows;
 }
-
 } // namespace mact

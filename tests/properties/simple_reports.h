@@ -33,5 +33,4 @@ Rows AdditionalEmissionRows(const ShopFiles& shop, const std::vector<std::string
 
 /// The rows of a page below its header row, the cells without their tags.
 Rows RowsOfPage(const std::string& page);
-
 } // namespace mact

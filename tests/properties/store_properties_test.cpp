@@ -162,5 +162,4 @@ TEST(StoreProperties, WhatIsSavedIsFoundUntilItIsDeleted) {
 }
 
 } // namespace
-
 } // namespace mact

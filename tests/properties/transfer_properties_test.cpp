@@ -169,5 +169,4 @@ TEST(TransferProperties, ASecondImportOfTheSameFileTakesNothing) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -153,5 +153,4 @@ TEST_F(AdditionalHapReports, NamesThatAreNotSixCountAsUnused) {
 }
 
 } // namespace
-
 } // namespace mact

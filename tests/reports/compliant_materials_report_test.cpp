@@ -160,5 +160,4 @@ TEST_F(CompliantMaterialsReport, MaterialsOfUnknownTypesGiveATableWithoutRowsAnd
 }
 
 } // namespace
-
 } // namespace mact

@@ -236,5 +236,4 @@ TEST_F(EmissionAverageReport, MaterialIsListedUnderEachMatchingTypeRecord) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -201,7 +201,6 @@ private slots:
         ShowReportsForm(program.App, nullptr);
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_reports_test)

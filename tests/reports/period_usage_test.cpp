@@ -123,5 +123,4 @@ TEST(ReadPeriodUsageTest, FirstAndLastMonthCountAndTheirNeighboursDoNot) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -126,5 +126,4 @@ INSTANTIATE_TEST_SUITE_P(Reports, PollutantReport, testing::Values(HapUsageCase,
                          [](const auto& given) { return given.param.Name; });
 
 } // namespace
-
 } // namespace mact

@@ -139,5 +139,4 @@ TEST(MonthsOfTest, StartIsElevenMonthsBeforeTheEnd) {
 }
 
 } // namespace
-
 } // namespace mact

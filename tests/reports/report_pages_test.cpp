@@ -158,5 +158,4 @@ INSTANTIATE_TEST_SUITE_P(Pages, RenderedReport, testing::ValuesIn(PageCases),
                          [](const auto& given) { return given.param.Name; });
 
 } // namespace
-
 } // namespace mact

@@ -118,5 +118,4 @@ TEST(ConvertQuantityTest, OverflowIsAFailure) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -146,5 +146,4 @@ void StoreSampleCompany(AppContext& app) {
 std::string ExpectedPage(const std::string& fileName) {
     return ContentOf(std::filesystem::path(MACT_SOURCE_FOLDER) / "tests" / "data" / "reports" / fileName);
 }
-
 } // namespace mact

@@ -16,5 +16,4 @@ inline const ReportPeriod SamplePeriod{.EndText = "3/2005"};
 
 /// The bytes of an expected page.
 std::string ExpectedPage(const std::string& fileName);
-
 } // namespace mact

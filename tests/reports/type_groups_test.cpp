@@ -93,5 +93,4 @@ TEST(MaterialsByMethodTest, TypeAndMethodAreNotRunTogether) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -148,5 +148,4 @@ TEST_F(WeightedAverageReport, WithoutUsageEveryMethodIsCompliantAndNothingIsAske
 }
 
 } // namespace
-
 } // namespace mact

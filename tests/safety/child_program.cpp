@@ -97,5 +97,4 @@ std::string ChildProgram::Errors() const {
         text.append(piece.data(), static_cast<std::size_t>(count));
     }
 }
-
 } // namespace mact

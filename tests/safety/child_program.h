@@ -53,5 +53,4 @@ private:
     int m_status = 0;     ///< as waitpid tells it
     int m_errors = -1;    ///< a file without a name
 };
-
 } // namespace mact

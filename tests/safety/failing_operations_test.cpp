@@ -240,5 +240,4 @@ INSTANTIATE_TEST_SUITE_P(Operations, FailingOperation, testing::ValuesIn(ShopOpe
                          [](const auto& given) { return std::string(given.param.Name); });
 
 } // namespace
-
 } // namespace mact

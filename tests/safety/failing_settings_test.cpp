@@ -88,5 +88,4 @@ TEST_F(FailingSettingsTest, ABackupThatCannotBeStartedIsShownAndHarmsNoData) {
 }
 
 } // namespace
-
 } // namespace mact

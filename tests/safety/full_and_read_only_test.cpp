@@ -165,5 +165,4 @@ INSTANTIATE_TEST_SUITE_P(Operations, ReadOnlyShop, testing::ValuesIn(ShopOperati
                          [](const auto& given) { return std::string(given.param.Name); });
 
 } // namespace
-
 } // namespace mact

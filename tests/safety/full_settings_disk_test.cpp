@@ -36,5 +36,4 @@ TEST(SettingsOnAFullDisk, StayWholeAndAFailedSaveIsToldInOneSentence) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -211,5 +211,4 @@ TEST_F(KilledProgram, BeforeARenameLeavesTheOldNamesAndATemporaryFileThatIsRepla
 }
 
 } // namespace
-
 } // namespace mact

@@ -242,5 +242,4 @@ TEST_F(AtCapacity, ListsExportsAndReportsHaveAllRecords) {
 }
 
 } // namespace
-
 } // namespace mact

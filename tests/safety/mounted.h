@@ -49,5 +49,4 @@ inline void FillUp(const std::filesystem::path& filler) {
     }
     ::close(file);
 }
-
 } // namespace mact

@@ -119,5 +119,4 @@ std::string CompanySlot(const std::string& name, int number) {
     return Bytes(static_cast<std::uint64_t>(number), 2) + Padded(name, 250) + Padded("Dock 1", 250) +
            Hex("FF FF");
 }
-
 } // namespace mact

@@ -46,5 +46,4 @@ private:
 std::string MaterialSlots(const std::string& name, int count, int first);
 std::string UsageSlots(int year, int count, int first);
 std::string CompanySlot(const std::string& name, int number);
-
 } // namespace mact

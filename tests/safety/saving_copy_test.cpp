@@ -166,5 +166,4 @@ TEST_F(SavingCopy, ThatDeletesUsageTooAndOneThatImportsItLoseNoRecord) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -253,5 +253,4 @@ std::size_t SlotLengthOf(const std::string& fileName) {
     if (fileName == "companies.talvor") return 504;
     return 0;
 }
-
 } // namespace mact

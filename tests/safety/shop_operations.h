@@ -41,5 +41,4 @@ inline constexpr const char* ExportedFile = "exported.txt";
 
 /// The length of the slots of a file that grows by records; 0 = it is replaced as a whole.
 std::size_t SlotLengthOf(const std::string& fileName);
-
 } // namespace mact

@@ -223,5 +223,4 @@ TEST_F(TwoCopies, OfWhichOneWaitsForTheLogOfAnImportChangesNothing) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -107,5 +107,4 @@ TEST(IsUsedNameTest, ADashWithBlanksAroundIsUnused) {
 }
 
 } // namespace
-
 } // namespace mact

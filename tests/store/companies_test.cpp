@@ -117,5 +117,4 @@ TEST_F(CompaniesTest, ASelectionThatCannotBeRememberedIsAFailureAndHoldsForNow) 
 }
 
 } // namespace
-
 } // namespace mact

@@ -27,5 +27,4 @@ TEST(DataFolderTest, SwitchingTheCompanyChangesItsOwnFilesOnly) {
 }
 
 } // namespace
-
 } // namespace mact

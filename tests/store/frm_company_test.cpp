@@ -179,7 +179,6 @@ private slots:
         QCOMPARE(program.App.CurrentCompanyId, std::int16_t(2));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_company_test)

@@ -192,7 +192,6 @@ private slots:
         QCOMPARE(ContentOf(program.File), std::string("MMA|-|-|-|-|-\r\n"));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_extra_pollutants_names_test)

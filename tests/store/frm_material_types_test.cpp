@@ -188,7 +188,6 @@ private slots:
         QVERIFY(!std::filesystem::exists(program.DataFile("hapcontents.talvor")));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_material_types_test)

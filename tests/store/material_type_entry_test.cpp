@@ -40,5 +40,4 @@ TEST(MaterialTypeEntry, EmptyEntryIsReportedInTheOrderOfTheForm) {
                             "- Material type can only be a numeric value (1 or 2).\r\n"
                             "- HAP Content limit should be a numeric value(%).\r\n");
 }
-
 } // namespace mact

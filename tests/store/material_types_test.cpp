@@ -146,5 +146,4 @@ TEST_F(MaterialTypesTest, AFolderInTheFilesPlaceIsShownOnceAndCountsAsEmpty) {
 }
 
 } // namespace
-
 } // namespace mact

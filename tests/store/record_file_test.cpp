@@ -116,5 +116,4 @@ TEST_F(RecordFileTest, ASlotBeyondTheNextIsNotWritten) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -88,5 +88,4 @@ TEST(RecordLayoutTest, AStoredFlagIsTheNumberInTheSlot) {
 }
 
 } // namespace
-
 } // namespace mact

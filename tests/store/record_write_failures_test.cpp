@@ -125,5 +125,4 @@ TEST_F(RecordWriteFailures, AppendedSlotsThatCannotBeTakenBackAreSaidToBeInDoubt
 }
 
 } // namespace
-
 } // namespace mact

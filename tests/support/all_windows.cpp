@@ -200,5 +200,4 @@ void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
     QDir::setCurrent(folderBefore);
     if (!isDone) qFatal("The window %s did not wait", state.Name);
 }
-
 } // namespace mact

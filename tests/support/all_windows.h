@@ -22,5 +22,4 @@ const std::vector<WindowState>& AllWindows();
 /// Opens the window, prepares it, hands it to `act` and closes it.
 void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
               const std::function<void(QWidget&)>& act);
-
 } // namespace mact

@@ -34,5 +34,4 @@ inline std::string Hex(std::string_view digits) {
     }
     return bytes;
 }
-
 } // namespace mact

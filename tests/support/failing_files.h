@@ -150,5 +150,4 @@ private:
     std::set<std::string> m_unflushed;
     std::set<std::string> m_renamedUnflushed;
 };
-
 } // namespace mact

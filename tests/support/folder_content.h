@@ -24,5 +24,4 @@ inline int CountNamed(const std::filesystem::path& folder, const std::string& na
         if (entry.path().filename() == name) ++count;
     return count;
 }
-
 } // namespace mact

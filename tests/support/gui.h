@@ -30,5 +30,4 @@ template <class W, class Act> void InNextModal(Act act) {
 template <class T> std::string TextOf(const QObject& window, const char* name) {
     return Named<T>(window, name).text().toStdString();
 }
-
 } // namespace mact

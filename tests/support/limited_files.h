@@ -63,5 +63,4 @@ private:
         const FileLimits& m_limits;
     };
 };
-
 } // namespace mact

@@ -72,5 +72,4 @@ private:
 
     std::map<std::filesystem::path, std::shared_ptr<std::string>> m_files;
 };
-
 } // namespace mact

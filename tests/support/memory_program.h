@@ -22,5 +22,4 @@ public:
 
     std::string& File(const std::filesystem::path& path) { return Files[path]; }
 };
-
 } // namespace mact

@@ -83,5 +83,4 @@ testing::AssertionResult AreSameRecords(const RecordLayout<Record, Types...>& la
                                         const std::vector<Record>& expected) {
     return IsSameContent(FileOf(layout, records), FileOf(layout, expected), layout.SlotLength());
 }
-
 } // namespace mact

@@ -23,5 +23,4 @@ ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<st
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
 }
-
 } // namespace mact

@@ -16,5 +16,4 @@ struct ProgramRun {
 /// Runs a program to its end. Its settings are in `settingsFolder`, in place of the user's own.
 ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                       const std::filesystem::path& settingsFolder);
-
 } // namespace mact

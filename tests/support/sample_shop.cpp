@@ -53,5 +53,4 @@ void SampleShop::Restore() {
     Settings.Values = m_firstSettings;
     Prompts.Shown.clear();
 }
-
 } // namespace mact

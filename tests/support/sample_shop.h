@@ -20,5 +20,4 @@ public:
 private:
     std::map<std::pair<std::string, std::string>, std::string> m_firstSettings;
 };
-
 } // namespace mact

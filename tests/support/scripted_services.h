@@ -81,5 +81,4 @@ public:
     std::chrono::year_month Month{std::chrono::year{2005}, std::chrono::March};
     std::chrono::year_month CurrentMonth() override { return Month; }
 };
-
 } // namespace mact

@@ -70,5 +70,4 @@ void WriteContent(const std::filesystem::path& path, std::string_view content) {
     file.write(content.data(), static_cast<std::streamsize>(content.size()));
     if (!file) Stop(path);
 }
-
 } // namespace mact

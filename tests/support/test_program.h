@@ -54,5 +54,4 @@ std::string ContentOf(const std::filesystem::path& path);
 /// The system's words for an error, which is `windowsCode` where it runs on Windows.
 std::string ReasonOf(std::errc error, int windowsCode);
 void WriteContent(const std::filesystem::path& path, std::string_view content);
-
 } // namespace mact

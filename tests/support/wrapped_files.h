@@ -43,5 +43,4 @@ public:
 private:
     OsFiles m_files;
 };
-
 } // namespace mact

@@ -47,5 +47,4 @@ TEST(TransferSummary, OfAnExportWithoutErrorCountEndsBehindItsLabel) {
 }
 
 } // namespace
-
 } // namespace mact

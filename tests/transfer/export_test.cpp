@@ -353,5 +353,4 @@ TEST_F(ExportTest, AnErrorLogThatDoesNotExistYetIsNoTargetEither) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -124,7 +124,6 @@ private slots:
         ShowMaterialExport(program.App, nullptr);
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_export_test)

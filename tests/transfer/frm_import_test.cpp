@@ -241,7 +241,6 @@ private slots:
         QVERIFY(!progress.Watch({1, 100, 1}));
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_import_test)

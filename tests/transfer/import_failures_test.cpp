@@ -346,5 +346,4 @@ TEST_F(ImportFailures, AWatcherStopsTheImportBehindItsLine) {
 }
 
 } // namespace
-
 } // namespace mact

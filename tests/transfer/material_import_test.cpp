@@ -341,5 +341,4 @@ TEST_F(MaterialImportTest, ThousandsOfRecordsAreStoredInOrder) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -60,5 +60,4 @@ TEST_F(RecordAppend, PendingSlotsAreCountedForTheNextNumber) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -90,5 +90,4 @@ TEST_F(Samples, TheUsageWithErrorsLeavesTheExpectedLog) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -74,5 +74,4 @@ protected:
 inline std::string GoodMaterial(const std::string& customId) {
     return customId + "|a resin|Production resin|Spray|9.1|28|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n";
 }
-
 } // namespace mact

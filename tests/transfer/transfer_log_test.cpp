@@ -83,5 +83,4 @@ TEST_F(TransferLogTest, AFailureToCutIsNotToldInThePlaceOfTheWrite) {
 }
 
 } // namespace
-
 } // namespace mact

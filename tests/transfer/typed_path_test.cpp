@@ -36,5 +36,4 @@ TEST_F(TypedPathTest, AFolderWhoseNameEndsInBlanksIsNotMeant) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -333,5 +333,4 @@ TEST_F(UsageImportTest, UsageOfADeletedMaterialIsNoDuplicate) {
 }
 
 } // namespace
-
 } // namespace mact

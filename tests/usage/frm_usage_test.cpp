@@ -466,7 +466,6 @@ private slots:
         });
     }
 };
-
 } // namespace mact
 
 QTEST_MAIN(mact::frm_usage_test)

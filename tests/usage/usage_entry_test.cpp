@@ -110,5 +110,4 @@ TEST_F(UsageDuplicateTest, UsageThatCannotBeReadIsRefusedWithItsReason) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -32,5 +32,4 @@ TEST(UsageRecordTest, APeriodOfMoreThanSevenCharactersIsCut) {
 }
 
 } // namespace
-
 } // namespace mact

@@ -314,5 +314,4 @@ TEST(UsageYearsTest, AreListedOnceInTheOrderInWhichTheyAreMet) {
 }
 
 } // namespace
-
 } // namespace mact

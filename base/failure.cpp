@@ -23,7 +23,7 @@ std::string ClauseOf(const Failure& failure) {
     return Sentence("cannot", failure);
 }
 
-Failure Joined(const Failure& first, const Failure& second) {
+Failure BothOf(const Failure& first, const Failure& second) {
     Failure both = first;
     (both.Reason.empty() ? both.Doing : both.Reason) += ". " + SentenceOf(second);
     return both;

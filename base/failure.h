@@ -19,5 +19,5 @@ std::string SentenceOf(const Failure& failure);
 std::string ClauseOf(const Failure& failure);
 
 /// One failure that says both, `first` first.
-Failure Joined(const Failure& first, const Failure& second);
+Failure BothOf(const Failure& first, const Failure& second);
 } // namespace mact

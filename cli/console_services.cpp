@@ -28,18 +28,14 @@ std::string OneLine(const std::string& text) {
     return line;
 }
 
-QString Text(const std::string& utf8Text) {
-    return QString::fromStdString(utf8Text);
-}
-
 void StartProcess(QProcess& process, const ProgramStart& start) {
 #ifdef _WIN32
-    process.startCommand(Text(start.CommandLine));
+    process.startCommand(QString::fromStdString(start.CommandLine));
 #else
     QStringList arguments;
     for (const std::string& argument : start.Arguments)
-        arguments << Text(argument);
-    process.start(Text(PathText(start.Program)), arguments);
+        arguments << QString::fromStdString(argument);
+    process.start(QString::fromStdString(PathText(start.Program)), arguments);
 #endif
 }
 

@@ -11,20 +11,20 @@
 namespace mact {
 namespace {
 
-QString Text(std::string_view utf8Text) {
+QString ToQt(std::string_view utf8Text) {
     return QString::fromUtf8(utf8Text.data(), static_cast<qsizetype>(utf8Text.size()));
 }
 
 /// The user's own settings; those that an administrator made for everyone do not show through.
 class UserSettings : public QSettings {
 public:
-    UserSettings() : QSettings(NativeFormat, UserScope, QStringLiteral("MACT"), Text(Settings::Application)) {
+    UserSettings() : QSettings(NativeFormat, UserScope, QStringLiteral("MACT"), ToQt(Settings::Application)) {
         setFallbacksEnabled(false);
     }
 };
 
 QString KeyText(std::string_view section, std::string_view key) {
-    return Text(section) + u'/' + Text(key);
+    return ToQt(section) + u'/' + ToQt(key);
 }
 
 } // namespace
@@ -39,7 +39,7 @@ std::string QtSettings::Read(std::string_view section, std::string_view key) {
 
 Done QtSettings::Write(std::string_view section, std::string_view key, std::string_view value) {
     UserSettings settings;
-    settings.setValue(KeyText(section, key), Text(value));
+    settings.setValue(KeyText(section, key), ToQt(value));
     settings.sync();
     if (settings.status() == QSettings::NoError) return Success();
     const std::string reason =

@@ -23,9 +23,9 @@ Result<double> PeriodUsage::PoundsUsed(std::int16_t materialId, double density,
                                        std::string_view customId) const {
     double pounds = 0;
     bool isFinite = true;
-    for (const Quantity& quantity :
-         std::ranges::equal_range(m_quantities, materialId, {}, &Quantity::MaterialId)) {
-        const Result<double> converted = ConvertQuantity(quantity.Amount, density, quantity.Unit, UnitLbs);
+    for (auto used = std::ranges::lower_bound(m_quantities, materialId, {}, &Quantity::MaterialId);
+         used != m_quantities.end() && used->MaterialId == materialId; ++used) {
+        const Result<double> converted = ConvertQuantity(used->Amount, density, used->Unit, UnitLbs);
         if (converted) pounds += *converted;
         isFinite = isFinite && converted && std::isfinite(pounds);
     }

@@ -15,7 +15,7 @@ void KeepFirst(Done& failure, const Done& next) {
 
 Done Both(const Done& first, const Done& second) {
     if (first || second) return first ? second : first;
-    return Joined(first.error(), second.error());
+    return BothOf(first.error(), second.error());
 }
 
 void ImportOutput::LogInvalidFieldCount(const ImportedLine& line) {

@@ -27,9 +27,9 @@ TEST(FailureTest, AFailureThatCausedAnotherStandsInItsMiddle) {
 }
 TEST(FailureTest, TwoFailuresAreTwoSentences) {
     EXPECT_EQ(
-        SentenceOf(Joined(NoFile, {.Doing = "write to the standard output"})),
+        SentenceOf(BothOf(NoFile, {.Doing = "write to the standard output"})),
         "Cannot open the file \"x.txt\": No such file or directory. Cannot write to the standard output.");
-    EXPECT_EQ(SentenceOf(Joined({.Doing = "save it"}, NoFile)),
+    EXPECT_EQ(SentenceOf(BothOf({.Doing = "save it"}, NoFile)),
               "Cannot save it. Cannot open the file \"x.txt\": No such file or directory.");
 }
 

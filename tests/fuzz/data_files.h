@@ -5,13 +5,14 @@
 #include "tests/support/memory_program.h"
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace mact {
 
 /// The data files of company 1 as one input: the lengths of the first four as 16-bit numbers, then all five.
-struct DataFiles {
+struct CompanyBytes {
     std::string HapContents;
     std::string Companies;
     std::string Materials;
@@ -19,11 +20,11 @@ struct DataFiles {
     std::string Usage;
 };
 
-inline std::string InputOf(const DataFiles& files) {
+inline std::string InputOf(const CompanyBytes& files) {
     std::string lengths;
     for (const std::string& file : {files.HapContents, files.Companies, files.Materials, files.Names}) {
         std::array<char, 2> length{};
-        StoreLittleEndian(length.data(), static_cast<std::uint16_t>(file.size()));
+        StoreLittleEndian(std::span<char>(length), static_cast<std::uint16_t>(file.size()));
         lengths.append(length.data(), length.size());
     }
     return lengths + files.HapContents + files.Companies + files.Materials + files.Names + files.Usage;
@@ -35,7 +36,7 @@ inline void PutFiles(MemoryProgram& program, std::string_view input) {
     std::array<std::uint16_t, 4> lengths{};
     if (input.size() < head) return;
     for (std::size_t index = 0; index < lengths.size(); ++index)
-        lengths[index] = LoadLittleEndian<std::uint16_t>(input.data() + 2 * index);
+        lengths[index] = LoadLittleEndian<std::uint16_t>(input.substr(2 * index));
     input.remove_prefix(head);
     const auto take = [&](std::size_t index) {
         const std::string_view taken = input.substr(0, lengths[index]);

@@ -46,7 +46,7 @@ private:
 };
 
 /// The data files of a shop with as many lines of the samples.
-DataFiles Shop(int materials, int usage) {
+CompanyBytes Shop(int materials, int usage) {
     MemoryProgram program;
     int processed = 0;
     int errors = 0;
@@ -81,10 +81,10 @@ int main(int argc, char* argv[]) {
         seeds.Add("fuzz_usage_import", Head(Sample("usage_with_errors.txt"), lines));
     }
     for (const int lines : {1, 2, 4}) {
-        DataFiles files = Shop(lines, 3 * lines);
+        CompanyBytes files = Shop(lines, 3 * lines);
         for (const char* target : {"fuzz_record_files", "fuzz_check"}) {
             seeds.Add(target, InputOf(files));
-            DataFiles cut = files;
+            CompanyBytes cut = files;
             cut.HapContents.resize(HapContentLayout.SlotLength() * static_cast<std::size_t>(lines));
             cut.Usage.resize(cut.Usage.size() - 10);
             seeds.Add(target, InputOf(cut));

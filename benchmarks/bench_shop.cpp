@@ -20,7 +20,8 @@ namespace {
     std::exit(1);
 }
 
-/// Numbers that look like chance and are the same everywhere: the standard library's distributions are not.
+/// Random-looking numbers that are the same on every platform, unlike those of the standard library's
+/// distributions.
 class Chance {
 public:
     std::uint32_t Below(std::uint32_t limit) {
@@ -57,7 +58,7 @@ std::string Hundredths(std::uint32_t value) {
 
 /// Ends with the number, so that no two are equal.
 std::string MaterialId(int number) {
-    Chance chance; // by the number alone: the usage lines name the same materials
+    Chance chance; // depends on the number alone, so that the usage lines name the same materials
     for (int skipped = 0; skipped <= number % 97; ++skipped)
         chance.Below(2);
     return std::string(chance.OneOf(Prefixes)) + "-" + std::to_string(100 + number);
@@ -123,7 +124,8 @@ void BenchShop::MakeFiles() {
     for (int number = 0; number < m_records; ++number) {
         materials +=
             MaterialLine(number, (*types)[chance.Below(static_cast<std::uint32_t>(types->size()))], chance);
-        // In another order than the materials; 7919 is a prime, so each has its turn.
+        // In another order than the materials; 7919 is a prime that does not divide the count, so each has
+        // its turn.
         usage += UsageLine(static_cast<int>(number * 7919LL % m_records), chance);
     }
     WriteFile(MaterialLines(), materials);

@@ -10,23 +10,23 @@
 
 namespace mact {
 
-/// A made-up shop of a chosen size, the same in every run: as many materials as usage records, one record for
+/// A made-up shop of a chosen size, the same in every run. It has as many usage records as materials: one for
 /// each material, in one of the 24 months up to 12/2005.
 
 inline constexpr int MostRecords = static_cast<int>(MostSlots);
 inline constexpr const char* LastMonth = "12/2005";
 
-/// A program in `folder`, with the company current and its files made.
+/// A program in `folder` whose files are made and whose company is current.
 class BenchShop {
 public:
-    /// Makes what is not there yet; stops the process where that fails.
+    /// Makes what does not exist yet; stops the process if that fails.
     BenchShop(std::filesystem::path folder, int records);
 
     std::filesystem::path MaterialLines() const { return m_app.ProgramFolder / "materials.txt"; }
     std::filesystem::path UsageLines() const { return m_app.ProgramFolder / "usage.txt"; }
     AppContext& App() { return m_app; }
     int Records() const { return m_records; }
-    /// Stops the process when a message was shown that tells of a failure.
+    /// Stops the process if a message that reports a failure was shown.
     void CheckNothingFailed() const;
 
 private:

@@ -1,4 +1,4 @@
-// The least that a program with a window can do: what a start of mact is compared with.
+// The least that a program with a window can do. The start of mact is compared with it.
 #include <QApplication>
 #include <QWidget>
 

@@ -15,7 +15,8 @@ using namespace mact;
 
 // mact_bench FOLDER [Google Benchmark's options]
 //
-// Runs every operation and its floor on three shops, which it makes in FOLDER, and prints one table.
+// Runs every operation and its floor, the I/O that no implementation can avoid, on three shops, which it
+// makes in FOLDER, and prints one table.
 //
 // mact_bench FOLDER --print-types
 //
@@ -40,7 +41,7 @@ std::string FloorName(const Operation& operation, const Size& size) {
     return RunName(operation, size) + "/floor";
 }
 
-/// Times `run` alone, not `prepare`.
+/// Times only `run`, not `prepare`.
 template <class Prepare, class Run>
 void Measure(benchmark::State& state, const Prepare& prepare, const Run& run) {
     for ([[maybe_unused]] const auto iteration : state) {
@@ -65,7 +66,7 @@ void Register(const Operation& operation, const Size& size, BenchShop& shop) {
 
     benchmark::RegisterBenchmark(FloorName(operation, size).c_str(),
                                  [&](benchmark::State& state) {
-                                     // What the operation writes is known once it has run.
+                                     // How much the operation writes is known only once it has run.
                                      const std::filesystem::path output = operation.Output(shop);
                                      if (!output.empty() && !std::filesystem::exists(output))
                                          operation.Run(shop);
@@ -104,13 +105,13 @@ const char* Judgement(double value, double most) {
     return value <= most ? "" : "  <-- above its target";
 }
 
-/// What the operation may take at the limit, in ms: nobody notices 5.
+/// The longest that the operation may take at the limit, in ms: nobody notices 5.
 double MostTime(const Operation& operation, double floor) {
     return std::max(operation.MostTimesFloor * floor, 5.0);
 }
 
-/// How many times longer the whole may take than a tenth. Where the floor itself grows faster than the
-/// records, since a tenth of them fits the processor's cache, so may the operation.
+/// How many times longer all the records may take than a tenth of them. Where the floor itself grows faster
+/// than the records, because a tenth of them fits into the processor's cache, the operation may do so too.
 double MostGrowth(double growthOfFloor) {
     return std::max(1.3 * growthOfFloor, 12.0);
 }
@@ -176,7 +177,7 @@ int main(int argc, char* argv[]) {
         return 0;
     }
 
-    // Interleaved, so that whatever else the machine does meets an operation and its floor alike.
+    // Interleaved, so that whatever else the machine does slows an operation and its floor alike.
     std::string program = argv[0];
     std::string options[] = {"--benchmark_repetitions=9", "--benchmark_min_time=0.1",
                              "--benchmark_enable_random_interleaving=true"};

@@ -43,7 +43,7 @@ void FindUsageOfMonths(BenchShop& shop) {
     Expect(found.size() > static_cast<std::size_t>(shop.Records()) / 3, "half of the usage is found");
 }
 void FindUsageOfMaterial(BenchShop& shop) {
-    // As the user types it: not the text that is stored.
+    // As a user might type it, not as it is stored.
     static const std::string text = [&] {
         std::vector<MaterialRecord> found;
         FindMaterials(shop.App(), {.MaterialId = std::int16_t{150}}, found);
@@ -179,7 +179,7 @@ namespace {
 
 constexpr std::size_t ChunkLength = std::size_t{1} << 18;
 
-/// The sum of the file's bytes, eight at a time, so that reading them cannot be left out.
+/// The sum of the file's bytes, eight at a time, so that reading them cannot be optimised away.
 std::uint64_t SumOf(BenchShop& shop, const Path& path, std::string& chunk) {
     const auto file = shop.App().Files.Open(path, OpenMode::Read);
     Expect(bool(file), "the floor reads its files");

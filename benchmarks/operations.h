@@ -12,22 +12,22 @@ namespace mact {
 /// One operation as the benchmark runs it, and what its floor has to do.
 struct Operation {
     const char* Name;
-    double MostTimesFloor; ///< the target, where that is more than 5 ms
+    double MostTimesFloor; ///< the target as a multiple of the floor; at least 5 ms
     void (*Run)(BenchShop& shop);
     std::vector<std::filesystem::path> (*Inputs)(BenchShop& shop); ///< read by the operation
-    /// What it writes: an empty path for nothing. Flushed.
+    /// The file it writes, flushed; an empty path if there is none.
     std::filesystem::path (*Output)(BenchShop& shop);
-    /// The output is a new file; otherwise an old one is replaced.
+    /// The output is a new file; otherwise it replaces an old one.
     bool IsOutputNew = false;
 };
 const std::vector<Operation>& Operations();
 
-/// Removes the output of an operation that makes it new. Not timed.
+/// Removes the output of an operation that needs a new file. Not timed.
 void PrepareRun(const Operation& operation, BenchShop& shop);
 
-/// Reads the inputs in chunks and writes `outputBytes` to one file, flushed once; nothing for 0.
+/// Reads the inputs in chunks and writes `outputBytes` to one file, flushed once; writes nothing for 0.
 void RunFloor(const Operation& operation, BenchShop& shop, std::uint64_t outputBytes);
 
-/// Where the floor writes; to be removed before each run of a floor whose operation makes a new file.
+/// Where the floor writes. If the operation makes a new file, this one must be removed before each run.
 std::filesystem::path FloorOutput(BenchShop& shop);
 } // namespace mact

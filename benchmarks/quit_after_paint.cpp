@@ -1,4 +1,4 @@
-// Linked into a program with windows: ends it, with status 0, as soon as its first window was painted.
+// Linked into a program with windows: ends it, with status 0, as soon as its first window has been painted.
 #include <QApplication>
 #include <QEvent>
 #include <QTimer>
@@ -14,7 +14,7 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const auto* widget = event->type() == QEvent::Paint ? qobject_cast<QWidget*>(watched) : nullptr;
-        // Behind the paint events of all its widgets. What follows the paint is not to be measured.
+        // Runs after the paint events of all its widgets. What follows the paint is not to be measured.
         if (widget && widget->isWindow()) QTimer::singleShot(0, this, [] { std::_Exit(0); });
         return false;
     }

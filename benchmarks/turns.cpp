@@ -12,8 +12,8 @@
 
 // mact_turns ROUNDS [--fresh FILE]... -- COMMAND ARGUMENT... -- COMMAND ARGUMENT...
 //
-// Runs the two commands in turns and prints the median of the time of each, in ms, and how many times longer
-// the second takes. Before each run the fresh files are removed. What the commands print is dropped.
+// Runs the two commands in turn and prints the median time of each, in ms, and how many times longer the
+// second takes. The fresh files are removed before each run. What the commands print is dropped.
 
 extern char** environ;
 
@@ -68,8 +68,7 @@ int main(int argc, char* argv[]) {
         command.push_back(nullptr);
 
     std::vector<double> times[2];
-    for (int round = -1; round < rounds;
-         ++round) { // the first, which may have to read from the disk, does not count
+    for (int round = -1; round < rounds; ++round) { // round -1 may read from the disk and does not count
         for (std::size_t which = 0; which < 2; ++which) {
             for (const std::string& file : fresh)
                 std::filesystem::remove(file);

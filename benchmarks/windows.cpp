@@ -18,8 +18,8 @@ using namespace mact;
 
 // mact_window_bench FOLDER
 //
-// Opens both lists of the shop that mact_bench made in FOLDER/all, types in them, and prints how long it
-// takes from the click to the painted window, and the longest time for which a key blocks it.
+// Opens both lists of the shop that mact_bench made in FOLDER/all and types in them. Prints how long it takes
+// from the click to the painted window, and the longest time for which a key blocks the window.
 
 namespace {
 
@@ -36,7 +36,7 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-/// Calls `then` when the list in the window that opens next was painted.
+/// Calls `then` once the list in the next window to open has been painted.
 class NextPaintedList : public QObject {
 public:
     explicit NextPaintedList(std::function<void(QListWidget&)> then) : m_then(std::move(then)) {
@@ -48,7 +48,7 @@ public:
             auto* list = qobject_cast<QListWidget*>(watched->parent());
             if (list && list->viewport() == watched && list->objectName() == QLatin1String("lst_Main")) {
                 m_isPainted = true;
-                // Once the paint events of the whole window are through.
+                // After all paint events of the window.
                 QTimer::singleShot(0, list, [this, list] { m_then(*list); });
             }
         }
@@ -60,7 +60,7 @@ private:
     bool m_isPainted = false;
 };
 
-/// The longest that one of the keys keeps the window from answering.
+/// The longest time for which one of the keys blocks the window.
 double LongestBlock(QWidget& typedInto, const char* keys) {
     double longest = 0;
     for (const char* key = keys; *key != 0; ++key) {

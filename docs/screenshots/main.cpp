@@ -14,7 +14,7 @@ using namespace mact;
 
 // mact_screenshots FOLDER light|dark [NAME...]
 //
-// Draws the windows, all or those named, with the sample shop in them, as FOLDER/NAME_light.png.
+// Draws all windows, or those named, with the sample shop in them, as FOLDER/NAME_light.png.
 // QT_SCALE_FACTOR=2 makes it NAME_light@2x.png.
 
 namespace {
@@ -98,7 +98,7 @@ bool SavePicture(const WindowState& state, const QString& file) {
     SampleShop shop;
     bool isSaved = false;
     InWindow(state, shop.App, nullptr, [&](QWidget& window) {
-        window.grab(); // a first time: only what was painted knows whether it needs a scroll bar
+        window.grab(); // a first time: a window knows only once painted whether it needs a scroll bar
         QCoreApplication::processEvents();
         isSaved = window.grab().save(file);
     });
@@ -119,7 +119,7 @@ int main(int argc, char* argv[]) {
     QApplication::setStyle(new StyleWithMessageIcons(QStringLiteral("Fusion")));
     QApplication::setPalette(PaletteOf(look == QLatin1String("dark")));
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
-    QApplication::setCursorFlashTime(0); // the text cursor is in every picture, or by chance
+    QApplication::setCursorFlashTime(0); // a blinking text cursor would be in some pictures and not in others
     const QString scale = application.devicePixelRatio() > 1 ? QStringLiteral("@2x") : QString();
 
     qsizetype count = 0;

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int LongestWait = 30'000; // milliseconds
 
-/// A program that starts real ones, in folders of any name. What a name would run by mistake, it would run in
-/// the temporary folder.
+/// A program that really starts other programs, in folders with any name. If a name were run by mistake, it
+/// would run in the temporary folder.
 class CopyingProgram {
 public:
     explicit CopyingProgram(const std::string& programName = "program", const std::string& baseName = "base")
@@ -61,7 +61,7 @@ std::string EveryByte() {
 
 struct NameCase {
     const char* Row;
-    const char* Name; ///< of a folder, or of one in another
+    const char* Name; ///< of a folder, or the path of one inside another
 };
 constexpr NameCase NameCases[] = {
     {"blanks",                 " two  blanks "                },
@@ -87,7 +87,7 @@ constexpr NameCase NameCases[] = {
 
 } // namespace
 
-/// Backups that are really made, by the system's shell.
+/// Real backups, made by the system's shell.
 class backup_copy_test : public QObject {
     Q_OBJECT
 

@@ -32,7 +32,7 @@ protected:
     std::string Script() const { return ContentOf(ProgramFile("backup.bat")); }
     bool IsScriptThere() const { return std::filesystem::exists(ProgramFile("backup.bat")); }
     static std::string FileExists() { return ReasonOf(std::errc::file_exists, 183); }
-    /// The one line that the script should be.
+    /// The only line that the script should have.
     std::string ScriptTo(const std::filesystem::path& target) const {
         return "copy \"" + PathText(App.ProgramFolder) + Separator + "data" + Separator + Separator +
                "*.*\" \"" + PathText(target) + Separator + "*.*\"" + LineEnd;
@@ -152,7 +152,7 @@ TEST_F(BackupTest, AnEarlierScriptIsReplaced) {
 
 TEST_F(BackupTest, TheCompletionIsToldBeforeAnythingIsCopied) {
     WriteContent(DataFile("companies.talvor"), "x");
-    RunBackup(App, true); // whose script is never run
+    RunBackup(App, true); // the script is written but never run
     EXPECT_EQ(Prompts.Shown.size(), 1U);
     EXPECT_TRUE(std::filesystem::is_empty(SetIn(App.ProgramFolder, "1")));
 }

@@ -16,7 +16,7 @@
 namespace mact {
 namespace {
 
-/// The program in a folder of that name, with a browser that is a script. Programs are really started.
+/// The program in the given folder, with a shell script as its browser. Programs are really started.
 class BrowsingProgram : public TestProgram {
 public:
     BrowsingProgram(const std::filesystem::path& programFolder, const std::string& script)
@@ -36,12 +36,12 @@ public:
         return isStarted && processedCount > 0 && errorCount == 0;
     }
 
-    /// All materials, asked for in the reports window.
+    /// Asks for the report of all materials in the reports window.
     void GenerateReport() {
         const frmReports window(App, nullptr);
         Named<QPushButton>(window, "cmd_Generate").click();
     }
-    /// What the script left in its result file, once it has.
+    /// The file in which the script leaves its result.
     std::filesystem::path Result() const { return Folder.Path() / "my browser.result"; }
 
     std::filesystem::path Browser;
@@ -55,7 +55,7 @@ public:
 
 } // namespace
 
-/// Reports that are really opened in a program.
+/// Reports that are really opened in another program.
 class browser_start_test : public QObject {
     Q_OBJECT
 
@@ -84,7 +84,7 @@ private slots:
 
 #ifdef MACT_BROWSER_TESTS
     void Chromium_shows_the_report_that_was_generated() {
-        const QTemporaryDir folder; // no blank in its name
+        const QTemporaryDir folder; // its name has no blank
         const std::filesystem::path programFolder = PathFromUtf8(folder.path().toStdString());
         BrowsingProgram program(
             programFolder,

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int LongestWait = 30'000; // milliseconds
 
-/// The desktop program itself, in a folder of its own, with settings of its own.
+/// The desktop program itself, in a folder of its own and with its own settings.
 class InstalledProgram {
 public:
     std::filesystem::path Root() const { return m_folder.Path(); }
@@ -29,8 +29,8 @@ public:
         WriteContent(SettingsFile(), settings);
     }
 
-    /// Starts the program, presses a button of its main window by its letter and waits for the end. The
-    /// status of the program; -1 when it did not end in time or crashed.
+    /// Starts the program, presses Alt and the letter of a button in its main window, and waits for the end.
+    /// Returns the program's status; -1 if it did not end in time or crashed.
     int RunAndPressAlt(std::uint16_t key) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "offscreen");
@@ -44,10 +44,10 @@ public:
         process.start();
         QElapsedTimer clock;
         clock.start();
-        // Keys that come before the window is there are lost, so they are pressed again.
+        // Keys pressed before the window is there are lost, so they are pressed again.
         constexpr int betweenKeys = 50;
         while (!process.waitForFinished(betweenKeys) && process.state() != QProcess::NotRunning) {
-            if (clock.elapsed() > LongestWait) return -1; // the process is killed where it is destroyed
+            if (clock.elapsed() > LongestWait) return -1; // QProcess kills it when destroyed
             m_keyboard.Press({KEY_LEFTALT, key});
         }
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
@@ -78,7 +78,7 @@ private slots:
                          std::string(200'000, static_cast<char>(company)));
         QCOMPARE(program.RunAndPressAlt(KEY_X), 0);
         const auto expected = FilesIn(program.Data());
-        QCOMPARE(expected.size(), std::size_t(21)); // and the material types, from the start
+        QCOMPARE(expected.size(), std::size_t(21)); // with the material types, which the start writes
         QTRY_VERIFY_WITH_TIMEOUT(FilesIn(program.Folder() / "talvor_backupset_7") == expected, LongestWait);
         QCOMPARE(ContentOf(program.SettingsFile()), std::string("[BACKUP]\nAUTO_BACKUP=1\nBK_VOLUME=8\n"));
         QCOMPARE(CountNamed(program.Root(), "x"), 0);

@@ -127,7 +127,7 @@ private slots:
             QVERIFY2(page.find("<u>01/2005</u>") != std::string::npos, file);
             QVERIFY2(page.find("<u>12/2005</u>") != std::string::npos, file);
         }
-        // The shop sprayed so much of one resin that the average of its method is above the limit of 28.
+        // The shop sprayed so much of one resin that the average of that method is above the limit of 28.
         const std::string averages = ContentOf(program.ProgramFile("report2.htm"));
         QCOMPARE(CountOf(averages, "color='red'>No<"), 1);
         QCOMPARE(std::filesystem::file_size(program.DataFile("1_materials.talvor")),

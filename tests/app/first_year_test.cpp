@@ -37,8 +37,8 @@ struct Material {
     const char* Method;
     const char* Density;
     const char* HapContent;
-    const char* Filler;         ///< of a filled resin
-    const char* EmissionFactor; ///< with its basis
+    const char* Filler;         ///< for a filled resin only
+    const char* EmissionFactor; ///< mostly empty; given with its basis
 };
 constexpr Material Materials[] = {
     {"PR-1", "Layup resin",    "Production resin",          "Spray",                                 "9.2",  "35",   "",     ""    },
@@ -55,8 +55,7 @@ constexpr Material Materials[] = {
 
 } // namespace
 
-/// A shop's first year, in the real windows, all of it entered by hand; the backups are copied by the real
-/// script.
+/// A shop's first year in the real windows, all of it entered by hand. The real script copies the backups.
 class first_year_test : public QObject {
     Q_OBJECT
 
@@ -98,7 +97,7 @@ class first_year_test : public QObject {
         Named<QListWidget>(list, "lst_Main").setCurrentRow(found);
     }
 
-    /// What the shop was told since the last time.
+    /// The messages shown since the last call.
     std::vector<std::string> Told() {
         std::vector<std::string> texts = m_program.ShownTexts();
         m_program.Prompts.Shown.clear();
@@ -337,7 +336,7 @@ private slots:
             QVERIFY2(page.find("<u>12/2026</u>") != std::string::npos, file);
         }
         QCOMPARE(Told(), expected);
-        // 25 uses, all of materials that comply: 33 and 33.5 and 28 are within 33, 35 and 28.
+        // 25 uses, all of materials that comply: 33, 33.5 and 28 are within 33, 35 and 28.
         const std::string compliant = ContentOf(m_program.ProgramFile("report.htm"));
         QCOMPARE(CountOf(compliant, "color='green'>Yes<"), 25);
         QCOMPARE(CountOf(compliant, "color='red'>No<"), 0);
@@ -345,7 +344,7 @@ private slots:
         const std::string usage = ContentOf(m_program.ProgramFile("report4.htm"));
         for (const char* pounds : {">1200<", ">55500<", ">2204.6<"})
             QCOMPARE(CountOf(usage, pounds), 1);
-        // Of 1000 kg: 5 % x 75 % = 37.5, to even 38; 30 % x 10 % = 30.
+        // Of 1000 kg: 5 % x 75 % = 37.5, rounded to the even 38; 30 % x 10 % = 30.
         const std::string emission = ContentOf(m_program.ProgramFile("report5.htm"));
         for (const char* kilograms : {">38.00<", ">30.00<", "><b>68.00</b><"})
             QCOMPARE(CountOf(emission, kilograms), 1);

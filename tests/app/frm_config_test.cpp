@@ -13,7 +13,7 @@
 namespace mact {
 namespace {
 
-/// Settings with a backup folder and a browser that exist. Letters beyond the code page are in their names.
+/// Settings with a backup folder and a browser that exist. Their names have letters beyond the code page.
 struct ConfigProgram : TestProgram {
     std::filesystem::path Backups = Folder.Path() / u8"Łódź";
     std::filesystem::path Browser = Folder.Path() / u8"bröwser Ł";

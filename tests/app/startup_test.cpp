@@ -76,7 +76,7 @@ TEST_F(StartUpTest, ADataFolderThatCannotBeCreatedStopsTheProgram) {
                   "\": " + ReasonOf(std::errc::no_such_file_or_directory, 3) + ".");
 }
 
-/// Another running copy creates each folder just before this one does.
+/// Files in which another running copy creates each folder just before this one does.
 class LateFiles : public WrappedFiles {
 public:
     Done CreateFolder(const std::filesystem::path& path) override {

@@ -40,12 +40,12 @@ QString Mnemonic(const QString& text) {
     return QKeySequence::mnemonic(text).toString();
 }
 
-/// The part of the Alt key's sequence that is the letter.
+/// The letter in the sequence of an Alt key.
 char Letter(const QString& mnemonic) {
     return mnemonic.back().toLatin1();
 }
 
-/// The controls of the window itself: one that is opened from it has its own.
+/// The controls of the window itself, without those of a window opened from it.
 template <class T> QList<T*> Own(const QWidget& window) {
     QList<T*> own;
     for (auto* control : window.findChildren<T*>())
@@ -60,7 +60,7 @@ template <class T> QList<T*> VisibleIn(const QWidget& window) {
     return visible;
 }
 
-/// The controls that a user works with, as the window's form names them.
+/// The controls that a user works with, named as in the window's form.
 QList<QWidget*> Controls(const QWidget& window) {
     QList<QWidget*> controls;
     for (auto* control : Own<QWidget>(window))
@@ -75,7 +75,7 @@ bool IsReachedByArrows(const QWidget& control) {
     return qobject_cast<const QRadioButton*>(&control) && !(control.focusPolicy() & Qt::TabFocus);
 }
 
-/// The text box of a combo box that can be typed into counts as the combo box.
+/// The text box of an editable combo box counts as the combo box.
 QWidget* ControlWithFocus(const QWidget& window) {
     QWidget* focus = window.focusWidget();
     if (!focus) return nullptr;
@@ -99,7 +99,7 @@ QList<QWidget*> TabOrder(QWidget& window, const QList<QWidget*>& expected) {
     return reached;
 }
 
-/// Whether `second` comes after `first` when one reads line by line.
+/// Whether `second` comes after `first` when read line by line.
 bool IsReadAfter(const QWidget& first, const QWidget& second) {
     const QRect before(first.mapToGlobal(QPoint(0, 0)), first.size());
     const QRect after(second.mapToGlobal(QPoint(0, 0)), second.size());
@@ -128,7 +128,7 @@ bool IsWholeChoice(const QComboBox& combo) {
            combo.sizeHint().height() <= combo.height();
 }
 
-/// The controls of whose text something is cut off.
+/// The controls whose text is partly cut off.
 QStringList CutOff(const QWidget& window) {
     QStringList names;
     for (const auto* label : VisibleIn<QLabel>(window))
@@ -147,7 +147,7 @@ void MakeAsSmallAsPossible(QWidget& window) {
     QCoreApplication::processEvents();
 }
 
-/// Larger letters, while it lives.
+/// Larger letters for as long as it lives.
 class LargerFont {
 public:
     explicit LargerFont(double factor) {
@@ -165,7 +165,7 @@ private:
 
 } // namespace
 
-/// What every window does alike, so that the keyboard and a screen reader can work with it, and on every
+/// What all windows have in common, so that they work with the keyboard, with a screen reader and on every
 /// screen. Each test runs over AllWindows() (tests/support).
 class window_habits_test : public QObject {
     Q_OBJECT
@@ -275,7 +275,7 @@ private slots:
     void No_button_of_a_dialog_becomes_the_default_by_itself_data() { EachWindow(); }
     void No_button_of_a_dialog_becomes_the_default_by_itself() {
         InThisWindow([](const QWidget& window) {
-            if (!qobject_cast<const QDialog*>(&window)) return; // Enter presses a button of the main window
+            if (!qobject_cast<const QDialog*>(&window)) return; // in the main window, buttons do
             for (const auto* button : Own<QPushButton>(window))
                 QVERIFY2(!button->autoDefault(), qPrintable(Place(*button)));
         });
@@ -286,7 +286,7 @@ private slots:
         InThisWindow([](QWidget& window) {
             QStringList pressed;
             for (auto* button : Own<QAbstractButton>(window)) {
-                QObject::disconnect(button, &QAbstractButton::clicked, nullptr, nullptr); // its work
+                QObject::disconnect(button, &QAbstractButton::clicked, nullptr, nullptr); // its real work
                 QObject::connect(button, &QAbstractButton::clicked, &window,
                                  [&pressed, button] { pressed << button->objectName(); });
             }
@@ -327,11 +327,11 @@ private slots:
     void Tab_goes_through_the_fields_as_they_are_read_data() { EachWindow(); }
     void Tab_goes_through_the_fields_as_they_are_read() {
         InThisWindow([](QWidget& window) {
-            std::map<QWidget*, QWidget*> lastOfParent; // a frame is read by itself
+            std::map<QWidget*, QWidget*> lastOfParent; // each frame is read by itself
             QWidget* control = &window;
             while ((control = control->nextInFocusChain()) != &window) {
                 if (!Controls(window).contains(control) || !control->isVisibleTo(&window)) continue;
-                if (qobject_cast<QAbstractButton*>(control)) continue; // may stand beside what they are for
+                if (qobject_cast<QAbstractButton*>(control)) continue; // may stand beside its field
                 QWidget*& last = lastOfParent[control->parentWidget()];
                 QVERIFY2(!last || IsReadAfter(*last, *control), qPrintable(Place(*control)));
                 last = control;

@@ -27,7 +27,7 @@ TEST_F(ReplaceFileTest, ReplacesTheContentAndLeavesNothingBeside) {
     EXPECT_EQ(CountFiles(), 1U);
 }
 
-#ifndef _WIN32 // where making a link needs a right that users lack
+#ifndef _WIN32 // on Windows, users may not create links
 TEST_F(ReplaceFileTest, FollowsALink) {
     WriteContent(Folder.Path() / "real.txt", "old");
     std::filesystem::create_symlink("real.txt", File);
@@ -81,7 +81,7 @@ TEST_F(ReplaceFileTest, AMissingFolderIsAFailureThatNamesTheFileAndLeavesNothing
 TEST_F(ReplaceFileTest, AFileThatMayNotBeWrittenIsNotReplaced) {
     WriteContent(File, "old");
     FailingFiles files;
-    files.Start({.At = 1}); // opening the file to write to it
+    files.Start({.At = 1}); // opening the file for writing
     const Done replaced = ReplaceFile(files, File, "new");
     ASSERT_FALSE(replaced);
     EXPECT_TRUE(SentenceOf(replaced.error()).starts_with("Cannot open the file \"" + PathText(File) + '"'));

@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, NumberTextTest, testing::ValuesIn(NumberTextCa
                          [](const auto& given) { return given.param.Name; });
 
 TEST(NumberTexts, AreWhatPrintfWrites) {
-    std::mt19937_64 random(15); // always the same numbers
+    std::mt19937_64 random(15); // the same numbers in every run
     for (int round = 0; round < 200000; ++round) {
         const auto bits = random();
         const double anyNumber = std::bit_cast<double>(bits);
@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, NotNumericTest,
                                          "\xA0"
                                          "1"));
 
-// Exponents at the end of what 64 bits hold, to which the place of the first digit is added.
+// Exponents at the limit of 64 bits: adding the position of the first digit must not overflow.
 TEST(ParseNumberLimits, ADigitBeforeTheLargestExponentIsStillTooLarge) {
     EXPECT_EQ(ParseNumber("1e9223372036854775807"), std::nullopt);
     EXPECT_EQ(ParseNumber("100e9223372036854775807"), std::nullopt);
@@ -137,7 +137,7 @@ TEST(ParseInt32Test, RefusesWhatDoesNotFit) {
 }
 
 TEST(RoundToTest, HalvesOfTheProductGoToTheEvenNeighbour) {
-    EXPECT_EQ(RoundTo(2.675, 2), 2.68); // the product is 267.5
+    EXPECT_EQ(RoundTo(2.675, 2), 2.68); // 2.675 * 100 is 267.5
     EXPECT_EQ(RoundTo(0.125, 2), 0.12);
     EXPECT_EQ(RoundTo(0.5, 0), 0);
     EXPECT_EQ(RoundTo(1.5, 0), 2);

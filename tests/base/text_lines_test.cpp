@@ -52,7 +52,7 @@ TEST(TextLinesTest, ZeroBytesAreText) {
 }
 
 TEST(TextLinesTest, LineEndsSplitBetweenTwoReadsAreOne) {
-    // The file is read in pieces of 256 KiB; the line ends stand around the first piece's end.
+    // The file is read in pieces of 256 KiB; these line ends lie around the end of the first piece.
     constexpr std::size_t piece = std::size_t{1} << 18;
     for (std::size_t length = piece - 3; length <= piece + 1; ++length) {
         const std::string line(length, 'x');

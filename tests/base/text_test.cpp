@@ -18,7 +18,7 @@ TEST(UpperCaseTest, IsTheCodePagesOwn) {
     EXPECT_EQ(UpperCase("az\xE0\xE9\xFE"), "AZ\xC0\xC9\xDE");
     EXPECT_EQ(UpperCase("\x9A\x9C\x9E\xFF"), "\x8A\x8C\x8E\x9F"); // š œ ž ÿ
     EXPECT_EQ(UpperCase("\xDF\xF7\xD7\xB5\x83"),
-              "\xDF\xF7\xD7\xB5\x83"); // ß ÷ × µ ƒ have none in the code page
+              "\xDF\xF7\xD7\xB5\x83"); // ß ÷ × µ ƒ have no capital in the code page
 }
 
 TEST(ComparisonTest, IgnoresCaseAndBlanksAround) {
@@ -42,7 +42,7 @@ TEST(ComparisonTest, OrdersByTheUpperCasedBytes) {
     EXPECT_GT(CompareIgnoringCase("b", "A"), 0);
     EXPECT_LT(CompareIgnoringCase("resin", "Resin A"), 0);
     EXPECT_GT(CompareIgnoringCase("resin", ""), 0);
-    EXPECT_LT(CompareIgnoringCase("z", "\xE9"), 0); // not as negative numbers
+    EXPECT_LT(CompareIgnoringCase("z", "\xE9"), 0); // bytes compare as unsigned
 }
 
 TEST(SplitTest, GivesOnePieceMoreThanSeparators) {
@@ -75,7 +75,7 @@ TEST(CodePageTest, MalformedUtf8BecomesQuestionMarks) {
     EXPECT_EQ(CodePageFromUtf8("\xE2\x82"), "??");
     EXPECT_EQ(CodePageFromUtf8("\xC0\xAF"), "??");           // overlong
     EXPECT_EQ(CodePageFromUtf8("\xED\xA0\x80"), "???");      // half of a surrogate pair
-    EXPECT_EQ(CodePageFromUtf8("\xF4\x90\x80\x80"), "????"); // beyond the last character
+    EXPECT_EQ(CodePageFromUtf8("\xF4\x90\x80\x80"), "????"); // beyond the last code point
 }
 
 TEST(PathTextTest, KeepsLettersThatTheCodePageLacks) {

@@ -18,7 +18,7 @@ namespace {
 
 constexpr double Infinite = std::numeric_limits<double>::infinity();
 
-/// A company with one material in the table, to which each test adds a fault.
+/// A program with one company and one row in the material-type table, to which each test adds a fault.
 class DataCheckTest : public testing::Test, public TestProgram {
 protected:
     using Lines = std::vector<std::string>;
@@ -33,7 +33,7 @@ protected:
             {.CompanyId = 1, .CompanyName = "Acme"}
         });
     }
-    /// A material and a use of it, beside the table and the company.
+    /// Writes the table and the company, one material and one usage record of it, all of them good.
     void WriteGoodFiles() const {
         WriteSharedFiles();
         WriteMaterials({Good(1)});
@@ -75,7 +75,7 @@ protected:
                 .Quantity = 5,
                 .Unit = UnitLbs};
     }
-    /// Uses of material 1, live and good but for their periods.
+    /// Writes live usage records of material 1, good except for their periods.
     void WritePeriods(const std::vector<std::string>& periods) const {
         std::vector<UsageRecord> usage;
         for (const std::string& period : periods) {
@@ -429,7 +429,7 @@ TEST_F(DataCheckTest, FilesThatTheProgramNeverOpensAreLeftAlone) {
     EXPECT_EQ(Check(), Lines{});
 }
 
-#ifdef _WIN32 // elsewhere they are other files, which the program never opens
+#ifdef _WIN32 // elsewhere these are different files, which the program never opens
 TEST_F(DataCheckTest, FilesAreCheckedWhateverTheLetterCaseOfTheirNames) {
     WriteGoodFiles();
     WriteUsage({GoodUse(2)});

@@ -38,7 +38,7 @@ protected:
         WriteContent(Temporary.Path() / name, content);
         return PathText(Temporary.Path() / name);
     }
-    /// A company that is selected, with two materials and their use in March 2005.
+    /// A selected company with two materials and their use in March 2005.
     void AddShop() {
         ASSERT_EQ(Run({"add-company", "Acme", "Dock 1"}).Output, "1\n");
         ASSERT_EQ(Run({"select-company", "1"}).Status, 0);

@@ -308,7 +308,7 @@ private slots:
             palette.setColor(QPalette::Window, background);
             palette.setColor(QPalette::Base, background.darker());
             QApplication::setPalette(palette);
-            QCoreApplication::processEvents(); // the windows hear of it
+            QCoreApplication::processEvents(); // delivers the change
             box.setEnabled(false);
             QCOMPARE(box.palette().color(QPalette::Base), background);
             box.setEnabled(true);

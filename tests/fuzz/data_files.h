@@ -11,7 +11,8 @@
 
 namespace mact {
 
-/// The data files of company 1 as one input: the lengths of the first four as 16-bit numbers, then all five.
+/// The data files of company 1 as one input: the lengths of the first four as 16-bit numbers, then all five
+/// files.
 struct CompanyBytes {
     std::string HapContents;
     std::string Companies;
@@ -30,7 +31,7 @@ inline std::string InputOf(const CompanyBytes& files) {
     return lengths + files.HapContents + files.Companies + files.Materials + files.Names + files.Usage;
 }
 
-/// Any input is one: lengths beyond its end are cut.
+/// Any input will do: lengths beyond its end are cut.
 inline void PutFiles(MemoryProgram& program, std::string_view input) {
     constexpr std::size_t head = 8;
     std::array<std::uint16_t, 4> lengths{};

@@ -17,7 +17,7 @@ inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// Stops the target, which keeps the input, where something that always holds does not.
+/// Aborts if something that must always hold does not; the fuzzer then keeps the input.
 inline void Must(bool holds, const char* what) {
     if (holds) return;
     std::fprintf(stderr, "This does not hold: %s\n", what);

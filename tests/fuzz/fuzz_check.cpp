@@ -4,7 +4,7 @@
 
 namespace mact {
 
-// The input is a company's data files, as data_files.h has it.
+// The input is a company's data files, in the form of data_files.h.
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     MemoryProgram program;

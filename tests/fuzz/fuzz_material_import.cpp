@@ -43,8 +43,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
              (errors == 0),
          "every rejected line is in the log");
 
-    // Texts that were cut as they were stored may be rejected in another company; what it takes, the next one
-    // takes as it is.
+    // Texts that were cut when they were stored may be rejected in another company. Whatever that company
+    // accepts, the next one accepts unchanged.
     MemoryProgram other;
     Must(bool(CreateDefaultHapContents(other.App)), "there is a table");
     const int again = ImportInto(other, ExportOf(program), errors);

@@ -8,14 +8,14 @@
 
 namespace mact {
 
-// The first eight bytes as a number, and all of them as a text.
+// The first eight bytes are taken as a number, and all of them as a text.
 
 namespace {
 
 void CheckText(double number) {
     const std::string text = NumberText(number);
     const std::optional<double> read = ParseNumber(text);
-    // Rounded up to 15 digits, the largest numbers are beyond what a double can hold.
+    // The largest numbers, rounded up to 15 digits, are more than a double can hold.
     Must(read || std::abs(number) > 1.7976931348623e308, "what is written is a number");
     if (!read) return;
     Must(NumberText(*read) == text, "a written number reads back as one that is written alike");

@@ -10,7 +10,8 @@
 
 namespace mact {
 
-// The input is a company's data files, as data_files.h has it. Everything that reads them runs over them.
+// The input is a company's data files, in the form of data_files.h. Everything that reads them runs over
+// them.
 
 namespace {
 
@@ -75,7 +76,7 @@ void Export(AppContext& app) {
     Must(*errors <= processed, "no more errors than records");
 }
 
-/// A new record, and a first one deleted: nothing else changes.
+/// Saves a new record, then deletes the first live one.
 void SaveAndDelete(MemoryProgram& program) {
     const std::string before = program.File(UsageFile(program.App));
     std::vector<UsageRecord> usage;

@@ -10,7 +10,7 @@
 
 using namespace mact;
 
-// Makes below the folder that it is called with a folder of seeds for each fuzz target, from samples/.
+// Makes a folder of seeds for each fuzz target, from samples/, in the folder given as its argument.
 
 namespace {
 
@@ -19,7 +19,7 @@ std::string Sample(const std::string& name) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// The first lines, each with its end.
+/// The first lines of the text, each with its line end.
 std::string Head(const std::string& text, int lines) {
     std::size_t end = 0;
     for (int line = 0; line < lines && end < text.size(); ++line)
@@ -45,7 +45,7 @@ private:
     bool m_hasFailed = false;
 };
 
-/// The data files of a shop with as many lines of the samples.
+/// The data files of a shop that has imported that many lines of the samples.
 CompanyBytes Shop(int materials, int usage) {
     MemoryProgram program;
     int processed = 0;

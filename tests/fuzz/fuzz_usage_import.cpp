@@ -6,7 +6,7 @@
 
 namespace mact {
 
-// The whole input is a file of usage to import. Its materials are those of the samples, and a few short ones.
+// The whole input is a file of usage to import. There is one material of the samples, and a few others.
 
 namespace {
 

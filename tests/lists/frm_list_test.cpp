@@ -162,7 +162,7 @@ private slots:
             Press(window, "cmd_Edit");
             QCOMPARE(Lines(window)[1], QStringLiteral("GC-2b - Described"));
             QVERIFY(!HasSelection(window));
-            QCOMPARE(Named<QListWidget>(window, "lst_Main").currentRow(), 1); // the keyboard goes on there
+            QCOMPARE(Named<QListWidget>(window, "lst_Main").currentRow(), 1); // where the keyboard continues
         });
     }
 
@@ -246,7 +246,7 @@ private slots:
                 Press(editor, "cmd_Save");
             });
             Press(window, "cmd_Edit");
-            QVERIFY(Lines(window).isEmpty()); // the year's only record went to 2007
+            QVERIFY(Lines(window).isEmpty()); // the only record of 2006 is now in 2007
             QCOMPARE(years.currentText(), QStringLiteral("2006"));
             QVERIFY(years.findText(QStringLiteral("2007")) >= 0);
             Press(window, "cmd_Filter");
@@ -304,8 +304,8 @@ private slots:
         program.Prompts.Answers = {PromptAnswer::Yes};
         InMaterials(program, [](frmList& window) {
             const auto press = [&window](const char* button) {
-                Select(window, 2);                             // is not used
-                Named<QPushButton>(window, button).setFocus(); // as a click does
+                Select(window, 2);                             // a material that is not used
+                Named<QPushButton>(window, button).setFocus(); // as a mouse click does
                 Press(window, button);
                 QCOMPARE(window.focusWidget()->objectName(), QStringLiteral("lst_Main"));
             };

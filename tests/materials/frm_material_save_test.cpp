@@ -395,8 +395,6 @@ private slots:
         QCOMPARE(EditMaterial(program.LimitedApp, 1, nullptr), std::int16_t(-1));
         QCOMPARE(program.ShownTexts(), std::vector<std::string>{"The disk is damaged."});
     }
-
-    // --- Additional pollutants
 };
 } // namespace mact
 

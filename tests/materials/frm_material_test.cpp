@@ -310,8 +310,6 @@ private slots:
         QCOMPARE(program.Only().Density, -1.0);
         QCOMPARE(program.Only().HapContent, 150.0);
     }
-
-    // --- A new material
 };
 } // namespace mact
 

@@ -109,7 +109,7 @@ private slots:
             palette.setColor(QPalette::Window, window);
             palette.setColor(QPalette::Base, base);
             QApplication::setPalette(palette);
-            QCoreApplication::processEvents(); // the windows hear of it
+            QCoreApplication::processEvents(); // delivers the change
             QCOMPARE(Content(program.Window, 2).palette().color(QPalette::Base), window);
             QCOMPARE(Factor(program.Window, 2).palette().color(QPalette::Base), window);
             QCOMPARE(Content(program.Window, 0).palette().color(QPalette::Base), base);

@@ -15,7 +15,7 @@
 
 namespace mact {
 
-/// How the tests of the material editor work with it.
+/// Helpers for the tests of the material editor.
 
 using Act = std::function<void(frmMaterial&)>;
 
@@ -51,7 +51,7 @@ inline QStringList Lines(const QComboBox& combo) {
     return lines;
 }
 
-/// What a new material needs, of a type without filler.
+/// Types what a new material needs, with a type that takes no filler.
 inline void Fill(const QWidget& window, const char* customId) {
     Type(window, "txt_CustomId", customId);
     Type(window, "txt_Description", "White gel coat");
@@ -78,7 +78,7 @@ struct MaterialProgram : TestProgram {
         InNextModal<frmMaterial>(act);
         return EditMaterial(App, materialId, nullptr);
     }
-    /// Stores a material in another way than through the editor.
+    /// Stores a material without the editor.
     void Store(const std::string& customId, const std::function<void(MaterialEntry&)>& change = {}) {
         MaterialEntry entry{.CustomId = customId,
                             .Description = "Resin " + customId,
@@ -103,7 +103,7 @@ struct MaterialProgram : TestProgram {
     }
 };
 
-/// The same program with files that can fail.
+/// The same program, and a context whose files can fail.
 struct LimitedProgram : MaterialProgram {
     LimitedFiles Limited;
     AppContext LimitedApp{Prompts, Settings, Programs, Dialogs, Calendar, Limited, App.ProgramFolder, 1};

@@ -138,7 +138,7 @@ TEST_F(MaterialStoreTest, AFileHandedInIsUsedAndClosed) {
     Result<RecordFile> file = RecordFile::OpenForWriting(App.Files, File, 1444);
     ASSERT_TRUE(file);
     EXPECT_FALSE(SaveMaterial(App, Entry("A"), {}, std::make_unique<RecordFile>(std::move(*file))));
-    EXPECT_FALSE(SaveMaterial(App, Entry("B"))); // the lock of the first is gone
+    EXPECT_FALSE(SaveMaterial(App, Entry("B"))); // the first save has released its lock
     EXPECT_EQ(Found({}), (Ids{1, 2}));
 }
 
@@ -191,7 +191,8 @@ TEST_F(MaterialStoreTest, DeletingWhatIsNotThereIsRefused) {
 }
 
 TEST_F(MaterialStoreTest, DeletingChangesTheFlagAndTheUnusedRestOfTheSlotAlone) {
-    // A slot of an earlier version: leading blanks in a text, an odd number, and old bytes behind the fields.
+    // A slot from an earlier version: leading blanks in a text, an odd number, and old bytes after the
+    // fields.
     std::string slot = Pack(MaterialLayout, {.MaterialId = 1, .CustomId = "  GC-1", .Description = " x"});
     slot.replace(302, 8, Hex("01 00 00 00 00 00 F0 7F")); // a signalling NaN as density
     std::string stored = slot;

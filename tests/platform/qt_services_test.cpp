@@ -79,7 +79,7 @@ private slots:
 #else
         SettingsFolder folder;
         WriteContent(folder.Folder.Path() / "file", "");
-        SettingsFolder::Use(folder.Folder.Path() / "file"); // no folder, so nothing fits below it
+        SettingsFolder::Use(folder.Folder.Path() / "file"); // a file: nothing can be created below it
         const Done written = folder.Settings.Write("COMPANY", "DEFAULT", "1");
         QVERIFY(!written);
         QCOMPARE(SentenceOf(written.error()),
@@ -128,7 +128,7 @@ private slots:
              {QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxQuestion, QStyle::SP_MessageBoxWarning,
               QStyle::SP_MessageBoxCritical}) {
             const QImage picture = style.standardIcon(icon).pixmap(QSize(128, 128)).toImage();
-            QCOMPARE(picture.size(), QSize(128, 128)); // drawn in that size
+            QCOMPARE(picture.size(), QSize(128, 128)); // drawn at that size
             QVERIFY(picture.pixelColor(64, 24).alpha() > 0);
         }
         QIcon::setThemeName(themeBefore);
@@ -166,7 +166,7 @@ private slots:
         const std::vector<std::string> arguments = {"-c", "printf '%s|%s' \"$0\" \"$1\" > \"$2\"", "a b",
                                                     "$HOME \"q\"", PathText(pipe)};
         QVERIFY(QtPrograms().Start({"/bin/sh", arguments, "", false}));
-        QCOMPARE(ContentOf(pipe), std::string("a b|$HOME \"q\"")); // reading waits for the writer
+        QCOMPARE(ContentOf(pipe), std::string("a b|$HOME \"q\"")); // reading the pipe waits for the writer
 #endif
     }
 

@@ -7,7 +7,7 @@
 
 namespace mact {
 
-// The finders against a plain scan of all records, with records and filters of any kind.
+// The finders compared with a plain scan of all records, for random records and filters.
 
 namespace {
 
@@ -21,7 +21,7 @@ std::string Trimmed(std::string text) {
     return text;
 }
 
-/// For the letters that these tests use.
+/// Enough for the letters that these tests use.
 std::string Upper(std::string text) {
     for (char& character : text)
         if ((character >= 'a' && character <= 'z') || character == '\xE9')
@@ -42,7 +42,7 @@ const std::vector<std::string> Periods = {"3/2005", "13/2005", " 3/2005", "03/20
 std::vector<MaterialRecord> Materials(RandomData& data) {
     std::vector<MaterialRecord> materials(static_cast<std::size_t>(data.Int(0, 15)));
     for (std::size_t index = 0; index < materials.size(); ++index)
-        // Sometimes a number that is not the slot's, as in a damaged file.
+        // Sometimes a number other than the slot's, as in a damaged file.
         materials[index] = {.MaterialId =
                                 data.OneIn(6) ? data.Int16(-3, 20) : static_cast<std::int16_t>(index + 1),
                             .CustomId = data.Pick(Ids),
@@ -64,7 +64,7 @@ std::vector<UsageRecord> Usage(RandomData& data) {
     return usage;
 }
 
-/// Left out as often as not.
+/// Left out two times in three.
 template <class Value> std::optional<Value> Maybe(RandomData& data, const Value& value) {
     return data.OneIn(3) ? std::optional<Value>(value) : std::nullopt;
 }

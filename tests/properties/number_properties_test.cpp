@@ -11,7 +11,7 @@ namespace {
 
 constexpr unsigned Cases = 1000;
 
-/// Of any size, with 1 to 15 digits.
+/// A number of 1 to 15 digits, of almost any size.
 double AnyNumber(RandomData& data) {
     std::string text = data.OneIn(2) ? "-" : "";
     text += static_cast<char>('0' + data.Int(1, 9));

@@ -8,7 +8,7 @@
 
 namespace mact {
 
-// The five reports against a second calculation.
+// The five reports compared with a second calculation.
 
 namespace {
 
@@ -68,7 +68,7 @@ std::vector<UsageRecord> Usage(RandomData& data) {
     return usage;
 }
 
-/// From the last month on backwards.
+/// From the last month backwards.
 std::vector<std::string> TwelveMonths(int month, int year) {
     std::vector<std::string> months;
     for (int count = 0; count < 12; ++count) {
@@ -85,7 +85,7 @@ public:
         m_files = {.Types = Types(m_data), .Materials = Materials(m_data), .Usage = Usage(m_data)};
         for (std::string& name : m_files.Names)
             name = m_data.Pick<std::string>({"-", " - ", "MMA", "Styrene", "\xC9ther"});
-        // A names file is looked for in the real folder before it is read.
+        // The program looks for the names file in the real folder before it reads it.
         m_program.App.ProgramFolder = m_folder.Path();
         std::filesystem::create_directory(m_folder.Path() / "data");
         WriteContent(AdditionalNamesFile(m_program.App), "");

@@ -15,7 +15,7 @@ std::string Trimmed(std::string text) {
     return text;
 }
 
-/// Trimmed and in capitals, for the letters that these tests use.
+/// Trimmed and in capitals; enough for the letters that these tests use.
 std::string Key(const std::string& text) {
     std::string key = Trimmed(text);
     for (char& character : key)
@@ -38,7 +38,7 @@ std::string Grouped(double number) {
     return number < 0 && grouped != "0.00" ? "-" + grouped : grouped;
 }
 
-/// Halves to even: the default rounding.
+/// Halves go to even, the default rounding.
 double Rounded(double number, double powerOfTen) {
     return std::rint(number * powerOfTen) / powerOfTen;
 }
@@ -78,7 +78,7 @@ double Pounds(const ShopFiles& shop, const std::vector<std::string>& months, con
     return pounds;
 }
 
-/// A name that stands in the names before it, each with a bar in front, is left out.
+/// A name that occurs anywhere in the names before it, joined by bars, is left out.
 std::vector<std::string> SortedTypeNames(const ShopFiles& shop) {
     std::vector<std::string> names;
     std::string taken;

@@ -10,10 +10,10 @@
 
 namespace mact {
 
-/// The five reports once more, as a plain and slow calculation that shares nothing with the program's but the
-/// records: what stands in the cells of each page.
+/// The five reports again, calculated plainly and slowly, sharing nothing with the program but the records:
+/// what the cells of each page contain.
 
-/// The files of a company, every record of them.
+/// The files of a company, with every record.
 struct ShopFiles {
     std::vector<HapContentRecord> Types{};
     std::vector<MaterialRecord> Materials{};
@@ -31,6 +31,6 @@ Rows EmissionAverageRows(const ShopFiles& shop, const std::vector<std::string>& 
 Rows AdditionalUsageRows(const ShopFiles& shop, const std::vector<std::string>& months);
 Rows AdditionalEmissionRows(const ShopFiles& shop, const std::vector<std::string>& months);
 
-/// The rows of a page below its header row, the cells without their tags.
+/// The rows of a page below its header row; the cells are without their tags.
 Rows RowsOfPage(const std::string& page);
 } // namespace mact

@@ -9,13 +9,13 @@
 
 namespace mact {
 
-// Saves, changes and deletions in any order, beside a list of what must be there after each.
+// Saves, changes and deletions in random order, compared with a list of what must be in the files.
 
 namespace {
 
 constexpr unsigned Cases = 100;
 
-/// A text as it reads back, trimmed, from a field of so many characters.
+/// A text as it reads back from a field of `length` characters, trimmed.
 std::string Stored(const std::string& text, std::size_t length) {
     return std::string(Trim(std::string_view(text).substr(0, length)));
 }
@@ -41,7 +41,7 @@ public:
             RemoveUsage();
         }
     }
-    /// What is found is what was saved and not deleted.
+    /// The live and the deleted records found are those of the list.
     void Compare() {
         EXPECT_EQ(m_program.File(MaterialsFile(m_program.App)).size(), m_materials.size() * 1444);
         EXPECT_EQ(m_program.File(UsageFile(m_program.App)).size(), m_usage.size() * 32);
@@ -69,7 +69,7 @@ private:
                              [&](const Record& record) { return record.Active == isLive; });
         return some;
     }
-    /// A record's number, or that of none.
+    /// A record's number, or the one after the last.
     template <class Record> std::int16_t Number(const std::vector<Record>& records) {
         return m_data.Int16(1, static_cast<int>(records.size()) + 1);
     }

@@ -22,7 +22,7 @@ const std::vector<std::array<std::string, 2>> TypesAndMethods = {
     {"Production resin (Filled)", "Non-Spray"     },
 };
 
-/// As an import takes them: with a description, and no two of one Material ID.
+/// As an import accepts them: with a description, and no Material ID twice.
 std::vector<MaterialRecord> Materials(RandomData& data) {
     std::vector<MaterialRecord> materials(static_cast<std::size_t>(data.Int(0, 12)));
     std::int16_t number = 0;
@@ -47,7 +47,7 @@ std::vector<MaterialRecord> Materials(RandomData& data) {
     return materials;
 }
 
-/// No two of one material and month; of the materials, and of a few that do not exist.
+/// No material and month twice; some records are of materials that do not exist.
 std::vector<UsageRecord> Usage(RandomData& data, std::size_t materials) {
     std::vector<UsageRecord> usage;
     for (int material = 1; material <= static_cast<int>(materials) + 2; ++material)
@@ -126,7 +126,7 @@ TEST(TransferProperties, UsageInPoundsOfLiveMaterialsComesOver) {
         companies.MoveUsage();
 
         int withoutMaterial = 0;
-        int inMgal = 0; // the import does not take the word that the export writes
+        int inMgal = 0; // the import does not accept the word that the export writes
         std::vector<UsageRecord> expected;
         for (UsageRecord record : usage) {
             const auto material = static_cast<std::size_t>(record.MaterialId - 1);

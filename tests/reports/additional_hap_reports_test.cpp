@@ -51,7 +51,7 @@ AdditionalHapMaterial MaterialOf(double pounds, double content, double factor) {
 }
 
 TEST(AddUpEmissionsTest, EmissionsAreRoundedBeforeTheyAreAddedSoThatManySmallOnesAreNothing) {
-    // 1 kg of a material with 40 % of which everything is emitted: 0.4 kg, 1000 times
+    // 1 kg of a material with 40 % of the pollutant, all of it emitted: 0.4 kg, 1000 times
     const std::vector<AdditionalHapMaterial> materials(1000, MaterialOf(2.2046, 40, 100));
     const Result<PollutantTotals> totals = AddUpEmissions({.Names = Names, .Materials = materials});
     ASSERT_TRUE(totals);

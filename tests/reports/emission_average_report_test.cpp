@@ -48,7 +48,7 @@ TEST(EmissionAverageDataTest, EmissionEqualToTheAllowanceComplies) {
     EXPECT_FALSE(IsCompliant(EmissionAverageData{.Emission = 460.01, .Allowance = 460}));
 }
 
-// Kg of HAP per Mg = the HAP content, so that sums can be done in the head.
+// The kg of HAP per Mg equal the HAP content, so that sums can be done in one's head.
 const HapContentRecord Linear{.MaterialType = "Resin",
                               .ApplicationMethod = " Spray ",
                               .EfCoefficient = 1,
@@ -180,7 +180,7 @@ TEST_F(EmissionAverageReport, MaterialUsedOutsideThePeriodHasARowWithAmountZero)
 TEST_F(EmissionAverageReport, WithoutUsageBothTotalsAreZeroAndCompliantWithoutAQuestion) {
     StoreSampleCompany(Program.App);
     EXPECT_EQ(GenerateEmissionAverageReport(Program.App, {.EndText = "3/1999"}), ReportPublished);
-    EXPECT_EQ(Program.Prompts.Shown.size(), 1U); // where it was saved
+    EXPECT_EQ(Program.Prompts.Shown.size(), 1U); // the one that says where the page was saved
     EXPECT_TRUE(
         Shows("<b>HAP Limit (kg/yr)  </font></td><td align='center'><font face='Verdana' size='1'>0</font>"
               "</td></tr>"));
@@ -196,7 +196,7 @@ TEST_F(EmissionAverageReport, ClosedMoldingNeitherAppearsNorCountsInTheAllowance
 }
 
 TEST_F(EmissionAverageReport, TotalEqualToTheAllowanceIsCompliant) {
-    // The type's limit is 46 kg/Mg, and the material's point value is 46.
+    // 10 Mg are used, and the type's limit and the material's point value are both 46 kg/Mg.
     HapContentRecord row = Linear;
     row.ApplicationMethod = "Spray";
     WriteContent(Program.DataFile("hapcontents.talvor"), Pack(HapContentLayout, row));

@@ -28,7 +28,7 @@ QPushButton& GenerateButton(const frmReports& window, int frame) {
     return Named<QPushButton>(window, qPrintable(Numbered("cmd_Generate", frame)));
 }
 
-/// A caption without the mark of its underlined letter.
+/// A caption without the & before its underlined letter.
 template <class T> QString Words(const frmReports& window, const char* name) {
     return Named<T>(window, name).text().remove(u'&');
 }

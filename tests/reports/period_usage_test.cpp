@@ -27,7 +27,7 @@ TEST(PeriodUsageTest, AddsUpTheRecordsOfOneMaterialInPounds) {
 }
 
 TEST(PeriodUsageTest, AddsInFileOrder) {
-    // In another order the one would survive beside the large number's loss.
+    // 1e16 + 1 is 1e16 in a double: the 1 is lost. In another order it would survive.
     const PeriodUsage usage({
         {.MaterialId = 1, .Quantity = 1e16,  .Unit = UnitLbs},
         {.MaterialId = 1, .Quantity = 1,     .Unit = UnitLbs},
@@ -72,7 +72,7 @@ TEST(PeriodUsageTest, KilogramsArePoundsDividedByTheRegulationsFactor) {
     EXPECT_DOUBLE_EQ(Kilograms(2204.6), 1000);
 }
 
-/// Pounds of material 1 that are found for the months.
+/// The pounds of material 1 that are found for the months.
 double PoundsRead(const std::vector<UsageRecord>& records, const std::string& months) {
     TestProgram program;
     for (const UsageRecord& record : records)
@@ -99,8 +99,7 @@ TEST(ReadPeriodUsageTest, MonthWithALeadingZeroBelongsToNoReport) {
               0);
 }
 
-// The list of months ends in a bar, and the text that is searched in it adds one: between the two nothing is
-// found.
+// The list of months ends in a bar, and the search adds another one. An empty period matches between the two.
 TEST(ReadPeriodUsageTest, EmptyPeriodBelongsToEveryReport) {
     EXPECT_EQ(PoundsRead(
                   {

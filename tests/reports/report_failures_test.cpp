@@ -30,7 +30,7 @@ constexpr ReportCase HapUsageCase{"AdditionalHapUsage", GenerateAdditionalHapUsa
 constexpr ReportCase HapEmissionCase{"AdditionalHapEmission", GenerateAdditionalHapEmissionReport,
                                      AdditionalHapEmissionFile};
 
-/// A report that fails shows one message and leaves the earlier page.
+/// A report that fails shows one message and leaves the earlier page as it was.
 class FailingReport : public testing::TestWithParam<ReportCase> {
 protected:
     FailingReport() {

@@ -14,13 +14,13 @@
 
 namespace mact {
 
-/// The reports as a user sees them: each page is opened in Chromium, and the table is read back from what the
-/// browser made of it.
+/// The reports as a user sees them: each page is opened in Chromium, and the table is read back from the page
+/// as the browser shows it.
 
 namespace {
 
-// Writes what is seen of the page into it, in hexadecimal so that the page's own text cannot be mistaken for
-// it. The lines are those of tests/data/reports/*.seen.txt.
+// Appends to the page what a reader sees of it, in hexadecimal so that the page's own text cannot be mistaken
+// for it. The lines have the form of those in tests/data/reports/*.seen.txt.
 constexpr std::string_view ReadingScript = R"(<script>
 (function () {
   const colours = {'rgb(0, 128, 0)': 'green', 'rgb(255, 0, 0)': 'red', 'rgb(0, 0, 0)': '',
@@ -77,7 +77,7 @@ std::string FileUrl(const std::filesystem::path& path) {
     return url;
 }
 
-/// What the command writes; empty when it does not end with success.
+/// The command's output; nothing if the command fails.
 std::optional<std::string> OutputOf(const std::string& command) {
     std::FILE* pipe = ::popen(command.c_str(), "r");
     if (pipe == nullptr) return std::nullopt;
@@ -95,7 +95,7 @@ std::string FromHex(std::string_view hex) {
     return bytes;
 }
 
-/// The lines that Chromium shows of the page; empty where it cannot be run.
+/// The lines that Chromium shows of the page; empty if it cannot be run.
 std::string SeenOf(const std::filesystem::path& page) {
     const TemporaryFolder profile;
     const std::filesystem::path copy = profile.Path() / "page.htm";

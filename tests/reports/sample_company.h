@@ -8,8 +8,8 @@
 namespace mact {
 
 /// The company of the expected pages in tests/data/reports: the default type table, eleven materials and
-/// their usage around the year that ends with March 2005. make_expected_pages.py there has the same input by
-/// hand.
+/// their usage around the year that ends with March 2005. make_expected_pages.py there has the same input,
+/// typed in again by hand.
 void StoreSampleCompany(AppContext& app);
 
 inline const ReportPeriod SamplePeriod{.EndText = "3/2005"};

@@ -143,7 +143,7 @@ TEST_F(WeightedAverageReport, FilledResinsAndClosedMoldingNeverAppear) {
 
 TEST_F(WeightedAverageReport, WithoutUsageEveryMethodIsCompliantAndNothingIsAsked) {
     EXPECT_EQ(GenerateWeightedAverageReport(Program.App, {.EndText = "3/1999"}), ReportPublished);
-    EXPECT_EQ(Program.Prompts.Shown.size(), 1U); // where it was saved
+    EXPECT_EQ(Program.Prompts.Shown.size(), 1U); // the one that says where the page was saved
     EXPECT_EQ(Page().find(">No<"), std::string::npos);
 }
 

@@ -26,7 +26,7 @@ void StartSignal::Give() {
 }
 
 ChildProgram::ChildProgram(const ChildStart& start) {
-    // All memory is taken before the fork.
+    // All memory is allocated before the fork.
     const std::string settings = "XDG_CONFIG_HOME=" + PathText(start.SettingsFolder);
     std::vector<std::string> arguments = {PathText(start.Program)};
     arguments.insert(arguments.end(), start.Arguments.begin(), start.Arguments.end());

@@ -9,7 +9,7 @@
 
 namespace mact {
 
-/// Holds children back until all of them are there.
+/// Holds children back until all of them have been started.
 class StartSignal {
 public:
     StartSignal();
@@ -27,12 +27,12 @@ private:
 struct ChildStart {
     std::filesystem::path Program{};
     std::vector<std::string> Arguments{};
-    std::filesystem::path SettingsFolder{};     ///< in place of the user's own
-    std::optional<std::uint64_t> LongestFile{}; ///< bytes: it is killed by a write beyond them
-    const StartSignal* Signal = nullptr;        ///< that it waits for
+    std::filesystem::path SettingsFolder{};     ///< instead of the user's own
+    std::optional<std::uint64_t> LongestFile{}; ///< bytes; a write beyond them kills the child
+    const StartSignal* Signal = nullptr;        ///< the child waits for it
 };
 
-/// A process of its own.
+/// A child process.
 class ChildProgram {
 public:
     explicit ChildProgram(const ChildStart& start);
@@ -41,16 +41,16 @@ public:
     ~ChildProgram();
 
     bool IsRunning();
-    /// As kill -9 does it.
+    /// Like kill -9.
     void Kill() const;
-    /// The status with which it ended; -1 = it was killed.
+    /// Waits for the end. Returns the exit status; -1 = it was killed.
     int Wait();
     /// What it wrote to its error output.
     std::string Errors() const;
 
 private:
     pid_t m_process = -1; ///< -1 = it has ended
-    int m_status = 0;     ///< as waitpid tells it
-    int m_errors = -1;    ///< a file without a name
+    int m_status = 0;     ///< as waitpid reports it
+    int m_errors = -1;    ///< its error output, in a file without a name
 };
 } // namespace mact

@@ -16,13 +16,13 @@ namespace {
 
 using Contents = std::map<std::string, std::string>;
 
-/// Everything that an operation could have harmed.
+/// Everything that an operation could harm.
 struct Place {
     Contents Data;    ///< the files of the data folder
-    Contents Written; ///< those of the program folder
+    Contents Written; ///< the files of the program folder
 };
 
-/// What a file held, or nothing.
+/// A file's content; null if there is no such file.
 const std::string* ContentIn(const Contents& files, const std::string& name) {
     const auto found = files.find(name);
     return found == files.end() ? nullptr : &found->second;
@@ -32,7 +32,7 @@ bool AreEqual(const std::string* left, const std::string* right) {
     return left && right ? *left == *right : left == right;
 }
 
-/// The number in "what was written of record 3 could not be taken back"; 0 without that.
+/// The number in "what was written of record 3 could not be taken back"; 0 if the message has none.
 int RecordInDoubt(const std::string& message) {
     const std::string before = "; what was written of record ";
     const std::size_t at = message.find(before);
@@ -76,7 +76,7 @@ protected:
         Shop.Prompts.Shown.clear();
     }
 
-    /// False when it said that it did not succeed. `fault` says what the disk does meanwhile.
+    /// Runs the operation on a disk with this fault. False if it reported failure.
     bool Run(Fault fault) {
         Shop.Prompts.Shown.clear();
         m_files.Start(fault);
@@ -96,7 +96,7 @@ protected:
         EXPECT_NE(shown.Text.find("\": " + std::string(reason)), std::string::npos) << shown.Text;
     }
 
-    /// Each slot is that of before or that of a run without a fault; none is missing or surplus.
+    /// Each slot is as before or as after a run without a fault; none is missing and none is extra.
     void ExpectOldOrNewSlots(const std::string& name, std::size_t slotLength, const std::string& after,
                              int inDoubt) const {
         const std::string before = m_before.Data.contains(name) ? m_before.Data.at(name) : std::string{};
@@ -129,12 +129,12 @@ protected:
             EXPECT_TRUE(after.Data.contains(name)) << name;
         for (const auto& [name, content] : after.Written) {
             SCOPED_TRACE(name);
-            if (name.ends_with("_errors.txt")) continue; // a log is begun anew
+            if (name.ends_with("_errors.txt")) continue; // a log is started anew
             ExpectOldOrNew(name, content, m_before.Written, m_done.Written);
         }
     }
-    /// A temporary file is neither. One that could not be locked stays, empty, since it may be that of
-    /// another copy; and a disk that is gone does not let any be removed.
+    /// The content is the old or the new one, so a temporary file is neither. One that could not be locked
+    /// may stay, empty, since it may belong to another copy; and a disk that is gone lets none be removed.
     void ExpectOldOrNew(const std::string& name, const std::string& after, const Contents& before,
                         const Contents& done) const {
         const bool isLockRefused = Shop.Prompts.LastText().find("annot lock the file") != std::string::npos;
@@ -142,7 +142,7 @@ protected:
         EXPECT_TRUE(AreEqual(&after, ContentIn(before, name)) || AreEqual(&after, ContentIn(done, name)));
     }
 
-    /// What says that it failed has changed no record.
+    /// An operation that reported failure has changed no record.
     void ExpectTruth(bool isDone, int inDoubt) const {
         if (GetParam().Tells == Telling::ByMessage) return;
         EXPECT_FALSE(isDone);
@@ -161,16 +161,16 @@ protected:
             }
     }
 
-    /// What a run without a fault has written survives a power cut from then on.
+    /// Everything that a run without a fault wrote is on the disk and survives a power cut.
     void ExpectOnDisk() const {
         EXPECT_TRUE(m_files.Unflushed().empty()) << testing::PrintToString(m_files.Unflushed());
     }
-    /// At no time is there a file in another one's place whose content a power cut would take away.
+    /// No file was renamed before it was flushed, so a power cut never takes away a file's content.
     void ExpectNoneRenamedUnflushed() const {
         EXPECT_TRUE(m_files.RenamedUnflushed().empty()) << testing::PrintToString(m_files.RenamedUnflushed());
     }
 
-    /// What does not depend on how often the operation was tried before.
+    /// Compares only what does not depend on how often the operation was tried before.
     void ExpectDone() const {
         const Place after = Look();
         for (const auto& [name, content] : m_done.Data)
@@ -185,7 +185,7 @@ protected:
         ExpectOneFailure(fault.Reason);
         if (HasFatalFailure()) return;
         const int inDoubt = RecordInDoubt(Shop.Prompts.LastText());
-        // A record is in doubt only where the disk took something of it and then nothing more.
+        // A record is in doubt only if the disk took part of it and nothing after that.
         if (fault.Kind == FaultKind::Once || fault.Kind == FaultKind::HalfWritten) {
             EXPECT_EQ(inDoubt, 0);
         }
@@ -194,20 +194,20 @@ protected:
         ExpectNoLock();
         ExpectNoneRenamedUnflushed();
 
-        // A deletion that could not be taken back is one.
+        // A deletion that could not be taken back is done, so repeating it is refused.
         const bool isRepeated = Run({});
         EXPECT_TRUE(isRepeated || inDoubt != 0);
         ExpectNoneRenamedUnflushed();
         for (const Prompt& shown : Shop.Prompts.Shown)
             EXPECT_EQ(shown.Kind, PromptKind::Information) << shown.Text;
-        // What could not be taken back of an append is a record of its own when that is repeated.
+        // After an append that could not be taken back, repeating it adds another record.
         if (!m_isGone) ExpectDone();
     }
 
     SampleShop Shop;
     FailingFiles m_files;
-    bool m_isInAWrite = false; ///< that the fault happened
-    bool m_isGone = false;     ///< the disk, so that nothing can be cut off or removed any more
+    bool m_isInAWrite = false; ///< the fault happened in a write
+    bool m_isGone = false;     ///< the disk is gone: nothing can be cut off or removed any more
     Place m_before;
     Place m_done;
 };
@@ -226,7 +226,7 @@ TEST_P(FailingOperation, HarmsNothingSaysSoOnceAndCanBeRepeated) {
         std::vector<FaultKind> kinds = {FaultKind::Once, FaultKind::IsFull, FaultKind::IsGone};
         for (std::size_t index = 0; index < kinds.size(); ++index) {
             SCOPED_TRACE("kind " + std::to_string(static_cast<int>(kinds[index])));
-            // Each operation fails for each reason, and in the end each kind of fault has had each of them.
+            // Each operation fails for each reason, and the reasons take turns over the kinds of fault.
             const std::string_view reason = reasons[(static_cast<std::size_t>(at) + index) % 3];
             CheckFault({at, kinds[index], reason});
             if (HasFailure()) return;

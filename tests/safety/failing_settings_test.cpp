@@ -10,7 +10,7 @@
 namespace mact {
 namespace {
 
-/// Settings of which one write, counted from 1, fails.
+/// Settings in which one write, counted from 1, fails.
 class FailingSettings : public ScriptedSettings {
 public:
     void Start(int failingWrite) {

@@ -51,7 +51,7 @@ protected:
         for (const char* name : {"1_materials.talvor", "1_usage.talvor", "companies.talvor"})
             UseUpTheLastPage(name);
     }
-    /// Adds deleted records, so that the next one needs a page more.
+    /// Adds deleted records until the next one needs a new page.
     void UseUpTheLastPage(const std::string& name) const {
         constexpr std::size_t page = 4096;
         const std::size_t slotLength = SlotLengthOf(name);
@@ -72,8 +72,8 @@ protected:
     std::filesystem::path Filler() const { return Shop.ProgramFile("filler"); }
 };
 
-// What fits into the pages that a file has already succeeds, as it does on a disk: a record that is written
-// over.
+// A write that fits into the pages a file already has succeeds, as on a real disk: overwriting a record, for
+// instance.
 TEST_P(ShopOnAFullDisk, FailsInOneSentenceOrSucceedsAndHarmsNothing) {
     if (!CanMount()) GTEST_SKIP() << "Mounting a small disk is not permitted here.";
     Mounted disk;
@@ -113,8 +113,8 @@ INSTANTIATE_TEST_SUITE_P(Operations, ShopOnAFullDisk, testing::ValuesIn(ShopOper
 
 class ReadOnlyShop : public ShopOnAnotherDisk {
 protected:
-    /// For root, who may write everywhere, by a read-only mount of the folder on itself; for everybody else
-    /// by taking the permission away. Empty where neither works; else the reason that failures tell.
+    /// For root, who may write anywhere, mounts the folder on itself read-only; for anybody else, takes away
+    /// the permission to write. Returns the reason that failures give; empty if neither works.
     std::string MakeReadOnly(Mounted& disk) {
         if (::geteuid() != 0) {
             SetWritable(false);
@@ -133,7 +133,7 @@ protected:
             std::filesystem::permissions(entry.path(), writing, how);
     }
     void TearDown() override {
-        if (::geteuid() != 0) SetWritable(true); // or it could not be removed
+        if (::geteuid() != 0) SetWritable(true); // otherwise it could not be removed
     }
 };
 
@@ -153,7 +153,7 @@ TEST_P(ReadOnlyShop, ReadsAndSaysInOneSentenceWhatItCannotWrite) {
         EXPECT_TRUE(Shop.Prompts.Shown.empty()) << testing::PrintToString(Shop.ShownTexts());
         return;
     }
-    // The new folder is not there either: it could not be created before the start.
+    // StartInANewFolder cannot even create its folder, so it fails for another reason.
     ExpectOneFailure(std::string(GetParam().Name) == "StartInANewFolder" ? "No such file or directory"
                                                                          : reason);
     if (GetParam().Tells == Telling::ByAnswer) {

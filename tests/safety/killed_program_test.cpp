@@ -15,23 +15,23 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// The number of records of a file, halves to even.
+/// The number of records in a file, halves rounded to even.
 std::size_t CountOf(const std::string& content, std::size_t slotLength) {
     return static_cast<std::size_t>(
         std::nearbyint(static_cast<double>(content.size()) / static_cast<double>(slotLength)));
 }
 
-/// The content as an append finds it: bytes that a last slot lacks are zero, and a rest that does not count
-/// is written over.
+/// The content as an append finds it: the bytes that a short last slot lacks are zero, and a rest too short
+/// to count is overwritten.
 std::string WholeSlots(std::string content, std::size_t slotLength) {
     content.resize(CountOf(content, slotLength) * slotLength, '\0');
     return content;
 }
 
-/// One command that is killed, and what it may leave.
+/// A command that is killed, and what it may leave behind.
 struct Command {
     std::vector<std::string> Arguments;
-    std::string File;           ///< of the data folder, that it changes
+    std::string File;           ///< the data file that it changes
     std::size_t SlotLength = 0; ///< 0 = the file is replaced
     std::string Written;        ///< what it appends, or the new content
 };
@@ -53,7 +53,7 @@ protected:
     int NextNumber(const std::string& file, std::size_t slotLength) const {
         return static_cast<int>(CountOf(Folder.Data(file), slotLength)) + 1;
     }
-    /// `run` tells the records of each run apart.
+    /// `run` makes the records of each run different.
     Command MaterialImport(int run) const {
         const std::string name = "K" + std::to_string(run);
         return {
@@ -64,7 +64,7 @@ protected:
         };
     }
     Command UsageImport(int run) const {
-        const int year = 1000 + run * 40; // UsageAtOnce months are less
+        const int year = 1000 + run * 40; // UsageAtOnce months fit into 40 years
         return {
             {"import-usage", Folder.UsageToImport(year, UsageAtOnce)},
             "1_usage.talvor",
@@ -109,8 +109,8 @@ protected:
         return data;
     }
 
-    /// The file is as before, or it has the whole slots of before and behind them what was written until
-    /// then.
+    /// The file is as before, or replaced as a whole, or has its earlier slots, made whole, followed by as
+    /// much as was written.
     void ExpectOldOrPartOfNew(const Command& command, const std::string& before) const {
         const std::string after = Folder.Data(command.File);
         if (after == before) return;
@@ -128,7 +128,7 @@ protected:
         after.erase(command.File);
         EXPECT_TRUE(after == before) << command.File << " was not the only file that changed";
     }
-    /// The next start finds its way, whatever was left.
+    /// The command works at the next start, whatever was left behind.
     void ExpectWorks(const Command& command) const {
         const std::string before = Folder.Data(command.File);
         ChildProgram program(Folder.Start(command.Arguments));
@@ -145,7 +145,7 @@ protected:
 };
 
 std::uint32_t Seed() {
-    // A run is repeated by giving it the seed that its message tells.
+    // Setting MACT_TEST_SEED to the seed in a failure's message repeats that run.
     const char* given = std::getenv("MACT_TEST_SEED"); // NOLINT(concurrency-mt-unsafe): one thread
     return given ? static_cast<std::uint32_t>(std::strtoul(given, nullptr, 10)) : std::random_device{}();
 }
@@ -185,7 +185,7 @@ TEST_P(KilledAtARandomTime, LosesNoRecordAndGoesOn) {
 }
 INSTANTIATE_TEST_SUITE_P(FiftyRuns, KilledAtARandomTime, testing::Range(0, 6));
 
-/// The process ends at the very byte where its file may not grow any more.
+/// The process is killed at the very byte beyond which its file may not grow.
 TEST_F(KilledProgram, InTheMiddleOfAWriteLeavesAPieceThatTheNextStartMends) {
     int run = 0;
     for (const std::size_t piece : {1U, 700U, 722U, 723U, 1443U, 1444U, 1445U, 3000U}) {

@@ -23,7 +23,7 @@ protected:
     }
     static Result<bool> IsNotUsed(std::int16_t) { return false; }
 
-    /// `act` shows one failure that names the file and the reason.
+    /// Expects `act` to show one failure that names the file and the reason.
     template <class Act>
     void ExpectFailure(const std::filesystem::path& file, const std::string& reason, const Act& act) {
         Prompts.Shown.clear();
@@ -141,7 +141,7 @@ TEST_F(LimitsTest, AFullDeviceInADataFilesPlaceIsToldByEachSave) {
 }
 #endif
 
-/// Files of 32,767 records each, all of them live.
+/// Files of 32,767 records each, all live.
 class AtCapacity : public LimitsTest {
 protected:
     AtCapacity() {
@@ -166,7 +166,7 @@ protected:
     const std::filesystem::path CompanyData = DataFile(CompaniesName);
     static constexpr int Most = 32767;
 
-    /// Which slots of the file are not those of `before`.
+    /// The slots that differ from those of `before`.
     static std::vector<int> ChangedSlots(const std::string& before, const std::string& after,
                                          std::size_t slotLength) {
         std::vector<int> changed;

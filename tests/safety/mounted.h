@@ -9,8 +9,8 @@
 
 namespace mact {
 
-/// Mounts that nobody else sees and that end with this process at the latest. Where they are not permitted,
-/// the tests that need them are skipped.
+/// Whether this process may mount disks. Nobody else sees its mounts, and they end with it at the latest.
+/// Where mounting is not permitted, the tests that need it are skipped.
 inline bool CanMount() {
     static const bool can =
         ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
@@ -25,12 +25,12 @@ public:
     ~Mounted() {
         if (!m_path.empty()) ::umount2(m_path.c_str(), MNT_DETACH);
     }
-    /// A disk of 2 MB in the folder's place.
+    /// Mounts a disk of 2 MB in place of the folder.
     bool SmallDisk(const std::filesystem::path& path) {
         m_path = path;
         return ::mount("none", path.c_str(), "tmpfs", 0, "size=2m") == 0;
     }
-    /// The folder itself, read-only.
+    /// Makes the folder read-only.
     bool ReadOnly(const std::filesystem::path& path) {
         m_path = path;
         return ::mount(path.c_str(), path.c_str(), nullptr, MS_BIND, nullptr) == 0 &&
@@ -41,7 +41,7 @@ private:
     std::filesystem::path m_path;
 };
 
-/// Takes all that is left of the disk on which `filler` lies.
+/// Fills the disk that `filler` is on.
 inline void FillUp(const std::filesystem::path& filler) {
     const int file = ::open(filler.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     const std::string page(4096, 'x');

@@ -16,22 +16,23 @@ public:
     ProgramFolder();
 
     ChildStart Start(std::vector<std::string> arguments) const;
-    /// Runs the command to its end; anything but success stops the test.
+    /// Runs the command to its end; stops the test unless it succeeds.
     void Run(const std::vector<std::string>& arguments) const;
 
     std::filesystem::path DataFile(const std::string& name) const { return m_folder / "data" / name; }
-    /// All bytes; a file that is not there has none.
+    /// All bytes of a data file; empty if it does not exist.
     std::string Data(const std::string& name) const;
     std::filesystem::path Path() const { return m_folder; }
 
-    /// The files of the data folder that are about to be put in another one's place.
+    /// The temporary files in the data folder, each about to replace another file.
     std::vector<std::filesystem::path> TemporaryFiles() const;
-    /// Has a save of the names MMA, b, c, d, e and f killed when five bytes of them are in such a file.
+    /// Saves the names MMA, b, c, d, e and f and is killed when five bytes of them are in the temporary file.
+    /// Returns that file.
     std::filesystem::path LeaveATemporaryFile() const;
 
-    /// A file to import with `count` lines, told apart by `name`.
+    /// A file with `count` lines to import, whose Material IDs begin with `name`.
     std::string MaterialsToImport(const std::string& name, int count) const;
-    /// The same of the first material, in the months of `year` and those after it.
+    /// The same with usage of the first material, month by month from January of `year` on.
     std::string UsageToImport(int year, int count) const;
 
 private:
@@ -42,7 +43,7 @@ private:
     std::filesystem::path m_settings = m_temporary.Path() / "settings";
 };
 
-/// The slots of the records of those lines, the first of them numbered `first`.
+/// The slots that those lines become, numbered from `first` on.
 std::string MaterialSlots(const std::string& name, int count, int first);
 std::string UsageSlots(int year, int count, int first);
 std::string CompanySlot(const std::string& name, int number);

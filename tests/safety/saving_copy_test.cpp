@@ -16,12 +16,12 @@ namespace mact {
 namespace {
 
 constexpr int ImportedLines = 3000;
-/// Together with the records of all rounds they fit into one file.
+/// The records of this many rounds fit into one file.
 constexpr int MostRounds = 8;
 constexpr int SavesAtFirst = 2;
 constexpr int UsageBefore = 3000;
 
-/// A record file, and where the text stands in its slots that tells who wrote them.
+/// A record file, and where in its slots the text is that shows who wrote them.
 struct Slots {
     const char* File;
     std::size_t Length;
@@ -34,10 +34,10 @@ constexpr Slots Usage{"1_usage.talvor", 32, 4, 7};
 /// What another copy does while this one saves.
 struct Import {
     std::vector<std::string> Arguments;
-    std::function<std::string(int)> SlotsFrom; ///< those that it writes, the first of them numbered so
+    std::function<std::string(int)> SlotsFrom; ///< what it writes, numbered from there on
 };
 
-/// Whether another copy holds the file now.
+/// Whether another copy has the file locked.
 bool IsHeld(const std::filesystem::path& path) {
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     const bool isFree = ::flock(file, LOCK_EX | LOCK_NB) == 0;
@@ -45,8 +45,9 @@ bool IsHeld(const std::filesystem::path& path) {
     return !isFree;
 }
 
-/// This process is one copy. A copy that has to wait for more than two seconds says so and changes nothing;
-/// on a busy machine either may. So a test is repeated until both did all their work, and met while doing it.
+/// This process is one copy. A copy that has to wait for more than two seconds says so and changes nothing,
+/// and on a busy machine that can happen to either. So each test is repeated until both copies have done all
+/// their work and met while doing it.
 class SavingCopy : public testing::Test {
 protected:
     ProgramFolder Folder;
@@ -60,7 +61,7 @@ protected:
     }
 
     /// Saves records named S<round>/1, S<round>/2 ... before, while and after the other copy has the file.
-    /// True when nobody was refused.
+    /// True if they met and neither was refused.
     bool HaveMet(const Slots& slots, int round, const Import& other,
                  const std::function<bool(const std::string&)>& save) {
         const std::size_t before = Folder.Data(slots.File).size();
@@ -101,8 +102,8 @@ protected:
                message.ends_with("\": another running copy of the program is working with it.\n");
     }
 
-    /// Each slot has its own number, and behind `before` those of `saved` follow one another. The number of
-    /// the first that is not one of them; 0 = there is none.
+    /// Expects each slot to have its own number, and those beyond `before` to include all of `saved` in
+    /// order. Returns the number of the first one that this copy did not save; 0 if there is none.
     int ExpectRecords(const Slots& slots, std::size_t before, const std::vector<std::string>& saved) const {
         const std::string after = Folder.Data(slots.File);
         EXPECT_EQ(after.size() % slots.Length, 0U);

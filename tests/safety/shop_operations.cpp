@@ -63,7 +63,7 @@ bool DeleteUsageRecord(AppContext& app) {
 bool AddCompany(AppContext& app) {
     return !ShowFailure(app, AddNewCompany(app, "Acme", "Dock 1"));
 }
-/// Its caller finds out by listing the companies again.
+/// SaveCompany always returns 0: its caller finds out by listing the companies again.
 bool SaveEditedCompany(AppContext& app) {
     return SaveCompany(app, "Acme", "Dock 1", 2) == 0;
 }
@@ -84,7 +84,7 @@ bool LoadNamesOfANewCompany(AppContext& app) {
     return app.AdditionalNames == UnusedNames;
 }
 
-/// Goes on without a company when the companies cannot be read.
+/// Goes on without a company if the companies cannot be read.
 bool Start(AppContext& app) {
     const Done started = StartUp(app);
     if (!started) ShowError(app, started.error());
@@ -119,7 +119,7 @@ bool WriteDefaultTable(AppContext& app) {
     return static_cast<bool>(created);
 }
 
-/// Of an import the counts say how far it came; at its end all lines may have been stored.
+/// The counts say how far an import got; one that failed at its end may have stored every line.
 bool ImportNewMaterials(AppContext& app) {
     int processed = 0;
     int errors = 0;

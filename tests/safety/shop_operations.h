@@ -8,17 +8,17 @@
 
 namespace mact {
 
-/// How an operation tells its caller that it did not succeed.
+/// How an operation tells its caller that it failed.
 enum class Telling {
-    ByAnswer,  ///< what it returns says so
-    ByMessage, ///< it returns the same whatever happens: nothing but the message says so
+    ByAnswer,  ///< by what it returns
+    ByMessage, ///< only by the message: it returns the same whatever happens
 };
 
-/// An operation of the program that works with files, as a window or the command line has it done in the
-/// sample shop.
+/// An operation of the program that works with files, done in the sample shop as a window or the command line
+/// does it.
 struct ShopOperation {
     const char* Name;
-    /// False when it says that it did not succeed.
+    /// False if it reports failure.
     bool (*Run)(AppContext& app);
     Telling Tells;
 };
@@ -26,19 +26,19 @@ inline void PrintTo(const ShopOperation& operation, std::ostream* out) {
     *out << operation.Name;
 }
 
-/// Everything that writes, and everything that reads. No usage may be of UnusedMaterial.
+/// Everything that writes, and everything that reads. There must be no usage of UnusedMaterial.
 const std::vector<ShopOperation>& ShopOperations();
 
 inline constexpr std::int16_t UnusedMaterial = 29; ///< the last of the shop
 
-/// The files of the program folder that ShopOperations() import.
+/// The files in the program folder that ShopOperations() import.
 inline constexpr const char* NewMaterialsFile = "new materials.txt";
 inline constexpr const char* NewUsageFile = "new usage.txt";
 std::string NewMaterials();
 std::string NewUsage();
-/// The file of the program folder that they export to.
+/// The file in the program folder that they export to.
 inline constexpr const char* ExportedFile = "exported.txt";
 
-/// The length of the slots of a file that grows by records; 0 = it is replaced as a whole.
+/// The slot length of a file that grows record by record; 0 = the file is replaced as a whole.
 std::size_t SlotLengthOf(const std::string& fileName);
 } // namespace mact

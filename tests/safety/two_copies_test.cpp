@@ -16,8 +16,7 @@ constexpr const char* MaterialsFile = "1_materials.talvor";
 constexpr const char* UsageFile = "1_usage.talvor";
 constexpr const char* CompaniesFile = "companies.talvor";
 
-/// What one of several copies writes: slots that follow one another, of which the first two bytes are the
-/// number.
+/// What one of several copies writes: successive slots, each beginning with its number in two bytes.
 struct Share {
     std::vector<std::string> Arguments;
     std::string File;
@@ -35,7 +34,7 @@ protected:
         Folder.Run({"import-materials", Folder.MaterialsToImport("Resin", 1)});
     }
 
-    /// In one sentence, which may name the file that was to be replaced first.
+    /// One sentence, which may first name the file that was to be replaced.
     static void ExpectRefusal(const std::string& message, const std::filesystem::path& file) {
         EXPECT_TRUE(message.starts_with("Cannot ")) << message;
         EXPECT_TRUE(message.ends_with("annot lock the file \"" + PathText(file) +
@@ -44,7 +43,8 @@ protected:
         EXPECT_EQ(std::ranges::count(message, '\n'), 1) << message;
     }
 
-    /// Starts all at once. True for those that succeeded; the others said that they waited too long.
+    /// Starts all of them at once. True for each that succeeded; the others must say that they waited too
+    /// long.
     std::vector<bool> Race(const std::vector<Share>& shares) const {
         StartSignal signal;
         std::vector<std::unique_ptr<ChildProgram>> children;
@@ -67,8 +67,8 @@ protected:
         return succeeded;
     }
 
-    /// Each slot of the file has its own number, and behind it what one of the shares wrote there or what was
-    /// there before; each share that succeeded is there once and whole, the others are not.
+    /// Each slot of the file has its own number, followed by what was there before or what one of the shares
+    /// wrote. A share that succeeded is there once and whole; one that failed is not there.
     void ExpectAllOf(const std::vector<Share>& shares, const std::vector<bool>& succeeded,
                      const std::string& file, std::size_t slotLength, const std::string& before) const {
         const std::string after = Folder.Data(file);
@@ -162,11 +162,11 @@ TEST_F(TwoCopies, ThatStartInANewFolderAtOnceBothDo) {
     }
 }
 
-/// A copy that waits too long, and the file that another one holds.
+/// A copy that waits too long, and the file that another copy holds.
 struct Waiting {
     const char* Name;
     std::vector<std::string> Arguments; ///< "materials" and "usage" stand for the files to import
-    std::string File;                   ///< of the data folder; none = the temporary file of the names
+    std::string File;                   ///< in the data folder; empty = the temporary file of the names
 };
 void PrintTo(const Waiting& waiting, std::ostream* out) {
     *out << waiting.Name;

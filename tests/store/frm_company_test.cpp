@@ -17,7 +17,7 @@ void TypeCompany(frmCompany& window, const char* name, const char* location) {
     Named<QLineEdit>(window, "txt_CompanyLocation").setText(QString::fromUtf8(location));
 }
 
-/// A program that knows two companies, and none of them as current.
+/// A program with two companies, neither of which is current.
 struct CompanyProgram : TestProgram {
     CompanyProgram() {
         App.CurrentCompanyId = 0;
@@ -98,7 +98,7 @@ private slots:
         frmCompany window(program.App, nullptr);
         TypeCompany(window, "Acme", "");
         auto& save = Named<QPushButton>(window, "cmd_Save");
-        save.setEnabled(true); // as a test of the routine behind it
+        save.setEnabled(true); // to test the routine behind it
         save.click();
         QCOMPARE(program.Prompts.LastText(),
                  std::string("You must specify Company Name and Company Location to add new company"));

@@ -40,14 +40,14 @@ struct NamesProgram : TestProgram {
         InNextModal<frmExtraPollutantsNames>(act);
         ShowAdditionalNames(App, nullptr);
     }
-    /// The names that the window shows of a file.
+    /// The names that the window shows for a file with this content.
     QStringList ShownOf(std::string_view content) {
         WriteContent(File, content);
         QStringList names;
         Show([&names](frmExtraPollutantsNames& window) { names = Names(window); });
         return names;
     }
-    /// The names are typed and OK is pressed.
+    /// Types the names and presses OK.
     void Enter(const QStringList& names) {
         Show([&](frmExtraPollutantsNames& window) {
             Type(window, names);

@@ -12,7 +12,7 @@
 namespace mact {
 namespace {
 
-/// The names of all controls that are enabled.
+/// The names of all enabled controls.
 QStringList Enabled(const QWidget& window) {
     QStringList names;
     for (const char* name :
@@ -96,7 +96,7 @@ private slots:
     void Edit_enables_the_entry_but_not_Cancel() {
         TypesProgram program;
         program.Show([](frmMaterialTypes& window) {
-            Named<QPushButton>(window, "cmd_Edit").setEnabled(true); // nothing in the window does
+            Named<QPushButton>(window, "cmd_Edit").setEnabled(true); // nothing in the window enables it
             Press(window, "cmd_Edit");
             QCOMPARE(Enabled(window), QStringList({"txt_MaterialName", "txt_MaterialType", "txt_HapContents",
                                                    "cmd_New", "cmd_Save"}));

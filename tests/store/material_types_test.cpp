@@ -109,7 +109,7 @@ TEST_F(MaterialTypesTest, ToolingResinHasNoClosedMolding) {
 TEST_F(MaterialTypesTest, ANameThatIsPartOfAnEarlierOneIsNotListed) {
     WriteTable({{.MaterialType = "Production resin"},
                 {.MaterialType = "resin"},
-                {.MaterialType = "Resin"}, // the case counts
+                {.MaterialType = "Resin"}, // case matters
                 {.MaterialType = "Production resin"}});
     EXPECT_EQ(Types(true), (Names{"Production resin", "Resin"}));
 }

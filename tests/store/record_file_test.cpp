@@ -85,7 +85,7 @@ TEST_F(RecordFileTest, SlotsAreVisitedInOrderAcrossManyReads) {
     WriteContent(File, content);
     const std::vector<std::string> slots = Slots();
     ASSERT_EQ(slots.size(), 32767U);
-    EXPECT_EQ(slots[26214], Padded("26214", SlotLength)); // where the second read begins
+    EXPECT_EQ(slots[26214], Padded("26214", SlotLength)); // the second read begins here
     EXPECT_EQ(slots[32766], Padded("32766", SlotLength));
 }
 

@@ -7,22 +7,22 @@
 namespace mact {
 namespace {
 
-/// Slots of ten bytes. Writing one reads the length, reads what is in its place, writes and flushes;
-/// appending many does the first three.
+/// Slots of ten bytes. Writing one takes four operations: reading the length, reading what is in its place,
+/// writing and flushing. Appending many takes the first three.
 class RecordWriteFailures : public testing::Test {
 protected:
     TemporaryFolder Folder;
     FailingFiles Files;
     std::filesystem::path File = Folder.Path() / "records";
 
-    /// What WriteSlot says, its `operation` failing; empty when it succeeds.
+    /// The sentence with which WriteSlot fails when its `operation` fails; empty if it succeeds.
     std::string Write(std::int16_t number, std::string_view slot, int operation, FaultKind kind) {
         RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
         Files.Start({operation, kind});
         const Done written = file.WriteSlot(number, slot);
         return written ? std::string{} : SentenceOf(written.error());
     }
-    /// What AppendSlots says, its `operation` failing, and how many slots there are then.
+    /// The same for AppendSlots; `count` is set to the number of slots there are afterwards.
     std::string Append(std::string_view slots, int operation, FaultKind kind, int& count) {
         RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
         Files.Start({operation, kind});

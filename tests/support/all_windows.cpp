@@ -42,7 +42,7 @@ void OpenMain(AppContext& app, QWidget*) {
     frmMain window(app);
     window.show();
     QEventLoop untilClosed;
-    QTimer::singleShot(0, &untilClosed, [&] { // after the one that works with the window
+    QTimer::singleShot(0, &untilClosed, [&] { // after InWindow's timer, which works with the window
         window.close();
         untilClosed.quit();
     });
@@ -183,7 +183,7 @@ const std::vector<WindowState>& AllWindows() {
 void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
               const std::function<void(QWidget&)>& act) {
     const QString folderBefore = QDir::currentPath();
-    QDir::setCurrent(FromPath(app.ProgramFolder)); // the paths that are typed count from there
+    QDir::setCurrent(FromPath(app.ProgramFolder)); // typed paths are relative to it
     bool isDone = false;
     QTimer::singleShot(0, qApp, [&] {
         QWidget* window = QApplication::activeModalWidget();

@@ -9,17 +9,17 @@
 
 namespace mact {
 
-/// A window as a user meets it.
+/// A window in one of its states.
 struct WindowState {
-    const char* Name;                               ///< the window's own, and which state of it
+    const char* Name;                               ///< the window's own name, then the state
     void (*Open)(AppContext& app, QWidget* parent); ///< returns when the window is closed
     void (*Prepare)(const QWidget& window);         ///< what the user does in it first
 };
 
-/// Every window of the program, each in the states that look different. They need the sample shop.
+/// Every window of the program, in each of the states that look different. They need the sample shop.
 const std::vector<WindowState>& AllWindows();
 
-/// Opens the window, prepares it, hands it to `act` and closes it.
+/// Opens the window, prepares it, passes it to `act` and closes it.
 void InWindow(const WindowState& state, AppContext& app, QWidget* parent,
               const std::function<void(QWidget&)>& act);
 } // namespace mact

@@ -6,7 +6,7 @@
 
 namespace mact {
 
-/// Bytes of data files, written down piece by piece.
+/// Helpers that write out the bytes of data files piece by piece.
 
 inline std::string Padded(std::string_view text, std::size_t length) {
     std::string padded(text);
@@ -18,7 +18,7 @@ inline std::string Zeros(std::size_t length) {
     return std::string(length, '\0');
 }
 
-/// The bytes of hexadecimal digits; blanks between them are passed over.
+/// The bytes that hexadecimal digits stand for; blanks between them are ignored.
 inline std::string Hex(std::string_view digits) {
     std::string bytes;
     int high = -1;

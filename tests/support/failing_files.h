@@ -11,11 +11,11 @@
 namespace mact {
 
 enum class FaultKind {
-    Once,        ///< the operation fails without having done anything
+    Once,        ///< the operation fails and has done nothing
     HalfWritten, ///< the same, but a write has written half of its bytes
-    IsFull,      ///< it fails as with Once, and so does every later write
-    FillsUp,     ///< it fails as with HalfWritten, and every later write as with Once
-    IsGone,      ///< it fails as with HalfWritten, and every later operation as with Once
+    IsFull,      ///< fails as with Once, and so does every later write
+    FillsUp,     ///< fails as with HalfWritten, and every later write fails as with Once
+    IsGone,      ///< fails as with HalfWritten, and every later operation fails as with Once
 };
 
 inline constexpr std::string_view DiskIsFull = "No space left on device";
@@ -29,11 +29,11 @@ struct Fault {
     std::string_view Reason = DiskIsFull; ///< without a period
 };
 
-/// The operating system's files, one of whose operations fails. Nothing waits for the disk, but it is noted
-/// which files should have.
+/// The operating system's files, of which one operation fails. Flush does not wait for the disk, but which
+/// files were flushed is recorded.
 class FailingFiles : public WrappedFiles {
 public:
-    /// Counts from 1 again.
+    /// Sets the fault and counts from 1 again.
     void Start(Fault fault) {
         m_fault = fault;
         m_count = 0;
@@ -44,9 +44,9 @@ public:
     int Count() const { return m_count; }
     /// Whether the operation that failed was a write.
     bool HasFailedInAWrite() const { return m_hasFailedInAWrite; }
-    /// The files that were changed and not flushed after that, but for those that are no more.
+    /// The files that were changed and not flushed since, except those that no longer exist.
     const std::set<std::string>& Unflushed() const { return m_unflushed; }
-    /// The files that were put in another one's place before they were flushed.
+    /// The files that were renamed before they were flushed.
     const std::set<std::string>& RenamedUnflushed() const { return m_renamedUnflushed; }
 
     Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override {

@@ -8,7 +8,7 @@
 
 namespace mact {
 
-/// The files that lie in a folder, and what they hold; empty where there is no such folder.
+/// The files in a folder and what they hold; empty if there is no such folder.
 inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& folder) {
     std::map<std::string, std::string> files;
     std::error_code ignored;
@@ -17,7 +17,7 @@ inline std::map<std::string, std::string> FilesIn(const std::filesystem::path& f
     return files;
 }
 
-/// How many files of that name there are in the folder and all below it.
+/// How many entries with that name there are in the folder and everything below it.
 inline int CountNamed(const std::filesystem::path& folder, const std::string& name) {
     int count = 0;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))

@@ -9,14 +9,14 @@
 
 namespace mact {
 
-/// The control of that name; without one the test stops with a message.
+/// The control with that name; if there is none, the test stops with a message.
 template <class T> T& Named(const QObject& window, const char* name) {
     T* control = window.findChild<T*>(QString::fromLatin1(name));
     if (!control) qFatal("%s has no such control named %s", qPrintable(window.objectName()), name);
     return *control;
 }
 
-/// Hands the next modal window to `act` once it is shown, and closes it if `act` did not.
+/// Passes the next modal window to `act` once it is shown, then closes it unless `act` did.
 template <class W, class Act> void InNextModal(Act act) {
     QTimer::singleShot(0, qApp, [act] {
         const QPointer<W> window = qobject_cast<W*>(QApplication::activeModalWidget());

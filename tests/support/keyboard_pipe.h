@@ -10,11 +10,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// A keyboard for a program of Qt that runs without a screen: a pipe in the place of a keyboard's device.
+namespace mact {
+
+/// A keyboard for a Qt program that runs without a screen: a pipe that takes the place of the keyboard
+/// device.
 class KeyboardPipe {
 public:
-    /// The value of QT_QPA_GENERIC_PLUGINS for the program, whose current folder must be that of the pipe. A
-    /// device's path has to begin with /dev/, and only ASCII letters of it arrive.
+    /// The value of QT_QPA_GENERIC_PLUGINS for the program, whose current folder must be the one with the
+    /// pipe. A device path must begin with /dev/, and only its ASCII characters get through.
     static constexpr const char* Plugin = "evdevkeyboard:/dev/../proc/self/cwd/keys";
 
     explicit KeyboardPipe(const std::filesystem::path& folder) {
@@ -25,8 +28,8 @@ public:
     KeyboardPipe& operator=(const KeyboardPipe&) = delete;
     ~KeyboardPipe() { ::close(m_pipe); }
 
-    /// Presses the keys (KEY_LEFTALT and the like) one after another and lets them go. They are lost when
-    /// nobody reads for so long that the pipe is full.
+    /// Presses the keys (KEY_LEFTALT and the like) one after another, then releases them. They are lost if
+    /// nobody reads the pipe for so long that it fills up.
     void Press(std::initializer_list<std::uint16_t> keys) const {
         for (const std::uint16_t key : keys)
             Send(key, 1);
@@ -45,7 +48,6 @@ private:
 
     int m_pipe = -1;
 };
+} // namespace mact
 
 #endif
-
-namespace mact {} // namespace mact

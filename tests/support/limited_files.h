@@ -9,13 +9,13 @@ namespace mact {
 
 /// What goes wrong with a file.
 struct FileLimits {
-    std::optional<std::uint64_t> LongestFile{}; ///< bytes; what lies beyond cannot be written or read
+    std::optional<std::uint64_t> LongestFile{}; ///< bytes; nothing beyond can be written or read
     bool CannotBeCut = false;
     bool CannotBeFlushed = false;
     bool IsLocked = false; ///< by another running copy
 };
 
-/// The operating system's files, some of which fail: as a disk that is full, or damaged, from some byte on.
+/// The operating system's files, some of which fail like a disk that is full or damaged from some byte on.
 class LimitedFiles : public WrappedFiles {
 public:
     std::map<std::filesystem::path, FileLimits> Limits;

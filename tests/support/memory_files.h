@@ -9,11 +9,11 @@
 
 namespace mact {
 
-/// Files that are nowhere but in memory: for tests that work with a great many of them. There are no folders,
-/// no locks and no failures but that of a file that does not exist.
+/// Files that exist only in memory, for tests that work with a great many of them. There are no folders and
+/// no locks, and the only failure is a file that does not exist.
 class MemoryFiles : public FileAccess {
 public:
-    /// A file without content where there is none.
+    /// Creates an empty file if there is none.
     std::string& operator[](const std::filesystem::path& path) {
         std::shared_ptr<std::string>& content = m_files[path];
         if (!content) content = std::make_shared<std::string>();

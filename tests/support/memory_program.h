@@ -7,8 +7,8 @@
 
 namespace mact {
 
-/// A whole program whose files are in memory, with scripted services. Company 1 is current, and there is no
-/// file yet.
+/// A whole program with its files in memory and scripted services. Company 1 is current, and there is no file
+/// yet.
 class MemoryProgram {
 public:
     ScriptedPrompts Prompts;
@@ -17,7 +17,7 @@ public:
     ScriptedDialogs Dialogs;
     ScriptedClock Calendar;
     MemoryFiles Files;
-    /// The folder must not exist: some questions are asked of the real file system.
+    /// Must not exist, because some checks look at the real file system.
     AppContext App{Prompts, Settings, Programs, Dialogs, Calendar, Files, "no such folder/program", 1};
 
     std::string& File(const std::filesystem::path& path) { return Files[path]; }

@@ -13,13 +13,13 @@
 
 namespace mact {
 
-/// Data that is made up from a seed: the same one for the same seed, on every platform. The choices are few,
-/// so that records often have something in common.
+/// Data made up from a seed: the same seed gives the same data on every platform. There are few values to
+/// choose from, so that records often have something in common.
 class RandomData {
 public:
     explicit RandomData(unsigned seed) : m_numbers(seed) {}
 
-    /// From `least` to `most`.
+    /// From `least` to `most`, both included.
     int Int(int least, int most) {
         const auto count = static_cast<unsigned>(most - least) + 1;
         return least + static_cast<int>(m_numbers() % count);
@@ -29,14 +29,14 @@ public:
     template <class Value> Value Pick(const std::vector<Value>& values) {
         return values[static_cast<std::size_t>(Int(0, static_cast<int>(values.size()) - 1))];
     }
-    /// Of printable code-page characters; it may begin and end with spaces.
+    /// Printable code-page characters; the text may begin and end with spaces.
     std::string Text(int longest) {
         std::string text(static_cast<std::size_t>(Int(0, longest)), ' ');
         for (char& character : text)
             if (!OneIn(4)) character = Pick<char>({'a', 'B', '0', '-', '\xE9', '\xC9', '\x80', '"', '/'});
         return text;
     }
-    /// With up to six decimals: at most 15 digits, which tell the number exactly.
+    /// With up to six decimals and at most 15 digits, so that its text gives the number exactly.
     double Number(int least, int most) {
         const auto scale = Pick<std::int64_t>({1, 10, 100, 1000, 1000000});
         const auto count = static_cast<std::uint64_t>(most - least) * static_cast<std::uint64_t>(scale) + 1;
@@ -48,7 +48,7 @@ private:
     std::mt19937_64 m_numbers;
 };
 
-/// Calls `check` with a seed for each of so many cases, and names the seed where one fails. Other cases are
+/// Calls `check` with the seed of each case until one fails, and names the seed of that one. Other cases are
 /// tried with --gtest_random_seed.
 template <class Check> void ForEachSeed(unsigned cases, const Check& check) {
     const auto first = static_cast<unsigned>(GTEST_FLAG_GET(random_seed)) * cases + 1;
@@ -58,7 +58,7 @@ template <class Check> void ForEachSeed(unsigned cases, const Check& check) {
     }
 }
 
-/// The bytes of a file of these records.
+/// The bytes of a file with these records.
 template <class Record, class... Types>
 std::string FileOf(const RecordLayout<Record, Types...>& layout, const std::vector<Record>& records) {
     std::string content;
@@ -67,7 +67,7 @@ std::string FileOf(const RecordLayout<Record, Types...>& layout, const std::vect
     return content;
 }
 
-/// Says which is the first byte that differs, rather than showing all of them.
+/// Names the first byte that differs instead of showing all of them.
 inline testing::AssertionResult IsSameContent(const std::string& content, const std::string& expected,
                                               std::size_t slotLength) {
     if (content == expected) return testing::AssertionSuccess();

@@ -13,7 +13,7 @@ struct ProgramRun {
     std::string Errors{};
 };
 
-/// Runs a program to its end. Its settings are in `settingsFolder`, in place of the user's own.
+/// Runs a program to its end, with its settings in `settingsFolder` instead of the user's own.
 ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                       const std::filesystem::path& settingsFolder);
 } // namespace mact

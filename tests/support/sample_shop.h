@@ -8,13 +8,13 @@
 
 namespace mact {
 
-/// The program with the shop of samples/: its company is current, its pollutants have names, its materials
-/// and usage are imported. A copy of the samples is in the program folder, in `samples`.
+/// The program with the shop of samples/: its company is current, its pollutants have names, and its
+/// materials and usage are imported. The program folder has a copy of the samples, in `samples`.
 class SampleShop : public TestProgram {
 public:
     SampleShop();
 
-    /// Everything as it was at first, which is quicker than a new shop.
+    /// Puts everything back as it was at first, which is quicker than a new shop.
     void Restore();
 
 private:

@@ -17,7 +17,7 @@ namespace mact {
 class ScriptedPrompts : public MessagePrompts {
 public:
     std::vector<Prompt> Shown;
-    std::deque<PromptAnswer> Answers; ///< to the questions to come; without one the answer is No
+    std::deque<PromptAnswer> Answers; ///< to the next questions; No if there is none left
 
     PromptAnswer Show(const Prompt& prompt) override {
         Shown.push_back(prompt);
@@ -27,7 +27,7 @@ public:
         Answers.pop_front();
         return answer;
     }
-    /// The text of the last message; empty without one.
+    /// The text of the last message; empty if there was none.
     std::string LastText() const { return Shown.empty() ? std::string{} : Shown.back().Text; }
 };
 

@@ -53,7 +53,7 @@ std::string ContentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) Stop(path);
     std::ostringstream content;
-    content << file.rdbuf(); // many times quicker than byte by byte
+    content << file.rdbuf(); // many times faster than byte by byte
     return std::move(content).str();
 }
 

@@ -13,7 +13,7 @@
 
 namespace mact {
 
-/// A folder that is removed with its content. A blank, a quote and a letter beyond ASCII are in its name.
+/// A folder that is removed with its content. Its name has a blank, a quote and a letter beyond ASCII.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -26,8 +26,8 @@ private:
     std::filesystem::path m_path;
 };
 
-/// A whole program in a temporary folder, with scripted services. Its data folder exists and is empty;
-/// company 1 is current, without a record of its own.
+/// A whole program in a temporary folder, with scripted services. Its data folder is empty; company 1 is
+/// current but has no record.
 class TestProgram {
 public:
     TestProgram();
@@ -49,9 +49,9 @@ public:
     std::vector<std::string> ShownTexts() const;
 };
 
-/// All bytes of a file; a file that cannot be read stops the test with a message.
+/// All bytes of a file; the test stops with a message if it cannot be read.
 std::string ContentOf(const std::filesystem::path& path);
-/// The system's words for an error, which is `windowsCode` where it runs on Windows.
+/// The system's text for an error: for `error`, or on Windows for `windowsCode`.
 std::string ReasonOf(std::errc error, int windowsCode);
 void WriteContent(const std::filesystem::path& path, std::string_view content);
 } // namespace mact

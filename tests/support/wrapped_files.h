@@ -8,7 +8,7 @@
 
 namespace mact {
 
-/// The operating system's files, of which a test replaces a part.
+/// The operating system's files, for tests that override some of their operations.
 
 class WrappedFile : public OpenedFile {
 public:

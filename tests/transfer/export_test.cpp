@@ -312,7 +312,7 @@ TEST_F(ExportTest, ADeviceIsWrittenAsItStands) {
 }
 #endif
 
-#ifndef _WIN32 // where making a link needs a right that users lack
+#ifndef _WIN32 // on Windows, users may not create links
 TEST_F(ExportTest, ALinkToADataFileIsNoTarget) {
     AddMaterial("A");
     const std::string data = ContentOf(MaterialData());

@@ -13,7 +13,7 @@
 namespace mact {
 namespace {
 
-/// A line that every import rejects, again and again: enough work for several turns of the event loop.
+/// Lines that every import rejects: enough work for several turns of the event loop.
 constexpr int ManyLines = 1'000'000;
 
 std::string ManyBadLines() {

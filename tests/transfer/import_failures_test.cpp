@@ -67,7 +67,7 @@ TEST_F(ImportFailures, AFullDiskForTheDataFileStoresAndCountsNothing) {
     std::filesystem::create_symlink("/dev/full", MaterialData());
     ImportMaterials("bad\r\n" + GoodMaterial("A") + "bad\r\n" + GoodMaterial("B"));
     ExpectOneFailure("1_materials.talvor");
-    ExpectCounts(1, 1); // what was before the first record that could not be stored
+    ExpectCounts(1, 1); // the line before the first record that could not be stored
     EXPECT_EQ(ContentOf(MaterialLogFile()), "bad    ***** Invalid number of delimited fields ******\r\n");
 }
 
@@ -275,7 +275,7 @@ TEST_F(ImportFailures, TheDataFileAsSourceEmptiesTheLogOfTheRunBefore) {
     EXPECT_EQ(ContentOf(MaterialData()), data);
 }
 
-// Files that are no text files at all.
+// Files that are not text at all.
 
 TEST_F(ImportFailures, AnImageIsRejectedLineByLine) {
     std::string image = "\x89PNG\r\n\x1A\n";

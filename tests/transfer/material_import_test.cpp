@@ -10,7 +10,7 @@ protected:
     std::string Log() const { return ContentOf(MaterialLogFile()); }
 };
 
-/// The log's entry for the only line of a file.
+/// The log entry for the only line of a file.
 std::string Entry(const std::string& line, const std::string& message) {
     return "REC#  : 1\r\nRECORD: " + line + "\r\n" + message + "\r\n\r\n";
 }
@@ -227,8 +227,8 @@ TEST_F(MaterialImportTest, TheChecksAreMadeInTheOrderOfTheFields) {
     constexpr std::string_view filler = "ERROR : Invalid filler, it should be a numeric value. If this is "
                                         "not a filled risin please use 0.";
     struct Repair {
-        std::string_view Message; ///< of the line before
-        std::string_view Field;   ///< good from then on
+        std::string_view Message; ///< why the line is rejected
+        std::string_view Field;   ///< what its field is then set to
     };
     constexpr std::array<Repair, 19> repairs{
         {{exists, "B"},
@@ -298,7 +298,7 @@ TEST_F(MaterialImportTest, TheLogEndsItsLinesWithCrLfWhateverTheSource) {
 }
 
 TEST_F(MaterialImportTest, BytesBeyondAsciiPassUnchangedIntoRecordAndLog) {
-    // é ß Ø €, and one of the unassigned bytes
+    // é ß Ø €, and one unassigned byte
     ImportMaterials("Gel \xE9\xDF\xD8\x80\x81|d|Production resin|Spray|9|28|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n"
                     "\xE9\xDF\xD8\x80\x81\r\n");
     EXPECT_EQ(Materials().at(0).CustomId, "Gel \xE9\xDF\xD8\x80\x81");

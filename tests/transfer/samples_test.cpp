@@ -17,7 +17,7 @@ protected:
         ImportUsageFile(App, Sample("usage.txt"), Processed, Errors);
         EXPECT_EQ(Errors, 0) << ContentOf(UsageLogFile());
     }
-    /// Pounds of the year's sprayed production resins, and the pounds of HAP in them.
+    /// The pounds of production resin sprayed in the year, and the pounds of HAP in them.
     std::pair<double, double> SprayedResin(const std::string& year) {
         double pounds = 0;
         double hapPounds = 0;

@@ -11,7 +11,7 @@
 
 namespace mact {
 
-/// A program with the default material types, whose files may be made to fail.
+/// A program with the default material types, whose files can be made to fail.
 class TransferTest : public testing::Test, public TestProgram {
 protected:
     TransferTest() { EXPECT_TRUE(CreateDefaultHapContents(Faulty)); }
@@ -63,7 +63,7 @@ protected:
     void Delete(std::int16_t materialId) {
         EXPECT_FALSE(DeleteMaterial(App, materialId, [](std::int16_t) { return Result<bool>(false); }));
     }
-    /// A failure that ends a transfer is one message.
+    /// A failure that ends a transfer shows exactly one message.
     void ExpectOneFailure(std::string_view part) const {
         ASSERT_EQ(Prompts.Shown.size(), 1U);
         EXPECT_EQ(Prompts.Shown[0].Kind, PromptKind::Failure);

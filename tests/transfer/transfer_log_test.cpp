@@ -13,7 +13,7 @@ protected:
     std::filesystem::path Path = Folder.Path() / "log.txt";
     LimitedFiles Files;
 
-    /// Writes the lines first and second, with room for so many bytes.
+    /// Writes the lines "first" and "second" where there is room for `bytes` bytes.
     void WriteWithin(std::uint64_t bytes) {
         Files.Limits[Path] = {.LongestFile = bytes};
         Result<TransferLog> log = TransferLog::Open(Files, Path);
@@ -27,7 +27,7 @@ protected:
 };
 
 TEST_F(TransferLogTest, AFullDiskLeavesNoPieceOfALine) {
-    WriteWithin(10); // first CR LF sec
+    WriteWithin(10); // "first", CR, LF, "sec"
     EXPECT_EQ(ContentOf(Path), "first\r\n");
 }
 

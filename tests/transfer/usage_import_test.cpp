@@ -10,7 +10,7 @@ protected:
     UsageImportTest() { AddMaterial("GC-110"); }
 
     std::string Log() const { return ContentOf(UsageLogFile()); }
-    /// Imports the lines one after the other and tells for each whether it was stored.
+    /// Imports each line by itself: + for one that was stored, - for one that was rejected.
     std::string Stored(const std::vector<std::string>& lines) {
         std::string stored;
         for (const std::string& line : lines) {
@@ -19,7 +19,7 @@ protected:
         }
         return stored;
     }
-    /// The same within one file.
+    /// The same with all lines in one file.
     std::string StoredAtOnce(const std::vector<std::string>& lines) {
         std::string content;
         for (const std::string& line : lines)
@@ -204,8 +204,8 @@ TEST_F(UsageImportTest, AQuantityThatIsNoNumberIsRejected) {
 
 TEST_F(UsageImportTest, TheChecksAreMadeInTheirOrder) {
     struct Repair {
-        std::string_view Message; ///< of the line before
-        std::size_t Field;        ///< which is good from then on
+        std::string_view Message; ///< why the line is rejected
+        std::size_t Field;        ///< the field that is then set to Text
         std::string_view Text;
     };
     constexpr Repair repairs[] = {
@@ -216,7 +216,7 @@ TEST_F(UsageImportTest, TheChecksAreMadeInTheirOrder) {
         {"ERROR : Invalid Quantity. Quantity should be a proper numeric value.", 3, "1"     },
         {"ERROR : Invalid unit. Unit can only be lbs or mgl.",                   4, "lbs"   },
     };
-    for (const std::string period : {"0/MMV", "3/MMV", "3/2005"}) // what is there on the way is a duplicate
+    for (const std::string period : {"0/MMV", "3/MMV", "3/2005"}) // each period on the way exists already
         EXPECT_FALSE(SaveUsage(App, {.MaterialId = 1, .Period = period, .Quantity = 1, .Unit = UnitLbs}));
     std::array<std::string, 5> fields{"GC-111", "0", "MMV", "x", "gal"};
     const auto line = [&fields] {
@@ -248,7 +248,8 @@ TEST_F(UsageImportTest, FourAndSixFieldsAreRejectedByTheirNumber) {
     EXPECT_EQ(Errors, 3);
 }
 
-// Which periods are duplicates: the finder compares the period as asked with the stored one, cut and trimmed.
+// Which periods are duplicates: the finder compares the period asked for with the stored one, cut and
+// trimmed.
 
 struct PeriodCase {
     std::string_view Name;
@@ -265,7 +266,7 @@ protected:
         return {"GC-110|" + std::string(GetParam().First) + "|1|lbs",
                 "GC-110|" + std::string(GetParam().Second) + "|1|lbs"};
     }
-    /// What the finder itself says about the second line when the first one is stored.
+    /// Whether the finder itself finds the second line's period when the first line is stored.
     bool FinderFinds() {
         std::string period(GetParam().Second);
         period.replace(period.find('|'), 1, "/");

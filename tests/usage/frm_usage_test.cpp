@@ -16,7 +16,7 @@ namespace {
 
 const std::string ErrorsTitle = "Error(s) found while processing the form:\r\n\r\n";
 
-/// Two materials; the first is deleted, so that numbers and rows differ.
+/// Three materials; the first is deleted, so that numbers and rows differ.
 struct UsageProgram : TestProgram {
     UsageProgram() {
         for (const char* customId : {"OLD", "GC-110", "R-1"})
@@ -44,7 +44,7 @@ struct UsageProgram : TestProgram {
         InNextModal<frmUsage>(act);
         return EditUsage(App, usageId, nullptr);
     }
-    /// The last message, without the title of the error box.
+    /// The last message without the heading of the error box.
     std::string LastErrors() const { return Prompts.LastText().substr(ErrorsTitle.size()); }
 };
 
@@ -78,7 +78,7 @@ QStringList ItemsOf(const QComboBox& box) {
     return items;
 }
 
-/// The controls in the order in which the tab key reaches them.
+/// The controls in the order in which Tab reaches them.
 QStringList TabOrder(frmUsage& window) {
     QStringList names;
     QApplication::setActiveWindow(&window);

@@ -112,7 +112,7 @@ TEST_F(UsageStoreTest, APeriodOfDamagedBytesIsAPeriodLikeAnyOther) {
 TEST_F(UsageStoreTest, ManyRecordsAreFoundInTheOrderOfTheFile) {
     std::string content;
     Ids expected;
-    for (int number = 1; number <= 20000; ++number) { // several times what is read and judged at once
+    for (int number = 1; number <= 20000; ++number) { // more than one read of the file
         const int month = number * 7919 % 24;
         const bool isLive = number % 5 != 0;
         const int year = month < 12 ? 2004 : 2005;
@@ -223,7 +223,7 @@ TEST_F(UsageStoreTest, OperationsOnTheLargestFileStayQuick) {
                                       .MaterialId = static_cast<std::int16_t>(number),
                                       .Period = "1/2005"});
     WriteContent(File, content);
-    // A cost that grew with the square of the records would be some billions of steps.
+    // If the cost grew with the square of the records, this would take billions of steps.
     EXPECT_EQ(Found({.OneRecordPerMaterial = true}).size(), 32767U);
 }
 

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Makes the expected report pages of this folder, without the program.
 
-The input is typed in again by hand, the arithmetic is exact (decimal, 60 digits) and the pages are put together
-cell by cell. Beside each page, what a reader of it must see is written as <page>.seen.txt (UTF-8): the lines above
-the table, then one line a row, the cells separated by " | ". A cell that spans columns ends in " [n columns]", a
-coloured text in " [green]", a shaded cell in " [silver]" or " [#DDDDDD]", a line break within a cell is " / ".
-The empty pages have no such file.
+The input is typed in again by hand, the arithmetic is decimal with 60 digits, and the pages are put together
+cell by cell. What a reader of each page must see is written beside it as <page>.seen.txt (UTF-8): the lines
+above the table, then one line for each row, the cells separated by " | ". A cell that spans columns ends in
+" [n columns]", coloured text in " [green]", a shaded cell in " [silver]" or " [#DDDDDD]", and a line break
+within a cell is " / ". The empty pages have no such file.
 
     python3 make_expected_pages.py
 """
@@ -58,7 +58,7 @@ TYPES = [
     ("Tooling resin (Filled)", "Non-spray " + AFTER, "39", "0.011", "2.275", "54"),
     ("Tooling resin (Filled)", "Non-spray " + WITHOUT, "46", "0.0076", "2.275", "54"),
 ]
-# The order in which the types are reported, by hand.
+# The order in which the types are reported, sorted by hand.
 SORTED_TYPES = ["Clear production gel coat", "Pigmented production gel", "Production resin",
                 "Production resin (Filled)", "Tooling gel coat", "Tooling resin", "Tooling resin (Filled)"]
 
@@ -108,7 +108,7 @@ def rounded(number, decimals):
 
 
 def text(number):
-    """Without zeros at the end; no number here is long enough to need an exponent or to be cut."""
+    """Without trailing zeros; no number here is long enough to need an exponent or to be cut."""
     plain = format(number.normalize(), "f")
     assert len(plain.replace(".", "").lstrip("0")) <= 15, plain
     return plain
@@ -122,7 +122,7 @@ def pounds_used(material):
     return pounds
 
 
-# The pages. Each cell is (HTML of the cell with its tags, what is seen of it).
+# The pages.
 
 def company_lines():
     return ("<div align='center'><font face='Verdana' size='3'><b><u>" + COMPANY + "</u></b></font><br>"
@@ -155,7 +155,7 @@ class Page:
         self.seen = [COMPANY, LOCATION, title, seen_text(period)]
 
     def row(self, *cells):
-        """Each cell: attributes of its td ("" = none), its HTML, then what is seen beside the text."""
+        """Each cell: the attributes of its td ("" = none), its HTML, then what is seen besides its text."""
         self.html += "<tr>"
         line = []
         for cell in cells:
@@ -204,7 +204,7 @@ def compliant_row(page, number, content, limit, answer):
              (CENTER_TOP, VERDANA + (YES if answer == "Yes" else NO) + "</font>", colour))
 
 
-# material: HAP content, limit, answer, all judged by hand
+# material: HAP content, limit, answer, all worked out by hand
 JUDGED = {
     1: ("35", "28", "No"),
     2: ("27.5", "28", "Yes"),
@@ -340,7 +340,7 @@ def make_additional_usage_pages():
         if pounds == 0:
             continue
         contents, factors = material[7].split(), material[8].split()
-        for slot in [0, 1, 2, 4, 5]:  # 0 in spite of its name "-", 3 not
+        for slot in [0, 1, 2, 4, 5]:  # 0 although its name is "-"; 3 is left out
             material_cells = [cell(LEFT_TOP, material[1]), cell(CENTER_TOP, text(pounds))]
             if slot > 0:
                 material_cells = [("", "&nbsp;"), ("", "&nbsp;")]

@@ -157,6 +157,7 @@ TEST_F(TwoCopies, ThatStartInANewFolderAtOnceBothDo) {
         };
         const std::vector<Share> shares = {start, start};
         const std::vector<bool> succeeded = Race(shares);
+        EXPECT_EQ(succeeded, (std::vector<bool>{true, true}));
         ExpectAllOf(shares, succeeded, CompaniesFile, 504, "");
         EXPECT_EQ(Folder.Data("hapcontents.talvor").size(), 29U * 232);
     }

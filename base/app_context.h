@@ -9,15 +9,15 @@
 
 namespace mact {
 
-/// What the last new usage record was entered with.
+/// Month, year and unit of the last usage record entered as new.
 struct LastUsageEntry {
     std::int16_t Month = 0; ///< 1 to 12
     std::string Year{};
-    std::int16_t Unit = 0; ///< 0 = no record was entered yet
+    std::int16_t Unit = 0; ///< 0 = none entered yet
 };
 
 /// What the modules work with: the platform's services, the program folder, and the little that is remembered
-/// between operations. It is passed, never global.
+/// between operations. Always passed, never global.
 struct AppContext {
     MessagePrompts& Prompts;
     SettingsStore& Settings;
@@ -30,7 +30,7 @@ struct AppContext {
     std::int16_t CurrentCompanyId = 0;    ///< 0 = none
     std::string CurrentCompanyName{};     ///< code-page text
     std::string CurrentCompanyLocation{}; ///< code-page text
-    /// The six additional pollutant names joined by "|", code-page text; "-" = a name not in use.
+    /// The six additional pollutant names joined by "|", code-page text; "-" = not in use.
     std::string AdditionalNames{};
     LastUsageEntry LastUsage{};
 };

@@ -5,7 +5,7 @@
 
 namespace mact {
 
-/// A value for every record number that a file can hold (signed 16-bit), found without a search.
+/// A value for every signed 16-bit record number (a damaged file may hold negative ones), by index.
 template <class Value> class ByNumber {
 public:
     Value& operator[](std::int16_t number) { return m_values[static_cast<std::uint16_t>(number)]; }

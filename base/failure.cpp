@@ -16,7 +16,7 @@ std::string Sentence(std::string_view cannot, const Failure& failure) {
 
 std::string SentenceOf(const Failure& failure) {
     const std::string text = Sentence("Cannot", failure);
-    return text.ends_with('.') ? text : text + '.'; // a program's own words may come with one
+    return text.ends_with('.') ? text : text + '.'; // a reason may bring its own
 }
 
 std::string ClauseOf(const Failure& failure) {

@@ -11,28 +11,30 @@ Done WriteAll(OpenedFile& file, std::string_view content) {
     return file.Flush();
 }
 
+/// In place: a rename would put a file where the device is.
 Done WriteToDevice(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Replace);
     if (!file) return file.error();
     return WriteAll(**file, content);
 }
 
-/// The file itself, where the path is a link; it may not exist yet.
+/// For a link, the file that it leads to, which may not exist yet.
 std::filesystem::path FollowLinks(const std::filesystem::path& path) {
     std::error_code error;
     const std::filesystem::path followed = std::filesystem::canonical(path, error);
     if (!error) return followed;
+    // canonical refuses a link to a missing file; the link itself says where to create it.
     const std::filesystem::path target = std::filesystem::read_symlink(path, error);
     return error ? path : path.parent_path() / target;
 }
 
-/// A rename would replace a file also where its user has taken the permission to write it away.
+/// A rename needs no permission for the file that it replaces, so a read-only one must be refused here.
 Done CheckIsWritable(FileAccess& files, const std::filesystem::path& path) {
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Update);
     return file ? Success() : Done(file.error());
 }
 
-/// The user knows the target, not the temporary file.
+/// Names the target first: the user does not know the temporary file.
 Failure CannotWrite(const std::filesystem::path& target, const Failure& ofTemporary) {
     return {"write the file", target, ClauseOf(ofTemporary)};
 }
@@ -41,7 +43,7 @@ Failure CannotWrite(const std::filesystem::path& target, const Failure& ofTempor
 
 std::filesystem::path TemporaryFor(const std::filesystem::path& path) {
     std::filesystem::path temporary = path;
-    temporary += ".mact.tmp"; // no name that a user would give
+    temporary += ".mact.tmp"; // a name that no user would choose
     return temporary;
 }
 
@@ -58,16 +60,18 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     const std::filesystem::path temporary = TemporaryFor(target);
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(temporary, OpenMode::Update);
     if (!file) return CannotWrite(target, file.error());
-    // Not before it is ours: another running copy may be about to put it in the same file's place.
+    // Emptied only once it is locked: another running copy may be about to rename it into place.
     const Done locked = (*file)->Lock();
     if (!locked) return CannotWrite(target, locked.error());
     Done replaced = (*file)->CutTo(0);
+    // WriteAll flushes: after a crash, a file renamed before that could be empty.
     if (replaced) replaced = WriteAll(**file, content);
     if (!replaced) replaced = CannotWrite(target, replaced.error());
+    // Permissions first, so that the file never appears with others. The lock outlasts the rename.
     if (replaced && std::filesystem::exists(status))
         std::filesystem::permissions(temporary, status.permissions(), ignored);
     if (replaced) replaced = files.Rename(temporary, target);
-    if (!replaced) static_cast<void>(files.Remove(temporary)); // the failure to tell is the first
+    if (!replaced) static_cast<void>(files.Remove(temporary)); // the first failure is the one to report
     return replaced;
 }
 
@@ -83,7 +87,7 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
     std::string content(static_cast<std::size_t>(*length), '\0');
     const Result<std::size_t> count = (*file)->ReadAt(0, content);
     if (!count) return count.error();
-    content.resize(*count);
+    content.resize(*count); // less if the file was cut meanwhile
     return content;
 }
 

@@ -11,21 +11,21 @@
 
 namespace mact {
 
-/// A file that is open. Closed, and its lock released, when it is destroyed.
+/// An open file. Destroying it closes it and releases its lock.
 class OpenedFile : public Service {
 public:
     /// In bytes.
     virtual Result<std::uint64_t> Length() = 0;
-    /// Fills `bytes` from `offset` on and returns how many there were: fewer only at the end of the file.
+    /// Reads into `bytes` from `offset` on. Returns how many were read: fewer only at the end of the file.
     virtual Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) = 0;
-    /// Writes all of `bytes`; bytes between the end of the file and `offset` become zero.
+    /// Writes all of `bytes`. A gap between the end of the file and `offset` is filled with zero bytes.
     virtual Done WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
-    /// Cuts the file off after `length` bytes; a file that is shorter stays as it is.
+    /// Cuts the file to `length` bytes; a shorter file is left alone.
     virtual Done CutTo(std::uint64_t length) = 0;
-    /// Returns when everything written is on the disk.
+    /// Returns once everything written is on the disk.
     virtual Done Flush() = 0;
-    /// Holds the file against other writers that lock it. Waits at most two seconds for one that has it.
-    /// Where that one has renamed or removed the file, it is opened again by its path.
+    /// Keeps out other writers that lock the file, waiting at most two seconds for one of them to finish.
+    /// If that one has renamed or removed the file, its path is opened again.
     virtual Done Lock() = 0;
 };
 
@@ -36,34 +36,34 @@ enum class OpenMode {
     Replace,      ///< for writing; created empty, or emptied
 };
 
-/// The operating system's files, as far as the program works with them.
+/// What the program needs of the operating system's files.
 class FileAccess : public Service {
 public:
-    /// A folder is never opened.
+    /// Opening a folder is a Failure.
     virtual Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) = 0;
-    /// Replaces `to`.
+    /// Replaces `to` if it exists.
     virtual Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
     virtual Done Remove(const std::filesystem::path& path) = 0;
     virtual Done CreateFolder(const std::filesystem::path& path) = 0;
 };
 
-/// Puts `content` in the place of the file's, so that a crash or a full disk leaves the old content: through
-/// a temporary file beside it and a rename. Of two running copies that do so at once one waits for the other.
-/// A link is followed, the permissions of the file stay, and a file that may not be written is not replaced.
-/// What is not a regular file (a device) is written as it stands.
+/// Replaces the file's content through a temporary file beside it and a rename, so that a crash or a full
+/// disk leaves the old content. If two running copies do this at once, one waits for the other. A link is
+/// followed, the file's permissions are kept, and a file that the user may not write to is a Failure. What is
+/// not a regular file (a device) is written in place.
 Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content);
 
-/// The temporary file by which a file is replaced. What a copy that was killed left there is written over.
+/// The temporary file used to replace `path`. One that a killed copy left behind is overwritten.
 std::filesystem::path TemporaryFor(const std::filesystem::path& path);
 
-/// The longest file, in bytes, that is read as a whole. The largest that the format knows, a material-type
-/// table of 32,767 rows, has 7.6 MB: a longer one is damaged, and may be longer than there is memory.
+/// The longest file, in bytes, that is read as a whole. The largest valid one, a material-type table of
+/// 32,767 rows, has 7.6 MB: a file beyond this limit is damaged and might not fit in memory.
 inline constexpr std::uint64_t LongestWholeFile = std::uint64_t{64} * 1024 * 1024;
 
-/// All bytes of a file. One that is longer than LongestWholeFile is a Failure.
+/// All bytes of a file. A file longer than LongestWholeFile is a Failure.
 Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path);
 
-/// Whether there is a file (anything but a folder) or a folder at the path; a link is followed.
+/// Whether the path leads to a file (anything but a folder), or to a folder. Links are followed.
 bool IsFileAt(const std::filesystem::path& path);
 bool IsFolderAt(const std::filesystem::path& path);
 } // namespace mact

@@ -5,7 +5,7 @@
 
 namespace mact {
 
-/// The content of a list or combo box, before it becomes one.
+/// A line of a list or combo box as the core builds it, without Qt.
 struct ListLine {
     std::string Text; ///< code-page text
     int ItemData = 0;

@@ -23,10 +23,10 @@ private:
 /// Shows the errors under "Error(s) found while processing the form:".
 void ShowFormErrors(AppContext& app, std::string_view errorsText);
 
-/// Shows a failure's sentence. Each failure is shown once, by the module operation that met it.
+/// Shows a failure's sentence. Each failure is shown once, by the module operation in which it occurred.
 void ShowError(AppContext& app, const Failure& failure);
 
-/// Shows the failure of a result that is one; whether it was.
+/// Shows the failure if the result is one. Returns whether it was.
 template <class T> Failed ShowFailure(AppContext& app, const Result<T>& result) {
     if (!result) ShowError(app, result.error());
     return !result;

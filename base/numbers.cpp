@@ -22,15 +22,14 @@ std::string_view TrimSpacesAndTabs(std::string_view text) {
     return text;
 }
 
-/// Whether a number (digits with a point and an exponent) that is outside double's range is too small for it,
-/// rather than too large. Zero is too small, whatever its exponent.
+/// Whether a number outside double's range is too small for it rather than too large. Zero is too small.
 bool IsTooSmall(std::string_view text) {
     const std::size_t exponentAt = std::min(text.find_first_of("eE"), text.size());
     const std::string_view digits = text.substr(0, exponentAt);
     const std::size_t first = digits.find_first_of("123456789");
     if (first == std::string_view::npos) return true;
     const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
-    // The power of ten of the first digit that counts, but for the exponent.
+    // The power of ten of the first significant digit, before the exponent is added.
     const std::int64_t power = point - static_cast<std::int64_t>(first) - (first < digits.find('.') ? 1 : 0);
 
     std::string_view exponentText = text.substr(std::min(exponentAt + 1, text.size()));
@@ -39,7 +38,7 @@ bool IsTooSmall(std::string_view text) {
     std::int64_t exponent = 0;
     const auto read =
         std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
-    // An exponent that fits nowhere is as good as a huge one; half of it, since the sum has to fit too.
+    // An exponent beyond 64 bits is capped at half their range, so that the sum below cannot overflow.
     constexpr std::int64_t huge = std::numeric_limits<std::int64_t>::max() / 2;
     if (read.ec == std::errc::result_out_of_range || exponent > huge) exponent = huge;
     return (isNegative ? power - exponent : power + exponent) < 0;
@@ -48,7 +47,7 @@ bool IsTooSmall(std::string_view text) {
 template <class Whole> std::optional<Whole> ParseWhole(std::string_view text) {
     const std::optional<double> number = ParseNumber(text);
     if (!number) return std::nullopt;
-    const double whole = std::nearbyint(*number);
+    const double whole = std::nearbyint(*number); // halves to even
     using Limits = std::numeric_limits<Whole>;
     if (whole < Limits::min() || whole > Limits::max()) return std::nullopt;
     return static_cast<Whole>(whole);
@@ -60,12 +59,13 @@ std::optional<double> ParseNumber(std::string_view text) {
     text = TrimSpacesAndTabs(text);
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+')) text.remove_prefix(1);
-    // std::from_chars takes a sign, "inf" and "nan" too.
+    // std::from_chars would also take "inf", "nan" and a second minus sign.
     if (text.empty() || !(IsDigit(text.front()) || text.front() == '.')) return std::nullopt;
     double value = 0;
     const char* const end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, value);
     if (read.ptr != end) return std::nullopt;
+    // from_chars does not say at which end the range was left: too small is 0, too large is no number.
     if (read.ec == std::errc::result_out_of_range) {
         if (!IsTooSmall(text)) return std::nullopt;
         value = 0;
@@ -86,7 +86,7 @@ std::optional<std::int32_t> ParseInt32(std::string_view text) {
 }
 
 std::string NumberText(double number) {
-    if (number == 0) return "0";
+    if (number == 0) return "0"; // negative zero too
     std::array<char, 32> buffer{};
     const auto written =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 15);
@@ -103,7 +103,7 @@ double RoundTo(double number, int decimals) {
     double factor = 1;
     for (int decimal = 0; decimal < decimals; ++decimal)
         factor *= 10;
-    // nearbyint on purpose: it takes halves to the even neighbour, and std::round does not.
+    // nearbyint on purpose: it rounds halves to even, which std::round does not.
     return std::nearbyint(number * factor) / factor;
 }
 
@@ -116,7 +116,7 @@ std::string GroupedText(double number) {
     for (std::size_t point = text.find('.'); point > 3; point -= 3)
         text.insert(point - 3, 1, ',');
     const bool isZero = text.find_first_not_of("0.") == std::string::npos;
-    if (number < 0 && !isZero) text.insert(0, 1, '-');
+    if (number < 0 && !isZero) text.insert(0, 1, '-'); // -0.001 is 0.00
     return text;
 }
 } // namespace mact

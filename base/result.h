@@ -10,7 +10,7 @@
 
 namespace mact {
 
-/// A T or a Failure; the names of C++23's std::expected, and few of them.
+/// A T or a Failure, with the few members of C++23's std::expected that are needed.
 template <class T> class [[nodiscard]] Result {
 public:
     Result(T value) : m_value(std::move(value)) {}
@@ -31,12 +31,12 @@ public:
         assert(m_failure);
         return *m_failure;
     }
-    /// What `make`, which may fail itself, makes of the value; the failure where there is none.
+    /// Passes the value to `make`, which may itself fail; without a value, returns the failure.
     template <class Make> auto and_then(const Make& make) const -> decltype(make(std::declval<const T&>())) {
         if (!m_value) return error();
         return make(*m_value);
     }
-    /// The same where `make` cannot fail.
+    /// The same for a `make` that cannot fail.
     template <class Make>
     auto transform(const Make& make) const -> Result<decltype(make(std::declval<const T&>()))> {
         if (!m_value) return error();
@@ -45,15 +45,15 @@ public:
 
 private:
     std::optional<T> m_value;
-    std::shared_ptr<const Failure> m_failure; // not in place: most results have none, and many are made
+    std::shared_ptr<const Failure> m_failure; // not in place: results are many, failures few
 };
 
-/// The result of an operation that has no value.
+/// The result of an operation that yields no value.
 using Done = Result<std::monostate>;
 inline Done Success() {
     return std::monostate{};
 }
 
-/// Every save and delete answers true when it did not happen.
+/// What saves and deletes return: true if nothing was saved or deleted.
 using Failed = bool;
 } // namespace mact

@@ -2,7 +2,7 @@
 
 namespace mact {
 
-/// What the program is handed as an interface: one implementation, never copied.
+/// Base of the interfaces through which the program reaches its platform. Never copied.
 class Service {
 public:
     Service() = default;

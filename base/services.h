@@ -12,7 +12,7 @@
 
 namespace mact {
 
-/// What the program asks of its platform, beside files (base/files.h). All texts are UTF-8.
+/// What the program asks of its platform, apart from files (base/files.h). All texts are UTF-8.
 
 enum class PromptKind {
     Failure,     ///< something could not be done; critical icon
@@ -33,14 +33,14 @@ struct Prompt {
 
 class MessagePrompts : public Service {
 public:
-    /// Shows the message and waits for the answer; a box closed without a button counts as No or Cancel.
+    /// Shows the message and waits for the answer; closing the box counts as No or Cancel.
     virtual PromptAnswer Show(const Prompt& prompt) = 0;
 };
 
 /// Per-user settings by section and key, all texts, under one application name.
 class SettingsStore : public Service {
 public:
-    /// A key that was never written reads as the empty text.
+    /// An unset key reads as the empty text.
     virtual std::string Read(std::string_view section, std::string_view key) = 0;
     /// On disk when it succeeds.
     virtual Done Write(std::string_view section, std::string_view key, std::string_view value) = 0;
@@ -50,22 +50,21 @@ public:
 struct ProgramStart {
     std::filesystem::path Program;
     std::vector<std::string> Arguments;
-    std::string CommandLine; ///< on Windows, in place of the two above, to the letter
+    std::string CommandLine; ///< used on Windows instead of the two above, verbatim
     bool HasHiddenWindow = false;
 };
 
 class ProgramStarter : public Service {
 public:
     virtual Done Start(const ProgramStart& start) = 0;
-    /// The bytes of a command script that stand for the text; a Failure where the platform's interpreter has
-    /// none for a character of it.
+    /// The text as written in a command script; a Failure if the interpreter lacks one of its characters.
     virtual Result<std::string> ScriptText(std::string_view utf8Text) { return std::string(utf8Text); }
 };
 
 /// Which files a dialog offers.
 enum class FileKind { Text, Program };
 
-/// The platform's standard dialogs. Empty when the user cancels.
+/// The platform's standard dialogs. Each returns nothing if the user cancels.
 class FileDialogs : public Service {
 public:
     virtual std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title,
@@ -79,7 +78,7 @@ public:
 
 class Clock : public Service {
 public:
-    /// The month of the user's calendar.
+    /// By the user's local time.
     virtual std::chrono::year_month CurrentMonth() = 0;
 };
 } // namespace mact

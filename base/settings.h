@@ -4,8 +4,7 @@
 
 namespace mact {
 
-/// The sections and keys of the per-user settings. All values are texts; a missing one reads as the empty
-/// text.
+/// Sections and keys of the per-user settings. Values are texts; a missing one reads as the empty text.
 namespace Settings {
 
 inline constexpr std::string_view Application = "TALVOR_QUME_APP";

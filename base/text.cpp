@@ -8,7 +8,7 @@
 namespace mact {
 namespace {
 
-// Bytes 128 to 159 of Windows-1252; every other byte is the character of its own number.
+// Bytes 128 to 159 of Windows-1252 in Unicode; all other bytes have the same number in both.
 constexpr std::array<char16_t, 32> HighControls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -28,6 +28,7 @@ std::optional<char> ByteOf(char32_t character) {
 
 constexpr unsigned char UpperByte(unsigned char byte) {
     if (byte >= 'a' && byte <= 'z') return static_cast<unsigned char>(byte - 32);
+    // Accented letters lie 32 apart, except for the four below. 0xF7 (÷) is no letter.
     if (byte >= 0xE0 && byte <= 0xFE && byte != 0xF7) return static_cast<unsigned char>(byte - 32);
     switch (byte) {
     case 0x9A: // š
@@ -52,6 +53,7 @@ unsigned char Upper(char byte) {
     return UpperBytes[static_cast<unsigned char>(byte)];
 }
 
+/// At most three bytes: the code page has no character beyond U+FFFF.
 void AppendUtf8(std::string& text, char16_t character) {
     if (character < 0x80) {
         text += static_cast<char>(character);
@@ -70,14 +72,15 @@ struct DecodedCharacter {
     std::size_t Length = 1; ///< bytes
 };
 
+/// The first character of a text that is not empty.
 DecodedCharacter DecodeUtf8(std::string_view text) {
-    constexpr DecodedCharacter malformed{0xFFFD, 1};
+    constexpr DecodedCharacter malformed{0xFFFD, 1}; // a character that the code page lacks
     const auto byteAt = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
     const unsigned char first = byteAt(0);
     if (first < 0x80) return {first, 1};
     std::size_t length = 0;
     char32_t character = 0;
-    if (first >= 0xC2 && first <= 0xDF) {
+    if (first >= 0xC2 && first <= 0xDF) { // 0xC0 and 0xC1 begin only overlong forms
         length = 2;
         character = first & 0x1FU;
     } else if (first >= 0xE0 && first <= 0xEF) {
@@ -109,7 +112,7 @@ std::string_view Trim(std::string_view text) {
 }
 
 std::string_view TrimEnd(std::string_view text) {
-    // Most of a data file is the spaces behind its texts: eight at a time.
+    // Most of a data file is padding, so eight spaces are dropped at a time.
     constexpr std::string_view spaces = "        ";
     while (text.ends_with(spaces))
         text.remove_suffix(spaces.size());
@@ -133,8 +136,9 @@ bool IsSameName(std::string_view left, std::string_view right) {
 }
 
 int CompareIgnoringCase(std::string_view left, std::string_view right) {
-    if (left == right) return 0; // most texts that are compared are spelled alike
+    if (left == right) return 0; // most texts compared are spelled alike
     const auto [inLeft, inRight] = std::ranges::mismatch(left, right, {}, Upper, Upper);
+    // Where one text begins the other, the shorter comes first.
     if (inLeft == left.end() || inRight == right.end())
         return static_cast<int>(inRight == right.end()) - static_cast<int>(inLeft == left.end());
     return Upper(*inLeft) - Upper(*inRight);

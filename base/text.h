@@ -7,8 +7,8 @@
 
 namespace mact {
 
-/// Text rules. Record text, logs, transfer files and reports hold Windows-1252 text, one byte a character
-/// ("code-page text" below); its five unassigned bytes stand for the control characters of the same number.
+/// Text rules. Record text, logs, transfer files and reports hold Windows-1252 text, one byte per character
+/// ("code-page text" below); its five unassigned bytes are the control characters with the same number.
 /// Messages and paths are UTF-8.
 
 /// Removes spaces (byte 32), and nothing else, from both ends.
@@ -17,7 +17,7 @@ std::string_view Trim(std::string_view text);
 /// Removes spaces (byte 32), and nothing else, from the end.
 std::string_view TrimEnd(std::string_view text);
 
-/// The code page's own upper-case mapping, a byte for a byte: é becomes É, ß stays.
+/// The code page's own upper-case mapping, byte for byte: é becomes É, ß stays.
 std::string UpperCase(std::string_view codePageText);
 
 bool EqualsIgnoringCase(std::string_view left, std::string_view right);
@@ -25,16 +25,16 @@ bool EqualsIgnoringCase(std::string_view left, std::string_view right);
 /// Whether two names or identifiers are the same: trimmed, and ignoring case.
 bool IsSameName(std::string_view left, std::string_view right);
 
-/// Below 0, 0 or above 0 where the upper-cased `left` comes before, equals or comes after that of `right`.
+/// Below, equal to or above 0 if `left` sorts before, with or after `right`, both in upper case.
 int CompareIgnoringCase(std::string_view left, std::string_view right);
 
-/// The text by which names and identifiers are compared: trimmed and upper-cased.
+/// What names and identifiers are compared by: the text, trimmed and in upper case.
 std::string ComparisonKey(std::string_view codePageText);
 
-/// The pieces between the separators; a text without one is one piece, the empty text too.
+/// The pieces between the separators. Without a separator the whole text is one piece, even if empty.
 std::vector<std::string_view> Split(std::string_view text, char separator);
 
-/// Appends texts to a text that grows to many pages: no text of its own for each piece.
+/// Appends the pieces without making temporary strings of them, as pages of a report grow long.
 template <class... Pieces> void AppendAll(std::string& text, const Pieces&... pieces) {
     (text.append(std::string_view(pieces)), ...);
 }

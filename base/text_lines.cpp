@@ -6,7 +6,7 @@
 namespace mact {
 namespace {
 
-constexpr std::size_t ChunkLength = std::size_t{1} << 18;
+constexpr std::size_t ChunkLength = std::size_t{1} << 18; // bytes
 
 std::size_t FindLineEnd(std::string_view text, std::size_t from) {
     const auto isEnd = [](char character) { return character == '\r' || character == '\n'; };
@@ -21,7 +21,7 @@ Result<bool> TextLines::ReadMore() {
     m_buffer.erase(0, m_start);
     m_start = 0;
     const std::size_t kept = m_buffer.size();
-    // A line longer than the buffer doubles it, so that a long line is not copied again for each chunk.
+    // Doubles the buffer for a line that outgrows it, so that the line is not copied again for each chunk.
     const std::size_t wanted = std::max(ChunkLength, kept);
     m_buffer.resize(kept + wanted);
     const Result<std::size_t> count = m_file.ReadAt(m_offset, std::span(m_buffer).subspan(kept));
@@ -31,7 +31,7 @@ Result<bool> TextLines::ReadMore() {
     }
     m_buffer.resize(kept + *count);
     m_offset += *count;
-    m_isAtEnd = *count < wanted;
+    m_isAtEnd = *count < wanted; // ReadAt is short only there
     return *count > 0;
 }
 
@@ -39,7 +39,7 @@ Result<std::optional<std::string_view>> TextLines::Next() {
     std::size_t searchedTo = m_start;
     for (;;) {
         const std::size_t end = FindLineEnd(m_buffer, searchedTo);
-        // A CR at the end of what was read may be half of a CR LF.
+        // A CR at the end of the buffer may be half of a CR LF: the next byte of the file decides.
         const bool mayBeHalf =
             end != std::string::npos && m_buffer[end] == '\r' && end + 1 == m_buffer.size();
         if (end != std::string::npos && !(mayBeHalf && !m_isAtEnd)) {
@@ -50,10 +50,12 @@ Result<std::optional<std::string_view>> TextLines::Next() {
         const std::size_t unsearched = (end == std::string::npos ? m_buffer.size() : end) - m_start;
         const Result<bool> more = ReadMore();
         if (!more) return more.error();
+        // A CR that ends the file is found again in the next round, and then ends its line by itself.
         if (!*more && m_isAtEnd && !mayBeHalf) break;
+        // ReadMore has moved the line to the buffer's front. The part already searched holds no line end.
         searchedTo = m_start + unsearched;
     }
-    if (m_start == m_buffer.size()) return std::optional<std::string_view>{};
+    if (m_start == m_buffer.size()) return std::optional<std::string_view>{}; // nothing after the last end
     const std::string_view line = std::string_view(m_buffer).substr(m_start);
     m_start = m_buffer.size();
     return std::optional(line);

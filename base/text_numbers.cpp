@@ -15,10 +15,11 @@ std::size_t HashOf(std::string_view text) {
     return std::hash<std::string_view>{}(text);
 }
 
-/// Of a place that is taken: tells most texts apart that would have the same place.
+/// Marks a taken place, and tells most texts with the same place apart without comparing them: the place
+/// comes from the hash's low bits, the mark from its high ones.
 std::uint8_t MarkOf(std::size_t hash) {
     constexpr int highestByte = std::numeric_limits<std::size_t>::digits - 8;
-    return static_cast<std::uint8_t>(hash >> highestByte | 1U); // not Free
+    return static_cast<std::uint8_t>(hash >> highestByte | 1U); // never Free
 }
 
 } // namespace
@@ -34,7 +35,7 @@ std::uint32_t TextNumbers::Add(std::string_view text) {
     if (m_marks[place] != Free) return m_numbers[place];
     if (2 * (Count() + 1) > m_marks.size()) {
         Grow();
-        place = PlaceOf(text, hash);
+        place = PlaceOf(text, hash); // all texts have moved
     }
     const auto number = static_cast<std::uint32_t>(Count());
     m_marks[place] = MarkOf(hash);
@@ -53,6 +54,7 @@ std::optional<std::uint32_t> TextNumbers::Find(std::string_view text) const {
 std::size_t TextNumbers::PlaceOf(std::string_view text, std::size_t hash) const {
     const std::size_t last = m_marks.size() - 1;
     const std::uint8_t mark = MarkOf(hash);
+    // Comes to an end, because at least half of the places are free.
     for (std::size_t place = hash & last;; place = (place + 1) & last) {
         const std::uint8_t found = m_marks[place];
         if (found == Free || (found == mark && TextOf(m_numbers[place]) == text)) return place;
@@ -66,7 +68,7 @@ std::string_view TextNumbers::TextOf(std::uint32_t number) const {
 void TextNumbers::Grow() {
     const std::size_t places = 2 * m_marks.size();
     m_marks.assign(places, Free);
-    m_numbers.resize(places);
+    m_numbers.resize(places); // the old ones are not read: their marks are gone
     for (std::uint32_t number = 0; number < Count(); ++number) {
         const std::size_t hash = HashOf(TextOf(number));
         const std::size_t place = PlaceOf(TextOf(number), hash);

@@ -21,7 +21,7 @@
 namespace mact {
 namespace {
 
-/// Line breaks, and tabs, which come with pasted text, as spaces: a record's text is one line.
+/// Turns line breaks and tabs, which pasted text may hold, into spaces: a record's text is one line.
 QString InOneLine(QString text) {
     text.replace(QLatin1String("\r\n"), QLatin1String(" "));
     for (QChar& character : text)
@@ -31,21 +31,22 @@ QString InOneLine(QString text) {
     return text;
 }
 
-/// Lets everything pass, with "?" for each character that the code page lacks.
+/// Rejects nothing, but puts "?" for each character that the code page lacks.
 class CodePageValidator : public QValidator {
 public:
     using QValidator::QValidator;
 
     State validate(QString& text, int& position) const override {
+        // In two halves, because the length of the first is where the cursor has to go.
         const QString before = FromCodePage(ToCodePage(InOneLine(text.left(position))));
         const QString after = FromCodePage(ToCodePage(InOneLine(text.mid(position))));
-        position = static_cast<int>(before.size()); // a character of two code units is one "?"
+        position = static_cast<int>(before.size()); // two code units may have become one "?"
         text = before + after;
         return Acceptable;
     }
 };
 
-/// Follows the colours of the window.
+/// Follows the window's colours.
 class DisabledBackground : public QObject {
 public:
     explicit DisabledBackground(QLineEdit& edit) : QObject(&edit), m_edit(edit) {
@@ -69,15 +70,15 @@ private:
     QLineEdit& m_edit;
 };
 
-/// Room for the longest line: where all lines have one size, it is that of the last.
+/// Lets the user scroll to the end of the longest line: lines of uniform size all take that of the last.
 void MakeRoomForLongest(QListWidget& list, const QString& longest) {
-    constexpr int margins = 12;
+    constexpr int margins = 12; // pixels
     if (list.count() == 0) return;
     const int width = list.fontMetrics().horizontalAdvance(longest) + margins;
     list.item(list.count() - 1)->setSizeHint(QSize(width, list.sizeHintForRow(0)));
 }
 
-/// Left to itself, a list moves on from the line that has the focus, and never selects one that it stays on.
+/// By default a key moves on from the line with the focus, and selects nothing if it cannot move.
 class KeySelection : public QObject {
 public:
     explicit KeySelection(QListWidget& list) : QObject(&list), m_list(list) {}
@@ -89,12 +90,12 @@ public:
         case Qt::Key_Up:
         case Qt::Key_Down:
             SelectCurrent();
-            return true;
+            return true; // or the list would move on as well
         case Qt::Key_Home:
         case Qt::Key_End:
         case Qt::Key_PageUp:
         case Qt::Key_PageDown:
-            SelectCurrent(); // from where the list moves on, or stays
+            SelectCurrent(); // the list then moves on, or stays there
             break;
         default:
             break;
@@ -122,7 +123,7 @@ std::optional<int> RowWithText(const QAbstractItemModel& lines, const QVariant& 
     return {};
 }
 
-/// Empty where the selection stays.
+/// Empty if the selection is to stay.
 std::optional<int> RowToSelect(const QAbstractItemModel& lines, const QVariant& value, bool byItemData) {
     if (!value.isValid()) return lines.rowCount() > 0 ? 0 : -1;
     return byItemData ? RowWithData(lines, value) : RowWithText(lines, value);
@@ -151,7 +152,7 @@ void AcceptCodePageText(QLineEdit& edit) {
 }
 
 void ShowDisabledInWindowColour(QLineEdit& edit) {
-    new DisabledBackground(edit); // belongs to the box
+    new DisabledBackground(edit); // owned by the box
 }
 
 void NumberItems(QComboBox& combo) {
@@ -173,17 +174,17 @@ void AcceptAnyYear(QComboBox& year) {
     for (int row = 0; row < year.count(); ++row)
         year.setItemData(row, 0);
     year.setEditable(true);
-    year.setInsertPolicy(QComboBox::NoInsert);
-    year.setCompleter(nullptr); // it would make 2000 of 20
+    year.setInsertPolicy(QComboBox::NoInsert); // Enter would add the year to the list
+    year.setCompleter(nullptr);                // it would complete 20 to 2000
     year.setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), &year));
 }
 
 void ShowLines(QListWidget& list, const ListLines& lines) {
-    list.setUniformItemSizes(true); // or each of them would be laid out by itself
+    list.setUniformItemSizes(true); // otherwise each line is measured by itself
     list.setUpdatesEnabled(false);
     list.clear();
-    QString longest;
+    QString longest; // in characters: measuring every line is what uniform sizes avoid
     for (const ListLine& line : lines) {
         auto* item = new QListWidgetItem(FromCodePage(line.Text));
         item->setData(Qt::UserRole, line.ItemData);
@@ -197,7 +198,7 @@ void ShowLines(QListWidget& list, const ListLines& lines) {
 
 void ShowLines(QComboBox& combo, const ListLines& lines) {
     if (auto* view = qobject_cast<QListView*>(combo.view())) view->setUniformItemSizes(true);
-    // One whole model in place of the old one: each line added by itself would select and measure.
+    // A whole new model: the box would select and measure with each line that is added to the old one.
     auto* model = new QStandardItemModel(0, 1, &combo);
     QList<QStandardItem*> items;
     items.reserve(static_cast<qsizetype>(lines.size()));
@@ -207,7 +208,7 @@ void ShowLines(QComboBox& combo, const ListLines& lines) {
         items.append(item);
     }
     model->invisibleRootItem()->appendRows(items);
-    combo.setModel(model); // deletes the old one
+    combo.setModel(model); // deletes the old model
     combo.setCurrentIndex(-1);
 }
 
@@ -240,6 +241,7 @@ void SetListButtons(QPushButton* primary, QPushButton* second, QPushButton* sele
         primary->setDefault(true);
     }
     if (second) second->setEnabled(true);
+    // After the primary button: a window has one default button, the last that was made so.
     if (selection && list) {
         selection->setEnabled(hasSelection);
         selection->setDefault(hasSelection);

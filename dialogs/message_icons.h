@@ -4,8 +4,8 @@
 
 namespace mact {
 
-/// The platform's look. Where the desktop has no icons for message boxes (a Linux without an icon theme),
-/// they get the program's own, which are sharp at any scale.
+/// The platform's style. Where the desktop has no icons for message boxes (Linux without an icon theme), it
+/// supplies the program's own, which are sharp at any scale.
 class StyleWithMessageIcons : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;

@@ -7,7 +7,7 @@
 #include <QPalette>
 #include <QSvgRenderer>
 
-// At global scope: the macro names a function there.
+// A static library's resources are missing without this call; the macro works only at global scope.
 static void LoadPictures() {
     Q_INIT_RESOURCE(mact_pictures);
 }
@@ -15,10 +15,10 @@ static void LoadPictures() {
 namespace mact {
 namespace {
 
-/// What stands out in a drawing; the first is for light windows.
+/// The accent colour of a drawing, for light and for dark windows.
 constexpr const char* Accents[] = {"#1f7a8c", "#5cc3d8"};
 
-/// The drawing as it is with the palette of this moment.
+/// The drawing in the current palette's colours.
 QByteArray Coloured(QByteArray drawing, QIcon::Mode mode) {
     const QPalette palette = QGuiApplication::palette();
     const bool isDisabled = mode == QIcon::Disabled;
@@ -31,6 +31,7 @@ QByteArray Coloured(QByteArray drawing, QIcon::Mode mode) {
     return drawing;
 }
 
+/// Draws anew each time, so that icons follow a change of the palette.
 class LineIconEngine : public QIconEngine {
 public:
     explicit LineIconEngine(QByteArray drawing) : m_drawing(std::move(drawing)) {}

@@ -5,15 +5,14 @@
 
 namespace mact {
 
-/// The program's own drawings. They are vectors: sharp at any size and scale.
+/// The program's own drawings, as vectors: sharp at any size and scale.
 
-/// A line drawing in the colours of the palette, so that it can be read on light and on dark. `name` is that
-/// of its file in dialogs/pictures.
+/// A line drawing in the palette's colours, legible on light and on dark; `name` is that of its file.
 QIcon LineIcon(const QString& name);
 
 /// The program's emblem, in its own colours.
 QIcon EmblemIcon();
 
-/// The file of a picture, as in PictureFile("picture").
+/// The resource path of a picture, as in PictureFile("picture").
 QString PictureFile(const QString& name);
 } // namespace mact

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view WindowsSection = "WINDOWS";
 
-/// A size as it is kept: width, "x", height, as in 520x304.
+/// A size as the settings have it: width, "x", height, as in 520x304.
 std::optional<QSize> ParseSize(std::string_view text) {
     const std::vector<std::string_view> pieces = Split(text, 'x');
     if (pieces.size() != 2) return {};
@@ -30,8 +30,7 @@ std::string SizeText(const QSize& size) {
     return WholeNumberText(size.width()) + 'x' + WholeNumberText(size.height());
 }
 
-/// Texts that are broken into lines need the more height the narrower they are, which a window's own least
-/// size does not consider.
+/// Wrapped texts need more height the narrower they are, which a dialog's own minimum size ignores.
 void LimitToTexts(QDialog& window) {
     const QLayout* layout = window.layout();
     if (!layout || !layout->hasHeightForWidth()) return;
@@ -39,7 +38,7 @@ void LimitToTexts(QDialog& window) {
     window.setMinimumSize(least.expandedTo({0, layout->totalMinimumHeightForWidth(least.width())}));
 }
 
-/// A wheel that is turned to scroll past a box of choices is not to change it unnoticed.
+/// Keeps a wheel that is turned to scroll past a combo box from changing it unnoticed.
 class WheelGuard : public QObject {
 public:
     explicit WheelGuard(QDialog& window) : QObject(&window) {
@@ -50,14 +49,14 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::Wheel || static_cast<QComboBox*>(watched)->hasFocus())
             return QObject::eventFilter(watched, event);
-        event->ignore(); // whoever scrolls may have it
+        event->ignore(); // leaves it to whatever scrolls
         return true;
     }
 };
 
-/// Enter presses the button that has the keyboard focus, as everywhere else on a desktop. Left to itself a
-/// dialog presses its default button: Cancel would save. A key held down presses once: a window that goes to
-/// work gives its Cancel button the focus.
+/// Makes Enter press the button with the keyboard focus, as elsewhere on a desktop. By default a dialog would
+/// press its default button, so that Enter on Cancel would save. A key held down presses once: a window that
+/// starts to work gives Cancel the focus, and the repeats would press that.
 class EnterKeyGuard : public QObject {
 public:
     explicit EnterKeyGuard(QDialog& window) : QObject(&window) {
@@ -75,7 +74,7 @@ public:
     }
 };
 
-/// The size of the window, of a maximised one that which it goes back to.
+/// The window's size or, if it is maximised, the size that it will go back to.
 QSize OwnSize(const QDialog& window) {
     return window.isMaximized() ? window.normalGeometry().size() : window.size();
 }
@@ -85,16 +84,18 @@ QSize OwnSize(const QDialog& window) {
 int ShowModally(AppContext& app, QDialog& window, const QString& name) {
     LimitToTexts(window);
     const std::string key = (name.isEmpty() ? window.objectName() : name).toStdString();
+    // The screen comes last: the size may have been kept on a larger one.
     const QSize shown = ParseSize(app.Settings.Read(WindowsSection, key))
                             .value_or(window.size())
                             .expandedTo(window.minimumSizeHint())
                             .expandedTo(window.minimumSize())
                             .boundedTo(window.screen()->availableSize());
     window.resize(shown);
+    // Children of the window, but on the stack: they are destroyed first, and leave it.
     const WheelGuard wheelGuard(window);
     const EnterKeyGuard enterKeyGuard(window);
     const int result = window.exec();
-    // A size that cannot be kept is not worth a message.
+    // Only a size that the user changed is kept, and failing to keep it is not worth a message.
     if (OwnSize(window) != shown)
         static_cast<void>(app.Settings.Write(WindowsSection, key, SizeText(OwnSize(window))));
     return result;

@@ -8,11 +8,11 @@ namespace mact {
 
 frm_EmissionFactorHelp::frm_EmissionFactorHelp(QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::frm_EmissionFactorHelp>()) {
-    setObjectName(QStringLiteral("frm_EmissionFactorHelp")); // the form's would be a parameter's name
+    setObjectName(QStringLiteral("frm_EmissionFactorHelp")); // uic would name a parameter so
     m_ui->setupUi(this);
     m_ui->lbl_info->setText(QString::fromLatin1(MaterialTexts::AboutEmissionFactors));
     m_ui->lbl_url->setText(QString::fromLatin1(MaterialTexts::EmissionFactorAddress));
-    m_ui->cmd_Close->setFocus(); // not the first text
+    m_ui->cmd_Close->setFocus(); // rather than the first text
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
 }
 

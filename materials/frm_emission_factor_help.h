@@ -12,7 +12,7 @@ class frm_EmissionFactorHelp;
 
 namespace mact {
 
-/// Where an alternate emission factor may come from.
+/// Says where an alternate emission factor may come from.
 class frm_EmissionFactorHelp : public QDialog {
     Q_OBJECT
 

@@ -26,7 +26,7 @@ void ShowNames(QComboBox& combo, const std::vector<std::string>& names) {
 
 void Focus(QWidget& box) {
     box.setFocus();
-    if (auto* edit = qobject_cast<QLineEdit*>(&box)) edit->selectAll();
+    if (auto* edit = qobject_cast<QLineEdit*>(&box)) edit->selectAll(); // typing replaces the text
 }
 
 } // namespace
@@ -36,8 +36,8 @@ frmMaterial::frmMaterial(AppContext& app, QWidget* parent)
       m_pollutants(std::make_unique<frmOtherPollutants>(app, this)) {
     m_ui->setupUi(this);
     setWindowTitle(QString::fromLatin1(MaterialTexts::NewCaption));
-    m_ui->lbl_Id->hide();
-    m_ui->lbl_result->hide();
+    m_ui->lbl_Id->hide();     // the number of the material that is edited
+    m_ui->lbl_result->hide(); // what Outcome reads
     m_ui->txt_CustomId->setFocus();
     m_ui->img_help->setIcon(LineIcon(QStringLiteral("help")));
     for (QLineEdit* edit :
@@ -46,12 +46,14 @@ frmMaterial::frmMaterial(AppContext& app, QWidget* parent)
         AcceptCodePageText(*edit);
         ShowDisabledInWindowColour(*edit);
     }
+    // Anything but six names counts as undefined, so that ShowPollutants asks for them.
     if (!m_pollutants->SetNames(m_app.AdditionalNames)) m_app.AdditionalNames.clear();
     std::vector<std::string> types;
     GetMaterialTypes(m_app, types, true);
     ShowNames(*m_ui->cbo_MaterialType, types);
 
-    // Choosing the type that is selected counts as well; a new choice arrives by both ways.
+    // A choice by the user arrives as currentIndexChanged and then as activated. Choosing the same type again
+    // arrives as activated alone, and counts too: the flag tells whether the choice was handled already.
     connect(m_ui->cbo_MaterialType, &QComboBox::currentIndexChanged, this, [this] {
         m_hasTypeJustChanged = true;
         ShowMethodsOfType();
@@ -71,13 +73,15 @@ frmMaterial::~frmMaterial() = default;
 void frmMaterial::PrepareEdit(const MaterialRecord& material) {
     const auto text = [](const std::string& field) { return FromCodePage(Trim(field)); };
     const auto number = [](double field) { return FromCodePage(NumberText(field)); };
+    // The type first, because choosing it fills the methods and resets the filler.
     SelectListItem(*m_ui->cbo_MaterialType, text(material.MaterialType), false);
-    m_hasTypeJustChanged = false;
+    m_hasTypeJustChanged = false; // a choice made here is not followed by activated
     SelectListItem(*m_ui->cbo_ApplicationType, text(material.ApplicationMethod), false);
     m_ui->txt_CustomId->setText(text(material.CustomId));
     m_ui->txt_density->setText(number(material.Density));
     m_ui->txt_Description->setText(text(material.Description));
     m_ui->txt_HapContents->setText(number(material.HapContent));
+    // Ticked before the texts are set, because ticking empties both boxes.
     if (material.EmissionFactor != 0) {
         m_ui->chk_EmissionFactor->setChecked(true);
         m_ui->txt_EmissionFactor->setText(number(material.EmissionFactor));
@@ -86,7 +90,7 @@ void frmMaterial::PrepareEdit(const MaterialRecord& material) {
     m_ui->lbl_Id->setText(QString::number(material.MaterialId));
     setWindowTitle(QString::fromLatin1(MaterialTexts::UpdateCaption));
     m_pollutants->SetValues(material);
-    // Whatever the type, on purpose: a filled resin saved without filler cannot be given one here.
+    // Whatever the type, on purpose: a filled resin without filler gets one only if its type is chosen again.
     ShowFiller(number(material.Filler), material.Filler != 0);
 }
 
@@ -113,7 +117,7 @@ QWidget& frmMaterial::BoxOf(MaterialField field) const {
         return *m_ui->txt_Description;
     case MaterialField::MaterialType:
         return *m_ui->cbo_MaterialType;
-    // Without methods its box is disabled: only another type brings one.
+    // Without methods their box is disabled: only another type can bring some.
     case MaterialField::ApplicationMethod:
         return m_ui->cbo_ApplicationType->isEnabled() ? *m_ui->cbo_ApplicationType : *m_ui->cbo_MaterialType;
     case MaterialField::Density:
@@ -140,7 +144,7 @@ void frmMaterial::ShowMethodsOfType() {
     m_ui->cbo_ApplicationType->setEnabled(hasMethods);
     m_ui->lbl_ApplicationMethod->setEnabled(hasMethods);
     const bool isFilled = type && TakesFiller(*type);
-    ShowFiller(isFilled ? QString() : QStringLiteral("0"), isFilled);
+    ShowFiller(isFilled ? QString() : QStringLiteral("0"), isFilled); // empty: the user must enter one
 }
 
 void frmMaterial::ShowFiller(const QString& filler, bool canBeTyped) {
@@ -162,9 +166,9 @@ void frmMaterial::ShowPollutants() {
                               PromptButtons::YesNo};
         if (m_app.Prompts.Show(question) != PromptAnswer::Yes) return;
         ShowAdditionalNames(m_app, this);
-        LoadAdditionalNames(m_app);
+        LoadAdditionalNames(m_app); // the window saves them, but leaves loading to its opener
         if (!m_pollutants->SetNames(m_app.AdditionalNames)) {
-            m_app.AdditionalNames.clear(); // so that the next time asks again
+            m_app.AdditionalNames.clear(); // so that the next click asks again
             return;
         }
     }
@@ -182,7 +186,7 @@ bool frmMaterial::Validate_Form() {
 
 void frmMaterial::Save() {
     if (!Validate_Form()) return;
-    if (ParseInt16(m_ui->lbl_Id->text().toStdString()))
+    if (ParseInt16(m_ui->lbl_Id->text().toStdString())) // set by PrepareEdit
         Check_4_Update();
     else
         Check_4_Save();
@@ -200,7 +204,7 @@ void frmMaterial::Check_4_Save() {
     }
 }
 
-// Without a duplicate check on purpose: only a new material is refused an ID that exists.
+// No duplicate check, on purpose: only a new material is refused a Material ID that is taken.
 void frmMaterial::Check_4_Update() {
     const std::optional<std::int16_t> materialId = ParseInt16(m_ui->lbl_Id->text().toStdString());
     CloseWhenSaved(SaveMaterial(m_app, ToMaterialEntry(ReadForm()), materialId));
@@ -209,7 +213,7 @@ void frmMaterial::Check_4_Update() {
 void frmMaterial::CloseWhenSaved(Failed hasFailed) {
     if (hasFailed) return;
     m_ui->lbl_result->setText(QStringLiteral("0"));
-    hide();
+    hide(); // ends exec(), whose result the opener ignores
 }
 
 std::int16_t frmMaterial::Outcome() const {

@@ -27,13 +27,13 @@ public:
     frmMaterial(AppContext& app, QWidget* parent);
     ~frmMaterial() override;
 
-    /// From now on the editor is for this stored material.
+    /// Makes this the editor of a stored material.
     void PrepareEdit(const MaterialRecord& material);
-    /// Says what is wrong, and whether nothing is.
+    /// Shows what is wrong. True if nothing is.
     bool Validate_Form();
-    /// Appends the entries as a new material, unless its Material ID exists, and closes.
+    /// Appends a new material and closes, unless the Material ID is taken.
     void Check_4_Save();
-    /// Overwrites the material that is edited, and closes. A Material ID that another one has is accepted.
+    /// Overwrites the edited material and closes. A Material ID that another material has is accepted.
     void Check_4_Update();
     /// 0 after a save, otherwise -1.
     std::int16_t Outcome() const;
@@ -50,11 +50,11 @@ private:
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmMaterial> m_ui;
-    std::unique_ptr<frmOtherPollutants> m_pollutants; ///< hidden, but for the while that the user edits there
+    std::unique_ptr<frmOtherPollutants> m_pollutants; ///< hidden, except while the user edits there
     bool m_hasTypeJustChanged = false;
 };
 
-/// Both return 0 when a material was saved, otherwise -1.
+/// Both return 0 if a material was saved, otherwise -1.
 std::int16_t NewMaterial(AppContext& app, QWidget* parent);
 std::int16_t EditMaterial(AppContext& app, std::int16_t materialId, QWidget* parent);
 } // namespace mact

@@ -36,7 +36,7 @@ bool frmOtherPollutants::SetNames(std::string_view names) {
     for (std::size_t index = 0; index < pieces.size(); ++index) {
         const Row& row = m_rows[index];
         const QString name = FromCodePage(pieces[index]);
-        // The number takes over the accelerator: an "&" in a name is a letter of it.
+        // The number takes over the accelerator. Without a buddy, an "&" in the name is shown as such.
         row.Number->setText(u'&' + QString::number(index + 1));
         row.Name->setBuddy(nullptr);
         row.Name->setText(name);
@@ -51,6 +51,7 @@ bool frmOtherPollutants::SetNames(std::string_view names) {
 void frmOtherPollutants::SetValues(const MaterialRecord& material) {
     SixPollutants values;
     for (std::size_t index = 0; index < values.size(); ++index) {
+        // Of unused rows too: they are saved again as they were.
         values[index].Content = NumberText(material.*PollutantContents[index]);
         values[index].Factor = NumberText(material.*PollutantFactors[index]);
     }
@@ -62,7 +63,7 @@ SixPollutants frmOtherPollutants::Values() const {
     for (std::size_t index = 0; index < values.size(); ++index)
         values[index] = {.Content = ToCodePage(m_rows[index].Content->text()),
                          .Factor = ToCodePage(m_rows[index].Factor->text()),
-                         .IsUsed = m_rows[index].Content->isEnabled()};
+                         .IsUsed = m_rows[index].Content->isEnabled()}; // as SetNames left it
     return values;
 }
 
@@ -81,6 +82,7 @@ bool frmOtherPollutants::Validate_Form() {
     return false;
 }
 
+// Judges as CheckPollutants does: unused rows do not count.
 void frmOtherPollutants::FocusFirstFault() {
     for (const Row& row : m_rows)
         for (QLineEdit* box : {row.Content, row.Factor})
@@ -92,11 +94,12 @@ void frmOtherPollutants::FocusFirstFault() {
 }
 
 void frmOtherPollutants::CloseIfValid() {
-    if (Validate_Form()) hide();
+    if (Validate_Form()) hide(); // not reject, which restores the old values
 }
 
 int frmOtherPollutants::exec() {
-    m_valuesBefore = Values();
+    m_valuesBefore = Values(); // what reject restores
+    // Otherwise the focus would stay where it was when the window last closed.
     for (const Row& row : m_rows)
         if (row.Content->isEnabled()) {
             row.Content->setFocus();
@@ -107,6 +110,7 @@ int frmOtherPollutants::exec() {
 }
 
 void frmOtherPollutants::reject() {
+    // Cancel, Escape and closing the window all lead here.
     ShowValues(m_valuesBefore);
     QDialog::reject();
 }

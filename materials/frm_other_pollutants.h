@@ -17,8 +17,8 @@ class frmOtherPollutants;
 
 namespace mact {
 
-/// The contents and emission factors of the six additional pollutants, for the material that is open in the
-/// material editor. The values live here until the editor saves or closes.
+/// The contents and emission factors of the six additional pollutants, for the material in the editor. The
+/// values are kept here until the editor saves or closes.
 class frmOtherPollutants : public QDialog {
     Q_OBJECT
 
@@ -26,15 +26,15 @@ public:
     frmOtherPollutants(AppContext& app, QWidget* parent);
     ~frmOtherPollutants() override;
 
-    /// Sets up the rows and returns true when `names` are six joined by "|"; otherwise changes nothing.
+    /// Sets up the rows and returns true if `names` are six joined by "|"; otherwise changes nothing.
     bool SetNames(std::string_view names);
     void SetValues(const MaterialRecord& material);
     SixPollutants Values() const;
-    /// Whether every enabled row holds numbers; says so if not.
+    /// Whether every enabled row holds numbers; shows an error if not.
     bool Validate_Form();
 
     int exec() override;
-    /// Puts back the values that were there when the window opened.
+    /// Restores the values that were there when the window opened.
     void reject() override;
 
 private:

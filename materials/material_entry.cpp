@@ -19,11 +19,13 @@ bool IsEmpty(std::string_view text) {
     return Trim(text).empty();
 }
 
+/// In the order of the form, for the messages; the first fault also decides which field gets the focus.
 std::vector<Fault> FaultsOf(const TypedMaterial& material) {
     struct Check {
         bool IsFailed;
         Fault Report;
     };
+    // These two are checked only if the user can enter them.
     const bool hasBadFactor = material.HasEmissionFactor && !IsNumeric(Trim(material.EmissionFactor));
     const bool hasBadFiller = material.CanHaveFiller && !IsNumeric(Trim(material.Filler));
     using enum MaterialField;
@@ -43,6 +45,7 @@ std::vector<Fault> FaultsOf(const TypedMaterial& material) {
     return faults;
 }
 
+/// What is not checked may be no number: an emission factor that is not wanted is the empty text.
 double NumberOrZero(std::string_view text) {
     return ParseNumber(Trim(text)).value_or(0);
 }
@@ -51,7 +54,7 @@ std::string Joined(const SixPollutants& pollutants, std::string PollutantValues:
     std::string joined;
     for (const PollutantValues& pollutant : pollutants)
         joined += pollutant.*value + '|';
-    joined.pop_back();
+    joined.pop_back(); // the last "|"
     return joined;
 }
 

@@ -49,19 +49,19 @@ enum class MaterialField {
 
 /// One message per failed check, in the order of the form. No range is checked.
 FormErrors CheckMaterialEntry(const TypedMaterial& material);
-/// The first field that fails; empty when all of them pass.
+/// The first field that fails; empty if none does.
 std::optional<MaterialField> FirstFaultyField(const TypedMaterial& material);
 
-/// One message, however many values of used pollutants are not numbers.
+/// A single message, however many values of used pollutants are not numbers.
 FormErrors CheckPollutants(const SixPollutants& pollutants);
 
-/// What is saved of entries that passed.
+/// What is saved of entries that passed the checks.
 MaterialEntry ToMaterialEntry(const TypedMaterial& material);
 
 /// The six values joined by "|".
 std::string JoinedContents(const SixPollutants& pollutants);
 std::string JoinedFactors(const SixPollutants& pollutants);
 
-/// Whether materials of this type take a filler: the two filled resins do. The name counts to the letter.
+/// Whether materials of this type take a filler: only the two filled resins, by their exact names, do.
 bool TakesFiller(std::string_view materialType);
 } // namespace mact

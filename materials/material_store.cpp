@@ -28,6 +28,7 @@ Result<RecordFile> OpenToWrite(const DataFiles& data) {
     return RecordFile::OpenForWriting(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
 }
 
+/// Numbers after the sixth are ignored.
 Done SetPollutantNumbers(MaterialRecord& material, std::string_view numbers, std::string_view what,
                          const std::array<double MaterialRecord::*, 6>& members) {
     const std::vector<std::string_view> pieces = Split(numbers, '|');
@@ -56,16 +57,18 @@ Result<std::int16_t> WriteMaterial(const DataFiles& data, const MaterialEntry& e
                             .Comments = entry.Comments,
                             .Description = entry.Description,
                             .Filler = entry.Filler};
+    // Checked before the file is opened, which would create it.
     Done numbers = SetPollutantNumbers(material, entry.Contents, "content", PollutantContents);
     if (numbers) numbers = SetPollutantNumbers(material, entry.Factors, "emission factor", PollutantFactors);
     if (!numbers) return numbers.error();
+    // The caller's file is locked: opening it once more would wait for that lock in vain.
     if (openFile) return WriteRecord(*openFile, MaterialLayout, material, &MaterialRecord::MaterialId);
     Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
     return WriteRecord(*file, MaterialLayout, material, &MaterialRecord::MaterialId);
 }
 
-/// True when the live record was marked as deleted, false when there is none.
+/// False if there is no such live record.
 Result<bool> MarkAsDeleted(const DataFiles& data, std::int16_t materialId) {
     Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
@@ -91,7 +94,7 @@ Result<std::vector<MaterialRecord>> ReadMaterials(const DataFiles& data, const M
 Result<MaterialIds> ReadMaterialIds(const DataFiles& data) {
     MaterialIds ids;
     const auto take = [&](const MaterialRecord& material) {
-        if (!ids[material.MaterialId]) ids[material.MaterialId] = Trim(material.CustomId);
+        if (!ids[material.MaterialId]) ids[material.MaterialId] = Trim(material.CustomId); // the first counts
     };
     const Done read = VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, take);
     if (!read) return read.error();
@@ -101,7 +104,7 @@ Result<MaterialIds> ReadMaterialIds(const DataFiles& data) {
 bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<MaterialRecord>& results) {
     Result<std::vector<MaterialRecord>> found = ReadMaterials(app, filter);
     if (ShowFailure(app, found)) return false;
-    if (found->empty()) return false;
+    if (found->empty()) return false; // `results` stays, unlike with the finders of other stores
     results = std::move(*found);
     return true;
 }
@@ -113,13 +116,13 @@ Failed SaveMaterial(AppContext& app, const MaterialEntry& entry, std::optional<s
 
 Failed DeleteMaterial(AppContext& app, std::int16_t materialId, const MaterialIsUsed& isUsed) {
     const Result<bool> used = isUsed(materialId);
-    if (ShowFailure(app, used)) return true;
+    if (ShowFailure(app, used)) return true; // it may be in use
     if (*used) {
         ShowInformation(app, MaterialTexts::MaterialIsUsed);
         return true;
     }
     const Result<bool> deleted = MarkAsDeleted(app, materialId);
-    return ShowFailure(app, deleted) || !*deleted;
+    return ShowFailure(app, deleted) || !*deleted; // true also if there was nothing to delete
 }
 
 std::string MaterialListText(const MaterialRecord& material) {
@@ -128,7 +131,7 @@ std::string MaterialListText(const MaterialRecord& material) {
     line += Trim(material.CustomId);
     line += " - ";
     line += Trim(material.Description);
-    // Two numbers on purpose: cut beyond 50 characters, to the first 35.
+    // Two limits on purpose: beyond 50 characters a line is cut to its first 35.
     if (line.size() > 50) line = line.substr(0, 35) + "...";
     return line;
 }

@@ -19,9 +19,8 @@ namespace mact {
 
 /// The materials of a company, in data/<company>_materials.talvor.
 ///
-/// Every routine opens the file, works and closes it before it returns. FindMaterials, SaveMaterial and
-/// DeleteMaterial show a failure once (ShowError), and a file that cannot be opened counts as empty; the
-/// others return it.
+/// Every routine opens and closes the file itself. FindMaterials, SaveMaterial and DeleteMaterial show a
+/// failure once (ShowError), and FindMaterials goes on as if the file were empty; the others return it.
 
 /// A filter that is left out matches everything. Texts are compared trimmed and ignoring case.
 struct MaterialFilter {
@@ -31,17 +30,16 @@ struct MaterialFilter {
     std::optional<std::string> ApplicationMethod{};
     bool Active = true;
 };
-/// Fills `results` in file order and returns true; leaves it as it was and returns false when nothing
-/// matches.
+/// Fills `results` in file order and returns true; if nothing matches, leaves it alone and returns false.
 bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<MaterialRecord>& results);
 
 /// The materials that pass, in file order.
 Result<std::vector<MaterialRecord>> ReadMaterials(const DataFiles& data, const MaterialFilter& filter = {});
 
-/// Calls `visit` with every record of the file, deleted ones too, in file order. The record is reused.
+/// Calls `visit` with every record of the file, even deleted ones, in file order. The record is reused.
 Done VisitMaterials(const DataFiles& data, const std::function<void(const MaterialRecord&)>& visit);
-/// Calls `visit` with every live record, in file order, of which only the named members are filled in, as in
-/// VisitLiveMaterials<&MaterialRecord::Density>(...). That takes half the time of reading all of them.
+/// Calls `visit` with every live record, in file order, with only the named members filled in, as in
+/// VisitLiveMaterials<&MaterialRecord::Density>(...). That takes half the time of reading all members.
 template <auto... Members, class Visitor>
 Done VisitLiveMaterials(const DataFiles& data, const Visitor& visit) {
     Result<RecordFile> file =
@@ -55,8 +53,8 @@ Done VisitLiveMaterials(const DataFiles& data, const Visitor& visit) {
     });
 }
 
-/// The Material ID, trimmed, of each live material by its number: what other records show of a material. Of
-/// several live materials with one number the first counts.
+/// Each live material's trimmed Material ID by its number, to show in place of the number. If several live
+/// materials have the same number, the first counts.
 using MaterialIds = ByNumber<std::optional<std::string>>;
 Result<MaterialIds> ReadMaterialIds(const DataFiles& data);
 
@@ -74,24 +72,23 @@ struct MaterialEntry {
     std::string Factors{};  ///< six numbers joined by "|"
     double Filler = 0;      ///< weight percent
 };
-/// Overwrites record `materialId`, or appends without it. On disk when it returns false. A caller that holds
-/// the materials file open may hand it in; it is closed all the same. Fewer than six contents or factors, or
-/// one that is not a number, is a failure, and nothing is written.
+/// Overwrites record `materialId` or, without a number, appends. On disk when it returns false. A caller that
+/// has the materials file open for writing passes it in, and it is closed here. Fewer than six contents or
+/// factors, or one that is not a number, is a failure, and nothing is written.
 [[nodiscard]] Failed SaveMaterial(AppContext& app, const MaterialEntry& entry,
                                   std::optional<std::int16_t> materialId = {},
                                   std::unique_ptr<RecordFile> openFile = nullptr);
 
-/// Whether a usage record refers to the material; a Failure where that cannot be told.
+/// Whether a usage record refers to the material; a Failure if unclear. A callback, as usage/ lies above.
 using MaterialIsUsed = std::function<Result<bool>(std::int16_t materialId)>;
 
-/// Marks the live record as deleted; the other bytes of its fields stay. A material that is in use is refused
-/// with a message.
+/// Marks the live record as deleted; its other fields keep their bytes. A material that is in use is refused
+/// with a message. True also if there is no such record.
 [[nodiscard]] Failed DeleteMaterial(AppContext& app, std::int16_t materialId, const MaterialIsUsed& isUsed);
 
-/// One line per live record: its Material ID, with `withDescription` followed by " - " and the description,
-/// and shortened. The item data is the MaterialId.
+/// One line per live record: Material ID or, `withDescription`, MaterialListText. Item data: MaterialId.
 void FillMaterialList(ListLines& list, const std::vector<MaterialRecord>& records, bool withDescription);
 
-/// "Material ID - description", shortened to 35 characters and "..." when it is longer than 50.
+/// "Material ID - description"; beyond 50 characters, the first 35 of it and "...".
 std::string MaterialListText(const MaterialRecord& material);
 } // namespace mact

@@ -4,7 +4,7 @@
 
 namespace mact {
 
-/// Words about materials that are shown to the user.
+/// Texts about materials that users see.
 namespace MaterialTexts {
 
 inline constexpr std::string_view MaterialIsUsed =

@@ -10,7 +10,7 @@ Result<double> ConvertQuantity(double quantity, double density, std::int16_t uni
     constexpr double gallonsPerMgal = 1000;
     double converted = quantity;
     if (wantedUnit == UnitLbs) {
-        if (unit != UnitLbs) converted = quantity * density * gallonsPerMgal;
+        if (unit != UnitLbs) converted = quantity * density * gallonsPerMgal; // Mgal * lb/gal * gal/Mgal
     } else if (unit != UnitMgal) {
         converted = quantity / (density * gallonsPerMgal);
     }
@@ -22,7 +22,7 @@ Result<double> ConvertQuantity(double quantity, double density, std::int16_t uni
 }
 
 double Kilograms(double pounds) {
-    // On purpose not 2.20462: filed reports have this factor.
+    // On purpose not 2.20462: filed reports use this factor.
     return pounds / 2.2046;
 }
 } // namespace mact

@@ -13,8 +13,8 @@ inline constexpr std::int16_t UnitLbs = 2;  ///< pounds
 
 inline constexpr double KgPerMg = 1000;
 
-/// `quantity` in the wanted unit. Units are UnitMgal and UnitLbs (any other counts as Mgal), density in
-/// lb/gal. A result that is not finite (a density of 0 where gallons are wanted) is a Failure.
+/// `quantity` in `wantedUnit`, UnitLbs or UnitMgal; any `unit` but the wanted one is taken as the other of
+/// the two. Density in lb/gal. A result that is not finite (density 0 where gallons are wanted) is a Failure.
 Result<double> ConvertQuantity(double quantity, double density, std::int16_t unit, std::int16_t wantedUnit);
 
 /// At 2.2046 pounds to the kilogram.

@@ -4,8 +4,7 @@
 
 namespace mact {
 
-/// The operating system's files. Locks are advisory and belong to the open file: readers do not wait for
-/// them.
+/// The operating system's files. A lock is advisory, so readers do not wait, and belongs to one open file.
 class OsFiles : public FileAccess {
 public:
     Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override;

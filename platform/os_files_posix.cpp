@@ -19,7 +19,7 @@ Failure DescribeError(std::string_view doing, const std::filesystem::path& path,
     return {std::string(doing), path, std::generic_category().message(error)};
 }
 
-/// Runs a system call again while signals interrupt it.
+/// Repeats a system call while signals interrupt it.
 template <class Call> auto Retry(const Call& call) {
     for (;;) {
         const auto result = call();
@@ -27,11 +27,11 @@ template <class Call> auto Retry(const Call& call) {
     }
 }
 
-constexpr mode_t Permissions = 0666; // less what the user's mask takes away
+constexpr mode_t Permissions = 0666; // less the user's umask
 
 class PosixFile : public OpenedFile {
 public:
-    /// `flags` are those with which it is opened again, should another file be at the path.
+    /// `flags` are for opening the path again if it has come to name another file.
     PosixFile(int descriptor, std::filesystem::path path, int flags)
         : m_descriptor(descriptor), m_path(std::move(path)), m_flags(flags) {}
     PosixFile(const PosixFile&) = delete;
@@ -53,7 +53,7 @@ public:
                                static_cast<off_t>(offset + count));
             });
             if (read < 0) return DescribeError("read from the file", m_path, errno);
-            if (read == 0) break;
+            if (read == 0) break; // the end of the file
             count += static_cast<std::size_t>(read);
         }
         return count;
@@ -74,14 +74,14 @@ public:
     Done CutTo(std::uint64_t length) override {
         const Result<std::uint64_t> present = Length();
         if (!present) return present.error();
-        if (*present <= length) return Success();
+        if (*present <= length) return Success(); // ftruncate would lengthen it
         if (Retry([&] { return ::ftruncate(m_descriptor, static_cast<off_t>(length)); }) != 0)
             return DescribeError("shorten the file", m_path, errno);
         return Success();
     }
 
     Done Flush() override {
-        // A device (EINVAL) has nothing to wait for.
+        // EINVAL: a device, which has nothing to flush.
         if (Retry([&] { return ::fsync(m_descriptor); }) != 0 && errno != EINVAL)
             return DescribeError("write to the disk what was saved in the file", m_path, errno);
         return Success();
@@ -89,10 +89,12 @@ public:
 
     Done Lock() override {
         const auto giveUpAt = std::chrono::steady_clock::now() + LongestWaitForLock;
+        // flock cannot wait for a limited time, hence the polling.
         for (;;) {
             if (Retry([&] { return ::flock(m_descriptor, LOCK_EX | LOCK_NB); }) == 0) {
+                // Asked only now: the last holder may have renamed or removed the file.
                 if (IsAtItsPath()) return Success();
-                const Done opened = OpenAgain();
+                const Done opened = OpenAgain(); // gives up this lock; the next turn locks the new file
                 if (!opened) return opened;
             } else {
                 if (errno != EWOULDBLOCK) return DescribeError("lock the file", m_path, errno);
@@ -104,7 +106,7 @@ public:
     }
 
 private:
-    /// False when another copy has renamed or removed the file since it was opened.
+    /// False if another copy has renamed or removed the file since it was opened.
     bool IsAtItsPath() const {
         struct stat mine {};
         struct stat there {};
@@ -126,7 +128,7 @@ private:
 };
 
 int Flags(OpenMode mode) {
-    // Without waiting: opening a pipe that nobody writes to would never return.
+    // O_NONBLOCK, because opening a pipe that nobody writes to would never return.
     constexpr int always = O_CLOEXEC | O_NONBLOCK;
     switch (mode) {
     case OpenMode::Read:
@@ -141,8 +143,8 @@ int Flags(OpenMode mode) {
     return always | O_RDONLY;
 }
 
-/// A new or renamed file is on the disk only when its folder is. Not every file system can do that, and the
-/// file's own content does not depend on it, so a refusal does not count.
+/// A new or renamed file survives a crash only if its folder is flushed too. Not every file system can do
+/// that, and the file's own content does not depend on it, so a refusal is ignored.
 void FlushFolderOf(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
     const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
@@ -158,8 +160,10 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
     const bool isNew = mode != OpenMode::Read && ::stat(path.c_str(), &status) != 0;
     const int descriptor = Retry([&] { return ::open(path.c_str(), Flags(mode), Permissions); });
     if (descriptor < 0) return DescribeError("open the file", path, errno);
+    // Without O_TRUNC, since opening again must not empty what another copy has put there.
     std::unique_ptr<OpenedFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
     if (::fstat(descriptor, &status) != 0) return DescribeError("open the file", path, errno);
+    // Opening a folder for reading succeeds.
     if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
     if (isNew) FlushFolderOf(path);
     return file;
@@ -177,7 +181,7 @@ Done OsFiles::Remove(const std::filesystem::path& path) {
 }
 
 Done OsFiles::CreateFolder(const std::filesystem::path& path) {
-    constexpr mode_t permissions = 0777; // less what the user's mask takes away
+    constexpr mode_t permissions = 0777; // less the user's umask
     if (::mkdir(path.c_str(), permissions) != 0) return DescribeError("create the folder", path, errno);
     return Success();
 }

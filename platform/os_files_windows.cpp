@@ -12,9 +12,9 @@
 namespace mact {
 namespace {
 
-/// No record lies as far as the byte that a lock takes: Windows keeps readers away from locked bytes.
+/// The byte that a lock covers, far beyond any record: Windows keeps readers away from locked bytes.
 constexpr std::uint64_t LockedByte = 0x7FFF'FFFF'0000'0000;
-/// One call's share of a long read or write: its count has 32 bits.
+/// The most that one call reads or writes, in bytes: its count has 32 bits.
 constexpr std::size_t LongestTransfer = 1U << 30U;
 
 std::string Utf8(std::wstring_view text) {
@@ -25,7 +25,7 @@ std::string Utf8(std::wstring_view text) {
     return bytes;
 }
 
-/// The system's text in the user's language, without the period and the line end that it comes with.
+/// The system's text in the user's language, without its full stop and line end.
 std::string Reason(DWORD error) {
     std::array<wchar_t, 512> buffer{};
     constexpr DWORD flags =
@@ -43,7 +43,7 @@ Failure DescribeError(std::string_view doing, const std::filesystem::path& path,
 }
 
 Failure DescribeRefusedOpening(const std::filesystem::path& path, DWORD error) {
-    // All that the system says of a folder is that access to it is denied.
+    // For a folder, all that the system says is that access is denied.
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
     const bool isFolder = error == ERROR_ACCESS_DENIED && attributes != INVALID_FILE_ATTRIBUTES &&
                           (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -51,6 +51,7 @@ Failure DescribeRefusedOpening(const std::filesystem::path& path, DWORD error) {
                     : DescribeError("open the file", path, error);
 }
 
+/// Only the position in a file: nothing here runs asynchronously.
 OVERLAPPED At(std::uint64_t offset) {
     OVERLAPPED position{};
     position.Offset = static_cast<DWORD>(offset & 0xFFFF'FFFF);
@@ -77,7 +78,7 @@ Opening OpeningFor(OpenMode mode) {
     return {GENERIC_READ, OPEN_EXISTING};
 }
 
-/// Other copies of the program may read, write and replace the file meanwhile; Lock keeps writers apart.
+/// Other running copies may read, write and replace the file at the same time; Lock keeps writers apart.
 HANDLE OpenHandle(const std::filesystem::path& path, const Opening& opening) {
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     return ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation,
@@ -86,7 +87,7 @@ HANDLE OpenHandle(const std::filesystem::path& path, const Opening& opening) {
 
 class WindowsFile : public OpenedFile {
 public:
-    /// `opening` is how it is opened again, should another file be at the path.
+    /// `opening` is for opening the path again if it has come to name another file.
     WindowsFile(HANDLE handle, std::filesystem::path path, Opening opening)
         : m_handle(handle), m_path(std::move(path)), m_opening(opening) {}
     WindowsFile(const WindowsFile&) = delete;
@@ -111,7 +112,7 @@ public:
                 if (error == ERROR_HANDLE_EOF) break;
                 return DescribeError("read from the file", m_path, error);
             }
-            if (read == 0) break;
+            if (read == 0) break; // the end of the file
             count += read;
         }
         return count;
@@ -133,7 +134,7 @@ public:
     Done CutTo(std::uint64_t length) override {
         const Result<std::uint64_t> present = Length();
         if (!present) return present.error();
-        if (*present <= length) return Success();
+        if (*present <= length) return Success(); // the call below would lengthen it
         FILE_END_OF_FILE_INFO end{};
         end.EndOfFile.QuadPart = static_cast<LONGLONG>(length);
         if (!::SetFileInformationByHandle(m_handle, FileEndOfFileInfo, &end, sizeof end))
@@ -143,7 +144,7 @@ public:
 
     Done Flush() override {
         if (::FlushFileBuffers(m_handle)) return Success();
-        // A device has nothing to wait for.
+        // A device has nothing to flush.
         const DWORD error = ::GetLastError();
         if (error == ERROR_INVALID_FUNCTION) return Success();
         return DescribeError("write to the disk what was saved in the file", m_path, error);
@@ -152,12 +153,15 @@ public:
     Done Lock() override {
         constexpr DWORD flags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
         const auto giveUpAt = std::chrono::steady_clock::now() + LongestWaitForLock;
+        // LockFileEx cannot wait for a limited time, hence the polling.
         for (;;) {
             OVERLAPPED position = At(LockedByte);
+            // It would refuse a second lock, even through the same handle.
             m_isLocked = m_isLocked || ::LockFileEx(m_handle, flags, 0, 1, 0, &position) != 0;
+            // Asked only now: the last holder may have renamed or removed the file.
             if (m_isLocked && IsAtItsPath()) return Success();
             if (m_isLocked) {
-                const Done opened = OpenAgain();
+                const Done opened = OpenAgain(); // gives up this lock; the next turn locks the new file
                 if (!opened) return opened;
             } else {
                 const DWORD error = ::GetLastError();
@@ -172,7 +176,7 @@ public:
 private:
     void Close() {
         if (m_isLocked) {
-            // Closing would unlock too, but only some time later.
+            // Closing unlocks too, but Windows may take some time over it.
             OVERLAPPED position = At(LockedByte);
             ::UnlockFileEx(m_handle, 0, 1, 0, &position);
             m_isLocked = false;
@@ -180,9 +184,9 @@ private:
         ::CloseHandle(m_handle);
     }
 
-    /// False when another copy has renamed or removed the file since it was opened.
+    /// False if another copy has renamed or removed the file since it was opened.
     bool IsAtItsPath() const {
-        HANDLE other = OpenHandle(m_path, {0, OPEN_EXISTING});
+        HANDLE other = OpenHandle(m_path, {0, OPEN_EXISTING}); // only to ask which file it is
         if (other == INVALID_HANDLE_VALUE) return false;
         BY_HANDLE_FILE_INFORMATION mine{};
         BY_HANDLE_FILE_INFORMATION there{};
@@ -217,6 +221,7 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
 }
 
 Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
+    // Write-through returns once the rename is on the disk.
     constexpr DWORD flags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
     if (!::MoveFileExW(from.c_str(), to.c_str(), flags))
         return DescribeError("replace the file", to, ::GetLastError());

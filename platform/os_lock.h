@@ -5,7 +5,7 @@
 
 namespace mact {
 
-/// What the operating systems' locks have in common.
+/// What locking has in common on all systems.
 
 inline constexpr auto LongestWaitForLock = std::chrono::seconds(2);
 inline constexpr auto WaitBetweenTries = std::chrono::milliseconds(10);

@@ -6,7 +6,7 @@ namespace mact {
 
 Result<std::string> ScriptTextOfConsole(std::string_view utf8Text) {
     const int utf8Length = static_cast<int>(utf8Text.size());
-    std::wstring wide(utf8Text.size(), L'\0'); // never longer
+    std::wstring wide(utf8Text.size(), L'\0'); // never more units than bytes
     const int wideLength = MultiByteToWideChar(CP_UTF8, 0, utf8Text.data(), utf8Length, wide.data(),
                                                static_cast<int>(wide.size()));
     constexpr std::size_t longestCharacter = 2; // bytes, in the widest of the console's sets

@@ -21,7 +21,7 @@ QString Programs() {
 }
 
 std::optional<std::filesystem::path> PathOf(const QString& choice) {
-    if (choice.isEmpty()) return {};
+    if (choice.isEmpty()) return {}; // cancelled
     return ToPath(choice);
 }
 

@@ -16,7 +16,7 @@ namespace mact {
 
 #ifdef _WIN32
 
-// Not QProcess, on purpose: it would quote the path of a report, which a browser gets unquoted.
+// Not QProcess, on purpose: it would quote the path of a report, which browsers are given unquoted.
 Done QtPrograms::Start(const ProgramStart& start) {
     std::wstring commandLine = PathFromUtf8(start.CommandLine).wstring(); // CreateProcessW may write into it
     STARTUPINFOW window{};
@@ -30,7 +30,7 @@ Done QtPrograms::Start(const ProgramStart& start) {
         const std::error_code reason(static_cast<int>(GetLastError()), std::system_category());
         return Failure{.Doing = "start \"" + start.CommandLine + '"', .Reason = reason.message()};
     }
-    CloseHandle(process.hThread);
+    CloseHandle(process.hThread); // the program runs on
     CloseHandle(process.hProcess);
     return Success();
 }

@@ -4,7 +4,7 @@
 
 namespace mact {
 
-/// Programs that go on by themselves, also after this one has ended.
+/// Starts programs that run on by themselves, even after this one has ended.
 class QtPrograms : public ProgramStarter {
 public:
     Done Start(const ProgramStart& start) override;

@@ -21,7 +21,7 @@ QMessageBox::Icon IconOf(PromptKind kind) {
     return QMessageBox::Information;
 }
 
-/// The answer that loses nothing is the one that a careless Enter gives.
+/// A careless Enter gives the answer that loses nothing.
 void SetButtons(QMessageBox& box, PromptButtons buttons) {
     switch (buttons) {
     case PromptButtons::Ok:
@@ -49,11 +49,11 @@ PromptAnswer AnswerOf(int button) {
     case QMessageBox::Cancel:
         return PromptAnswer::Cancel;
     default:
-        return PromptAnswer::Ok;
+        return PromptAnswer::Ok; // its box has no other answer
     }
 }
 
-/// A box asks with the ordinary pointer, also in the middle of work that shows the busy one.
+/// Gives message boxes the ordinary pointer, even during work that shows the busy one.
 class OrdinaryCursor {
 public:
     OrdinaryCursor() { QApplication::setOverrideCursor(Qt::ArrowCursor); }
@@ -70,6 +70,7 @@ PromptAnswer QtPrompts::Show(const Prompt& prompt) {
     box.setWindowTitle(QStringLiteral("MACT"));
     box.setIcon(IconOf(prompt.Kind));
     box.setTextFormat(Qt::PlainText); // a "<" in a material's name is shown as typed
+    // The texts break lines with CR LF, Qt with LF alone.
     box.setText(QString::fromStdString(prompt.Text).replace(QLatin1String("\r\n"), QLatin1String("\n")));
     SetButtons(box, prompt.Buttons);
     return AnswerOf(box.exec());

@@ -15,7 +15,7 @@ QString ToQt(std::string_view utf8Text) {
     return QString::fromUtf8(utf8Text.data(), static_cast<qsizetype>(utf8Text.size()));
 }
 
-/// The user's own settings; those that an administrator made for everyone do not show through.
+/// The user's own settings; those that an administrator made for all users do not show through.
 class UserSettings : public QSettings {
 public:
     UserSettings() : QSettings(NativeFormat, UserScope, QStringLiteral("MACT"), ToQt(Settings::Application)) {
@@ -30,9 +30,9 @@ QString KeyText(std::string_view section, std::string_view key) {
 } // namespace
 
 std::string QtSettings::Read(std::string_view section, std::string_view key) {
-    const UserSettings settings;
+    const UserSettings settings; // made anew: another running copy may have written
     const QVariant value = settings.value(KeyText(section, key));
-    // A comma in a file that was edited by hand reads as a list.
+    // Qt reads a value with an unquoted comma, from a file edited by hand, as a list.
     if (value.typeId() == QMetaType::QStringList) return value.toStringList().join(u',').toStdString();
     return value.toString().toStdString();
 }

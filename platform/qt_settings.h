@@ -4,8 +4,8 @@
 
 namespace mact {
 
-/// The settings store of the platform: the registry on Windows, a file in the user's configuration folder
-/// elsewhere. A copy of the program that runs at the same time sees what this one wrote.
+/// The platform's settings store: the registry on Windows, a file in the user's configuration folder
+/// elsewhere. Other running copies of the program see what this one writes.
 class QtSettings : public SettingsStore {
 public:
     std::string Read(std::string_view section, std::string_view key) override;

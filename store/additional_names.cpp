@@ -14,12 +14,12 @@ bool IsLineEnd(char character) {
     return character == '\r' || character == '\n';
 }
 
-/// One value, from the front of `text`.
+/// Takes one value off the front of `text`, up to its comma or line end.
 std::string_view TakeValue(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
     if (text.starts_with('"')) {
         text.remove_prefix(1);
-        const std::size_t end = std::min(text.find('"'), text.size());
+        const std::size_t end = std::min(text.find('"'), text.size()); // without a closing quote, all
         const std::string_view value = text.substr(0, end);
         text.remove_prefix(std::min(end + 1, text.size()));
         text.remove_prefix(std::min(text.find_first_of(",\r\n"), text.size()));
@@ -33,7 +33,7 @@ std::string_view TakeValue(std::string_view& text) {
 
 } // namespace
 
-// The last value alone, on purpose: of names with a comma only the end survives.
+// Only the last value, on purpose: of names with a comma only the end survives.
 std::string LastCommaSeparatedValue(std::string_view text) {
     std::string_view last;
     while (!text.empty()) {
@@ -51,6 +51,7 @@ std::string LastCommaSeparatedValue(std::string_view text) {
 Done ReadAdditionalNames(AppContext& app) {
     const std::filesystem::path path = AdditionalNamesFile(app);
     std::error_code error;
+    // An error leaves open whether the file exists: reading it then fails and says why.
     if (!std::filesystem::exists(path, error) && !error) {
         app.AdditionalNames = UnusedNames;
         return ReplaceFile(app.Files, path, '"' + std::string(UnusedNames) + "\"\r\n");
@@ -69,6 +70,7 @@ Done SaveAdditionalNames(const DataFiles& data, const PollutantNames& names) {
     std::string line = names.front();
     for (std::size_t index = 1; index < names.size(); ++index)
         line += '|' + names[index];
+    // Not in quotes, so a comma in a name divides the line when it is read.
     return ReplaceFile(data.Files, AdditionalNamesFile(data), line + "\r\n");
 }
 

@@ -10,7 +10,7 @@
 namespace mact {
 namespace {
 
-/// On purpose this way round: the record's name is looked for in the filter.
+/// This way round on purpose: the record's name is looked for in the filter.
 bool OccursWithin(const std::string& field, const std::string& filterText) {
     return UpperCase(filterText).find(ComparisonKey(field)) != std::string::npos;
 }
@@ -82,18 +82,19 @@ void MakeCompanyCurrent(AppContext& app, const CompanyRecord& company) {
 }
 
 Done SelectCompany(AppContext& app, const CompanyRecord& company) {
-    MakeCompanyCurrent(app, company);
+    MakeCompanyCurrent(app, company); // first, so that it holds even if Write fails
     return app.Settings.Write(Settings::Company, Settings::Default, std::to_string(company.CompanyId));
 }
 
 Done RestoreCompany(AppContext& app) {
     const std::string remembered = app.Settings.Read(Settings::Company, Settings::Default);
-    if (remembered.empty()) return Success();
+    if (remembered.empty()) return Success(); // none was ever selected
     const std::optional<std::int16_t> companyId = ParseInt16(remembered);
     if (!companyId)
         return Failure{.Doing = "restore the company that was selected last time",
                        .Reason = "the setting COMPANY/DEFAULT holds \"" + remembered +
                                  "\", which is not the number of a company"};
+    // A company that is gone is no failure: the user can choose another one.
     std::vector<CompanyRecord> found;
     if (FindCompanies(app, {.CompanyId = *companyId}, found)) MakeCompanyCurrent(app, found.front());
     return Success();

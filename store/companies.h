@@ -13,12 +13,12 @@
 namespace mact {
 
 /// The companies and locations that this installation serves, in data/companies.talvor. One of them is
-/// current; it is remembered in the settings. There is no deletion.
+/// current, and remembered in the settings. Companies are never deleted.
 ///
-/// FindCompanies and SaveCompany show a failure once (ShowError), and a file that cannot be opened counts as
-/// empty; the others return it.
+/// FindCompanies and SaveCompany show a failure once (ShowError), and FindCompanies goes on as if the file
+/// were empty. The others return it, but RestoreCompany looks the company up with FindCompanies.
 
-/// What the user is told who has left out one of the two.
+/// Shown when the name or the location is missing.
 inline constexpr std::string_view NeedsNameAndLocation =
     "You must specify Company Name and Company Location to add new company";
 
@@ -40,20 +40,20 @@ static_assert(CompanyLayout.PackedLength() == 504); // files of earlier versions
 /// A filter that is left out matches everything.
 struct CompanyFilter {
     std::optional<std::int16_t> CompanyId{};
-    /// Matches when the record's name occurs within it, ignoring case: Acme passes the filter Acme Boats, and
+    /// Matches if the record's name occurs within it, ignoring case: Acme passes the filter Acme Boats, and
     /// an empty name passes every filter.
     std::optional<std::string> CompanyName{};
-    std::optional<std::string> CompanyLocation{}; ///< likewise
+    std::optional<std::string> CompanyLocation{}; ///< compared like the name
 };
-/// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
+/// Fills `results` in file order and returns true; empties it and returns false if nothing matches.
 bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<CompanyRecord>& results);
 
-/// Overwrites company `companyId`, or appends a new one without it. Returns 0, whatever happened: callers
-/// find the company by listing the file again.
+/// Overwrites company `companyId` or, without a number, appends a new one. Returns 0 even after a failure:
+/// callers find the company by listing the file again.
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,
                          std::optional<std::int16_t> companyId = {});
 
-/// Appends a new company. Its number.
+/// Appends a new company and returns its number.
 Result<std::int16_t> AddNewCompany(const DataFiles& data, const std::string& name,
                                    const std::string& location);
 
@@ -63,10 +63,10 @@ void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records)
 /// Makes the company current until the program ends.
 void MakeCompanyCurrent(AppContext& app, const CompanyRecord& company);
 
-/// Makes the company current and remembers it in the settings. It is current even if that fails.
+/// Makes the company current and remembers it in the settings. It is current even if the latter fails.
 Done SelectCompany(AppContext& app, const CompanyRecord& company);
 
-/// Makes the remembered company current; one that does not exist leaves none selected. A remembered text that
-/// is not a 16-bit whole number is a Failure.
+/// Makes the remembered company current; if it no longer exists, nothing changes. A remembered text that
+/// ParseInt16 refuses is a Failure.
 Done RestoreCompany(AppContext& app);
 } // namespace mact

@@ -8,12 +8,11 @@
 
 namespace mact {
 
-/// Where the data files are. Two are shared; the others belong to one company, whose number begins their
-/// names.
+/// Where the data files are. Two are shared; the others belong to one company each and begin with its number.
 
 inline constexpr std::string_view HapContentsName = "hapcontents.talvor";
 inline constexpr std::string_view CompaniesName = "companies.talvor";
-// What follows the company's number.
+// These follow the company's number.
 inline constexpr std::string_view MaterialsSuffix = "_materials.talvor";
 inline constexpr std::string_view UsageSuffix = "_usage.talvor";
 inline constexpr std::string_view AdditionalNamesSuffix = "_additional.talvor";
@@ -24,7 +23,7 @@ std::filesystem::path DataFolder(const AppContext& app);
 struct DataFiles {
     DataFiles(FileAccess& files, std::filesystem::path folder, std::int16_t companyId)
         : Files(files), Folder(std::move(folder)), CompanyId(companyId) {}
-    /// Those of the current company. Not explicit, so that a store can be handed the context.
+    /// Those of the current company. Not explicit, so that callers can pass the context.
     DataFiles(const AppContext& app) : DataFiles(app.Files, DataFolder(app), app.CurrentCompanyId) {}
 
     FileAccess& Files;

@@ -19,7 +19,7 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmCompany>()) {
     m_ui->setupUi(this);
     SelectByKeys(*m_ui->lst_Companies);
-    m_ui->lbl_Id->hide();
+    m_ui->lbl_Id->hide(); // the number of the company that is edited
     for (QLineEdit* edit : {m_ui->txt_CompanyName, m_ui->txt_CompanyLocation}) {
         AcceptCodePageText(*edit);
         connect(edit, &QLineEdit::textChanged, this, &frmCompany::Enable_Button);
@@ -32,7 +32,7 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
     FillList();
     ShowCurrentCompany();
     Enable_Button();
-    // Who has no company yet starts by typing one.
+    // With no company yet, the first step is to type one.
     if (m_ui->lst_Companies->count() == 0) m_ui->txt_CompanyName->setFocus();
 }
 
@@ -40,7 +40,7 @@ frmCompany::~frmCompany() = default;
 
 void frmCompany::FillList() {
     std::vector<CompanyRecord> companies;
-    if (!FindCompanies(m_app, {}, companies)) return;
+    if (!FindCompanies(m_app, {}, companies)) return; // none, or the failure has been shown
     ListLines lines;
     FillCompanyList(lines, companies);
     ShowLines(*m_ui->lst_Companies, lines);
@@ -66,7 +66,7 @@ void frmCompany::EnableListButtons() {
     const bool hasSelection = SelectedRow(*m_ui->lst_Companies) >= 0;
     m_ui->cmd_Switch->setEnabled(hasSelection);
     m_ui->cmd_Edit->setEnabled(hasSelection);
-    // Enter does what is at hand: it saves what was typed, or selects.
+    // Enter saves what was typed or, if there is nothing to save, selects.
     if (!m_ui->cmd_Save->isDefault()) m_ui->cmd_Switch->setDefault(hasSelection);
 }
 
@@ -96,19 +96,21 @@ void frmCompany::SaveEntry() {
         ShowInformation(m_app, NeedsNameAndLocation);
         return;
     }
+    // Does not say whether it saved, so the boxes are emptied even after a failure. The current company keeps
+    // its old name until it is selected again.
     SaveCompany(m_app, name, location, ParseInt16(m_ui->lbl_Id->text().toStdString()));
-    m_ui->lbl_Id->clear();
+    m_ui->lbl_Id->clear(); // what is typed next is a new company
     m_ui->FrameCompany->setTitle(QStringLiteral("New company"));
     m_ui->txt_CompanyName->clear();
     m_ui->txt_CompanyLocation->clear();
     FillList();
-    m_ui->lst_Companies->setFocus();
+    m_ui->lst_Companies->setFocus(); // cmd_Save, disabled by now, may have had it
 }
 
 void frmCompany::Select_Company() {
     const std::optional<CompanyRecord> company = SelectedCompany();
     if (!company) return;
-    ShowFailure(m_app, SelectCompany(m_app, *company));
+    ShowFailure(m_app, SelectCompany(m_app, *company)); // it is current all the same
     ShowCurrentCompany();
     hide();
 }

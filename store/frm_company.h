@@ -30,7 +30,7 @@ private:
     void EditCompany();
     void SaveEntry();
     void Select_Company();
-    /// The company of the selected line; empty without one.
+    /// Empty if no line is selected or its company cannot be found.
     std::optional<CompanyRecord> SelectedCompany();
 
     AppContext& m_app;

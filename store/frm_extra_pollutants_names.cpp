@@ -16,12 +16,12 @@ frmExtraPollutantsNames::frmExtraPollutantsNames(AppContext& app, QWidget* paren
     connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmExtraPollutantsNames::SaveNames);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 
-    LoadAdditionalNames(m_app);
+    LoadAdditionalNames(m_app); // another running copy may have changed them
     const std::vector<std::string_view> names = Split(m_app.AdditionalNames, '|');
     if (names.size() == Boxes().size()) {
         for (std::size_t index = 0; index < names.size(); ++index)
             Boxes()[index]->setText(FromCodePage(names[index]));
-    } else if (!m_app.AdditionalNames.empty()) {
+    } else if (!m_app.AdditionalNames.empty()) { // the boxes stay empty, for the user to fill
         m_app.AdditionalNames = UnusedNames;
     }
 }
@@ -36,7 +36,7 @@ std::array<QLineEdit*, 6> frmExtraPollutantsNames::Boxes() const {
 void frmExtraPollutantsNames::SaveNames() {
     PollutantNames names;
     for (std::size_t index = 0; index < names.size(); ++index) {
-        names[index] = ToCodePage(Boxes()[index]->text());
+        names[index] = ToCodePage(Boxes()[index]->text()); // saved with its spaces
         if (Trim(names[index]).empty()) {
             ShowFormErrors(m_app, NameIsEmpty);
             Boxes()[index]->setFocus();

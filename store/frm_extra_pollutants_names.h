@@ -31,6 +31,6 @@ private:
     std::unique_ptr<Ui::frmExtraPollutantsNames> m_ui;
 };
 
-/// Names that were saved are read by the next LoadAdditionalNames.
+/// Saved names take effect with the next LoadAdditionalNames.
 void ShowAdditionalNames(AppContext& app, QWidget* parent);
 } // namespace mact

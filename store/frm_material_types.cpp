@@ -16,6 +16,7 @@ frmMaterialTypes::frmMaterialTypes(AppContext& app, QWidget* parent)
     connect(m_ui->cbo_MaterialTypes, &QComboBox::activated, this, [this](int row) {
         if (row >= 0) Show_MaterialType_Record(m_ui->cbo_MaterialTypes->itemData(row).toInt());
     });
+    // cmd_Save stays unconnected: this window never writes.
     connect(m_ui->cmd_New, &QPushButton::clicked, this, &frmMaterialTypes::NewType);
     connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmMaterialTypes::EditType);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &frmMaterialTypes::Initialize_Form);
@@ -35,7 +36,7 @@ void frmMaterialTypes::Initialize_Form() {
     m_ui->cmd_New->setEnabled(true);
     m_ui->cmd_New->setDefault(true);
     for (QPushButton* button : {m_ui->cmd_Edit, m_ui->cmd_Cancel, m_ui->cmd_Save})
-        button->setEnabled(false);
+        button->setEnabled(false); // nothing enables cmd_Edit again
     m_ui->cbo_MaterialTypes->setFocus();
 }
 
@@ -45,7 +46,7 @@ void frmMaterialTypes::NewType() {
 }
 
 void frmMaterialTypes::EditType() {
-    EnableEntry(); // and not Cancel
+    EnableEntry(); // but not Cancel
 }
 
 void frmMaterialTypes::EnableEntry() {
@@ -71,7 +72,7 @@ void frmMaterialTypes::Show_MaterialType_Record(int) {}
 
 void ShowMaterialTypes(AppContext& app, QWidget* parent) {
     frmMaterialTypes window(app, parent);
-    window.m_ui->lbl_Id->setText(QStringLiteral("1"));
+    window.m_ui->lbl_Id->setText(QStringLiteral("1")); // nothing in the program reads it
     ShowModally(app, window);
 }
 } // namespace mact

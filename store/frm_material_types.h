@@ -12,8 +12,7 @@ class frmMaterialTypes;
 
 namespace mact {
 
-/// The material types. No button of the program opens this window, nothing fills its list, and it writes
-/// nothing: the table stays as it is.
+/// The material types. No button opens this window, nothing fills its list, and it never writes the table.
 class frmMaterialTypes : public QDialog {
     Q_OBJECT
 
@@ -22,7 +21,7 @@ public:
     ~frmMaterialTypes() override;
 
     void Initialize_Form();
-    /// Shows what is wrong with the entries; true when nothing is.
+    /// Shows what is wrong with the entries. True if nothing is.
     bool Validate_Form();
     /// Does nothing.
     void Show_MaterialType_Record(int materialTypeId);

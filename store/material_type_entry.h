@@ -9,7 +9,7 @@ namespace mact {
 /// What the material-type window holds, as typed: code-page text.
 struct MaterialTypeEntry {
     std::string Name;
-    std::string Type;        ///< 1 or 2; only that it is a number is checked
+    std::string Type;        ///< meant to be 1 or 2; the check takes any number
     std::string HapContents; ///< weight percent
 };
 

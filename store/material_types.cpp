@@ -67,7 +67,7 @@ bool Passes(const HapContentFilter& filter, const HapContentRecord& row) {
     return !filter.ApplicationMethod || IsSameName(*filter.ApplicationMethod, row.ApplicationMethod);
 }
 
-/// The names of the distinct listings, on purpose without those that occur in an earlier one.
+/// The names of a distinct listing, on purpose without those that occur in an earlier one.
 class DistinctNames {
 public:
     void Add(std::string_view name) {
@@ -79,7 +79,7 @@ public:
     std::vector<std::string> Names;
 
 private:
-    std::string m_taken;
+    std::string m_taken; ///< each with "|" in front
 };
 
 std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
@@ -88,7 +88,7 @@ std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
     std::vector<std::string> all;
     for (const HapContentRecord& row : rows) {
         const std::string_view name = Trim(row.*field);
-        isDistinct ? distinct.Add(name) : void(all.emplace_back(name));
+        isDistinct ? distinct.Add(name) : void(all.emplace_back(name)); // both void, or ?: refuses them
     }
     return isDistinct ? distinct.Names : all;
 }
@@ -105,8 +105,8 @@ Done CreateDefaultHapContents(const DataFiles& data) {
         content = std::move(*present);
     }
     const std::string defaults = DefaultSlots();
-    content.replace(0, defaults.size(), defaults);
-    // The table appears whole or not at all: an incomplete one would never be completed.
+    content.replace(0, defaults.size(), defaults); // rows beyond the defaults stay
+    // Whole or not at all: an incomplete table would never be completed.
     return ReplaceFile(data.Files, path, content);
 }
 
@@ -134,7 +134,7 @@ bool FindHapContents(AppContext& app, const HapContentFilter& filter,
 
 void GetMaterialTypes(AppContext& app, std::vector<std::string>& names, bool isDistinct) {
     std::vector<HapContentRecord> rows;
-    FindHapContents(app, {}, rows);
+    FindHapContents(app, {}, rows); // leaves none after a failure
     names = ListNames(rows, &HapContentRecord::MaterialType, isDistinct);
 }
 
@@ -145,6 +145,7 @@ void GetApplicationMethods(AppContext& app, std::vector<std::string>& methods, b
     methods = ListNames(rows, &HapContentRecord::ApplicationMethod, isDistinct);
 }
 
+// Trims in passing, so that a lookup needs no trimmed copies.
 bool TypeMethodPairs::Less::operator()(const Views& left, const Views& right) const {
     const int types = CompareIgnoringCase(Trim(left.first), Trim(right.first));
     return types < 0 || (types == 0 && CompareIgnoringCase(Trim(left.second), Trim(right.second)) < 0);

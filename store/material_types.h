@@ -14,7 +14,7 @@
 namespace mact {
 
 /// The material-type table that all companies share, in data/hapcontents.talvor: for each material type and
-/// application method the numbers by which a material is judged (40 CFR 63, Subpart VVVV, Tables 2 and 3).
+/// application method, the figures that a material is judged by (40 CFR 63, Subpart VVVV, Tables 2 and 3).
 ///
 /// FindHapContents, GetMaterialTypes and GetApplicationMethods show a failure once (ShowError) and go on as
 /// if the table were empty; the others return it.
@@ -41,7 +41,7 @@ struct HapContentFilter {
     std::optional<std::string> ApplicationMethod{};
 };
 
-/// The row's HAP limit in weight percent; empty where no limit applies.
+/// The row's HAP limit in weight percent; empty if no limit applies.
 std::optional<double> LimitOf(const HapContentRecord& row);
 
 /// Writes the 29 default rows into slots 1 to 29; slots beyond them stay.
@@ -51,17 +51,17 @@ Done CreateDefaultHapContents(const DataFiles& data);
 Result<std::vector<HapContentRecord>> ReadHapContents(const DataFiles& data,
                                                       const HapContentFilter& filter = {});
 
-/// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
+/// Fills `results` in file order and returns true; empties it and returns false if nothing matches.
 bool FindHapContents(AppContext& app, const HapContentFilter& filter, std::vector<HapContentRecord>& results);
 
-/// The names, trimmed, in file order. With `isDistinct`, a name that occurs as a part of the names taken
-/// before it (each with "|" in front, the case counting) is skipped.
+/// The trimmed names in file order. With `isDistinct`, skips a name that occurs, case included, anywhere in
+/// the names taken so far (strung together, each with "|" in front).
 void GetMaterialTypes(AppContext& app, std::vector<std::string>& names, bool isDistinct);
 void GetApplicationMethods(AppContext& app, std::vector<std::string>& methods, bool isDistinct,
                            const std::optional<std::string>& materialType = {});
 
-/// Numbers pairs of type and method from 0, in the order in which they are added. Pairs that differ in letter
-/// case alone, or in the blanks around them, are one.
+/// Numbers pairs of type and method from 0 in the order in which they are added. Pairs that differ only in
+/// letter case or surrounding spaces are one.
 class TypeMethodPairs {
 public:
     std::size_t Add(std::string_view materialType, std::string_view applicationMethod);
@@ -71,13 +71,13 @@ public:
 
 private:
     struct Less {
-        using is_transparent = void;
+        using is_transparent = void; // looks up views without copying them
         using Views = std::pair<std::string_view, std::string_view>;
         bool operator()(const Views& left, const Views& right) const;
     };
     std::map<std::pair<std::string, std::string>, std::size_t, Less> m_numbers;
 };
 
-/// The distinct listing of rows that are already read.
+/// The distinct types, as GetMaterialTypes lists them, of rows already read.
 std::vector<std::string> DistinctMaterialTypes(const std::vector<HapContentRecord>& rows);
 } // namespace mact

@@ -6,13 +6,12 @@
 
 namespace mact {
 
-/// Adds many records to the end of a file. They are collected until Write is called, since a write for each
-/// of them would keep an import waiting.
+/// Appends many records to a file, collecting them until Write: a write for each would slow an import down.
 class RecordAppender {
 public:
     explicit RecordAppender(RecordFile file) : m_file(std::move(file)) {}
 
-    /// The number of the next record that is added. A Failure when the file is full.
+    /// The number for the next record to be added. A Failure if the file is full.
     Result<std::int16_t> NextNumber() const { return m_file.NextNumber(m_pendingCount); }
 
     template <class Record, class... Types>
@@ -22,17 +21,18 @@ public:
     }
     std::size_t PendingLength() const { return m_pending.size(); } ///< bytes added since the last Write
 
-    /// Writes what was added. Sets `stored` to the number of those records that are in the file now: fewer
-    /// than were added when it fails, and the rest is dropped.
+    /// Writes what was added. Sets `stored` to how many of those records are in the file now, perhaps
+    /// not all after a failure; the rest is dropped.
     Done Write(std::size_t& stored) {
         const std::int16_t before = m_file.Count();
         const Done written = m_pending.empty() ? Success() : m_file.AppendSlots(m_pending);
-        stored = static_cast<std::size_t>(m_file.Count() - before);
+        stored = static_cast<std::size_t>(m_file.Count() - before); // correct after a failure too
+        // Dropped even then: another try could store the first of them twice.
         m_pending.clear();
         m_pendingCount = 0;
         return written;
     }
-    /// Returns when everything written is on the disk.
+    /// Returns once everything written is on the disk.
     Done Flush() { return m_file.Flush(); }
 
 private:

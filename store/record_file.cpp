@@ -8,7 +8,7 @@
 namespace mact {
 namespace {
 
-/// The Failure of a write that could not be undone either.
+/// The Failure of a write that could not be undone.
 Failure InDoubt(Failure failure, const std::string& records) {
     failure.Reason += "; what was written " + records + " could not be taken back";
     return failure;
@@ -27,6 +27,7 @@ Result<RecordFile> RecordFile::Open(FileAccess& files, const std::filesystem::pa
                                     std::size_t slotLength, OpenMode mode) {
     Result<std::unique_ptr<OpenedFile>> opened = files.Open(path, mode);
     if (!opened) return opened.error();
+    // Before the length is read, since whoever has the lock may be appending.
     if (mode == OpenMode::Update) {
         const Done locked = (*opened)->Lock();
         if (!locked) return locked.error();
@@ -44,7 +45,7 @@ Result<RecordFile> RecordFile::Open(FileAccess& files, const std::filesystem::pa
 }
 
 Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::string& chunk) {
-    constexpr std::size_t chunkLength = std::size_t{1} << 18;
+    constexpr std::size_t chunkLength = std::size_t{1} << 18; // bytes
     const std::size_t left = static_cast<std::size_t>(m_count - first) + 1;
     const std::size_t slots = std::min(left, std::max<std::size_t>(1, chunkLength / m_slotLength));
     chunk.resize(slots * m_slotLength);
@@ -66,6 +67,7 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
     if (number < 1 || number > m_count + 1)
         return Failure{"write record " + std::to_string(number) + " of the file", m_path,
                        "it has " + std::to_string(m_count) + " records"};
+    // To be able to undo a failed write: the file's length, and the bytes that it overwrites.
     const std::uint64_t start = StartOf(number);
     const Result<std::uint64_t> length = m_file->Length();
     if (!length) return length.error();
@@ -73,7 +75,7 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
     if (!before) return before.error();
 
     Done written = m_file->WriteAt(start, slot);
-    if (written) written = m_file->Flush();
+    if (written) written = m_file->Flush(); // a full disk may show only here
     if (written) {
         m_count = std::max(m_count, number);
         return written;
@@ -86,8 +88,8 @@ bool RecordFile::TakeBack(std::uint64_t start, std::string_view before, std::uin
     const Done cut = m_file->CutTo(length);
     const Done restored = before.empty() ? Success() : m_file->WriteAt(start, before);
     if (cut && restored) return true;
-    // A disk that refuses this may have refused the whole write before it. Then nothing has changed, and the
-    // file can be trusted again.
+    // A disk that refuses this may have refused all of the failed write too. Then nothing has changed, and
+    // the file can be trusted.
     const Result<std::uint64_t> lengthNow = m_file->Length();
     std::string now(before.size(), '\0');
     const Result<std::size_t> count = m_file->ReadAt(start, now);
@@ -95,11 +97,11 @@ bool RecordFile::TakeBack(std::uint64_t start, std::string_view before, std::uin
 }
 
 Done RecordFile::AppendSlots(std::string_view slots) {
-    // Where the file ends in a short slot that counts, the next one starts behind its full length.
+    // Starts behind the full length of a short last slot that counts; the gap becomes zero bytes.
     const std::uint64_t start = StartOf(m_count + 1);
     const Result<std::uint64_t> length = m_file->Length();
     if (!length) return length.error();
-    // Where that slot is too short to count, the write goes over it, and what it held is kept to be put back.
+    // A rest too short to count is overwritten. Its bytes are noted, in case they must be put back.
     const Result<std::string> before = ReadBeforeWrite(start, *length);
     if (!before) return before.error();
 
@@ -107,8 +109,8 @@ Done RecordFile::AppendSlots(std::string_view slots) {
     const std::uint64_t stored = (written ? slots.size() : LengthWritten(start, slots.size())) / m_slotLength;
     m_count = static_cast<std::int16_t>(m_count + static_cast<std::int64_t>(stored));
     if (written) return written;
-    // The whole slots that reached the file stay. A piece of the next one has to go: from its half on it
-    // would count as a record.
+    // Slots that reached the file whole stay, and are counted by now. A piece of the next one has to go: from
+    // about half its length on it would count as a record. Without a whole slot, everything is undone.
     const bool isTakenBack = stored == 0 ? TakeBack(start, *before, *length)
                                          : static_cast<bool>(m_file->CutTo(StartOf(m_count + 1)));
     if (isTakenBack) return written;

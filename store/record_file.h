@@ -13,34 +13,34 @@
 
 namespace mact {
 
-/// The most slots a file can have and still be worked with: record numbers are signed 16-bit integers.
+/// The most slots that a usable file can have: record numbers are signed 16-bit integers.
 inline constexpr std::uint64_t MostSlots = 32767;
 
-/// How many slots a file of `length` bytes has: rounded to the nearest whole number, halves to even.
+/// How many slots a file of `length` bytes has, rounded to the nearest whole number, halves to even.
 std::uint64_t CountSlots(std::uint64_t length, std::uint64_t slotLength);
 
 /// A file of fixed-length slots, numbered from 1, without a header.
 ///
-/// It is opened for one operation and closed with it. A file that does not exist is created empty. Bytes that
-/// a short last slot lacks read as zero bytes. A file of more than MostSlots cannot be worked with.
+/// It is opened for one operation and then closed. A missing file is created empty. What a short last slot
+/// lacks reads as zero bytes. Opening a file of more than MostSlots is a Failure.
 class RecordFile {
 public:
     static Result<RecordFile> OpenForReading(FileAccess& files, const std::filesystem::path& path,
                                              std::size_t slotLength) {
         return Open(files, path, slotLength, OpenMode::ReadOrCreate);
     }
-    /// For reading; a file that does not exist is a Failure, and is not created.
+    /// For reading; a missing file is a Failure and is not created.
     static Result<RecordFile> OpenExisting(FileAccess& files, const std::filesystem::path& path,
                                            std::size_t slotLength) {
         return Open(files, path, slotLength, OpenMode::Read);
     }
-    /// Holds the file against other writers until it is closed.
+    /// Keeps out other writers until the file is closed.
     static Result<RecordFile> OpenForWriting(FileAccess& files, const std::filesystem::path& path,
                                              std::size_t slotLength) {
         return Open(files, path, slotLength, OpenMode::Update);
     }
 
-    /// As CountSlots has it: a last slot that was written short counts from its half on.
+    /// By CountSlots, so that a short last slot counts from about half its length on.
     std::int16_t Count() const { return m_count; }
 
     /// Calls `visit` with each slot's number and bytes, in file order, until it returns false.
@@ -55,17 +55,15 @@ public:
         }
         return Success();
     }
-    /// Overwrites a slot, or appends when `number` is one more than the count; a number beyond that is a
-    /// Failure. On disk when it succeeds. Where it fails the file is as it was, or the Failure says that it
-    /// could not be made so.
+    /// Overwrites a slot, or appends one if `number` is Count() + 1; a number beyond that is a Failure. On
+    /// disk when it succeeds. A write that fails is undone, or the Failure says that it could not be.
     Done WriteSlot(std::int16_t number, std::string_view slot);
-    /// Appends whole slots, without waiting for the disk. Where it fails, Count tells how many of them are in
-    /// the file, and no piece of another one stays, or the Failure says that it could not be taken back.
+    /// Appends whole slots, without flushing them. After a failure Count includes those that reached the
+    /// file, and no piece of another one is left, or the Failure says that it could not be taken back.
     Done AppendSlots(std::string_view bytes);
-    /// The number of the next appended slot, behind `pending` ones that are still to be written. A Failure
-    /// when the file is full.
+    /// The number of the slot after `pending` ones still to be appended. A Failure if the file is full.
     Result<std::int16_t> NextNumber(std::size_t pending = 0) const;
-    /// Returns when everything written is on the disk.
+    /// Returns once everything written is on the disk.
     Done Flush() { return m_file->Flush(); }
 
 private:
@@ -73,19 +71,17 @@ private:
         : m_file(std::move(file)), m_path(std::move(path)), m_slotLength(slotLength) {}
     static Result<RecordFile> Open(FileAccess& files, const std::filesystem::path& path,
                                    std::size_t slotLength, OpenMode mode);
-    /// Where a slot begins in the file.
+    /// Where a slot begins, in bytes.
     std::uint64_t StartOf(std::int64_t number) const {
         return (static_cast<std::uint64_t>(number) - 1) * m_slotLength;
     }
-    /// The bytes, of a slot at the most, that a write at `start` would replace in a file of `length` bytes.
+    /// The bytes, up to a whole slot, that a write at `start` would overwrite in a file of `length` bytes.
     Result<std::string> ReadBeforeWrite(std::uint64_t start, std::uint64_t length);
-    /// How many of the `wanted` bytes of a failed append at `start` have reached the file; 0 where the file
-    /// does not tell.
+    /// How many of the `wanted` bytes appended at `start` the file's length shows; 0 if it cannot be read.
     std::uint64_t LengthWritten(std::uint64_t start, std::uint64_t wanted);
-    /// Undoes a failed write at `start`: puts back the bytes that were there, and the file's length. False
-    /// when it cannot.
+    /// Undoes a failed write at `start`: restores the file's length and bytes. False if it cannot.
     bool TakeBack(std::uint64_t start, std::string_view before, std::uint64_t length);
-    /// Some slots from number `first` on, at least one; they stand in `chunk`.
+    /// Reads one or more slots from number `first` on into `chunk`.
     Result<std::string_view> ReadChunk(std::int16_t first, std::string& chunk);
 
     std::unique_ptr<OpenedFile> m_file;
@@ -94,7 +90,7 @@ private:
     std::int16_t m_count = 0;
 };
 
-/// Calls `visit` with each record, in file order. The record is reused: copy or move out what is to last.
+/// Calls `visit` with each record, in file order. The record is reused: copy or move out what must last.
 template <class Record, class... Types, class Visitor>
 Done ForEachRecord(RecordFile& file, const RecordLayout<Record, Types...>& layout, const Visitor& visit) {
     Record record;
@@ -105,7 +101,7 @@ Done ForEachRecord(RecordFile& file, const RecordLayout<Record, Types...>& layou
     });
 }
 
-/// The same with each record's number, and its flag as it is stored (StoredFlag).
+/// The same, with each record's slot number and its flag as stored (StoredFlag).
 template <class Record, class... Types, class Visitor>
 Done ForEachStoredRecord(RecordFile& file, const RecordLayout<Record, Types...>& layout,
                          const Visitor& visit) {
@@ -122,9 +118,9 @@ template <class Record, class... Types, class Test>
 Result<std::vector<Record>> ReadRecords(RecordFile& file, const RecordLayout<Record, Types...>& layout,
                                         const Test& passes) {
     std::vector<Record> records;
-    records.reserve(static_cast<std::size_t>(file.Count())); // memory that stays unused costs no time
+    records.reserve(static_cast<std::size_t>(file.Count())); // memory that is never touched costs no time
     const Done read = file.ForEachSlot([&](std::int16_t, std::string_view slot) {
-        // Unpacked in its place, since a copy would allocate memory for each text once more.
+        // Unpacked in place, since a copy would allocate memory for each text again.
         Unpack(layout, slot, records.emplace_back());
         if (!passes(records.back())) records.pop_back();
         return true;
@@ -133,8 +129,7 @@ Result<std::vector<Record>> ReadRecords(RecordFile& file, const RecordLayout<Rec
     return records;
 }
 
-/// Puts `record` into slot `record.*number`, or appends it (setting that number) where the number is 0. The
-/// number of the record that was written.
+/// Writes `record` into slot `record.*number` or, if that is 0, into the next new one. Returns its number.
 template <class Record, class... Types>
 Result<std::int16_t> WriteRecord(RecordFile& file, const RecordLayout<Record, Types...>& layout,
                                  Record record, std::int16_t Record::*number) {
@@ -143,13 +138,14 @@ Result<std::int16_t> WriteRecord(RecordFile& file, const RecordLayout<Record, Ty
         if (!next) return next.error();
         record.*number = *next;
     }
+    // No search: only in a damaged file is a record in any slot but that of its number.
     const Done written = file.WriteSlot(record.*number, Pack(layout, record));
     if (!written) return written.error();
     return record.*number;
 }
 
-/// Clears the Active flag of live record `id` in its slot and leaves the other bytes of its fields as they
-/// are. False when there is no such live record.
+/// Clears the Active flag of live record `id`. Its other fields keep their bytes; those after the last field
+/// become zero. False if there is no such live record.
 template <class Record, class... Types>
 Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record, Types...>& layout,
                                      std::int16_t id, std::int16_t Record::*number, bool Record::*active) {
@@ -158,12 +154,12 @@ Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record
     const Done searched = file.ForEachSlot([&](std::int16_t slotNumber, std::string_view slot) {
         Unpack(layout, slot, record);
         if (record.*number == id && record.*active) foundIn = slotNumber;
-        return foundIn == 0;
+        return foundIn == 0; // stops with the found record in `record`
     });
     if (!searched) return searched.error();
     if (foundIn == 0) return false;
-    // Unpacking drops the spaces at the end of a text and packing restores them, so nothing else changes. It
-    // is the slot in which the record was found: in a damaged file slot `id` may hold another record.
+    // Unpacking drops the spaces at the end of a text and packing restores them, so no other field changes.
+    // Written where it was found: in a damaged file slot `id` may hold another record.
     record.*active = false;
     const Done written = file.WriteSlot(foundIn, Pack(layout, record));
     if (!written) return written.error();

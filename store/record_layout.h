@@ -15,7 +15,7 @@
 
 namespace mact {
 
-/// How a record is laid out in its slot: packed fields in declaration order, without gaps, in little-endian.
+/// How a record is laid out in its slot: fields in declaration order, without gaps, little-endian.
 /// Files of earlier versions of the program depend on every layout.
 
 /// The member's type decides how a field is stored (Store and Load below).
@@ -29,7 +29,7 @@ template <class Record> constexpr Field<Record, std::int16_t> Int16(std::int16_t
     return {member, 2};
 }
 /// `length` bytes of code-page text, padded with spaces; a longer value is cut. Reading drops the spaces at
-/// the end and keeps those in front, so a reader trims the text before using it.
+/// the end but keeps those in front, so trim a text before using it.
 template <class Record>
 constexpr Field<Record, std::string> Text(std::string Record::*member, std::size_t length) {
     return {member, length};
@@ -49,7 +49,7 @@ public:
         : m_slotLength(slotLength), m_fields(fields) {}
 
     constexpr std::size_t SlotLength() const { return m_slotLength; } ///< bytes
-    constexpr std::size_t PackedLength() const { ///< bytes of the slot that the fields take
+    constexpr std::size_t PackedLength() const { ///< bytes of the slot that the fields fill
         std::size_t length = 0;
         ForEachField([&](const auto& field, std::size_t) { length += field.Length; });
         return length;
@@ -110,6 +110,7 @@ inline void Load(std::string_view bytes, bool& value) {
     value = stored == -1;
 }
 
+/// Pointers to members of different types cannot be compared with ==.
 template <class Left, class Right> constexpr bool IsSameMember(Left left, Right right) {
     if constexpr (std::is_same_v<Left, Right>)
         return left == right;
@@ -117,7 +118,7 @@ template <class Left, class Right> constexpr bool IsSameMember(Left left, Right 
         return false;
 }
 
-/// Adds the whole slot to `packed`, with zero bytes after the last field.
+/// Appends the record's whole slot to `packed`, with zero bytes after the last field.
 template <class Record, class... Types>
 void AppendPacked(const RecordLayout<Record, Types...>& layout, const std::type_identity_t<Record>& record,
                   std::string& packed) {
@@ -129,7 +130,7 @@ void AppendPacked(const RecordLayout<Record, Types...>& layout, const std::type_
     });
 }
 
-/// The whole slot alone.
+/// The record's whole slot.
 template <class Record, class... Types>
 std::string Pack(const RecordLayout<Record, Types...>& layout, const std::type_identity_t<Record>& record) {
     std::string slot;
@@ -137,7 +138,7 @@ std::string Pack(const RecordLayout<Record, Types...>& layout, const std::type_i
     return slot;
 }
 
-/// Reads a whole slot into `record`, whose texts keep their memory.
+/// Reads a whole slot into `record`, reusing the memory of its texts.
 template <class Record, class... Types>
 void Unpack(const RecordLayout<Record, Types...>& layout, std::string_view slot, Record& record) {
     layout.ForEachField([&](const auto& field, std::size_t offset) {
@@ -145,8 +146,7 @@ void Unpack(const RecordLayout<Record, Types...>& layout, std::string_view slot,
     });
 }
 
-/// Reads the named members alone, as in UnpackOnly<&UsageRecord::Period>(UsageLayout, slot, usage); the
-/// others stay as they are.
+/// Reads only the named members, as in UnpackOnly<&UsageRecord::Period>(UsageLayout, slot, usage).
 template <auto... Members, class Record, class... Types>
 void UnpackOnly(const RecordLayout<Record, Types...>& layout, std::string_view slot, Record& record) {
     layout.ForEachField([&](const auto& field, std::size_t offset) {
@@ -155,8 +155,7 @@ void UnpackOnly(const RecordLayout<Record, Types...>& layout, std::string_view s
     });
 }
 
-/// A record's flag as it is stored, of which the record itself says only whether it is -1; empty where the
-/// layout has no flag.
+/// A record's flag as stored: the record itself says only whether it is -1. Empty if the layout has no flag.
 template <class Record, class... Types>
 std::optional<std::int16_t> StoredFlag(const RecordLayout<Record, Types...>& layout, std::string_view slot) {
     std::optional<std::int16_t> flag;

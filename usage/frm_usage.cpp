@@ -14,8 +14,8 @@ namespace mact {
 frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmUsage>()) {
     m_ui->setupUi(this);
-    m_ui->lbl_Id->hide();
-    m_ui->lbl_result->hide();
+    m_ui->lbl_Id->hide();     // the number of the record that is edited
+    m_ui->lbl_result->hide(); // what Show returns
     ListLines lines;
     FillMaterialList(lines, materials, false);
     ShowLines(*m_ui->cbo_MaterialId, lines);
@@ -23,7 +23,7 @@ frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials
         m_descriptions << FromCodePage(Trim(material.Description));
     for (QComboBox* combo : {m_ui->cbo_Month, m_ui->cbo_Unit}) {
         NumberItems(*combo);
-        combo->setCurrentIndex(-1);
+        combo->setCurrentIndex(-1); // the form has selected the first entry
     }
     AcceptAnyYear(*m_ui->cbo_Year);
     AcceptCodePageText(*m_ui->txt_Quantiry);
@@ -37,20 +37,21 @@ frmUsage::~frmUsage() = default;
 
 void frmUsage::PrepareNew() {
     setWindowTitle(QString::fromLatin1(UsageTexts::NewTitle));
-    if (m_app.LastUsage.Unit != 0) {
+    if (m_app.LastUsage.Unit != 0) { // a record was entered since the program started
         PrepareRemembered();
         return;
     }
     const std::chrono::year_month today = m_app.Calendar.CurrentMonth();
     SelectYear(QString::number(static_cast<int>(today.year())));
     SelectListItem(*m_ui->cbo_Month, static_cast<unsigned>(today.month()));
-    SelectListItem(*m_ui->cbo_Unit);
+    SelectListItem(*m_ui->cbo_Unit); // the first
 }
 
 void frmUsage::PrepareRemembered() {
     SelectListItem(*m_ui->cbo_Month, m_app.LastUsage.Month);
     SelectYear(FromCodePage(m_app.LastUsage.Year));
     SelectListItem(*m_ui->cbo_Unit, m_app.LastUsage.Unit);
+    // Month and year last: whoever enters a month's records leaves them as they are.
     QWidget* const order[] = {m_ui->cbo_MaterialId, m_ui->txt_Quantiry, m_ui->cbo_Unit, m_ui->cmd_Save,
                               m_ui->cmd_Cancel,     m_ui->cbo_Month,    m_ui->cbo_Year};
     for (std::size_t index = 1; index < std::size(order); ++index)
@@ -58,18 +59,19 @@ void frmUsage::PrepareRemembered() {
 }
 
 void frmUsage::PrepareEdit(const UsageRecord& usage) {
+    // What the lists lack (a deleted material, a month 13) stays unselected, and saving asks for it.
     const PeriodPieces period = SplitPeriod(usage.Period);
     SelectListItem(*m_ui->cbo_MaterialId, usage.MaterialId);
     SelectListItem(*m_ui->cbo_Month, FromCodePage(period.Month));
     SelectYear(FromCodePage(period.Year));
     SelectListItem(*m_ui->cbo_Unit, usage.Unit);
     m_ui->txt_Quantiry->setText(FromCodePage(NumberText(usage.Quantity)));
-    m_ui->lbl_Id->setText(QString::number(usage.UsageId));
+    m_ui->lbl_Id->setText(QString::number(usage.UsageId)); // so that Save overwrites it
 }
 
-/// A year that the list lacks stands there as if it had been typed.
+/// A year that the list lacks is shown as if it had been typed.
 void frmUsage::SelectYear(const QString& year) {
-    m_ui->cbo_Year->setCurrentIndex(-1);
+    m_ui->cbo_Year->setCurrentIndex(-1); // SelectListItem leaves the selection if nothing matches
     SelectListItem(*m_ui->cbo_Year, year, false);
     if (m_ui->cbo_Year->currentIndex() < 0) m_ui->cbo_Year->setEditText(year);
 }
@@ -96,6 +98,7 @@ bool frmUsage::Validate_Form() {
     return false;
 }
 
+// In the order of CheckUsageEntry.
 void frmUsage::FocusFirstError(const UsageEntry& entry) {
     if (!entry.MaterialId)
         m_ui->cbo_MaterialId->setFocus();
@@ -111,7 +114,7 @@ void frmUsage::FocusFirstError(const UsageEntry& entry) {
 
 void frmUsage::Save() {
     if (!Validate_Form()) return;
-    if (IsNumeric(m_ui->lbl_Id->text().toStdString()))
+    if (IsNumeric(m_ui->lbl_Id->text().toStdString())) // set by PrepareEdit
         Check_4_Update();
     else
         Check_4_Save();
@@ -120,6 +123,7 @@ void frmUsage::Save() {
 void frmUsage::Check_4_Save() {
     const UsageEntry entry = ReadForm();
     const UsageRecord usage = RecordOf(entry, 0);
+    // Remembered here alone: the month of an edited record may be long past.
     if (SaveUnlessDuplicate(usage))
         m_app.LastUsage = {.Month = entry.Month.value_or(0), .Year = entry.Year, .Unit = usage.Unit};
 }
@@ -131,14 +135,14 @@ void frmUsage::Check_4_Update() {
 
 bool frmUsage::SaveUnlessDuplicate(const UsageRecord& usage) {
     const Result<bool> isDuplicate = IsDuplicate(m_app, usage);
-    if (ShowFailure(m_app, isDuplicate)) return false;
+    if (ShowFailure(m_app, isDuplicate)) return false; // a duplicate cannot be ruled out
     if (*isDuplicate) {
         ShowFormErrors(m_app, UsageTexts::IsDuplicate);
         return false;
     }
     if (SaveUsage(m_app, usage)) return false;
     m_ui->lbl_result->setText(QStringLiteral("0"));
-    hide();
+    hide(); // ends exec(), whose result is ignored
     return true;
 }
 

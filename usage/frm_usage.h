@@ -28,9 +28,9 @@ public:
     ~frmUsage() override;
 
     bool Validate_Form();
-    /// Appends a new record, unless the material has one for the month.
+    /// Appends a new record and closes, unless the material has one for the month.
     void Check_4_Save();
-    /// Overwrites the edited record, likewise.
+    /// Overwrites the edited record, on the same condition.
     void Check_4_Update();
 
 private:
@@ -39,14 +39,14 @@ private:
 
     void PrepareNew();
     void PrepareEdit(const UsageRecord& usage);
-    /// The month, year and unit of the last new record, past which the tab key then goes.
+    /// Selects month, year and unit of the last new record; the tab key then reaches month and year last.
     void PrepareRemembered();
     void SelectYear(const QString& year);
     void ShowDescription();
     UsageEntry ReadForm() const;
     void FocusFirstError(const UsageEntry& entry);
     void Save();
-    /// Says why not when it returns false; otherwise the dialog closes.
+    /// Closes the dialog and returns true, or shows why it did not save.
     bool SaveUnlessDuplicate(const UsageRecord& usage);
     int Show();
 
@@ -55,8 +55,8 @@ private:
     QStringList m_descriptions; ///< of the materials, in the order of cbo_MaterialId
 };
 
-/// 0 when a record was saved, -1 otherwise.
+/// 0 if a record was saved, otherwise -1.
 int NewUsage(AppContext& app, QWidget* parent);
-/// The same; also -1 when the record could not be read.
+/// The same; also -1 if the record could not be read.
 int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent);
 } // namespace mact

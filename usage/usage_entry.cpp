@@ -11,7 +11,7 @@ namespace mact {
 
 bool IsUsageYear(std::string_view year) {
     const bool isNumber = std::ranges::all_of(year, [](char digit) { return digit >= '0' && digit <= '9'; });
-    return isNumber && year.size() == 4 && year >= "1900";
+    return isNumber && year.size() == 4 && year >= "1900"; // compared as text: the lengths are equal
 }
 
 FormErrors CheckUsageEntry(const UsageEntry& entry) {
@@ -32,6 +32,7 @@ UsageRecord RecordOf(const UsageEntry& entry, std::int16_t usageId) {
 }
 
 Result<bool> IsDuplicate(const DataFiles& data, const UsageRecord& record) {
+    // The first alone: where duplicates are in the file already, that one can still be edited.
     return ReadUsage(data, {.Periods = record.Period, .MaterialId = record.MaterialId})
         .transform(
             [&](const auto& found) { return !found.empty() && found.front().UsageId != record.UsageId; });

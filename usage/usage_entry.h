@@ -22,12 +22,12 @@ struct UsageEntry {
 /// One message per failed check, in the order of the form.
 FormErrors CheckUsageEntry(const UsageEntry& entry);
 
-/// Four digits, from 1900 on: what the reports can look back from.
+/// Four digits, from 1900 on: the years in which a report can end.
 bool IsUsageYear(std::string_view year);
 
 /// The record of an entry that passed every check. `usageId` 0 = a new one.
 UsageRecord RecordOf(const UsageEntry& entry, std::int16_t usageId);
 
-/// Whether another live record has the record's material and month. Of several, the first in the file counts.
+/// Whether the first live record in the file with this material and month is another one.
 Result<bool> IsDuplicate(const DataFiles& data, const UsageRecord& record);
 } // namespace mact

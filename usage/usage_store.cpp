@@ -13,13 +13,11 @@
 namespace mact {
 namespace {
 
-/// The numbers of the materials met so far.
-///
-/// A number is met if its digits occur anywhere in those of one met before, on purpose: 2 after 12 is. All
-/// parts of a number's digits are few, so they are kept, rather than one text of all numbers to search.
+/// The numbers of the materials met so far. On purpose, a number counts as met if its digits occur in those
+/// of an earlier one: 2 after 12. All parts of the digits are kept, so that no long text need be searched.
 class SeenMaterials {
 public:
-    /// False when the material was met before.
+    /// False if the material was met before.
     bool Add(std::int16_t materialId) {
         const std::string digits = std::to_string(materialId);
         if (m_parts.contains(digits)) return false;
@@ -33,7 +31,7 @@ private:
     std::unordered_set<std::string> m_parts;
 };
 
-/// A filter with what it needs to judge the records one after another.
+/// A filter, and what it needs to judge one record after another.
 class UsageMatcher {
 public:
     UsageMatcher(const UsageFilter& filter, std::optional<MaterialIds> materialIds)
@@ -54,7 +52,7 @@ public:
 private:
     bool IsOfMaterialText(const UsageRecord& usage) const {
         const std::optional<std::string>& text = (*m_materialIds)[usage.MaterialId];
-        return text && IsSameName(*text, *m_filter.MaterialText);
+        return text && IsSameName(*text, *m_filter.MaterialText); // no text: no live material
     }
     bool IsOfMonth(const UsageRecord& usage) const {
         if (!m_filter.Year && !m_filter.Month) return true;
@@ -62,13 +60,13 @@ private:
         return (!m_filter.Year || IsSameName(pieces.Year, *m_filter.Year)) &&
                (!m_filter.Month || IsSameName(pieces.Month, *m_filter.Month));
     }
-    // A list of periods ends in "|", so an empty period is found in every one of them, on purpose.
+    // The list of a report ends in "|" itself, so an empty period is found in it, on purpose.
     bool IsOfPeriods(const UsageRecord& usage) const {
         return m_periods.find('|' + ComparisonKey(usage.Period) + '|') != std::string::npos;
     }
 
-    const UsageFilter& m_filter;
-    std::optional<MaterialIds> m_materialIds; ///< where the filter needs them
+    const UsageFilter& m_filter;              ///< outlives the matcher
+    std::optional<MaterialIds> m_materialIds; ///< only if the filter needs them
     std::string m_periods;
     SeenMaterials m_seen;
 };
@@ -82,7 +80,7 @@ Result<RecordFile> OpenToWrite(const DataFiles& data) {
 }
 
 Result<std::int16_t> WriteUsage(const DataFiles& data, UsageRecord record) {
-    record.Active = true;
+    record.Active = true; // whatever the caller passed
     Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
     return WriteRecord(*file, UsageLayout, record, &UsageRecord::UsageId);
@@ -100,7 +98,7 @@ PeriodPieces SplitPeriod(std::string_view period) {
     const std::string_view text = Trim(period);
     const std::size_t first = std::min(text.find('/'), text.size());
     const std::string_view rest = text.substr(std::min(first + 1, text.size()));
-    return {Trim(text.substr(0, first)), Trim(rest.substr(0, rest.find('/')))};
+    return {Trim(text.substr(0, first)), Trim(rest.substr(0, rest.find('/')))}; // any more are dropped
 }
 
 Done VisitUsage(const DataFiles& data, const std::function<void(const UsageRecord&)>& visit) {
@@ -136,7 +134,7 @@ Failed SaveUsage(AppContext& app, const UsageRecord& record) {
 
 Failed DeleteUsage(AppContext& app, std::int16_t usageId) {
     const Result<bool> deleted = MarkAsDeleted(app, usageId);
-    return ShowFailure(app, deleted) || !*deleted;
+    return ShowFailure(app, deleted) || !*deleted; // true also if there was nothing to delete
 }
 
 Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId) {
@@ -148,7 +146,7 @@ Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId) {
 void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageRecord>& records) {
     list.clear();
     const Result<MaterialIds> materialIds = ReadMaterialIds(app);
-    if (ShowFailure(app, materialIds)) return;
+    if (ShowFailure(app, materialIds)) return; // no line could name its material
     list.reserve(records.size());
     bool hasShownFailure = false;
     for (const UsageRecord& usage : records) {
@@ -161,7 +159,7 @@ void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageReco
             line += Trim(usage.Period);
             line += ')';
         } else if (!list.empty()) {
-            // On purpose: the line before is the only way to a record whose material is gone.
+            // On purpose: the line before it is the only way to a record whose material is gone.
             list.back().ItemData = usage.UsageId;
         } else if (!hasShownFailure) {
             ShowError(app,

@@ -15,52 +15,51 @@ namespace mact {
 
 /// The monthly usage records of a company, in data/<company>_usage.talvor.
 ///
-/// Quantities stay in the unit in which they were entered; reports convert them. Every routine opens the
-/// file, works and closes it before it returns. FindUsage, SaveUsage, DeleteUsage and FillUsageList show a
-/// failure once (ShowError), and a file that cannot be opened counts as empty; the others return it.
+/// Quantities stay in the unit in which they were entered; reports convert them. Every routine opens and
+/// closes the file itself. FindUsage, SaveUsage, DeleteUsage and FillUsageList show a failure once
+/// (ShowError), and what they cannot read counts as empty; the others return it.
 
 /// A filter that is left out matches everything.
 struct UsageFilter {
     std::optional<std::int16_t> UsageId{};
-    std::optional<std::string> Periods{}; ///< joined by "|", as in 1/2005|2/2005
+    /// Joined by "|", as in 1/2005|2/2005; one more "|" at the end lets empty periods pass.
+    std::optional<std::string> Periods{};
     std::optional<std::int16_t> MaterialId{};
     std::optional<std::string> MaterialText{}; ///< the Material ID of the record's live material
     std::optional<std::string> Year{};         ///< compared as text
     std::optional<std::string> Month{};        ///< compared as text: 03 is not 3
-    /// Only the first matching record of each material; one whose MaterialId occurs within the digits of a
-    /// material returned before (2 after 12) counts as seen, and deleted records count as well.
+    /// Only the first matching record of each material. A MaterialId that occurs within the digits of an
+    /// earlier one (2 after 12) counts as seen, and so does that of a deleted record.
     bool OneRecordPerMaterial = false;
     bool Active = true;
 };
-/// Fills `results` in file order and returns true; empties it and returns false when nothing matches.
+/// Fills `results` in file order and returns true; empties it and returns false if nothing matches.
 bool FindUsage(AppContext& app, const UsageFilter& filter, std::vector<UsageRecord>& results);
 
 /// The records that pass, in file order.
 Result<std::vector<UsageRecord>> ReadUsage(const DataFiles& data, const UsageFilter& filter = {});
 
-/// Calls `visit` with every record of the file, deleted ones too, in file order. The record is reused.
+/// Calls `visit` with every record of the file, even deleted ones, in file order. The record is reused.
 Done VisitUsage(const DataFiles& data, const std::function<void(const UsageRecord&)>& visit);
 
-/// Overwrites record `record.UsageId`, or appends when that is 0. Always saved as live. On disk when it
-/// returns false.
+/// Overwrites record `record.UsageId` or, if 0, appends. Always saved as live. On disk when it returns false.
 [[nodiscard]] Failed SaveUsage(AppContext& app, const UsageRecord& record);
 
-/// Marks the live record as deleted; true when there is none.
+/// Marks the live record as deleted. True also if there is no such record.
 [[nodiscard]] Failed DeleteUsage(AppContext& app, std::int16_t usageId);
 
 /// Whether a live usage record refers to the material.
 Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId);
 
 /// One line per live record, "Material ID (period)", with the UsageId as item data. A record whose material
-/// does not exist gets no line, but its UsageId becomes the item data of the line before it; without one that
-/// is a failure, shown once.
+/// does not exist gets no line: its UsageId replaces the item data of the line before it. If there is no line
+/// before it, that is a failure, shown once.
 void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageRecord>& records);
 
-/// The distinct years of the live records in the order in which they are met, each as item data too (0 for a
-/// year that is not a number).
+/// The distinct years of the live records in order of appearance. Item data: the year, 0 if not a number.
 void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records);
 
-/// The pieces of a trimmed period around its first "/", each trimmed; a missing piece is the empty text.
+/// The first two pieces of a period between its "/", trimmed; a missing piece is the empty text.
 struct PeriodPieces {
     std::string_view Month;
     std::string_view Year;

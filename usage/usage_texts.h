@@ -4,7 +4,7 @@
 
 namespace mact {
 
-/// Words of the usage editor.
+/// Texts of the usage editor.
 namespace UsageTexts {
 
 inline constexpr const char* NewTitle = "New Usage";

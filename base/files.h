@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/result.h"
-#include "base/service.h"
+#include "base/services.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/result.h"
-#include "base/service.h"
 
 #include <chrono>
 #include <filesystem>
@@ -13,6 +12,15 @@
 namespace mact {
 
 /// What the program asks of its platform, apart from files (base/files.h). All texts are UTF-8.
+
+/// Base of the interfaces through which the program reaches its platform. Never copied.
+class Service {
+public:
+    Service() = default;
+    Service(const Service&) = delete;
+    Service& operator=(const Service&) = delete;
+    virtual ~Service() = default;
+};
 
 enum class PromptKind {
     Failure,     ///< something could not be done; critical icon

@@ -47,13 +47,13 @@ Result<std::optional<std::string_view>> TextLines::Next() {
             m_start = end + (m_buffer.compare(end, 2, "\r\n") == 0 ? 2 : 1);
             return std::optional(line);
         }
-        const std::size_t unsearched = (end == std::string::npos ? m_buffer.size() : end) - m_start;
+        const std::size_t searched = (end == std::string::npos ? m_buffer.size() : end) - m_start;
         const Result<bool> more = ReadMore();
         if (!more) return more.error();
         // A CR that ends the file is found again in the next round, and then ends its line by itself.
-        if (!*more && m_isAtEnd && !mayBeHalf) break;
+        if (!*more && !mayBeHalf) break;
         // ReadMore has moved the line to the buffer's front. The part already searched holds no line end.
-        searchedTo = m_start + unsearched;
+        searchedTo = m_start + searched;
     }
     if (m_start == m_buffer.size()) return std::optional<std::string_view>{}; // nothing after the last end
     const std::string_view line = std::string_view(m_buffer).substr(m_start);

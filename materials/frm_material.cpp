@@ -110,26 +110,12 @@ TypedMaterial frmMaterial::ReadForm() const {
 }
 
 QWidget& frmMaterial::BoxOf(MaterialField field) const {
-    switch (field) {
-    case MaterialField::CustomId:
-        return *m_ui->txt_CustomId;
-    case MaterialField::Description:
-        return *m_ui->txt_Description;
-    case MaterialField::MaterialType:
-        return *m_ui->cbo_MaterialType;
+    QWidget* const boxes[] = {m_ui->txt_CustomId,        m_ui->txt_Description, m_ui->cbo_MaterialType,
+                              m_ui->cbo_ApplicationType, m_ui->txt_density,     m_ui->txt_HapContents,
+                              m_ui->txt_EmissionFactor,  m_ui->txt_filler}; // in the order of MaterialField
+    QWidget& box = *boxes[static_cast<std::size_t>(field)];
     // Without methods their box is disabled: only another type can bring some.
-    case MaterialField::ApplicationMethod:
-        return m_ui->cbo_ApplicationType->isEnabled() ? *m_ui->cbo_ApplicationType : *m_ui->cbo_MaterialType;
-    case MaterialField::Density:
-        return *m_ui->txt_density;
-    case MaterialField::HapContent:
-        return *m_ui->txt_HapContents;
-    case MaterialField::EmissionFactor:
-        return *m_ui->txt_EmissionFactor;
-    case MaterialField::Filler:
-        break;
-    }
-    return *m_ui->txt_filler;
+    return &box == m_ui->cbo_ApplicationType && !box.isEnabled() ? *m_ui->cbo_MaterialType : box;
 }
 
 void frmMaterial::ShowMethodsOfType() {

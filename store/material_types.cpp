@@ -88,7 +88,10 @@ std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
     std::vector<std::string> all;
     for (const HapContentRecord& row : rows) {
         const std::string_view name = Trim(row.*field);
-        isDistinct ? distinct.Add(name) : void(all.emplace_back(name)); // both void, or ?: refuses them
+        if (isDistinct)
+            distinct.Add(name);
+        else
+            all.emplace_back(name);
     }
     return isDistinct ? distinct.Names : all;
 }

@@ -1,4 +1,5 @@
-# What ./run, ./test, ./bench and .ci/run share: the Debian packages and how they are installed. Sourced, not run.
+# Shared by ./run, ./test, ./bench, docs/make_screenshots.sh and the scripts in .ci: the Debian packages and how to
+# install them. Sourced, not run.
 
 run_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libcli11-dev qt6-wayland fonts-dejavu-core)
 test_packages=("${run_packages[@]}" libgtest-dev chromium)
@@ -8,7 +9,7 @@ check_packages=("${test_packages[@]}" "${bench_packages[@]}" clang clang-format 
 
 root=$(CDPATH="" cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 
-# install_missing PACKAGE...: installs those that are not there; without the right to, prints the line that does.
+# install_missing PACKAGE...: installs the missing packages; without permission, prints the line that installs them.
 install_missing() {
   local package missing=()
   for package in "$@"; do
@@ -31,7 +32,7 @@ install_missing() {
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# build PRESET [CMAKE OPTION...]: configures and builds below build/PRESET.
+# build PRESET [CMAKE OPTION...]: configures and builds in build/PRESET.
 build() {
   local preset=$1
   shift

@@ -17,7 +17,7 @@ constexpr std::string_view NoFolderDefined =
     "folder.\r\n"
     "Do you want to define backup folder now?";
 
-/// Whole numbers up to here have an exact double, and so has the next one.
+/// 2^53 - 1: a double holds every whole number up to here exactly, and the next one too.
 constexpr double LargestVolume = 9007199254740991.0;
 
 std::filesystem::path BaseFolder(AppContext& app) {
@@ -25,13 +25,13 @@ std::filesystem::path BaseFolder(AppContext& app) {
     return PathFromUtf8(app.Settings.Read(Settings::Backup, Settings::Path));
 }
 
-/// The absolute path without doubled separators: those in the script's line mark where its two paths part.
+/// The absolute path without doubled separators: in the script's line these show where the first path ends.
 std::filesystem::path Tidied(const std::filesystem::path& folder) {
     std::error_code error;
     const std::filesystem::path absolute = std::filesystem::absolute(folder, error);
     std::filesystem::path tidied;
     for (const std::filesystem::path& part : error ? folder : absolute)
-        if (!part.empty()) tidied /= part;
+        if (!part.empty()) tidied /= part; // a separator at the end leaves an empty part
     return tidied;
 }
 
@@ -39,7 +39,7 @@ Done StartCopy(AppContext& app, const std::filesystem::path& target) {
     const std::filesystem::path programFolder = Tidied(app.ProgramFolder);
     const std::filesystem::path script = programFolder / BackupScriptName;
     const Result<std::string> line = app.Programs.ScriptText(BackupLine(programFolder, target));
-    if (!line) return line.error();
+    if (!line) return line.error(); // a character that the console's character set lacks
     const Done written = ReplaceFile(app.Files, script, *line + std::string(ScriptLineEnd));
     if (!written) return written;
     return app.Programs.Start(BackupStart(script));
@@ -58,6 +58,7 @@ std::int64_t BackupVolume(std::string_view text) {
 }
 
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
+    // The next number is saved first: whatever fails afterwards, no later backup uses this one.
     const std::int64_t volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
     ShowFailure(app,
                 app.Settings.Write(Settings::Backup, Settings::BackupVolume, WholeNumberText(volume + 1)));
@@ -66,11 +67,11 @@ std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
     const Done created = app.Files.CreateFolder(target);
     if (!created) {
         ShowError(app, created.error());
-        if (!IsFolderAt(target)) return std::nullopt;
+        if (!IsFolderAt(target)) return std::nullopt; // otherwise the existing folder gets the files
     }
     const Done started = StartCopy(app, target);
     if (ShowFailure(app, started)) return std::nullopt;
-    // On purpose while the copy still runs: the message names the folder, and Exit need not wait.
+    // Shown while the copy is still running, on purpose: it names the folder, and Exit need not wait.
     if (isTold) ShowInformation(app, "Backup has been completed in folder " + PathText(target));
     return target;
 }
@@ -80,7 +81,7 @@ void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder)
         const PromptAnswer answer = app.Prompts.Show(
             {std::string(NoFolderDefined), PromptKind::Question, PromptButtons::YesNoCancel});
         if (answer == PromptAnswer::Cancel) return;
-        if (answer == PromptAnswer::Yes) defineFolder();
+        if (answer == PromptAnswer::Yes) defineFolder(); // if none gets defined, the program folder is used
     }
     RunBackup(app, true);
 }

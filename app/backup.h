@@ -10,30 +10,29 @@
 
 namespace mact {
 
-/// Copies every file of the data folder, those of all companies, into a new numbered folder, a backup set.
-/// A script of one line, backup.bat in the program folder, does the copying on its own: it goes on when the
+/// A backup copies every file of the data folder, of all companies, into a new numbered folder, the backup
+/// set. A one-line script, backup.bat in the program folder, does the copying by itself and goes on after the
 /// program has ended.
 
-/// Whether BACKUP/PATH names a folder that exists. Backups go to the program folder otherwise.
+/// Whether BACKUP/PATH names an existing folder. Otherwise backups go to the program folder.
 bool IsBackupFolderDefined(AppContext& app);
 
-/// Starts the copy into the next set and returns the set's folder; with `isTold` a message names it.
+/// Starts the copy into the next set and returns the set's folder; with `isTold`, a message names it.
 ///
-/// A failure is shown. After some the backup goes on: a folder of the set's name that is there already gets
-/// the files all the same, since a backup on exit has no second chance; so it does when the number of the
-/// next set cannot be saved. Others end it: when there is no folder to copy into, when the script cannot be
-/// written or cannot be started. Then no older script is run, no completion is told, and the result is empty;
-/// a folder that was created stays.
+/// Failures are shown. The backup goes on if the number of the next set cannot be saved, and if a folder of
+/// the set's name exists: it gets the files all the same, since a backup on exit has no second chance. The
+/// backup ends if there is no folder to copy into, or if the script cannot be written or started. Then no
+/// older script is run, no completion is announced, and the result is empty; a folder that was created stays.
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold);
 
-/// What the main window's button does: without a backup folder the user is asked whether to define one, with
-/// `defineFolder`. No makes the backup in the program folder, Cancel none.
+/// What the main window's button does. Without a backup folder the user is asked whether to define one, which
+/// `defineFolder` does. No backs up into the program folder; Cancel makes no backup.
 void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder);
 
-/// What the Exit button does first: a backup without a message when AUTO_BACKUP is "1", to the letter.
+/// What the Exit button does first: a backup without a message if AUTO_BACKUP is exactly "1".
 void BackUpOnExit(AppContext& app);
 
-/// The number of the next set, from the text of BK_VOLUME: rounded to a whole number, halves to even. A text
-/// that is not a number, or too large a number to count on from, is 1; a negative one counts as it is.
+/// The number of the next set, from the text of BK_VOLUME: rounded to a whole number, halves to even;
+/// negative numbers are allowed. 1 if the text is not a number, or is beyond +-9,007,199,254,740,991.
 std::int64_t BackupVolume(std::string_view text);
 } // namespace mact

@@ -5,11 +5,11 @@
 namespace mact {
 namespace {
 
-// The doubled separator after "data" occurs nowhere else in the line, since the folders have none. What
-// stands before the middle is therefore the one folder, and what stands after it the other, whatever quotes,
-// blanks or line breaks are in their names. The "." keeps line breaks at the end, which $( ) drops.
+// The doubled separator after "data" occurs nowhere else in the line, since the folders have none. So the
+// text before the middle is one folder and the text after it the other, whatever quotes, blanks or line
+// breaks their names contain. The "." protects line breaks at the end, which $( ) would drop.
 //
-// The time of a copy is that of the file where the target's file system lets it be set.
+// A copy gets the time of its file if the target's file system allows it; if not, that is ignored.
 constexpr const char* CopyingProgram = R"(
 middle='/data//*.*" "'
 end='/*.*"'
@@ -32,8 +32,8 @@ done
 exit $status
 )";
 
-/// In a script of Windows "%PATH%" is what that variable holds, also between quotes, and "%%" is a percent
-/// sign. So those of a folder's name are doubled there.
+/// In a Windows script "%PATH%" is replaced with the variable's value, even between quotes, and "%%" is a
+/// percent sign. So the percent signs in a folder's name are doubled there.
 std::string WithoutVariables(const std::string& text) {
 #ifdef _WIN32
     std::string doubled;
@@ -50,7 +50,7 @@ std::string WithoutVariables(const std::string& text) {
 std::string BackupLine(const std::filesystem::path& programFolder, const std::filesystem::path& target) {
     constexpr char separator = static_cast<char>(std::filesystem::path::preferred_separator);
     std::string line = "copy \"" + WithoutVariables(PathText(programFolder));
-    // The separator is doubled on purpose: CopyingProgram finds the two folders by it.
+    // The separator is doubled on purpose: it is how CopyingProgram tells the two folders apart.
     line += separator + std::string("data") + separator + separator + "*.*\" \"";
     line += WithoutVariables(PathText(target)) + separator + "*.*\"";
     return line;

@@ -10,6 +10,7 @@ Configuration ReadConfiguration(AppContext& app) {
     configuration.BackupFolder = app.Settings.Read(Settings::Backup, Settings::Path);
     if (!IsFolderAt(PathFromUtf8(configuration.BackupFolder)))
         configuration.BackupFolder = PathText(app.ProgramFolder);
+    // Any text for 1, such as 1.0, shows as ticked; BackUpOnExit wants exactly "1", which a save writes.
     configuration.IsBackedUpOnExit =
         ParseNumber(app.Settings.Read(Settings::Backup, Settings::AutoBackup)) == 1.0;
     configuration.Browser = app.Settings.Read(Settings::Browser, Settings::Path);

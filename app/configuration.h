@@ -14,13 +14,13 @@ struct Configuration {
     std::string Browser; ///< full path of the program; empty = reports are not opened
 };
 
-/// As the settings are now: the program folder in place of a backup folder that is not there, and no browser
-/// in place of one that is not there.
+/// The current settings, but with the program folder in place of a missing backup folder, and no browser in
+/// place of a missing one.
 Configuration ReadConfiguration(AppContext& app);
 
-/// An empty backup folder is not saved. The browser is saved trimmed, when it is empty or a file is there; of
-/// one that is not there the earlier setting stays, without a word. A setting that cannot be saved does not
-/// hold up the others; there is a Failure for each that could not.
+/// An empty backup folder is not saved. The browser is saved trimmed, if it is empty or an existing file; if
+/// not, the earlier setting stays without a message. A setting that cannot be saved does not hold up the
+/// others; there is a Failure for each.
 [[nodiscard]] std::vector<Failure> SaveConfiguration(SettingsStore& settings,
                                                      const Configuration& configuration);
 } // namespace mact

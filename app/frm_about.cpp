@@ -11,7 +11,7 @@
 namespace mact {
 namespace {
 
-/// A heading, however large the user's letters are.
+/// Makes a heading of the label, relative to the user's font size.
 void Enlarge(QLabel& label) {
     constexpr double factor = 1.6;
     QFont font = label.font();

@@ -6,6 +6,6 @@ class QWidget;
 
 namespace mact {
 
-/// Says which program this is, in which version and whose.
+/// Shows the program's name, version and maintainers.
 void ShowAbout(AppContext& app, QWidget* parent);
 } // namespace mact

@@ -14,7 +14,7 @@ QString ShownPath(const std::string& utf8Path) {
     return FromPath(PathFromUtf8(utf8Path));
 }
 
-/// The path as it is typed, so that a blank at an end is still there to be trimmed.
+/// The path as typed: blanks around it stay, so that saving can trim them.
 std::string PathIn(const QLineEdit& edit) {
     return PathText(ToPath(edit.text()));
 }

@@ -12,7 +12,7 @@ class frmConfig;
 
 namespace mact {
 
-/// The backup folder, the backup on exit, the browser for the reports; the way to the pollutants' names.
+/// The backup folder, the backup on exit and the browser for the reports; also opens the pollutants' names.
 class frmConfig : public QDialog {
     Q_OBJECT
 
@@ -23,13 +23,13 @@ public:
 private:
     void ChooseFolder();
     void ChooseBrowser();
-    /// Stays open when something could not be saved.
+    /// The window stays open if something could not be saved.
     void SaveSettings();
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmConfig> m_ui;
 };
 
-/// The additional names in the context are those of the current company's file.
+/// `app.AdditionalNames` must already be loaded from the current company's file.
 void ShowConfiguration(AppContext& app, QWidget* parent);
 } // namespace mact

@@ -27,7 +27,7 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
     setWindowTitle(QStringLiteral("EPA - MACT (HAP Content Reporting Application)"));
     m_ui->Picture1->load(PictureFile(QStringLiteral("picture")));
     m_ui->Picture1->setFixedSize(PictureSize);
-    m_ui->cmd_About->hide(); // has no task
+    m_ui->cmd_About->hide(); // does nothing; the About button is cmd_Abount
     SetIcons();
     ConnectButtons();
     ShowCurrentCompany();
@@ -52,6 +52,7 @@ void frmMain::SetIcons() {
 }
 
 void frmMain::ConnectButtons() {
+    // The current company may change in the window that is opened.
     const auto opens = [this](QPushButton* button, auto open) {
         connect(button, &QPushButton::clicked, this, [this, open] {
             open();
@@ -59,7 +60,7 @@ void frmMain::ConnectButtons() {
         });
     };
     opens(m_ui->cmd_Material, [this] {
-        LoadAdditionalNames(m_app);
+        LoadAdditionalNames(m_app); // the editor shows them
         ShowMaterialList(m_app, this);
     });
     opens(m_ui->cmd_Usage, [this] { ShowUsageList(m_app, this); });
@@ -103,6 +104,6 @@ void frmMain::ShowCurrentCompany() {
 
 void frmMain::Exit() {
     BackUpOnExit(m_app);
-    QCoreApplication::exit(0);
+    QCoreApplication::exit(0); // not close(), which would ask the windows
 }
 } // namespace mact

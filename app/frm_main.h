@@ -12,7 +12,7 @@ class frmMain;
 
 namespace mact {
 
-/// The main window, from which every other one is reached. The process lives as long as it is open.
+/// The main window, which opens all others. The process lives as long as it is open.
 class frmMain : public QWidget {
     Q_OBJECT
 
@@ -27,8 +27,8 @@ private:
     void ConnectButtons();
     void SetIcons();
     void ShowCurrentCompany();
-    /// Ends the process after the automatic backup, whose copy goes on by itself. At once: no window is asked
-    /// whether it may close.
+    /// Starts the automatic backup, whose copy goes on by itself, and ends the process at once: no window is
+    /// asked whether it may close.
     void Exit();
 
     AppContext& m_app;

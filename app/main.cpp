@@ -19,7 +19,7 @@ using namespace mact;
 int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(EmblemIcon());
-#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS) // elsewhere the system has them
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS) // elsewhere the system has such icons
     QApplication::setStyle(new StyleWithMessageIcons);
 #endif
     QtPrompts prompts;

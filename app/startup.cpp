@@ -10,10 +10,10 @@ namespace mact {
 
 Done StartUp(AppContext& app) {
     std::error_code ignored;
-    if (!std::filesystem::exists(HapContentsFile(app), ignored)) {
+    if (!std::filesystem::exists(HapContentsFile(app), ignored)) { // an existing one stays, even an empty one
         if (!std::filesystem::exists(DataFolder(app), ignored)) {
             const Done created = app.Files.CreateFolder(DataFolder(app));
-            // Another copy that starts at the same time may have been first.
+            // Another copy that is starting at the same time may have been first.
             if (!created && !IsFolderAt(DataFolder(app))) return created;
         }
         const Done created = CreateDefaultHapContents(app);

@@ -14,14 +14,14 @@
 namespace mact {
 namespace {
 
-/// What the check of the usage has to know of the materials, and the other way round.
+/// What the check of the usage needs to know about the materials, and vice versa.
 struct CompanyMaterials {
     struct WithoutDensity {
         std::int16_t Record;
         std::int16_t MaterialId;
         double Density;
     };
-    std::unordered_map<std::int16_t, bool> IsLive; ///< by MaterialId
+    std::unordered_map<std::int16_t, bool> IsLive; ///< by MaterialId; false = deleted
     std::vector<WithoutDensity> WithoutDensities;
     std::unordered_set<std::int16_t> UsedInMgal; ///< MaterialIds
     std::unordered_set<std::int16_t> UsedInLbs;
@@ -50,7 +50,7 @@ public:
 
     void operator()(std::int16_t record, const MaterialRecord& material) {
         m_findings.CheckNumber(record, material.MaterialId);
-        m_materials.IsLive[material.MaterialId] |= material.Active;
+        m_materials.IsLive[material.MaterialId] |= material.Active; // a damaged file may have a number twice
         if (!material.Active) return;
         const auto [first, isNew] = m_customIds.try_emplace(ComparisonKey(material.CustomId), record);
         if (!isNew)
@@ -62,6 +62,7 @@ public:
                                        ", are not in the material-type table");
         CheckNumbers(m_findings, record, material);
         if (std::isfinite(material.Density) && material.Density <= 0)
+            // A finding only if the material is used: CheckDensities decides, once the usage is read.
             m_materials.WithoutDensities.push_back({record, material.MaterialId, material.Density});
     }
 
@@ -72,13 +73,14 @@ private:
     std::unordered_map<std::string, std::int16_t> m_customIds; ///< the first record of each, as compared
 };
 
-/// Whether a report looks for the period: a month without leading zero, "/", a year of four digits. The first
-/// month of the first report that can be asked for is 2/1899.
+/// Whether any report can have the period: a month without leading zero, "/", a year of four digits. The
+/// earliest report ends with 1/1900, so it begins with 2/1899.
 bool IsInSomeReport(std::string_view period) {
     const PeriodPieces pieces = SplitPeriod(period);
     const std::int16_t month = ParseInt16(pieces.Month).value_or(0);
     const std::int16_t year = ParseInt16(pieces.Year).value_or(0);
     if (month < 1 || month > 12 || year > 9999 || year < 1899 || (year == 1899 && month == 1)) return false;
+    // ParseInt16 also takes 03 and 3.2; only the text that a report looks for counts.
     return Trim(period) == std::to_string(month) + '/' + std::to_string(year);
 }
 
@@ -90,7 +92,7 @@ public:
     void operator()(std::int16_t record, const UsageRecord& usage) {
         m_findings.CheckNumber(record, usage.UsageId);
         if (!usage.Active) return;
-        if (m_areMaterialsKnown) CheckMaterial(record, usage);
+        if (m_areMaterialsKnown) CheckMaterial(record, usage); // or every record would be a finding
         CheckPeriod(record, usage);
         m_findings.CheckFinite(record, "the quantity", usage.Quantity);
         if (usage.Unit == UnitMgal) {
@@ -148,7 +150,7 @@ Done CheckNames(FileAccess& files, const std::filesystem::path& path, const File
     const Result<std::string> content = ReadWholeFile(files, path);
     if (!content) return content.error();
     if (Split(LastCommaSeparatedValue(*content), '|').size() != std::tuple_size_v<PollutantNames>)
-        findings.Add("it does not hold six names");
+        findings.Add("it does not hold six names"); // the program then takes all six as unused
     return Success();
 }
 
@@ -161,8 +163,9 @@ void CheckCompany(const DataFiles& data, const CompanyFiles& files,
         if (!checked) failures.push_back(checked.error());
     };
     CompanyMaterials materials;
-    bool areMaterialsKnown = true; // without a file there are none
+    bool areMaterialsKnown = true; // a company without a materials file is known to have none
     const FileFindings inMaterials(PathText(MaterialsFile(data).filename()), take);
+    // Before the usage, which is checked against the materials.
     if (files.HasMaterials) {
         const Result<bool> checked =
             VisitCheckedRecords(data.Files, MaterialsFile(data), MaterialLayout, inMaterials,

@@ -9,16 +9,14 @@
 
 namespace mact {
 
-/// The checks of one company's files.
-
-/// Which of a company's files there are.
+/// Which of a company's files exist.
 struct CompanyFiles {
     bool HasMaterials = false;
     bool HasUsage = false;
     bool HasNames = false;
 };
-/// `data` is the company's. `types` is the material-type table; empty where there is none to compare with.
-/// Adds a Failure for each file that cannot be read.
+/// Checks the files of the company that `data` is for. `types` is the material-type table; empty if there is
+/// none to check against. Adds a Failure for each file that cannot be read.
 void CheckCompany(const DataFiles& data, const CompanyFiles& files,
                   const std::optional<TypeMethodPairs>& types, const FindingTaker& take,
                   std::vector<Failure>& failures);

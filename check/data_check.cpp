@@ -17,7 +17,7 @@ namespace {
 
 using CompanyIds = std::unordered_set<std::int16_t>;
 
-/// The rows of the material-type table; empty where there are none to compare with.
+/// The pairs of the material-type table; empty if there is nothing to check materials against.
 Result<std::optional<TypeMethodPairs>> CheckTable(const DataFiles& data, const std::set<std::string>& names,
                                                   const FindingTaker& take) {
     const std::string name(HapContentsName);
@@ -38,11 +38,11 @@ Result<std::optional<TypeMethodPairs>> CheckTable(const DataFiles& data, const s
                             });
     if (!checked) return checked.error();
     if (*checked && !types.IsEmpty()) return std::optional(types);
-    if (*checked) findings.Add("it holds no material types"); // once, and not for every material
+    if (*checked) findings.Add("it holds no material types"); // once, rather than for every material
     return std::optional<TypeMethodPairs>{};
 }
 
-/// The companies that can be selected; empty where there are too many to work with.
+/// The companies that can be selected; empty if there are too many to work with.
 Result<std::optional<CompanyIds>> CheckCompanies(const DataFiles& data, const std::set<std::string>& names,
                                                  const FindingTaker& take) {
     CompanyIds companies;
@@ -59,11 +59,12 @@ Result<std::optional<CompanyIds>> CheckCompanies(const DataFiles& data, const st
     return *checked ? std::optional(companies) : std::nullopt;
 }
 
-/// Which files of which companies there are, by the companies' numbers.
+/// Which companies have which files, by the companies' numbers.
 std::map<std::int16_t, CompanyFiles> FilesOfCompanies(const std::set<std::string>& names) {
     std::map<std::int16_t, CompanyFiles> companies;
     for (const std::string& name : names) {
         const std::size_t end = std::min(name.find('_'), name.size());
+        // The text has to be the program's own: it never opens 01_usage.talvor or 1.0_usage.talvor.
         const std::int16_t companyId = ParseInt16(name.substr(0, end)).value_or(0);
         if (companyId < 1 || name.substr(0, end) != std::to_string(companyId)) continue;
         const std::string kind = name.substr(end);
@@ -82,14 +83,14 @@ std::map<std::int16_t, CompanyFiles> FilesOfCompanies(const std::set<std::string
 void CheckRememberedCompany(SettingsStore& settings, const std::optional<CompanyIds>& companies,
                             const FindingTaker& take) {
     const std::string remembered = settings.Read(Settings::Company, Settings::Default);
-    if (remembered.empty() || !companies) return;
+    if (remembered.empty() || !companies) return; // none, or no list to look it up in
     const std::optional<std::int16_t> companyId = ParseInt16(remembered);
     if (!companyId || !companies->contains(*companyId))
         FileFindings("settings", take)
             .Add("the remembered company " + Quoted(CodePageFromUtf8(remembered)) + " does not exist");
 }
 
-/// The name by which the program opens a file. On Windows letter case does not tell files apart.
+/// The name by which the program opens a file: on Windows, names that differ only in case are the same file.
 std::string NameToOpen(std::string name) {
 #ifdef _WIN32
     std::ranges::transform(name, name.begin(), [](char character) {
@@ -100,7 +101,7 @@ std::string NameToOpen(std::string name) {
     return name;
 }
 
-/// The names of what lies in the data folder, as the program opens it.
+/// The names of everything in the data folder, as the program would open it.
 Result<std::set<std::string>> NamesIn(const std::filesystem::path& folder) {
     std::set<std::string> names;
     std::error_code error;
@@ -111,9 +112,10 @@ Result<std::set<std::string>> NamesIn(const std::filesystem::path& folder) {
     return names;
 }
 
-/// The companies that can be selected; empty where that cannot be told.
+/// The companies that can be selected; empty if they are not known.
 std::optional<CompanyIds> CheckAllFiles(const DataFiles& data, const std::set<std::string>& names,
                                         const FindingTaker& take, std::vector<Failure>& failures) {
+    // A shared file that cannot be read is one Failure; what depends on it is then not judged.
     const auto types = CheckTable(data, names, take);
     if (!types) failures.push_back(types.error());
     const auto companies = CheckCompanies(data, names, take);

@@ -12,9 +12,9 @@ std::string Count(std::uint64_t number, std::string_view of) {
     return std::to_string(number) + ' ' + std::string(of) + (number == 1 ? "" : "s");
 }
 
-/// What a terminal may obey rather than show.
+/// Whether a terminal might obey the character instead of showing it.
 bool IsControl(char codePageCharacter) {
-    constexpr std::string_view unassigned = "\x81\x8D\x8F\x90\x9D"; // they stand for U+0081 and so on
+    constexpr std::string_view unassigned = "\x81\x8D\x8F\x90\x9D"; // become U+0081 and so on
     const auto byte = static_cast<unsigned char>(codePageCharacter);
     return byte < ' ' || byte == 0x7F || unassigned.find(codePageCharacter) != std::string_view::npos;
 }
@@ -52,16 +52,16 @@ Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, s
     const std::uint64_t whole = *length / slotLength;
     const std::uint64_t rest = *length % slotLength;
     const std::uint64_t slots = CountSlots(*length, slotLength);
-    const bool isRestCounted = slots > whole;
+    const bool isRestCounted = slots > whole; // the slots are rounded
     if (slots > MostSlots) {
         findings.Add("it has " + std::to_string(slots) + " records and cannot be worked with: " +
                      std::to_string(MostSlots) + " is the most that a data file can hold");
         return false;
     }
-    if (isRestCounted)
+    if (isRestCounted) // the bytes that it lacks read as zeros
         findings.Add(static_cast<std::int16_t>(slots),
                      "it is short, with " + std::to_string(rest) + " of " + Count(slotLength, "byte"));
-    if (rest > 0 && !isRestCounted)
+    if (rest > 0 && !isRestCounted) // the next record overwrites them
         findings.Add(Count(rest, "surplus byte") + " after " + Count(whole, "record"));
     return true;
 }

@@ -9,9 +9,7 @@
 
 namespace mact {
 
-/// What the checks of the data files share.
-
-/// The findings in one file.
+/// Passes on the findings in one file.
 class FileFindings {
 public:
     FileFindings(std::string file, const FindingTaker& take) : m_file(std::move(file)), m_take(take) {}
@@ -20,10 +18,11 @@ public:
     void Add(std::int16_t record, std::string_view what) const {
         m_take(m_file + ", record " + std::to_string(record) + ": " + std::string(what));
     }
-    /// A finding when the number is not finite. `name` is as in "the density".
+    /// A finding if the number is not finite. `name` is as in "the density".
     void CheckFinite(std::int16_t record, std::string_view name, double number) const;
+    /// A finding if a record's own number is not that of its slot.
     void CheckNumber(std::int16_t record, std::int16_t identifier) const;
-    /// A finding when a record's Active flag is neither that of a live record nor that of a deleted one.
+    /// A finding if a record's Active flag is neither -1 (live) nor 0 (deleted).
     void CheckActive(std::int16_t record, std::int16_t flag) const;
 
 private:
@@ -31,15 +30,15 @@ private:
     const FindingTaker& m_take;
 };
 
-/// Record text in quotes for a finding: UTF-8, trimmed, in one line, "?" for each control character.
+/// Record text in quotes for a finding: UTF-8, trimmed, with "?" for each control character, so in one line.
 std::string Quoted(std::string_view codePageText);
 
-/// Adds the findings about a file's length. False when it has too many slots to work with.
+/// Adds the findings about a file's length. False if it has too many slots to work with.
 Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
                          const FileFindings& findings);
 
-/// Calls `visit` with the number and the record of every slot of a file that exists, after the findings about
-/// its length and the record's mark as live. False when it has too many slots to work with.
+/// Calls `visit` with the number and record of every slot of an existing file, after the findings about its
+/// length and the record's Active flag. False if it has too many slots to work with.
 template <class Record, class... Types, class Visitor>
 Result<bool> VisitCheckedRecords(FileAccess& files, const std::filesystem::path& path,
                                  const RecordLayout<Record, Types...>& layout, const FileFindings& findings,

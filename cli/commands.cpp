@@ -32,12 +32,13 @@ bool HasCompany(const AppContext& app) {
     return app.CurrentCompanyId != 0;
 }
 
-/// The summary's lines, each ended as the console ends its own.
+/// Prints the lines of a summary with the console's line ends.
 void PrintLines(std::string text) {
     std::erase(text, '\r');
     std::cout << text << '\n';
 }
 
+// Transfers return 0 even if they fail. As the failure is shown, the program ends with StatusFailed.
 ExitStatus TransferStatus(int errorCount) {
     return errorCount == 0 ? StatusDone : StatusRejected;
 }
@@ -77,16 +78,16 @@ constexpr std::array Reports = {
     Report{"additional-emission", AdditionalHapEmissionFile, GenerateAdditionalHapEmissionReport},
 };
 
-/// Text of the command line as record text; a Failure where the code page lacks a character of it.
+/// Text of the command line as record text; a Failure if it has a character that the code page lacks.
 Result<std::string> RecordText(const std::string& utf8Text) {
     const std::string text = CodePageFromUtf8(utf8Text);
-    if (Utf8FromCodePage(text) != utf8Text)
+    if (Utf8FromCodePage(text) != utf8Text) // some character has become "?"
         return Failure{.Doing = "store \"" + utf8Text + '"',
                        .Reason = "it has a character that the Windows-1252 character set lacks"};
     return text;
 }
 
-/// The same for the name of a pollutant, which stands in one line between two "|".
+/// The same for the name of a pollutant, which is stored between "|" in a single line.
 Result<std::string> NameText(const std::string& utf8Name) {
     if (utf8Name.find_first_of("|\r\n") != std::string::npos)
         return Failure{.Doing = "store \"" + utf8Name + '"',
@@ -98,7 +99,7 @@ Result<std::string> NameText(const std::string& utf8Name) {
 
 ExitStatus ListCompanies(AppContext& app) {
     std::vector<CompanyRecord> companies;
-    FindCompanies(app, {}, companies);
+    FindCompanies(app, {}, companies); // shows its own failure
     for (const CompanyRecord& company : companies)
         std::cout << company.CompanyId << '|' << Utf8FromCodePage(Trim(company.CompanyName)) << '|'
                   << Utf8FromCodePage(Trim(company.CompanyLocation)) << '\n';
@@ -129,7 +130,7 @@ ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered
 
 ExitStatus ShowPollutantNames(AppContext& app) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
-    LoadAdditionalNames(app);
+    LoadAdditionalNames(app); // creates a missing file, and shows its own failure
     for (const std::string& name : SplitAdditionalNames(app.AdditionalNames))
         std::cout << Utf8FromCodePage(name) << '\n';
     return StatusDone;
@@ -138,7 +139,7 @@ ExitStatus ShowPollutantNames(AppContext& app) {
 ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& names) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
     PollutantNames texts;
-    assert(names.size() == texts.size());
+    assert(names.size() == texts.size()); // the parser takes six or none
     for (std::size_t index = 0; index < texts.size(); ++index) {
         const Result<std::string> text = NameText(names[index]);
         if (!text) return Fail(app, text.error());
@@ -164,6 +165,7 @@ ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file) {
 
 ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    // There is one: the parser accepts no other kind.
     const auto* const report =
         std::ranges::find_if(Reports, [&](const Report& each) { return kind == each.Kind; });
     switch (report->Generate(app, {.EndText = ending})) {
@@ -200,7 +202,7 @@ ExitStatus CheckDataFolder(AppContext& app) {
 }
 
 ExitStatus BackUp(AppContext& app) {
-    const std::optional<std::filesystem::path> set = RunBackup(app, false);
+    const std::optional<std::filesystem::path> set = RunBackup(app, false); // ConsolePrograms waits for it
     if (!set) return StatusFailed;
     std::cout << PathText(*set) << '\n';
     return StatusDone;

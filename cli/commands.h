@@ -9,8 +9,8 @@
 
 namespace mact {
 
-/// What each command of the command line does. They print their results to the standard output, UTF-8, and
-/// answer the status with which the program ends.
+/// The commands of the command line. They print their results to the standard output in UTF-8 and return the
+/// program's exit status. Once a failure has been shown, the program ends with StatusFailed regardless.
 
 enum ExitStatus : int {
     StatusDone = 0,
@@ -24,12 +24,12 @@ enum ExitStatus : int {
 ExitStatus ListCompanies(AppContext& app);
 /// Prints the new company's number. The texts are UTF-8.
 ExitStatus AddCompany(AppContext& app, const std::string& name, const std::string& location);
-/// Makes the company current for this start, and with `isRemembered` for later ones.
+/// Makes the company current for this run, and with `isRemembered` for later ones too.
 ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered);
 
-/// The six names of the additional pollutants of the current company, one a line.
+/// Prints the six additional pollutant names of the current company, one per line.
 ExitStatus ShowPollutantNames(AppContext& app);
-/// `names` are six, UTF-8.
+/// `names` must be six, in UTF-8.
 ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& names);
 
 ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file);
@@ -37,14 +37,13 @@ ExitStatus ImportUsage(AppContext& app, const std::filesystem::path& file);
 ExitStatus ExportMaterials(AppContext& app, const std::filesystem::path& file);
 ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file);
 
-/// `kind` is one of ReportKinds(); without `ending` (M/YYYY) the compliant materials report has all
-/// materials.
+/// `kind` must be one of ReportKinds(). Without `ending` (M/YYYY) the compliant report has all materials.
 ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending);
 const std::vector<std::string>& ReportKinds();
 
-/// Prints what a look through the data files found, one line each.
+/// Prints the findings of CheckData, one per line.
 ExitStatus CheckDataFolder(AppContext& app);
 
-/// Prints the folder of the new set, once every file is in it.
+/// Prints the folder of the new set once every file is in it.
 ExitStatus BackUp(AppContext& app);
 } // namespace mact

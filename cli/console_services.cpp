@@ -13,7 +13,7 @@
 namespace mact {
 namespace {
 
-/// The text in one line: each run of line ends becomes one blank, and everything else stays, as a path must.
+/// The text in one line: a blank for each run of line ends. Nothing else changes, so that paths stay true.
 std::string OneLine(const std::string& text) {
     std::string line;
     bool isAfterLineEnd = false;
@@ -50,15 +50,15 @@ PromptAnswer ConsolePrompts::Show(const Prompt& prompt) {
 }
 
 Done ConsolePrograms::Start(const ProgramStart& start) {
-    if (!start.HasHiddenWindow) return Success();
-    constexpr int withoutEnd = -1;
+    if (!start.HasHiddenWindow) return Success(); // the browser
+    constexpr int withoutEnd = -1;                // ms
     QProcess process;
-    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardInputFile(QProcess::nullDevice()); // or it might wait for input
     StartProcess(process, start);
     const bool isEnded = process.waitForFinished(withoutEnd) && process.exitStatus() == QProcess::NormalExit;
     if (isEnded && process.exitCode() == 0) return Success();
     const std::string said = process.readAllStandardError().trimmed().toStdString();
-    if (!said.empty()) return Failure{.Reason = said};
+    if (!said.empty()) return Failure{.Reason = said}; // the program's own sentences
     const std::string name = process.program().toStdString();
     if (isEnded)
         return Failure{.Reason = "The program \"" + name + "\" ended with status " +

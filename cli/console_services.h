@@ -4,10 +4,10 @@
 
 namespace mact {
 
-/// Platform services for a start without windows: nothing is asked and no window is opened.
+/// Platform services for a run without windows: nothing is asked and no window is opened.
 
 /// Failures and refusals go to the standard error output, one line each. Questions are answered as the
-/// command line says. Other messages say what a window would; they are left out.
+/// command line says. Information is left out: the commands print their own.
 class ConsolePrompts : public MessagePrompts {
 public:
     PromptAnswer Show(const Prompt& prompt) override;
@@ -19,8 +19,8 @@ private:
     bool m_hasShownFailure = false;
 };
 
-/// A program without a window is run to its end; a status other than 0 is a failure, and what the program
-/// wrote to its error output says which. One with a window, the browser, is not started.
+/// A program without a window is run to its end; a status other than 0 is a failure, with what the program
+/// wrote to its error output as the message. One with a window, the browser, is not started.
 class ConsolePrograms : public ProgramStarter {
 public:
     Done Start(const ProgramStart& start) override;

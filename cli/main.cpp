@@ -25,7 +25,7 @@ using namespace mact;
 
 namespace {
 
-/// What the command line asks for. The commands read it where it stands, so it is never copied.
+/// What the command line asks for. Not copyable, since the commands hold references to it.
 struct CommandLine {
     CommandLine() = default;
     CommandLine(const CommandLine&) = delete;
@@ -34,7 +34,7 @@ struct CommandLine {
     std::string Folder{};
     std::optional<std::int16_t> CompanyId{};
     std::function<ExitStatus(AppContext&)> Command{};
-    bool ChangesNothing = false; ///< nor is anything created on the start
+    bool ChangesNothing = false; ///< not even a data folder is created at the start
 
     std::string Name{};
     std::string Location{};
@@ -49,7 +49,8 @@ struct CommandLine {
 CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
                      const std::string& description, const std::function<ExitStatus(AppContext&)>& command) {
     CLI::App& added = *parser.add_subcommand(name, description);
-    added.set_version_flag("--version", parser.version());
+    added.set_version_flag("--version", parser.version()); // a command does not inherit it
+    // Only noted here: the command runs once the whole line has been checked.
     added.callback([&asked, command] { asked.Command = command; });
     return added;
 }
@@ -90,7 +91,7 @@ void AddTransferCommand(CLI::App& parser, CommandLine& asked, const std::string&
     added.add_option("FILE", asked.File, "The text file")->required();
 }
 
-/// A report that needs a month is asked for with one that exists.
+/// Only the compliant materials report does without a month.
 void CheckEnding(const CommandLine& asked) {
     if (asked.Ending.empty() && asked.Kind != "compliant")
         throw CLI::ValidationError("report " + asked.Kind, "needs --ending M/YYYY");
@@ -119,13 +120,13 @@ void AddCheckCommand(CLI::App& parser, CommandLine& asked) {
     check.parse_complete_callback([&asked] { asked.ChangesNothing = true; });
 }
 
-/// Known when the whole line is read.
+/// Not a callback of `check`: the parser sets main options such as --company only after those have run.
 void CheckCompanyOption(const CommandLine& asked) {
     if (asked.ChangesNothing && asked.CompanyId)
         throw CLI::ValidationError("check", "looks at all companies, without --company");
 }
 
-/// The status with which the program ends here; empty when there is a command to run.
+/// The status to end with; empty if there is a command to run.
 std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine& asked) {
     CLI::App parser("HAP content records and reports of a composites shop, without windows.", "mact-cli");
     parser.set_version_flag("--version", "MACT (V" MACT_VERSION_TEXT ")");
@@ -145,14 +146,15 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
                BackUp);
 
-    std::vector<std::string> reversed; // as the parser takes them
+    // The parser takes the arguments from the vector's end. Not argv, which is not UTF-8 on Windows.
+    std::vector<std::string> reversed;
     for (const QString& text : texts.mid(1))
         reversed.push_back(text.toStdString());
     std::ranges::reverse(reversed);
     try {
         parser.parse(reversed);
         CheckCompanyOption(asked);
-    } catch (const CLI::Success& help) {
+    } catch (const CLI::Success& help) { // --help or --version
         parser.exit(help, std::cout, std::cerr);
         return StatusDone;
     } catch (const CLI::ParseError& error) {
@@ -163,7 +165,7 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
 }
 
 ExitStatus StartAndRun(const CommandLine& asked, AppContext& app) {
-    if (!asked.ChangesNothing) {
+    if (!asked.ChangesNothing) { // StartUp creates files, and fails if the remembered company is not a number
         const Done started = StartUp(app);
         if (ShowFailure(app, started)) return StatusFailed;
     }
@@ -190,9 +192,9 @@ ExitStatus Run(const CommandLine& asked) {
     AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
 
     const ExitStatus status = StartAndRun(asked, app);
-    std::cout.flush();
+    std::cout.flush(); // a full disk may only show now
     if (!std::cout) ShowError(app, {.Doing = "write to the standard output"});
-    return prompts.HasShownFailure() ? StatusFailed : status;
+    return prompts.HasShownFailure() ? StatusFailed : status; // even after StatusDone
 }
 
 } // namespace
@@ -201,14 +203,14 @@ int main(int argc, char* argv[]) try {
 #ifdef Q_OS_WIN
     SetConsoleOutputCP(CP_UTF8);
 #endif
-    // What Qt has to say of a machine without a UTF-8 locale is no failure of the command.
+    // Drops Qt's warnings, such as that of a locale without UTF-8: the error output is for failures.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     const QCoreApplication application(argc, argv);
     CommandLine asked;
     const std::optional<ExitStatus> ended = ReadCommandLine(QCoreApplication::arguments(), asked);
     return ended ? *ended : Run(asked);
 } catch (const std::exception& error) {
-    // Nothing throws on purpose: this is the memory that ran out.
+    // Nothing throws on purpose, so memory has run out.
     std::fputs("mact-cli: ", stderr);
     std::fputs(error.what(), stderr);
     std::fputs("\n", stderr);

@@ -1,6 +1,6 @@
-# Includes go up this table and never in a circle; the core has the standard library only. Run as
+# Includes go up this table and never in a circle; the core uses only the standard library. Run as
 #   cmake [-D ROOT=folder] -P cmake/check_includes.cmake
-# Fails with one message for all includes that do not fit.
+# Fails with a single message that lists all includes that do not fit.
 cmake_minimum_required(VERSION 3.25)
 
 set(may_include_base "")
@@ -21,7 +21,7 @@ set(may_include_tests base dialogs platform store materials usage transfer repor
 set(windows_may_include dialogs) # in every folder
 set(folders base dialogs platform store materials usage transfer reports check lists app cli benchmarks docs tests)
 
-# A folder's CMakeLists.txt says by feature() which library a file belongs to; what it leaves out is part of a program.
+# A folder's CMakeLists.txt says with feature() which library a file belongs to; a file not listed is part of a program.
 set(libraries CORE SYSTEM POSIX_SYSTEM WINDOWS_SYSTEM SETTINGS GUI)
 set(core_libraries CORE)
 set(without_qt CORE SYSTEM POSIX_SYSTEM WINDOWS_SYSTEM)
@@ -55,7 +55,7 @@ function(library_of file result)
   set("${result}" "${library}" PARENT_SCOPE)
 endfunction()
 
-# What is wrong with an include of one of the project's own headers, which is of the folder `other`.
+# What is wrong with an include of one of the project's own headers, which is in the folder `other`.
 function(check_own_include folder library other header result)
   library_of("${header}" header_library)
   set(fault "")
@@ -102,7 +102,7 @@ function(check_include folder file include)
   endif()
 endfunction()
 
-# Removes files whose includes have all been removed, until none is left: what remains is in a circle, or includes one.
+# Removes files whose includes have all been removed, until there are no more: the rest are in a circle, or include one.
 function(find_circles)
   set(left ${ARGN})
   set(count -1)

@@ -1,11 +1,11 @@
 # feature(CORE files SYSTEM files POSIX_SYSTEM files WINDOWS_SYSTEM files SETTINGS files GUI files)
 #
-# A feature folder names its sources by the library they belong to:
+# A feature folder lists its sources by the library they belong to:
 #   CORE      records, stores, rules: standard C++ only
 #   SYSTEM    the operating system's files: no Qt; POSIX_SYSTEM and WINDOWS_SYSTEM on those systems only
 #   SETTINGS  the settings store and the clock: Qt Core
 #   GUI       windows and the services that need Qt Widgets
-# cmake/check_includes.cmake reads these calls, so the files are written out here, without variables.
+# cmake/check_includes.cmake parses these calls, so they must list the files literally, without variables.
 function(feature)
   cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "CORE;SYSTEM;POSIX_SYSTEM;WINDOWS_SYSTEM;SETTINGS;GUI")
   target_sources(mact_core PRIVATE ${arg_CORE})

@@ -8,11 +8,11 @@ if(MSVC)
     $<$<BOOL:${MACT_WARNINGS_AS_ERRORS}>:/WX>)
   target_compile_definitions(mact_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 else()
-  # Without contraction into fused operations every platform prints the same digits.
+  # Without contraction into fused multiply-adds, every platform prints the same digits.
   target_compile_options(mact_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
     -ffp-contract=off $<$<BOOL:${MACT_WARNINGS_AS_ERRORS}>:-Werror>)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    # g++ 12 sees overlapping copies inside std::string's operator+ (GCC bug 105651).
+    # g++ 12 wrongly sees overlapping copies in std::string's operator+ (GCC bug 105651).
     target_compile_options(mact_options INTERFACE -Wno-restrict)
   endif()
   if(MINGW)

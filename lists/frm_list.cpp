@@ -16,10 +16,10 @@
 namespace mact {
 namespace {
 
-constexpr int MaterialsHeightInTwips = 4560;
+constexpr int MaterialsHeightInTwips = 4560; // of the window without its filter
 constexpr int TwipsPerInch = 1440;
 
-// The two captions of cmd_Filter, which tell its state too.
+// The captions of cmd_Filter. They are its state, too: a filter is applied while it reads Reset.
 constexpr const char* ApplyFilter = "&Apply";
 constexpr const char* ResetFilter = "&Reset";
 
@@ -71,7 +71,7 @@ void frmList::PrepareMaterials() {
 }
 
 void frmList::PrepareUsage() {
-    std::vector<UsageRecord> usage;
+    std::vector<UsageRecord> usage; // all of it: the filter starts empty
     ListLines lines;
     if (FindUsage(m_app, {}, usage)) FillUsageList(m_app, lines, usage);
     ShowList(lines);
@@ -104,14 +104,14 @@ void frmList::Refresh_Usage_List() {
 
 void frmList::ReloadUsageList() {
     const Result<std::vector<UsageRecord>> usage = ReadUsage(m_app);
-    if (usage) ShowYears(*usage); // the list itself says why not
+    if (usage) ShowYears(*usage); // Refresh_Usage_List shows the failure
     Refresh_Usage_List();
 }
 
 void frmList::ShowYears(const std::vector<UsageRecord>& usage) {
     ListLines years;
     FillUsageYears(years, usage);
-    // The year of a filter stays, also when its last record is gone.
+    // The year of a filter stays, even if its last record is gone.
     const std::optional<std::string> selected = SelectedText(*m_ui->cbo_Year);
     if (selected && std::ranges::find(years, *selected, &ListLine::Text) == years.end())
         years.push_back({*selected, ParseInt32(*selected).value_or(0)});
@@ -120,11 +120,11 @@ void frmList::ShowYears(const std::vector<UsageRecord>& usage) {
 }
 
 void frmList::ShowList(const ListLines& lines) {
-    // From a button that is about to be disabled the focus would go on to the next one.
+    // Otherwise a button that is about to be disabled would pass the focus on to the next one.
     if (focusWidget() == m_ui->cmd_Edit || focusWidget() == m_ui->cmd_Delete) m_ui->lst_Main->setFocus();
     const int row = m_ui->lst_Main->currentRow();
     ShowLines(*m_ui->lst_Main, lines);
-    // The arrow keys go on from where they were, though no line is selected.
+    // No line is selected, but the arrow keys go on from where they were.
     if (row >= 0)
         m_ui->lst_Main->setCurrentRow(std::min(row, m_ui->lst_Main->count() - 1),
                                       QItemSelectionModel::NoUpdate);
@@ -136,6 +136,7 @@ void frmList::SetButtons() {
 }
 
 void frmList::NewRecord() {
+    // An editor returns 0 if it saved. Otherwise the list stays, with its selection.
     if (!IsForMaterials()) {
         if (NewUsage(m_app, this) == 0) ReloadUsageList();
     } else if (NewMaterial(m_app, this) == 0) {
@@ -146,6 +147,7 @@ void frmList::NewRecord() {
 
 void frmList::EditRecord() {
     if (SelectedRow(*m_ui->lst_Main) < 0) return;
+    // Of usage, this may be a record that has no line of its own: see FillUsageList.
     const auto recordId =
         static_cast<std::int16_t>(m_ui->lst_Main->currentItem()->data(Qt::UserRole).toInt());
     if (!IsForMaterials()) {
@@ -159,14 +161,15 @@ void frmList::DeleteRecord() {
     if (SelectedRow(*m_ui->lst_Main) < 0) return;
     const QListWidgetItem& line = *m_ui->lst_Main->currentItem();
     const auto recordId = static_cast<std::int16_t>(line.data(Qt::UserRole).toInt());
-    // The question claims too much on purpose: the record keeps its slot.
+    // The question claims too much, on purpose: the record keeps its slot.
     const std::string question =
         "Are you sure you want to delete " + line.text().toStdString() + "? This can not be undone.";
     if (m_app.Prompts.Show({question, PromptKind::Question, PromptButtons::YesNo}) != PromptAnswer::Yes)
         return;
     if (IsForMaterials()) {
+        // A callback, since materials/ may not include usage/.
         const auto isUsed = [this](std::int16_t materialId) { return IsMaterialUsed(m_app, materialId); };
-        if (!DeleteMaterial(m_app, recordId, isUsed)) ReloadMaterialList();
+        if (!DeleteMaterial(m_app, recordId, isUsed)) ReloadMaterialList(); // true = not deleted
     } else if (!DeleteUsage(m_app, recordId)) {
         ReloadUsageList();
     }
@@ -191,7 +194,7 @@ void frmList::ExportRecords() {
 
 void frmList::ApplyOrResetFilter() {
     if (m_ui->cmd_Filter->text() == QLatin1String(ResetFilter)) {
-        m_ui->cbo_Materials->setCurrentIndex(-1);
+        m_ui->cbo_Materials->setCurrentIndex(-1); // both before SetFilterApplied, which reloads the list
         m_ui->cbo_Year->setCurrentIndex(-1);
         SetFilterApplied(false);
     } else if (m_ui->cbo_Materials->currentIndex() < 0 && m_ui->cbo_Year->currentIndex() < 0) {
@@ -203,6 +206,7 @@ void frmList::ApplyOrResetFilter() {
 }
 
 void frmList::SetFilterApplied(bool isApplied) {
+    // The choices are locked while the filter is applied, so they always describe the list.
     m_ui->cbo_Materials->setEnabled(!isApplied);
     m_ui->cbo_Year->setEnabled(!isApplied);
     m_ui->cmd_Filter->setText(QString::fromLatin1(isApplied ? ResetFilter : ApplyFilter));

@@ -16,8 +16,8 @@ namespace mact {
 
 struct UsageRecord;
 
-/// The list browser: the live materials, or the live usage records, of the current company. A mode, set
-/// before the window is shown, decides which of the two every button works on.
+/// The list browser: the live materials or the live usage records of the current company. The mode, set
+/// before the window is shown, decides which of the two the buttons work on.
 class frmList : public QDialog {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
 
     /// 1 = materials; any other value = usage.
     void Set_Module(std::int16_t mode);
-    /// Reloads the list from the filter, and selects its first line.
+    /// Reloads the usage that passes the filter, and selects the first line.
     void Refresh_Usage_List();
     /// Does nothing.
     void Edit_Module();
@@ -42,7 +42,7 @@ private:
     /// Leaves no line selected.
     void ReloadMaterialList();
     void ShowList(const ListLines& lines);
-    /// After a change of records: a year that is new can be filtered by.
+    /// To be called after a change of records: also offers a new year in the filter.
     void ReloadUsageList();
     void ShowYears(const std::vector<UsageRecord>& usage);
     void SetButtons();

@@ -30,7 +30,7 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
 
     AdditionalHapData data{.Heading = HeadingOf(app, *months),
                            .Names = SplitAdditionalNames(app.AdditionalNames)};
-    std::optional<Failure> failure; // the first; the materials after it are not looked at
+    std::optional<Failure> failure; // the first: a visit cannot be stopped, so the rest are skipped
     const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
         if (failure || !material.Active) return;
         Result<AdditionalHapMaterial> described = Describe(material, *usage);
@@ -41,6 +41,7 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
     });
     if (!read) return read.error();
     if (failure) return *failure;
+    // Even if none of that usage is of these materials: the user is asked only if records are missing.
     data.HasRecords = !usage->IsEmpty() && !data.Materials.empty();
     return data;
 }

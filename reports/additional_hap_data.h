@@ -12,7 +12,7 @@
 
 namespace mact {
 
-/// What the two reports of the additional pollutants work from.
+/// The data behind the two reports on additional pollutants.
 
 inline constexpr std::size_t PollutantCount = std::tuple_size_v<PollutantNames>;
 
@@ -26,8 +26,8 @@ struct AdditionalHapMaterial {
 struct AdditionalHapData {
     ReportHeading Heading{};
     PollutantNames Names{};
-    bool HasRecords = false;                        ///< false = no usage in the months, or no material
-    std::vector<AdditionalHapMaterial> Materials{}; ///< all of them, in file order
+    bool HasRecords = false;                        ///< false = no usage in these months, or no live material
+    std::vector<AdditionalHapMaterial> Materials{}; ///< all live ones, used or not, in file order
 };
 Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod& period);
 } // namespace mact

@@ -12,7 +12,7 @@
 namespace mact {
 namespace {
 
-// With a blank before its end, unlike the tables of the other reports.
+// With a blank before the ">", unlike in the other reports.
 constexpr std::string_view EmissionTableStartHtml =
     "<table cellspacing='0' cellpadding='3' border='1' bordercolor='black' >";
 
@@ -22,7 +22,7 @@ constexpr std::string_view HeaderRowHtml =
     "months)</b></font>"
     "</td></tr>";
 
-// Every cell ends in an opening font tag in place of a closing one, on purpose.
+// Every cell ends in an opening font tag instead of a closing one, on purpose.
 std::string RowHtml(const std::string& name, double kilograms) {
     return "<tr><td align='center' valign='top'><font face='Verdana' size='1'>" + name +
            "<font></td><td align='center' valign='top'><font face='Verdana' size='1'>" +
@@ -55,11 +55,11 @@ bool IsEveryFinite(const PollutantTotals& totals) {
 } // namespace
 
 double KilogramsUsed(double pounds) {
-    return RoundTo(Kilograms(pounds), 2);
+    return RoundTo(Kilograms(pounds), 2); // before any emission is calculated from it
 }
 
 double PollutantEmission(double content, double kilograms, double factor) {
-    // Whole kilograms on purpose, although small amounts vanish.
+    // Whole kilograms on purpose, although this drops small amounts.
     return RoundTo(content / 100 * kilograms * (factor / 100), 0);
 }
 
@@ -69,7 +69,7 @@ Result<PollutantTotals> AddUpEmissions(const AdditionalHapData& data) {
         const double kilograms = KilogramsUsed(material.Pounds);
         for (std::size_t slot = 0; slot < PollutantCount; ++slot)
             totals[slot] += PollutantEmission(material.Contents[slot], kilograms, material.Factors[slot]);
-        if (!IsEveryFinite(totals))
+        if (!IsEveryFinite(totals)) // after each material, so that the failure can name it
             return CannotCalculate("add up the additional HAP emissions of " +
                                    MaterialNamed(material.MaterialId));
     }

@@ -18,7 +18,7 @@ constexpr std::string_view HeaderRowHtml =
     "<td align='center' bgcolor='#DDDDDD'><font face='Verdana' size='1'><b>Emission "
     "Factor</b></font></td></tr>";
 
-// Every cell ends in an opening font tag in place of a closing one, on purpose.
+// Every cell ends in an opening font tag instead of a closing one, on purpose.
 void AddCell(std::string& html, std::string_view align, std::string_view content) {
     AppendAll(html, "<td align='", align, "' valign='top'><font face='Verdana' size='1'>", content,
               "<font></td>");
@@ -57,6 +57,7 @@ bool IsListed(const PollutantNames& names, std::size_t slot) {
     return slot == 0 || IsUsedName(names[slot]);
 }
 
+// The pounds need no check: a sum that is not finite has already been a failure of PoundsUsed.
 Done CheckShownNumbers(const AdditionalHapData& data) {
     for (const AdditionalHapMaterial& material : data.Materials)
         for (std::size_t slot = 0; slot < PollutantCount; ++slot) {
@@ -69,8 +70,8 @@ Done CheckShownNumbers(const AdditionalHapData& data) {
 
 std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data) {
     std::string html = "<html><title>Additional HAP Usage Report</title><body>";
-    constexpr std::size_t roomForMaterial = 600; // most take less: half of them are not used
-    html.reserve((data.Materials.size() + 4) * roomForMaterial);
+    constexpr std::size_t roomForMaterial = 600; // bytes; most take less: half of them are not used
+    html.reserve((data.Materials.size() + 4) * roomForMaterial); // or a growing page is copied repeatedly
     html += CompanyHtml(data.Heading);
     html += TitleHtml("ADDITIONAL HAP(s) USAGE REPORT", MaterialsUsedHtml(data.Heading));
     html += TableStartHtml;

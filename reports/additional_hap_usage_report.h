@@ -4,14 +4,14 @@
 
 namespace mact {
 
-/// The materials used in the report's months with the pounds used and their additional pollutants.
+/// The materials used in the report's months, with the pounds used and their additional pollutants.
 
-/// A material without use gets no rows.
+/// Only a used material gets rows.
 bool IsUsed(const AdditionalHapMaterial& material);
-/// Slot 0 is listed whatever its name: the row also holds the material.
+/// Slot 0 is listed even if its name is not in use: its row also holds the material.
 bool IsListed(const PollutantNames& names, std::size_t slot);
 
-/// A Failure when a number that the page would show is none.
+/// A Failure if the page would have to show a value that is not finite.
 Done CheckShownNumbers(const AdditionalHapData& data);
 
 std::string BuildAdditionalHapUsageHtml(const AdditionalHapData& data);

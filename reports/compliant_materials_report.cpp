@@ -40,12 +40,12 @@ std::string Joined(std::string_view left, std::string_view separator, std::strin
     return text;
 }
 
-/// The materials in the order of the usage, as often as they are used.
+/// The materials in the order of the usage, one per usage record; usage without a live material adds none.
 std::vector<const MaterialRecord*> ListUsed(const std::vector<MaterialRecord>& materials,
                                             const std::vector<UsageRecord>& usage) {
     ByNumber<const MaterialRecord*> firstOf;
     for (const MaterialRecord& material : materials)
-        if (!firstOf[material.MaterialId]) firstOf[material.MaterialId] = &material;
+        if (!firstOf[material.MaterialId]) firstOf[material.MaterialId] = &material; // the first counts
     std::vector<const MaterialRecord*> listed;
     listed.reserve(usage.size());
     for (const UsageRecord& use : usage)
@@ -53,23 +53,23 @@ std::vector<const MaterialRecord*> ListUsed(const std::vector<MaterialRecord>& m
     return listed;
 }
 
-/// Adds the rows of the materials. A material whose type and method are not in the table gets none.
+/// Adds a row for each material whose type and method are in the table.
 Done AddRows(const DataFiles& data, const std::vector<const MaterialRecord*>& materials,
              CompliantMaterialsData& report) {
     const Result<std::vector<HapContentRecord>> types = ReadHapContents(data);
     if (!types) return types.error();
     const LimitTable limits(*types);
-    report.HasRecords = true;
+    report.HasRecords = true; // even if no row follows: the question is for missing materials or usage
     for (const MaterialRecord* material : materials)
         if (std::optional<CompliantRow> row = limits.RowOf(*material)) report.Rows.push_back(std::move(*row));
     return Success();
 }
 
 Result<CompliantMaterialsData> FetchAll(const AppContext& app) {
-    CompliantMaterialsData report{.Heading = HeadingOf(app, {}), .IsAllMaterials = true};
+    CompliantMaterialsData report{.Heading = HeadingOf(app, {}), .IsAllMaterials = true}; // no months
     const Result<std::vector<MaterialRecord>> materials = ReadMaterials(app);
     if (!materials) return materials.error();
-    if (materials->empty()) return report;
+    if (materials->empty()) return report; // without records, so the user will be asked
     std::vector<const MaterialRecord*> all;
     all.reserve(materials->size());
     for (const MaterialRecord& material : *materials)
@@ -93,6 +93,7 @@ Result<CompliantMaterialsData> FetchUsed(const AppContext& app, const ReportPeri
     return report;
 }
 
+/// Only what the page shows: a damaged material that has no row does no harm.
 Done CheckNumbers(const std::vector<CompliantRow>& rows) {
     for (const CompliantRow& row : rows) {
         if (!std::isfinite(row.HapContent))
@@ -109,6 +110,7 @@ bool IsCompliant(const CompliantRow& row) {
 }
 
 LimitTable::LimitTable(const std::vector<HapContentRecord>& rows) {
+    // Add returns the number of limits so far only for a new pair: the first row of each pair counts.
     for (const HapContentRecord& row : rows)
         if (m_pairs.Add(row.MaterialType, row.ApplicationMethod) == m_limits.size())
             m_limits.push_back({Joined(row.MaterialType, "/", row.ApplicationMethod), LimitOf(row)});
@@ -133,14 +135,14 @@ Result<CompliantMaterialsData> FetchCompliantMaterials(const AppContext& app, co
 
 std::string BuildCompliantMaterialsHtml(const CompliantMaterialsData& data) {
     std::string html = "<html><title>Compliant Materials Report</title><body>";
-    constexpr std::size_t roomForRow = 600; // most take less
-    html.reserve((data.Rows.size() + 4) * roomForRow);
+    constexpr std::size_t roomForRow = 600;            // bytes; most take less
+    html.reserve((data.Rows.size() + 4) * roomForRow); // or a growing page is copied repeatedly
     html += CompanyHtml(data.Heading);
     html += TitleHtml("COMPLIANT MATERIALS REPORT",
                       data.IsAllMaterials ? "<u>All Materials</u>" : MaterialsUsedHtml(data.Heading));
     html += TableStartHtml;
     html += HeaderRowHtml;
-    if (!data.HasRecords) html += NoRecordFoundRowHtml;
+    if (!data.HasRecords) html += NoRecordFoundRowHtml; // not if Rows is empty: see AddRows
     for (const CompliantRow& row : data.Rows)
         AddRow(html, row);
     html += PageEndHtml;

@@ -12,31 +12,30 @@
 
 namespace mact {
 
-/// Whether each material keeps to the HAP content limit of its type and method: all materials, or those used
-/// in the report's months, one row per usage record.
+/// Whether each material keeps within the HAP content limit of its type and method: all materials, or those
+/// used in the report's months, one row per usage record.
 
 struct CompliantRow {
     std::string Material{};           ///< Material ID, " - ", description
-    std::string Method{};             ///< type name, "/", application method, as the type table writes them
+    std::string Method{};             ///< type name, "/", application method, as spelt in the type table
     double HapContent = 0;            ///< weight percent
     std::optional<double> HapLimit{}; ///< weight percent; empty = no limit (stored as -1)
 };
 struct CompliantMaterialsData {
     ReportHeading Heading{};
-    bool IsAllMaterials = false; ///< the heading's months count only when this is false
-    bool HasRecords = false;     ///< false = nothing to report; true without rows when no type fits
+    bool IsAllMaterials = false; ///< the heading has months only if this is false
+    bool HasRecords = false;     ///< false = no materials or no usage; true without rows if no type matches
     std::vector<CompliantRow> Rows{};
 };
 
 /// A content equal to the limit complies.
 bool IsCompliant(const CompliantRow& row);
 
-/// The first row of the type table for each type and method, found trimmed and without regard to case.
+/// The first row of the type table for each type and method, looked up trimmed and ignoring case.
 class LimitTable {
 public:
     explicit LimitTable(const std::vector<HapContentRecord>& rows);
-    /// Of a material's names, type, method and HAP content. Empty when its type and method are not in the
-    /// table.
+    /// The material's row; empty if its type and method are not in the table.
     std::optional<CompliantRow> RowOf(const MaterialRecord& material) const;
 
 private:

@@ -12,7 +12,7 @@
 namespace mact {
 namespace {
 
-constexpr std::size_t MaterialIdLength = 100; // a page shows it with the blanks of its field, on purpose
+constexpr std::size_t MaterialIdLength = 100; // shown with the blanks of its field, on purpose
 
 constexpr std::string_view PageStartHtml =
     "<html><head><style type='text/css'>td{font-family: Verdana;font-size: 10px;} td.hl{font-weight: bold;}"
@@ -36,20 +36,22 @@ std::string GroupRowHtml(const std::string& materialType) {
 
 void AddMaterialRow(std::string& html, const std::string& method, const EmissionRow& row) {
     AppendAll(html, "<tr><td>", method, " (Material ID:", row.Material);
+    // Trailing blanks are lost when a record is read; here they are put back.
     html.append(MaterialIdLength - std::min(row.Material.size(), MaterialIdLength), ' ');
     AppendAll(html, ")</td><td>", NumberText(row.HapContent), "</td><td>", NumberText(row.PointValue),
               "</td><td>", NumberText(row.Amount), "</td><td>", NumberText(RoundTo(Emission(row), 2)),
               "</td></tr>");
 }
 
+// Not rounded again, unlike its rows: a total of 555.3135 stands below 555.31.
 std::string MethodTotalHtml(const EmissionMethod& method) {
     const std::string label = "<tr><td class='hl' colspan=3>" + method.Method + " (TOTAL)</td>";
-    if (method.Amount == 0) return label + "<td colspan=2> Not Used</td></tr>";
+    if (method.Amount == 0) return label + "<td colspan=2> Not Used</td></tr>"; // or under 5 kg of each
     return label + "<td class='hl'>" + NumberText(method.Amount) + "</td><td class='hl'>" +
            NumberText(method.Emission) + "</td></tr>";
 }
 
-// The bold element is never closed, on purpose: so the page has always been.
+// The bold element is never closed, on purpose: the page has always been like this.
 std::string LabelCellHtml(std::string_view label) {
     std::string html = "<tr><td colspan='4' align='right'><font face='Verdana' size='1'><b>";
     html += label;
@@ -76,7 +78,7 @@ std::size_t CountRows(const EmissionAverageData& data) {
     return count;
 }
 
-/// Whether the number, and what is shown of it, is one that a page can hold.
+/// Whether the number is finite once it is rounded: RoundTo multiplies first, which may overflow.
 bool IsShowable(double number) {
     return std::isfinite(RoundTo(number, 2));
 }
@@ -96,7 +98,7 @@ Result<EmissionRow> EmitMaterial(const HapContentRecord& method, const AveragedM
     return row;
 }
 
-/// Adds the group of a type to `data`, and its sums to those of the report.
+/// Adds the type's group to `data`, and its sums to the report's.
 Done AddGroup(const TypeGroup& type, const MaterialsByMethod& materials, const PeriodUsage& usage,
               EmissionAverageData& data) {
     EmissionGroup group{.MaterialType = type.Name};
@@ -104,7 +106,7 @@ Done AddGroup(const TypeGroup& type, const MaterialsByMethod& materials, const P
         Result<EmissionMethod> emitted = EmitMethod(method, materials.Of(method), usage);
         if (!emitted) return emitted.error();
         data.Emission += emitted->Emission;
-        data.Allowance += emitted->Amount * emitted->EmissionLimit;
+        data.Allowance += emitted->Amount * emitted->EmissionLimit; // of rounded amounts
         group.Methods.push_back(std::move(*emitted));
     }
     data.Groups.push_back(std::move(group));
@@ -114,7 +116,7 @@ Done AddGroup(const TypeGroup& type, const MaterialsByMethod& materials, const P
 } // namespace
 
 double PointValue(const HapContentRecord& method, double hapContent) {
-    // Without the filler on purpose, also of the filled resins.
+    // Without the filler on purpose, even for filled resins.
     return RoundTo(method.EfCoefficient * std::pow(hapContent, method.EfExponent), 2);
 }
 
@@ -124,12 +126,12 @@ double AmountInMg(double pounds) {
 }
 
 double Emission(const EmissionRow& row) {
-    // On purpose of two numbers that are rounded already: those that the page shows.
+    // The product of two numbers that are already rounded, on purpose: the ones that the page shows.
     return row.PointValue * row.Amount;
 }
 
 bool IsCompliant(const EmissionAverageData& data) {
-    return data.Emission <= data.Allowance;
+    return data.Emission <= data.Allowance; // not rounded, unlike the totals on the page
 }
 
 Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
@@ -162,8 +164,8 @@ Result<EmissionAverageData> FetchEmissionAverage(const AppContext& app, const Re
 
 std::string BuildEmissionAverageHtml(const EmissionAverageData& data) {
     std::string html(PageStartHtml);
-    constexpr std::size_t roomForRow = 250; // most take less
-    html.reserve((CountRows(data) + 40) * roomForRow);
+    constexpr std::size_t roomForRow = 250; // bytes; most take less; 40 more for headings and totals
+    html.reserve((CountRows(data) + 40) * roomForRow); // or a growing page is copied repeatedly
     html += CompanyHtml(data.Heading);
     html += TitleHtml("EMISSION-AVERAGE HAP CONTENT REPORT", FromToHtml(data.Heading));
     html += TableStartHtml;
@@ -183,6 +185,7 @@ std::string BuildEmissionAverageHtml(const EmissionAverageData& data) {
     return html;
 }
 
+// Never asks: without usage both totals are 0, which complies.
 std::int16_t GenerateEmissionAverageReport(AppContext& app, const ReportPeriod& period) {
     return PublishReport(app, EmissionAverageFile,
                          FetchEmissionAverage(app, period).transform(BuildEmissionAverageHtml));

@@ -12,9 +12,9 @@
 
 namespace mact {
 
-/// The HAP that the materials used in the report's months emit by their point values, against what the same
-/// amounts may emit. Closed molding is left out. Amounts are in Mg and emissions in kg, whatever the column
-/// headings say.
+/// The HAP emitted by the materials used in the report's months, according to their point values, against
+/// what the same amounts may emit. Closed molding is left out. Amounts are in Mg and emissions in kg,
+/// whatever the column headings say.
 
 struct EmissionRow {
     std::string Material{}; ///< Material ID
@@ -38,20 +38,20 @@ struct EmissionAverageData {
     ReportHeading Heading{};
     std::vector<EmissionGroup> Groups{};
     double Emission = 0;  ///< of the whole report, kg, not rounded
-    double Allowance = 0; ///< likewise
+    double Allowance = 0; ///< of the whole report, kg, not rounded
 };
 
-/// By the method's emission-factor equation. A filled resin's filler does not reduce it: it never did.
-/// Infinite or not a number where the equation has no result.
+/// Kg of HAP per Mg by the method's emission-factor equation, rounded to 2 decimals. A filled resin's filler
+/// does not reduce it and never has. Infinite or not a number if the equation has no result.
 double PointValue(const HapContentRecord& method, double hapContent);
-/// Mg rounded to 2 decimals; 0 where nothing was used.
+/// Mg rounded to 2 decimals; 0 if nothing was used.
 double AmountInMg(double pounds);
 /// Kg, not rounded.
 double Emission(const EmissionRow& row);
 /// An emission equal to the allowance complies.
 bool IsCompliant(const EmissionAverageData& data);
 
-/// Adds up the method's materials. A Failure where a result is too large or not a number.
+/// Adds up the method's materials. A Failure if a result is too large or not a number.
 Result<EmissionMethod> EmitMethod(const HapContentRecord& method,
                                   const std::vector<AveragedMaterial>& materials, const PeriodUsage& usage);
 

@@ -12,7 +12,7 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
     for (const ReportFrame& frame : Frames()) {
         NumberItems(*frame.Month);
         AcceptAnyYear(*frame.Year);
-        if (frame.Month != m_ui->cbo_Month) SelectCurrentMonth(frame);
+        if (frame.Month != m_ui->cbo_Month) SelectCurrentMonth(frame); // the first starts with all materials
         connect(frame.Generate, &QPushButton::clicked, this, [this, frame] { Generate(frame); });
     }
     connect(m_ui->opt_materials_0, &QRadioButton::clicked, this, [this] { ChooseMaterials(true); });
@@ -36,6 +36,7 @@ std::array<frmReports::ReportFrame, 5> frmReports::Frames() const {
 
 void frmReports::SelectCurrentMonth(const ReportFrame& frame) {
     const std::chrono::year_month today = m_app.Calendar.CurrentMonth();
+    // The first entries, in case the list lacks the current year: then the last call changes nothing.
     SelectListItem(*frame.Month);
     SelectListItem(*frame.Year);
     SelectListItem(*frame.Month, static_cast<unsigned>(today.month()));
@@ -43,7 +44,7 @@ void frmReports::SelectCurrentMonth(const ReportFrame& frame) {
 }
 
 void frmReports::ChooseMaterials(bool areAllWanted) {
-    const ReportFrame frame = Frames().front();
+    const ReportFrame frame = Frames().front(); // only this report can do without a month
     frame.Month->setEnabled(!areAllWanted);
     frame.Year->setEnabled(!areAllWanted);
     if (areAllWanted) {
@@ -59,10 +60,10 @@ void frmReports::Generate(const ReportFrame& frame) {
     const BusyCursor cursor;
     ReportPeriod period;
     const bool isForAll = frame.Month == m_ui->cbo_Month && m_ui->opt_materials_0->isChecked();
-    if (!isForAll)
+    if (!isForAll) // without a month or year the text is not a period, and the report says so
         period.EndText =
             (frame.Month->currentData().toString() + u'/' + frame.Year->currentText()).toStdString();
-    frame.Report(m_app, period);
+    frame.Report(m_app, period); // shows its own failures
 }
 
 void ShowReportsForm(AppContext& app, QWidget* parent) {

@@ -17,7 +17,7 @@ class frmReports;
 
 namespace mact {
 
-/// Asks for one of the five reports, and for the twelve months that it covers.
+/// Offers the five reports, each with the last of the twelve months that it covers.
 class frmReports : public QDialog {
     Q_OBJECT
 

@@ -12,6 +12,7 @@ PeriodUsage::PeriodUsage(const std::vector<UsageRecord>& records) {
     m_quantities.reserve(records.size());
     for (const UsageRecord& usage : records)
         m_quantities.push_back({usage.MaterialId, usage.Unit, usage.Quantity});
+    // Stable, since the last digits of a sum depend on the order of its terms.
     std::ranges::stable_sort(m_quantities, {}, &Quantity::MaterialId);
 }
 
@@ -21,6 +22,7 @@ Result<double> PeriodUsage::PoundsUsed(const MaterialRecord& material) const {
 
 Result<double> PeriodUsage::PoundsUsed(std::int16_t materialId, double density,
                                        std::string_view customId) const {
+    // Checked after each term: an overflow is a failure even if a later quantity cancels it.
     double pounds = 0;
     bool isFinite = true;
     for (auto used = std::ranges::lower_bound(m_quantities, materialId, {}, &Quantity::MaterialId);

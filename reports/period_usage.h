@@ -17,7 +17,8 @@ public:
     explicit PeriodUsage(const std::vector<UsageRecord>& records);
 
     bool IsEmpty() const { return m_quantities.empty(); }
-    /// The material's quantities in pounds, added up in file order; 0 without any.
+    /// The material's quantities in pounds, added up in file order; 0 if there are none. A Failure if the sum
+    /// becomes too large or not a number on the way.
     Result<double> PoundsUsed(const MaterialRecord& material) const;
     Result<double> PoundsUsed(std::int16_t materialId, double density, std::string_view customId) const;
 
@@ -27,9 +28,9 @@ private:
         std::int16_t Unit = 0;
         double Amount = 0;
     };
-    std::vector<Quantity> m_quantities; ///< by MaterialId, those of one in file order
+    std::vector<Quantity> m_quantities; ///< sorted by MaterialId, then in file order
 };
 
-/// `monthList` is as BuildPeriodList gives it.
+/// `monthList` is a list from BuildPeriodList.
 Result<PeriodUsage> ReadPeriodUsage(const DataFiles& data, const std::string& monthList);
 } // namespace mact

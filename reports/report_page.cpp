@@ -22,6 +22,7 @@ ReportHeading HeadingOf(const AppContext& app, const ReportMonths& months) {
             .End = months.End};
 }
 
+// PageEndHtml closes the div.
 std::string CompanyHtml(const ReportHeading& heading) {
     return "<div align='center'><font face='Verdana' size='3'><b><u>" + heading.CompanyName +
            "</u></b></font><br><font face='Verdana' size='1'>" + heading.CompanyLocation + "</font><br><br>";

@@ -9,10 +9,9 @@
 
 namespace mact {
 
-/// The parts of their pages that the reports share. Pages are code-page text, into which names go as they
-/// are.
+/// What the reports' pages have in common. Pages are code-page text; names go into them unescaped.
 
-/// What stands above a report's table.
+/// The text above a report's table.
 struct ReportHeading {
     std::string CompanyName{};
     std::string CompanyLocation{};
@@ -21,13 +20,13 @@ struct ReportHeading {
 };
 ReportHeading HeadingOf(const AppContext& app, const ReportMonths& months);
 
-/// The company's lines. Opens the centred block that holds the rest of the page.
+/// The company's lines. Opens the centred block that contains the rest of the page.
 std::string CompanyHtml(const ReportHeading& heading);
 /// The report's name and the line below it.
 std::string TitleHtml(std::string_view title, std::string_view periodHtml);
 /// "Materials used from 04/2007 to 03/2008", with the months underlined.
 std::string MaterialsUsedHtml(const ReportHeading& heading);
-/// "From 04/2007 To 03/2008", likewise.
+/// "From 04/2007 To 03/2008", with the months underlined.
 std::string FromToHtml(const ReportHeading& heading);
 
 inline constexpr std::string_view TableStartHtml =
@@ -37,13 +36,13 @@ inline constexpr std::string_view NoRecordFoundRowHtml =
     "found</br></b></font></td></tr>";
 inline constexpr std::string_view PageEndHtml = "</table></div></body></html>";
 
-/// The Failure of a sum or power that is too large or not a number; `doing` is as in "add up the amounts".
+/// The Failure for a sum or power that is too large or not a number. `doing` is as in "add up the amounts".
 Failure CannotCalculate(std::string_view doing);
 
-/// The Failure of a number in a damaged file that no page can show: infinite or not a number. `what` is as in
-/// "the HAP content of the material"; `name` is code-page text.
+/// The Failure for a number in a damaged file that no page can show: infinite or not a number. `what` is as
+/// in "the HAP content of the material"; `name` is code-page text.
 Failure CannotShow(std::string_view what, std::string_view name);
 
-/// A material as a failure names it: the material "GC-110". UTF-8.
+/// How a failure names a material: the material "GC-110". UTF-8.
 std::string MaterialNamed(std::string_view customId);
 } // namespace mact

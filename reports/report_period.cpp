@@ -9,13 +9,13 @@
 namespace mact {
 namespace {
 
-/// The value of a text of `fewest` to `most` digits and nothing else.
+/// The value of a text that consists of `fewest` to `most` digits.
 std::optional<int> ParseDigits(std::string_view text, std::size_t fewest, std::size_t most) {
     if (text.size() < fewest || text.size() > most) return std::nullopt;
     if (!std::ranges::all_of(text, [](char digit) { return digit >= '0' && digit <= '9'; }))
         return std::nullopt;
     int value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
+    std::from_chars(text.data(), text.data() + text.size(), value); // cannot fail: a few digits
     return value;
 }
 
@@ -41,6 +41,7 @@ Result<std::string> BuildPeriodList(std::string_view endText, std::int16_t month
         return Failure{.Doing = "tell the months of the report",
                        .Reason = '"' + Utf8FromCodePage(endText) +
                                  "\" is not a month and a four-digit year, as in 3/2005"};
+    // Without leading zeros, as usage records hold their periods: the two are compared as text.
     std::string list = FormatMonthYear(end, false) + '|';
     for (int back = 1; back < months; ++back)
         list += FormatMonthYear(*end - std::chrono::months(back), false) + '|';
@@ -56,7 +57,7 @@ std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool i
 Result<ReportMonths> MonthsOf(const ReportPeriod& period) {
     const Result<std::string> list = BuildPeriodList(period.EndText, period.Months);
     if (!list) return list.error();
-    const std::chrono::year_month end = *ParsePeriodEnd(period.EndText); // or there would be no list
+    const std::chrono::year_month end = *ParsePeriodEnd(period.EndText); // present, or there would be no list
     return ReportMonths{.List = *list,
                         .Start = FormatMonthYear(end - std::chrono::months(period.Months - 1), true),
                         .End = FormatMonthYear(end, true)};

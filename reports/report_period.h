@@ -18,17 +18,17 @@ struct ReportPeriod {
     std::int16_t Months = 12;
 };
 
-/// The month of a text M/YYYY; empty when it has no month from 1 to 12 or no year from 1900 to 9999.
+/// The month in a text M/YYYY; empty unless it has a month from 1 to 12 and a year from 1900 to 9999.
 std::optional<std::chrono::year_month> ParsePeriodEnd(std::string_view endText);
 
-/// The months of the period, newest first, each as M/YYYY and "|": 3/2008|2/2008|...|4/2007|
+/// The months of the period, newest first, each followed by "|": 3/2008|2/2008|...|4/2007|
 Result<std::string> BuildPeriodList(std::string_view endText, std::int16_t months);
 
-/// MM/YYYY when padded, M/YYYY otherwise; the empty text without a month.
+/// MM/YYYY if padded, M/YYYY otherwise; the empty text without a month.
 std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool isPadded);
 
 struct ReportMonths {
-    std::string List{};  ///< as BuildPeriodList gives it
+    std::string List{};  ///< from BuildPeriodList
     std::string Start{}; ///< MM/YYYY
     std::string End{};   ///< MM/YYYY
 };

@@ -15,7 +15,7 @@ namespace {
 ProgramStart BrowserStart(const std::string& browser, const std::string& reportPath) {
     ProgramStart start;
     start.Program = PathFromUtf8(browser);
-    start.CommandLine = browser + ' ' + reportPath;
+    start.CommandLine = browser + ' ' + reportPath; // on Windows, where the browser splits it
     for (const std::string_view piece : Split(reportPath, ' '))
         if (!piece.empty()) start.Arguments.emplace_back(piece);
     return start;
@@ -30,7 +30,7 @@ void ShowSavedAs(AppContext& app, const std::string& reportPath) {
 
 void OpenInBrowser(AppContext& app, const std::filesystem::path& report) {
     const std::string browser = app.Settings.Read(Settings::Browser, Settings::Path);
-    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) {
+    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) { // one that is gone counts as none
         ShowSavedAs(app, PathText(report));
         return;
     }
@@ -46,7 +46,7 @@ bool UserWantsEmptyReport(AppContext& app) {
 
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html) {
     const std::filesystem::path report = app.ProgramFolder / fileName;
-    if (html) *html += "\r\n";
+    if (html) *html += "\r\n"; // of the page's only line
     const Done written = html ? ReplaceFile(app.Files, report, *html) : html.error();
     if (ShowFailure(app, written)) return ReportFailed;
     OpenInBrowser(app, report);

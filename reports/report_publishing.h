@@ -9,13 +9,11 @@
 
 namespace mact {
 
-/// The question before an empty report, and a report's end.
-
-/// Asks, when there is nothing to report.
+/// Asks whether a report is wanted although there is nothing to report.
 bool UserWantsEmptyReport(AppContext& app);
 
-/// Writes the report's file in the program folder and opens it in the configured browser, or says where it
-/// was saved when there is none. Returns ReportPublished or ReportFailed; a browser that does not start is
-/// shown, but the report was published. Without a page it shows why there is none, and writes nothing.
+/// Writes the report's file in the program folder and opens it in the configured browser or, without one,
+/// says where it was saved. Returns ReportPublished or ReportFailed; if the browser does not start, that is
+/// shown, but the report is published. Without a page it shows why there is none and writes nothing.
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html);
 } // namespace mact

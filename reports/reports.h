@@ -8,9 +8,9 @@
 
 namespace mact {
 
-/// The five compliance reports. Each reads what it needs, asks whether an empty report is wanted where it has
-/// that question, builds the page and publishes it: the file in the program folder, then the browser. A
-/// failure is shown once (ShowError), and that report's file is not written.
+/// The five compliance reports. Each reads its data, builds the page, writes it to the program folder and
+/// opens it in the browser. With nothing to report, the compliant materials report and the two on additional
+/// HAP first ask whether one is wanted. A failure is shown once (ShowError) and leaves the file unwritten.
 
 inline constexpr std::int16_t ReportPublished = 0;
 inline constexpr std::int16_t ReportDeclined =

@@ -14,6 +14,7 @@ std::vector<TypeGroup> GroupByType(const std::vector<HapContentRecord>& rows) {
         if (!IsClosedMolding(row.ApplicationMethod))
             openMethods[ComparisonKey(row.MaterialType)].push_back(row);
 
+    // The names are trimmed, so their upper case is the key. A type with closed molding alone has no methods.
     std::vector<std::string> names = DistinctMaterialTypes(rows);
     std::ranges::stable_sort(names, {}, UpperCase);
     std::vector<TypeGroup> groups;
@@ -30,7 +31,7 @@ bool IsClosedMolding(std::string_view applicationMethod) {
 void MaterialsByMethod::Add(std::string_view materialType, std::string_view applicationMethod,
                             AveragedMaterial material) {
     const std::size_t number = m_pairs.Add(materialType, applicationMethod);
-    if (number == m_materials.size()) m_materials.emplace_back();
+    if (number == m_materials.size()) m_materials.emplace_back(); // a new pair
     m_materials[number].push_back(std::move(material));
 }
 

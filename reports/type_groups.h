@@ -14,22 +14,22 @@
 
 namespace mact {
 
-/// What the two averaging reports share: the material-type table as they walk it, the materials by type and
+/// What the two averaging reports share: the material-type table in page order, the materials by type and
 /// method, and the usage of the months.
 
-/// A type name with its application methods in file order; methods of closed molding are left out.
+/// A type name with its application methods in file order, without closed molding.
 struct TypeGroup {
     std::string Name{}; ///< trimmed
     std::vector<HapContentRecord> Methods{};
 };
-/// The distinct type names sorted ascending, letter case ignored; equal ones keep their order. Names that
-/// differ in case alone are two groups, each with the methods of both.
+/// The distinct type names in ascending order, ignoring case; equal ones keep their order. Names that differ
+/// only in case are two groups, each with the methods of both.
 std::vector<TypeGroup> GroupByType(const std::vector<HapContentRecord>& rows);
 
-/// The letter case counts.
+/// Case-sensitive.
 bool IsClosedMolding(std::string_view applicationMethod);
 
-/// What the averages need of a material.
+/// What the averages need to know of a material.
 struct AveragedMaterial {
     std::int16_t MaterialId = 0;
     std::string CustomId{};
@@ -37,11 +37,11 @@ struct AveragedMaterial {
     double HapContent = 0; ///< weight percent
 };
 
-/// Materials by type and method, looked up trimmed and without regard to case.
+/// Materials by type and method, looked up trimmed and ignoring case.
 class MaterialsByMethod {
 public:
     void Add(std::string_view materialType, std::string_view applicationMethod, AveragedMaterial material);
-    /// In the order in which they were added.
+    /// The materials of the row's type and method, in the order in which they were added.
     const std::vector<AveragedMaterial>& Of(const HapContentRecord& row) const;
 
 private:
@@ -52,7 +52,7 @@ private:
 /// The live materials.
 Result<MaterialsByMethod> ReadMaterialsByMethod(const DataFiles& data);
 
-/// What both averaging reports calculate with.
+/// What both averaging reports calculate from.
 struct AverageInputs {
     ReportHeading Heading{};
     std::vector<TypeGroup> Types{};

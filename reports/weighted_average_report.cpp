@@ -19,7 +19,7 @@ constexpr std::string_view HeaderRowHtml =
     "<td bgcolor='silver'><font face='Verdana' size='1'><b>HAP Content<br>[(B/A)*100]</b></font></td>"
     "<td bgcolor='silver'><font face='Verdana' size='1'><b>Compliant</b></font></td></tr>";
 
-// Six columns spanned in a table of five, on purpose: so the page has always been.
+// Spans six columns in a table of five, on purpose: the page has always been like this.
 std::string GroupRowHtml(const std::string& materialType) {
     return "<tr><td colspan='6' bgcolor='#DDDDDD'><font face='Verdana' size='1'>Material : " + materialType +
            "</font></td></tr>";
@@ -30,7 +30,7 @@ std::string CompliantHtml(const WeightedAverageRow& row) {
                             : "<font face='Verdana' size='1' color='red'>No</font>";
 }
 
-// The amount is in Mg on purpose, although its column says kg.
+// The amount is in Mg on purpose, although the column heading says kg.
 std::string RowHtml(const WeightedAverageRow& row) {
     const std::string nextCell = "</font></td><td align='center'><font face='Verdana' size='1'>";
     const std::string limit =
@@ -65,11 +65,12 @@ double AmountInKg(double pounds) {
 }
 
 double WeightedContent(const WeightedAverageRow& row) {
-    if (row.Amount == 0 || row.Hap == 0) return 0;
+    if (row.Amount == 0 || row.Hap == 0) return 0; // 0 / 0 is not a number
     return RoundTo(row.Hap / row.Amount * 100, 2);
 }
 
 bool IsCompliant(const WeightedAverageRow& row) {
+    // The rounded content is compared, since that is what the page shows.
     return !row.HapLimit || WeightedContent(row) <= *row.HapLimit;
 }
 
@@ -88,9 +89,9 @@ Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
             usage.PoundsUsed(material.MaterialId, material.Density, material.CustomId);
         if (!pounds) return pounds.error();
         const double amount = AmountInKg(*pounds);
-        // Rounded for each material, on purpose before the sums.
+        // Each material's amount is rounded before it is added, on purpose.
         row.Amount += amount;
-        row.Hap += amount * material.HapContent / 100;
+        row.Hap += amount * material.HapContent / 100; // not rounded; WeightedContent rounds
     }
     if (!std::isfinite(row.Amount) || !std::isfinite(row.Hap) || !std::isfinite(WeightedContent(row)))
         return CannotAverage(method);
@@ -125,6 +126,7 @@ std::string BuildWeightedAverageHtml(const WeightedAverageData& data) {
     return html;
 }
 
+// Never asks: without usage every method complies.
 std::int16_t GenerateWeightedAverageReport(AppContext& app, const ReportPeriod& period) {
     return PublishReport(app, WeightedAverageFile,
                          FetchWeightedAverage(app, period).transform(BuildWeightedAverageHtml));

@@ -32,7 +32,7 @@ struct WeightedAverageData {
     std::vector<WeightedAverageGroup> Groups{};
 };
 
-/// Kilograms rounded to 2 decimals; 0 where nothing was used.
+/// Kilograms rounded to 2 decimals; 0 if nothing was used.
 double AmountInKg(double pounds);
 /// Weight percent, rounded to 2 decimals; 0 for a method without use or without HAP.
 double WeightedContent(const WeightedAverageRow& row);
@@ -41,7 +41,7 @@ bool IsCompliant(const WeightedAverageRow& row);
 /// Whether the type is one of the two filled resins, which the report leaves out.
 bool IsFilledResin(std::string_view materialType);
 
-/// Adds up the method's materials. A Failure where a sum is too large or not a number.
+/// Adds up the method's materials. A Failure if a sum is too large or not a number.
 Result<WeightedAverageRow> AverageMethod(const HapContentRecord& method,
                                          const std::vector<AveragedMaterial>& materials,
                                          const PeriodUsage& usage);

@@ -19,8 +19,8 @@ void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* pa
     if (text)
         controls.txt_Errors->setPlainText(FromCodePage(*text));
     else
-        ShowError(app, text.error());
-    // The same title for all three logs, on purpose.
+        ShowError(app, text.error()); // the window opens all the same, empty
+    // One title for all three logs, on purpose.
     window.setWindowTitle(QStringLiteral("Material Import - Error Log"));
     ShowModally(app, window);
 }

@@ -10,10 +10,10 @@ namespace mact {
 frmExport::frmExport(AppContext& app, TransferModule module, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExport>()) {
     m_ui->setupUi(this);
-    m_ui->lbl_Module->hide();
+    m_ui->lbl_Module->hide(); // holds the module's number, which Module reads back
     m_ui->lbl_Module->setNum(static_cast<int>(module));
     m_ui->lbl_status->setText(QStringLiteral("Idle"));
-    MakeRoomForLines(*m_ui->lbl_status, 3);
+    MakeRoomForLines(*m_ui->lbl_status, 3); // a summary's, or the controls would move
     m_ui->cmd_ViewErrors->hide();
     setWindowTitle(module == TransferModule::Materials ? QStringLiteral("Export Material Records")
                                                        : QStringLiteral("Export Usage Records"));
@@ -49,6 +49,7 @@ void frmExport::Export() {
     const BusyCursor cursor;
     const std::filesystem::path target = TypedPath(m_ui->txt_SourceFile->text().toStdString());
     int processedCount = 0;
+    // A material export leaves it empty: it writes no log, so there is none to view.
     std::optional<int> errorCount;
     if (Module() == TransferModule::Materials)
         ExportMaterialFile(m_app, target, processedCount, errorCount);

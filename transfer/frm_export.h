@@ -22,7 +22,7 @@ public:
     ~frmExport() override;
 
 private:
-    TransferModule Module() const; ///< as lbl_Module says
+    TransferModule Module() const; ///< the one whose number lbl_Module holds
     void Enable_Button();
     void Browse();
     void Export();

@@ -16,7 +16,7 @@ constexpr std::string_view FileNotFound = "File not found. Please make sure that
                                           "the correct path or use browse feature to give "
                                           "accurate path."; // sic
 
-/// Keeps the place of a control that comes and goes.
+/// Hides the control but keeps its place, so that nothing moves when it appears.
 void KeepPlace(QWidget& control) {
     QSizePolicy policy = control.sizePolicy();
     policy.setRetainSizeWhenHidden(true);
@@ -29,11 +29,11 @@ void KeepPlace(QWidget& control) {
 frmImport::frmImport(AppContext& app, TransferModule module, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmImport>()) {
     m_ui->setupUi(this);
-    m_ui->lbl_Module->hide();
+    m_ui->lbl_Module->hide(); // holds the module's number, which Module reads back
     m_ui->lbl_Module->setNum(static_cast<int>(module));
     m_ui->lbl_status->setText(QStringLiteral("Idle"));
     m_ui->cmd_ViewErrors->hide();
-    MakeRoomForLines(*m_ui->lbl_status, 3);
+    MakeRoomForLines(*m_ui->lbl_status, 3); // a summary's, or the controls would move
     m_ui->lbl_Progress->setMinimumWidth(
         fontMetrics().horizontalAdvance(QStringLiteral("88,888,888 lines"))); // or the bar would jump
     KeepPlace(*m_ui->bar_Progress);
@@ -69,7 +69,7 @@ void frmImport::Browse() {
 }
 
 void frmImport::Import() {
-    if (IsWorking()) return;
+    if (IsWorking()) return; // the window still takes events during an import
     const std::filesystem::path source = TypedPath(m_ui->txt_SourceFile->text().toStdString());
     if (IsFileAt(source))
         RunImport(source);
@@ -90,7 +90,7 @@ void frmImport::RunImport(const std::filesystem::path& source) {
         ImportMaterialFile(m_app, source, processedCount, errorCount, watcher);
     else
         ImportUsageFile(m_app, source, processedCount, errorCount, watcher);
-    m_progress.reset();
+    m_progress.reset(); // IsWorking until here, so reject does not close the window
     ShowWorking(false);
     m_ui->lbl_status->setText(QString::fromStdString(ImportSummary(processedCount, errorCount)));
     m_ui->cmd_ViewErrors->setVisible(errorCount != 0);
@@ -99,13 +99,13 @@ void frmImport::RunImport(const std::filesystem::path& source) {
 void frmImport::ShowWorking(bool isWorking) {
     m_ui->txt_SourceFile->setEnabled(!isWorking);
     m_ui->cmd_Browse->setEnabled(!isWorking);
-    m_ui->bar_Progress->hide();
+    m_ui->bar_Progress->hide(); // ShowProgress shows both, but only in an import that takes a while
     m_ui->lbl_Progress->hide();
     if (isWorking) {
         m_ui->cmd_Import->setEnabled(false);
         m_ui->cmd_ViewErrors->hide();
         m_ui->lbl_status->setText(QStringLiteral("Importing..."));
-        m_ui->cmd_Cancel->setFocus();
+        m_ui->cmd_Cancel->setFocus(); // a stray Enter after the import must not start another
     } else {
         Enable_Button();
     }
@@ -119,6 +119,7 @@ void frmImport::ShowProgress(int lines, int thousandths) {
 }
 
 void frmImport::reject() {
+    // Escape and the close button end up here too. QDialog does not close a window that stays visible.
     if (IsWorking())
         m_progress->Stop();
     else

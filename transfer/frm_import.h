@@ -14,8 +14,8 @@ class frmImport;
 
 namespace mact {
 
-/// Imports a file of materials or of usage. While it works, Cancel, Escape and the window's close button stop
-/// the import after the current line; what was stored until then stays, and the window too.
+/// Imports a file of materials or usage. During an import, Cancel, Escape and the window's close button stop
+/// it after the current line: what has been stored stays, and so does the window.
 class frmImport : public QDialog {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ public:
     void reject() override;
 
 private:
-    TransferModule Module() const; ///< as lbl_Module says
+    TransferModule Module() const; ///< the one whose number lbl_Module holds
     bool IsWorking() const { return m_progress != nullptr; }
     void Enable_Button();
     void Browse();
@@ -37,7 +37,7 @@ private:
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmImport> m_ui;
-    std::unique_ptr<ImportProgress> m_progress; ///< while an import runs
+    std::unique_ptr<ImportProgress> m_progress; ///< null unless an import is running
 };
 
 void ShowMaterialImport(AppContext& app, QWidget* parent);

@@ -22,38 +22,38 @@ struct ImportCounts {
 /// Succeeds if both did; otherwise reports both failures, `first`'s first.
 Done Both(const Done& first, const Done& second);
 
-/// What an import writes: the records of the good lines, the log of the others, and the counts of both.
+/// What an import writes: records for the good lines, log entries for the others, and the counts of both.
 ///
-/// Records and log entries are collected and written many at a time. When the disk fills up in between, the
-/// counts and the log go back to where they were before the first line whose record is not in the file.
+/// Records and log entries are buffered and written in large blocks. If the disk fills up, the counts and the
+/// log are taken back to where they were before the first line whose record did not reach the file.
 class ImportOutput {
 public:
     ImportOutput(RecordFile records, TransferLog log)
         : m_records(std::move(records)), m_log(std::move(log)) {}
 
-    /// Logs a line that cannot be split into its fields.
+    /// Logs a line that has the wrong number of fields.
     void LogInvalidFieldCount(const ImportedLine& line);
     void LogRejection(const ImportedLine& line, std::string_view message);
 
     /// The number of the next record. A Failure when the file is full.
     Result<std::int16_t> NextNumber() const { return m_records.NextNumber(); }
-    /// Stores the present line's record.
+    /// Stores the current line's record, before EndLine counts the line.
     template <class Record, class... Types>
     void AppendRecord(const RecordLayout<Record, Types...>& layout, const Record& record) {
         m_records.Add(layout, record);
         m_marks.push_back({m_counts, m_log.PendingLength()});
     }
 
-    /// To be called after each line: counts it, and writes when enough was collected. False when that failed:
-    /// Finish says why.
+    /// To be called after each line: counts it, and writes once enough is buffered. False if that failed;
+    /// Finish reports why.
     bool EndLine(bool isRejected);
-    /// Writes everything and returns when it is on the disk. Reports the first failure of the records and the
-    /// first of the log.
+    /// Writes what is buffered and returns once it is on the disk. Reports the first failure of the data file
+    /// and the first of the log.
     Done Finish();
     const ImportCounts& Counts() const { return m_counts; }
 
 private:
-    /// How things stood before a line.
+    /// The state before a line whose record is still buffered.
     struct Mark {
         ImportCounts Counts;
         std::size_t PendingLogLength;
@@ -63,9 +63,9 @@ private:
 
     RecordAppender m_records;
     TransferLog m_log;
-    Done m_recordsDone = Success(); ///< or the first failure
-    Done m_logDone = Success();     ///< the same
+    Done m_recordsDone = Success(); ///< or the data file's first failure
+    Done m_logDone = Success();     ///< or the log's first failure
     ImportCounts m_counts;
-    std::vector<Mark> m_marks; ///< one for each record that is not written yet
+    std::vector<Mark> m_marks; ///< one per buffered record
 };
 } // namespace mact

@@ -8,15 +8,15 @@
 
 namespace mact {
 
-/// Watches an import for a window: keeps the window alive, and shows how far the import is when it takes
-/// longer than a blink.
+/// Watches an import for a window: keeps the window responsive, and shows the progress of an import that
+/// takes longer than a blink.
 class ImportProgress {
 public:
-    /// `show` gets the lines done and how much of the file that is, in thousandths.
+    /// Gets the number of lines done and the part of the file they make up, in thousandths.
     using Show = std::function<void(int lines, int thousandths)>;
     explicit ImportProgress(Show show);
 
-    /// After each line; false once Stop was called.
+    /// To be called after each line; false once Stop has been called.
     bool Watch(const TransferProgress& progress);
     void Stop() { m_isStopped = true; }
 

@@ -6,7 +6,7 @@
 namespace mact {
 namespace {
 
-/// A failure to write is not reported here but by the output's Finish.
+/// Reports failures to read. The output keeps those to write, and its Finish reports them.
 Done ImportLines(const ImportJob& job, OpenedFile& source, ImportOutput& output,
                  const TransferWatcher& watcher) {
     const Result<std::uint64_t> length = source.Length();
@@ -16,7 +16,7 @@ Done ImportLines(const ImportJob& job, OpenedFile& source, ImportOutput& output,
         const Result<std::optional<std::string_view>> line = lines.Next();
         if (!line) return line.error();
         if (!*line) return Success();
-        const int number = output.Counts().Processed + 1;
+        const int number = output.Counts().Processed + 1; // every line counts, rejected and empty ones too
         const Result<bool> isRejected = job.ImportLine({**line, number}, output);
         if (!isRejected) return isRejected.error();
         if (!output.EndLine(*isRejected)) return Success();
@@ -31,13 +31,15 @@ Result<std::unique_ptr<OpenedFile>> OpenSource(FileAccess& files, const ImportJo
 }
 
 Done Import(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts) {
+    // Before anything else, since opening the log empties it.
     const Done checked = CheckSourceIsNotLog(job.Source, job.Log);
     if (!checked) return checked;
     const Result<std::unique_ptr<OpenedFile>> source = OpenSource(files, job);
-    // A run that has nothing to read leaves an empty log too, rather than that of the run before.
+    // Emptied even without a source to read: the last run's entries must not pass for this one's.
     Result<TransferLog> log = TransferLog::Open(files, job.Log);
     if (!source) return source.error();
     if (!log) return log.error();
+    // Locked before Prepare reads it, so that no other copy can add a record that Prepare misses.
     Result<RecordFile> records = RecordFile::OpenForWriting(files, job.DataFile, job.SlotLength);
     if (!records) return records.error();
     const Done prepared = job.Prepare(*records);
@@ -45,7 +47,7 @@ Done Import(FileAccess& files, const ImportJob& job, const TransferWatcher& watc
 
     ImportOutput output(std::move(*records), std::move(*log));
     const Done imported = ImportLines(job, **source, output, watcher);
-    const Done finished = output.Finish();
+    const Done finished = output.Finish(); // in any case: the lines before a failure are kept
     counts = output.Counts();
     return Both(imported, finished);
 }

@@ -11,24 +11,23 @@
 
 namespace mact {
 
-/// What an import reads and writes, and what it does with a line.
+/// The files of an import, and what it does with a line.
 struct ImportJob {
     std::filesystem::path Source;
     std::filesystem::path Log;
     std::filesystem::path DataFile;
     std::size_t SlotLength = 0;
-    /// Called once, with the data file as it is before the import.
+    /// Called once before the first line, with the data file already locked.
     std::function<Done(RecordFile& dataFile)> Prepare;
-    /// True when the line was rejected, false when it was stored.
+    /// True if the line was rejected, false if it was stored.
     std::function<Result<bool>(const ImportedLine& line, ImportOutput& output)> ImportLine;
 };
 
-/// Runs the import and sets the counts, those reached before a failure included. The data file is locked all
-/// the while.
+/// Runs the import with the data file locked. Sets the counts even if it fails: those reached by then.
 Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
                int& errorCount);
 
-/// The fields between the bars of a line; empty when there are not exactly `Count`.
+/// The fields of a line, which are separated by "|"; empty unless there are exactly `Count`.
 template <std::size_t Count>
 std::optional<std::array<std::string_view, Count>> SplitFields(std::string_view line) {
     std::array<std::string_view, Count> fields;
@@ -43,8 +42,8 @@ std::optional<std::array<std::string_view, Count>> SplitFields(std::string_view 
     return fields;
 }
 
-/// Splits the line into `checked.Fields` and has them checked by `check`, which returns the first error's
-/// message. False when the line was rejected, which is then in the log.
+/// Splits the line into `checked.Fields` and calls `check`, which returns the first error's message or an
+/// empty text. False if the line was rejected; it has then been logged.
 template <class CheckedLine, class Check>
 bool AcceptOrLog(const ImportedLine& line, ImportOutput& output, CheckedLine& checked, const Check& check) {
     const auto fields = SplitFields<std::tuple_size_v<decltype(checked.Fields)>>(line.Text);

@@ -8,6 +8,7 @@
 namespace mact {
 namespace {
 
+/// A "|" within a text is not escaped: an import then finds too many fields.
 void AppendLine(std::string& content, const MaterialRecord& material) {
     const auto addText = [&](std::string_view text) {
         content += Trim(text);
@@ -27,15 +28,15 @@ void AppendLine(std::string& content, const MaterialRecord& material) {
         addNumber(material.*PollutantContents[index]);
         addNumber(material.*PollutantFactors[index]);
     }
-    content += NumberText(material.Filler);
+    content += NumberText(material.Filler); // an import of this line checks it and drops it
     content += "\r\n";
 }
 
-/// Deleted materials too, on purpose: line n is record n. Returns the number of materials.
+/// Includes deleted materials, on purpose: line n is record n. Returns the number of materials.
 Result<int> Export(AppContext& app, const std::filesystem::path& target) {
     const Done checked = CheckExportTarget(app, target, {});
     if (!checked) return checked.error();
-    std::string content;
+    std::string content; // complete before anything is written
     int count = 0;
     const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
         AppendLine(content, material);

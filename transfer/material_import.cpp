@@ -18,7 +18,7 @@ namespace {
 constexpr std::size_t FieldCount = 19;
 constexpr std::size_t CustomIdLength = 100; // as stored
 
-/// False when one of the texts is not a number.
+/// False if one of the texts is not a number.
 bool ParseAll(const std::string_view* texts, std::array<double, 12>& numbers) {
     for (double& number : numbers) {
         const std::optional<double> parsed = ParseNumber(*texts++);
@@ -36,7 +36,8 @@ struct MaterialImport::CheckedLine {
     double HapContent = 0;
     std::array<double, 12> PollutantNumbers{}; ///< content and factor in turn
 
-    /// The fields of a record that a line has, without the filler on purpose; its texts keep their memory.
+    /// Sets what a line has a field for, without the filler on purpose. Emission factor, comments, filler and
+    /// Active keep their defaults, even in a record that is reused: nothing sets them.
     void Fill(MaterialRecord& material, std::int16_t materialId) const {
         material.MaterialId = materialId;
         material.CustomId = Fields[0];
@@ -59,11 +60,13 @@ Done MaterialImport::Prepare(const DataFiles& data, RecordFile& materials) {
         m_typesAndMethods.Add(row.MaterialType, row.ApplicationMethod);
     m_customIds.reserve(MostSlots);
     return ForEachRecord(materials, MaterialLayout, [&](const MaterialRecord& material) {
+        // The Material ID of a deleted material may be used again.
         if (material.Active) m_customIds.insert(ComparisonKey(material.CustomId));
     });
 }
 
 std::string_view MaterialImport::Check(CheckedLine& checked) {
+    // In this order: the log names only the first error of a line. An empty Material ID is like any other.
     const auto& fields = checked.Fields;
     if (m_customIds.contains(ComparisonKey(fields[0]))) return TransferTexts::MaterialExists;
     if (Trim(fields[1]).empty()) return TransferTexts::DescriptionEmpty;
@@ -73,7 +76,7 @@ std::string_view MaterialImport::Check(CheckedLine& checked) {
     const std::optional<double> hapContent = ParseNumber(fields[5]);
     if (!hapContent) return TransferTexts::HapContentNotNumeric;
     if (!ParseAll(&fields[6], checked.PollutantNumbers)) return TransferTexts::PollutantNotNumeric;
-    if (!IsNumeric(fields[18])) return TransferTexts::FillerNotNumeric;
+    if (!IsNumeric(fields[18])) return TransferTexts::FillerNotNumeric; // checked, but not stored
     checked.Density = *density;
     checked.HapContent = *hapContent;
     return {};
@@ -83,10 +86,10 @@ Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, Import
     CheckedLine checked;
     if (!AcceptOrLog(line, output, checked, [this](CheckedLine& split) { return Check(split); })) return true;
     const Result<std::int16_t> number = output.NextNumber();
-    if (!number) return number.error();
+    if (!number) return number.error(); // the file is full: the import ends, without counting this line
     checked.Fill(m_record, *number);
     output.AppendRecord(MaterialLayout, m_record);
-    // As the record will read back: an identifier that was cut does not equal the line's own.
+    // Cut as in the file: a second line with the same Material ID of over 100 characters is accepted.
     m_customIds.insert(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength)));
     return false;
 }

@@ -11,13 +11,13 @@
 
 namespace mact {
 
-/// Judges the lines of a material import and stores the good ones.
+/// Checks the lines of a material import and stores the good ones.
 class MaterialImport {
 public:
-    /// Reads what the lines are compared with: the material-type table and the materials that exist.
+    /// Reads what the lines are checked against: the material-type table and the existing materials.
     Done Prepare(const DataFiles& data, RecordFile& materials);
 
-    /// True when the line was rejected, false when it was stored.
+    /// True if the line was rejected, false if it was stored.
     Result<bool> ImportMaterialLine(const ImportedLine& line, ImportOutput& output);
 
 private:
@@ -26,7 +26,7 @@ private:
     std::string_view Check(CheckedLine& checked);
 
     TypeMethodPairs m_typesAndMethods;
-    std::unordered_set<std::string> m_customIds; ///< of the live materials, as they are compared
-    MaterialRecord m_record;                     ///< the one that is stored; its texts keep their memory
+    std::unordered_set<std::string> m_customIds; ///< of the live materials, as ComparisonKey
+    MaterialRecord m_record;                     ///< reused for every line: its texts keep their memory
 };
 } // namespace mact

@@ -24,7 +24,7 @@ std::string Summary(std::string_view successLabel, int processedCount, std::opti
 
 std::filesystem::path TypedPath(std::string_view utf8Text) {
     const std::filesystem::path asItStands = PathFromUtf8(utf8Text);
-    return IsFileAt(asItStands) ? asItStands : PathFromUtf8(Trim(utf8Text));
+    return IsFileAt(asItStands) ? asItStands : PathFromUtf8(Trim(utf8Text)); // a name may end in a blank
 }
 
 std::string ImportSummary(int processedCount, int errorCount) {

@@ -8,10 +8,11 @@
 namespace mact {
 namespace {
 
-/// Whatever the two are called; links are followed. The files need not exist.
+/// Whatever the paths look like; links are followed. The files need not exist.
 bool IsSameFile(const std::filesystem::path& left, const std::filesystem::path& right) {
     std::error_code error;
     if (std::filesystem::equivalent(left, right, error)) return true;
+    // `equivalent` fails if a file does not exist; then the names decide.
     const std::filesystem::path resolved = std::filesystem::weakly_canonical(left, error);
     return !error && resolved == std::filesystem::weakly_canonical(right, error) && !error;
 }
@@ -25,7 +26,7 @@ bool IsDataFile(const AppContext& app, const std::filesystem::path& path) {
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
     if (!error && HasDataFileName(resolved) && IsSameFile(resolved.parent_path(), folder)) return true;
-    // Another name for one of them: a link, or the short name that Windows gives.
+    // Or another name for one of them: a link, or a short name on Windows.
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error))
         if (HasDataFileName(entry->path()) && IsSameFile(entry->path(), path)) return true;
@@ -46,7 +47,7 @@ Done CheckImportSource(const std::filesystem::path& source, const std::filesyste
         return Failure{"import the file", source, "it is the data file that the import writes to"};
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(source, error);
-    // Opening it reports a file that does not exist, or a folder.
+    // A missing file and a folder are left to Open, which reports them.
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status) &&
         !std::filesystem::is_directory(status))
         return Failure{"import the file", source, "it is a pipe or a device"};
@@ -59,7 +60,7 @@ Done CheckExportTarget(const AppContext& app, const std::filesystem::path& targe
         return Failure{"export to the file", target, "it is a data file of the program"};
     if (!log.empty() && IsSameFile(target, log))
         return Failure{"export to the file", target, "it is the error log that the export writes"};
-    // Devices are written as they stand, but a pipe has no places to write at.
+    // A device can be written to directly, but a pipe has no offsets to write at.
     std::error_code ignored;
     const std::filesystem::file_status status = std::filesystem::status(target, ignored);
     if (std::filesystem::is_fifo(status) || std::filesystem::is_socket(status))

@@ -10,7 +10,7 @@ constexpr std::string_view LineEnd = "\r\n";
 Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::path& path) {
     Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Update);
     if (!file) return file.error();
-    // Not before it is ours: another running copy may be writing the log of its own run.
+    // Emptied only under the lock: another running copy may be writing its own log there.
     Done emptied = (*file)->Lock();
     if (emptied) emptied = (*file)->CutTo(0);
     if (!emptied) return emptied.error();
@@ -24,7 +24,7 @@ void TransferLog::AddLine(std::string_view text, std::string_view more) {
 }
 
 Done TransferLog::Write() {
-    const Done written = m_file->WriteAt(m_length, m_pending);
+    const Done written = m_file->WriteAt(m_length, m_pending); // a retry overwrites the first try
     if (!written) {
         CutToWholeLines();
         return written;
@@ -37,10 +37,11 @@ Done TransferLog::Write() {
 void TransferLog::CutToWholeLines() {
     const Result<std::uint64_t> length = m_file->Length();
     if (!length) return;
+    // How many of the pending bytes arrived, going by the file's length.
     const std::uint64_t reached = std::clamp(*length, m_length, m_length + m_pending.size()) - m_length;
     const std::size_t lineEnd =
         std::string_view(m_pending).substr(0, static_cast<std::size_t>(reached)).rfind(LineEnd);
     const std::size_t whole = lineEnd == std::string_view::npos ? 0 : lineEnd + LineEnd.size();
-    static_cast<void>(m_file->CutTo(m_length + whole)); // the failure to tell is that of the write
+    static_cast<void>(m_file->CutTo(m_length + whole)); // the write's failure is the one to report
 }
 } // namespace mact

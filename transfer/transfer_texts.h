@@ -4,10 +4,10 @@
 
 namespace mact {
 
-/// Words of the error logs and summaries. "sic" marks a spelling that is odd on purpose.
+/// The texts of the error logs and summaries. "sic" marks a spelling that is odd on purpose.
 namespace TransferTexts {
 
-// Behind a line that cannot be split.
+// Appended to a line with the wrong number of fields.
 inline constexpr std::string_view InvalidFieldCount = "    ***** Invalid number of delimited fields ******";
 
 // Around any other rejected line.
@@ -40,7 +40,7 @@ inline constexpr std::string_view QuantityNotNumeric =
     "ERROR : Invalid Quantity. Quantity should be a proper numeric value.";
 inline constexpr std::string_view UnitInvalid = "ERROR : Invalid unit. Unit can only be lbs or mgl."; // sic
 
-// Behind a usage record in the export's log.
+// Appended to a usage record in the export's log.
 inline constexpr std::string_view MaterialNotFound = "    ********* Material with this id not found ********";
 
 inline constexpr std::string_view TotalProcessed = "Total Records Processed : ";

@@ -25,7 +25,7 @@ std::string LineAfterMaterial(const UsageRecord& usage) {
     line += period.Year;
     line += '|';
     line += NumberText(usage.Quantity);
-    line += usage.Unit == UnitMgal ? "|Mgal" : "|lbs";
+    line += usage.Unit == UnitMgal ? "|Mgal" : "|lbs"; // an unknown unit too, which reports take for Mgal
     return line;
 }
 
@@ -34,7 +34,7 @@ void AddUsage(UsageExport& output, TransferLog& log, const MaterialIds& material
     const std::optional<std::string>& material = materials[usage.MaterialId];
     if (!material) {
         ++output.Errors;
-        log.AddLine(WholeNumberText(usage.MaterialId) + LineAfterMaterial(usage),
+        log.AddLine(WholeNumberText(usage.MaterialId) + LineAfterMaterial(usage), // no Material ID to name
                     TransferTexts::MaterialNotFound);
         return;
     }
@@ -50,7 +50,7 @@ Done WriteLog(TransferLog& log) {
 
 Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target) {
     const std::filesystem::path logFile = UsageExportErrorLog(app);
-    const Done checked = CheckExportTarget(app, target, logFile);
+    const Done checked = CheckExportTarget(app, target, logFile); // before Open empties the log
     if (!checked) return checked.error();
     Result<TransferLog> log = TransferLog::Open(app.Files, logFile);
     if (!log) return log.error();
@@ -61,9 +61,10 @@ Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target)
     if (!materials) {
         done = materials.error();
     } else {
-        // Deleted records too, on purpose.
+        // Including deleted records, on purpose.
         done = VisitUsage(app, [&](const UsageRecord& usage) { AddUsage(output, *log, *materials, usage); });
     }
+    // The log first, and even after a failure: a target is replaced only once its log is complete.
     const Done logged = WriteLog(*log);
     if (done) done = logged;
     if (done) done = ReplaceFile(app.Files, target, output.Content);

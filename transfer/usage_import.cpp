@@ -15,8 +15,8 @@ namespace {
 constexpr std::size_t FieldCount = 5;
 constexpr std::size_t PeriodLength = 7; // as stored
 
-/// What a usage is compared by: its period and its Material ID. Short enough for a text without memory of its
-/// own.
+/// What usage is compared by: its period, ignoring case (1e0 is a month), and its Material ID, whose number
+/// fits in two bytes. Usually short enough for std::string to hold without allocating.
 std::string UsageKey(std::uint32_t customIdNumber, std::string_view period) {
     std::string key = UpperCase(period);
     key += static_cast<char>(customIdNumber & 0xFF);
@@ -26,7 +26,7 @@ std::string UsageKey(std::uint32_t customIdNumber, std::string_view period) {
 
 bool IsMonth(std::string_view text) {
     const std::optional<double> month = ParseNumber(text);
-    return month && *month >= 1 && *month <= 12;
+    return month && *month >= 1 && *month <= 12; // 1.5 and 1e0 too
 }
 
 /// 0 = none. "Mgal", which the export writes, is rejected on purpose.
@@ -48,7 +48,7 @@ Done UsageImport::Prepare(const DataFiles& data, RecordFile& usage) {
         const std::uint32_t number = m_customIds.Add(ComparisonKey(material.CustomId));
         if (number == m_materialIds.size()) m_materialIds.push_back(material.MaterialId);
         std::optional<std::uint32_t>& known = m_customIdNumbers[material.MaterialId];
-        if (!known) known = number; // of several materials with one number the first counts
+        if (!known) known = number; // if several materials have one number, the first counts
     };
     const Done read = VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, add);
     if (!read) return read;
@@ -58,20 +58,22 @@ Done UsageImport::Prepare(const DataFiles& data, RecordFile& usage) {
 }
 
 void UsageImport::AddUsage(std::int16_t materialId, std::string_view storedPeriod) {
+    // Under the Material ID, which two live materials may share. A deleted material's usage blocks no line.
     const std::optional<std::uint32_t> number = m_customIdNumbers[materialId];
     if (number) m_usage.Add(UsageKey(*number, Trim(storedPeriod)));
 }
 
 std::string_view UsageImport::Check(CheckedLine& checked) {
+    // In this order: the log names only the first error of a line.
     const auto& [materialText, month, year, quantity, unit] = checked.Fields;
     const std::optional<std::uint32_t> customId = m_customIds.Find(ComparisonKey(materialText));
     if (!customId) return TransferTexts::MaterialUnknown;
     if (!IsMonth(month)) return TransferTexts::MonthInvalid;
-    if (!IsNumeric(year)) return TransferTexts::YearInvalid;
+    if (!IsNumeric(year)) return TransferTexts::YearInvalid; // any number passes, even -5
     std::string period(month);
     period += '/';
     period += year;
-    // The period as written, on purpose: one that is cut or trimmed when it is stored is never found again.
+    // The period as written, on purpose: one that is cut or trimmed when stored is never found again.
     if (m_usage.Contains(UsageKey(*customId, period))) return TransferTexts::UsageExists;
     const std::optional<double> number = ParseNumber(quantity);
     if (!number) return TransferTexts::QuantityNotNumeric;

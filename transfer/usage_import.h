@@ -13,13 +13,13 @@
 
 namespace mact {
 
-/// Judges the lines of a usage import and stores the good ones.
+/// Checks the lines of a usage import and stores the good ones.
 class UsageImport {
 public:
-    /// Reads what the lines are compared with: the live materials and the usage that exists.
+    /// Reads what the lines are checked against: the live materials and the live usage.
     Done Prepare(const DataFiles& data, RecordFile& usage);
 
-    /// True when the line was rejected, false when it was stored.
+    /// True if the line was rejected, false if it was stored.
     Result<bool> ImportUsageLine(const ImportedLine& line, ImportOutput& output);
 
 private:
@@ -28,10 +28,10 @@ private:
     std::string_view Check(CheckedLine& checked);
     void AddUsage(std::int16_t materialId, std::string_view storedPeriod);
 
-    TextNumbers m_customIds{MostSlots}; ///< the Material IDs of the live materials, as they are compared
+    TextNumbers m_customIds{MostSlots}; ///< Material IDs of the live materials, as ComparisonKey
     std::vector<std::int16_t>
-        m_materialIds; ///< by number of Material ID: the first in file order that has it
-    ByNumber<std::optional<std::uint32_t>> m_customIdNumbers; ///< of each live material
-    TextNumbers m_usage{MostSlots};                           ///< the months that have a record, as UsageKey
+        m_materialIds; ///< by a Material ID's number: the first material in the file that has it
+    ByNumber<std::optional<std::uint32_t>> m_customIdNumbers; ///< by MaterialId; live materials only
+    TextNumbers m_usage{MostSlots};                           ///< the live usage, as UsageKey
 };
 } // namespace mact

@@ -43,28 +43,6 @@ ExitStatus TransferStatus(int errorCount) {
     return errorCount == 0 ? StatusDone : StatusRejected;
 }
 
-using Import = std::int16_t (*)(AppContext&, const std::filesystem::path&, int&, int&,
-                                const TransferWatcher&);
-using Export = std::int16_t (*)(AppContext&, const std::filesystem::path&, int&, std::optional<int>&);
-
-ExitStatus RunImport(AppContext& app, const std::filesystem::path& file, Import import) {
-    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
-    int processedCount = 0;
-    int errorCount = 0;
-    import(app, file, processedCount, errorCount, {});
-    PrintLines(ImportSummary(processedCount, errorCount));
-    return TransferStatus(errorCount);
-}
-
-ExitStatus RunExport(AppContext& app, const std::filesystem::path& file, Export exportTo) {
-    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
-    int processedCount = 0;
-    std::optional<int> errorCount;
-    exportTo(app, file, processedCount, errorCount);
-    PrintLines(ExportSummary(processedCount, errorCount));
-    return TransferStatus(errorCount.value_or(0));
-}
-
 struct Report {
     const char* Kind;
     const char* FileName;
@@ -150,17 +128,24 @@ ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& na
     return saved ? StatusDone : Fail(app, saved.error());
 }
 
-ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file) {
-    return RunImport(app, file, ImportMaterialFile);
+ExitStatus ImportFile(AppContext& app, TransferModule module, const std::filesystem::path& file) {
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    int processedCount = 0;
+    int errorCount = 0;
+    const auto import = module == TransferModule::Materials ? ImportMaterialFile : ImportUsageFile;
+    import(app, file, processedCount, errorCount, {});
+    PrintLines(ImportSummary(processedCount, errorCount));
+    return TransferStatus(errorCount);
 }
-ExitStatus ImportUsage(AppContext& app, const std::filesystem::path& file) {
-    return RunImport(app, file, ImportUsageFile);
-}
-ExitStatus ExportMaterials(AppContext& app, const std::filesystem::path& file) {
-    return RunExport(app, file, ExportMaterialFile);
-}
-ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file) {
-    return RunExport(app, file, ExportUsageFile);
+
+ExitStatus ExportFile(AppContext& app, TransferModule module, const std::filesystem::path& file) {
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    int processedCount = 0;
+    std::optional<int> errorCount;
+    const auto exportTo = module == TransferModule::Materials ? ExportMaterialFile : ExportUsageFile;
+    exportTo(app, file, processedCount, errorCount);
+    PrintLines(ExportSummary(processedCount, errorCount));
+    return TransferStatus(errorCount.value_or(0));
 }
 
 ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending) {

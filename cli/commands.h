@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "transfer/transfer.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -32,10 +33,8 @@ ExitStatus ShowPollutantNames(AppContext& app);
 /// `names` must be six, in UTF-8.
 ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& names);
 
-ExitStatus ImportMaterials(AppContext& app, const std::filesystem::path& file);
-ExitStatus ImportUsage(AppContext& app, const std::filesystem::path& file);
-ExitStatus ExportMaterials(AppContext& app, const std::filesystem::path& file);
-ExitStatus ExportUsage(AppContext& app, const std::filesystem::path& file);
+ExitStatus ImportFile(AppContext& app, TransferModule module, const std::filesystem::path& file);
+ExitStatus ExportFile(AppContext& app, TransferModule module, const std::filesystem::path& file);
 
 /// `kind` must be one of ReportKinds(). Without `ending` (M/YYYY) the compliant report has all materials.
 ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending);

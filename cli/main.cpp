@@ -82,12 +82,14 @@ void AddNamesCommand(CLI::App& parser, CommandLine& asked) {
         ->expected(six);
 }
 
+using Transfer = ExitStatus (*)(AppContext&, TransferModule, const std::filesystem::path&);
+
 void AddTransferCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
-                        const std::string& description,
-                        ExitStatus (*transfer)(AppContext&, const std::filesystem::path&)) {
-    CLI::App& added = AddCommand(parser, asked, name, description, [&asked, transfer](AppContext& app) {
-        return transfer(app, PathFromUtf8(asked.File));
-    });
+                        const std::string& description, Transfer transfer, TransferModule module) {
+    CLI::App& added =
+        AddCommand(parser, asked, name, description, [&asked, transfer, module](AppContext& app) {
+            return transfer(app, module, PathFromUtf8(asked.File));
+        });
     added.add_option("FILE", asked.File, "The text file")->required();
 }
 
@@ -137,10 +139,14 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
         ->type_name("ID");
     AddCompanyCommands(parser, asked);
     AddNamesCommand(parser, asked);
-    AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportMaterials);
-    AddTransferCommand(parser, asked, "import-usage", "Import monthly usage", ImportUsage);
-    AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportMaterials);
-    AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportUsage);
+    AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportFile,
+                       TransferModule::Materials);
+    AddTransferCommand(parser, asked, "import-usage", "Import monthly usage", ImportFile,
+                       TransferModule::Usage);
+    AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportFile,
+                       TransferModule::Materials);
+    AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportFile,
+                       TransferModule::Usage);
     AddReportCommand(parser, asked);
     AddCheckCommand(parser, asked);
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",

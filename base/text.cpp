@@ -112,13 +112,7 @@ std::string_view Trim(std::string_view text) {
 }
 
 std::string_view TrimEnd(std::string_view text) {
-    // Most of a data file is padding, so eight spaces are dropped at a time.
-    constexpr std::string_view spaces = "        ";
-    while (text.ends_with(spaces))
-        text.remove_suffix(spaces.size());
-    while (text.ends_with(' '))
-        text.remove_suffix(1);
-    return text;
+    return text.substr(0, text.find_last_not_of(' ') + 1); // nothing found is the largest number: + 1 is 0
 }
 
 std::string UpperCase(std::string_view codePageText) {

@@ -216,7 +216,7 @@ int main(int argc, char* argv[]) try {
     const std::optional<ExitStatus> ended = ReadCommandLine(QCoreApplication::arguments(), asked);
     return ended ? *ended : Run(asked);
 } catch (const std::exception& error) {
-    // Nothing throws on purpose, so memory has run out.
+    // None of our own code throws, so memory has run out.
     std::fputs("mact-cli: ", stderr);
     std::fputs(error.what(), stderr);
     std::fputs("\n", stderr);

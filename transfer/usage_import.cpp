@@ -46,7 +46,7 @@ struct UsageImport::CheckedLine {
 Done UsageImport::Prepare(const DataFiles& data, RecordFile& usage) {
     const auto add = [&](const MaterialRecord& material) {
         const std::uint32_t number = m_customIds.Add(ComparisonKey(material.CustomId));
-        if (number == m_materialIds.size()) m_materialIds.push_back(material.MaterialId);
+        if (number == m_materialNumbers.size()) m_materialNumbers.push_back(material.MaterialId);
         std::optional<std::uint32_t>& known = m_customIdNumbers[material.MaterialId];
         if (!known) known = number; // if several materials have one number, the first counts
     };
@@ -79,7 +79,7 @@ std::string_view UsageImport::Check(CheckedLine& checked) {
     if (!number) return TransferTexts::QuantityNotNumeric;
     const std::int16_t unitCode = UnitOf(unit);
     if (unitCode == 0) return TransferTexts::UnitInvalid;
-    checked.Usage = {.MaterialId = m_materialIds[*customId],
+    checked.Usage = {.MaterialId = m_materialNumbers[*customId],
                      .Period = std::move(period),
                      .Quantity = *number,
                      .Unit = unitCode};

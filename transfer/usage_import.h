@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/by_number.h"
-#include "base/text_numbers.h"
 #include "store/data_folder.h"
 #include "store/record_file.h"
 #include "transfer/import_output.h"
+#include "transfer/text_numbers.h"
 
 #include <cstdint>
 #include <optional>
@@ -30,7 +30,7 @@ private:
 
     TextNumbers m_customIds{MostSlots}; ///< Material IDs of the live materials, as ComparisonKey
     std::vector<std::int16_t>
-        m_materialIds; ///< by a Material ID's number: the first material in the file that has it
+        m_materialNumbers; ///< by a Material ID's number: the first material in the file that has it
     ByNumber<std::optional<std::uint32_t>> m_customIdNumbers; ///< by MaterialId; live materials only
     TextNumbers m_usage{MostSlots};                           ///< the live usage, as UsageKey
 };

@@ -117,6 +117,22 @@ TEST(EmitMethodTest, FillerDoesNotReduceThePointValueOfAFilledResin) {
     EXPECT_EQ(method->Emission, 30);
 }
 
+TEST(EmitMethodTest, AMaterialsOwnEmissionFactorDoesNotReplaceItsPointValue) {
+    TestProgram program;
+    WriteContent(program.DataFile("1_materials.talvor"),
+                 Pack(MaterialLayout, {.MaterialId = 1,
+                                       .MaterialType = Linear.MaterialType,
+                                       .ApplicationMethod = Linear.ApplicationMethod,
+                                       .HapContent = 30,
+                                       .EmissionFactor = 7}));
+    const Result<MaterialsByMethod> materials = ReadMaterialsByMethod(program.App);
+    ASSERT_TRUE(materials);
+    const Result<EmissionMethod> method = EmitMethod(Linear, materials->Of(Linear), PeriodUsage({Use(1, 1)}));
+    ASSERT_TRUE(method);
+    ASSERT_EQ(method->Rows.size(), 1U);
+    EXPECT_EQ(method->Rows[0].PointValue, 30);
+}
+
 TEST(EmissionAveragePageTest, MaterialIdIsFilledWithBlanksToItsFieldAndKeepsThoseInFront) {
     const std::string longest(100, 'X');
     Result<EmissionMethod> method =

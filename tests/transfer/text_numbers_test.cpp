@@ -1,4 +1,4 @@
-#include "base/text_numbers.h"
+#include "transfer/text_numbers.h"
 
 #include <gtest/gtest.h>
 

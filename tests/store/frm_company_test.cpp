@@ -133,6 +133,16 @@ private slots:
         QCOMPARE(program.App.CurrentCompanyName, std::string("Acme Boats"));
     }
 
+    void A_selection_that_cannot_be_remembered_is_shown_once_and_holds_for_now() {
+        CompanyProgram program;
+        program.Settings.FailsWith = Failure{.Reason = "Cannot write the settings"};
+        frmCompany window(program.App, nullptr);
+        Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+        Named<QPushButton>(window, "cmd_Switch").click();
+        QCOMPARE(program.ShownTexts(), std::vector<std::string>{"Cannot write the settings."});
+        QCOMPARE(program.App.CurrentCompanyId, std::int16_t(2));
+    }
+
     void Select_makes_the_company_current_and_closes_the_window() {
         CompanyProgram program;
         InNextModal<frmCompany>([](frmCompany& window) {

@@ -81,6 +81,15 @@ TEST(RecordLayoutTest, ATextLosesTheSpacesAtItsEndAlone) {
     EXPECT_EQ(record.Name, std::string("A\0\0\0", 4));
 }
 
+TEST(RecordLayoutTest, FieldsThatAreNotAskedForStayAsTheyAre) {
+    CompanyRecord company{.CompanyId = 3, .CompanyName = "before", .CompanyLocation = "before"};
+    UnpackOnly<&CompanyRecord::CompanyLocation, &CompanyRecord::CompanyId>(CompanyLayout, CompanyBytes,
+                                                                           company);
+    EXPECT_EQ(company.CompanyId, 258);
+    EXPECT_EQ(company.CompanyName, "before");
+    EXPECT_EQ(company.CompanyLocation, "\xC5lesund, pier 3");
+}
+
 TEST(RecordLayoutTest, AStoredFlagIsTheNumberInTheSlot) {
     EXPECT_EQ(StoredFlag(SmallLayout, "ABCD" + Hex("FF FF 00 00")), -1);
     EXPECT_EQ(StoredFlag(SmallLayout, "ABCD" + Hex("07 00 00 00")), 7);

@@ -404,6 +404,21 @@ private slots:
         QCOMPARE(program.Prompts.Shown.back().Kind, PromptKind::Failure);
     }
 
+    void Usage_that_cannot_be_read_is_said_once_and_nothing_is_saved() {
+        UsageProgram program;
+        InNextModal<frmUsage>([&](frmUsage& window) {
+            SelectData(window, "cbo_MaterialId", 2);
+            Quantity(window).setText(QStringLiteral("7"));
+            std::filesystem::remove(program.DataFile("1_usage.talvor"));
+            std::filesystem::create_directory(program.DataFile("1_usage.talvor"));
+            Press(window, "cmd_Save");
+            QVERIFY(window.isVisible());
+        });
+        QCOMPARE(NewUsage(program.App, nullptr), -1);
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t{1});
+        QCOMPARE(program.Prompts.Shown.front().Kind, PromptKind::Failure);
+    }
+
     void A_save_that_fails_keeps_the_window_and_what_was_typed() {
         UsageProgram program;
         LimitedFiles files;

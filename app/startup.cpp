@@ -4,14 +4,15 @@
 #include "store/data_folder.h"
 #include "store/material_types.h"
 
-#include <system_error>
-
 namespace mact {
 
 Done StartUp(AppContext& app) {
-    std::error_code ignored;
-    if (!std::filesystem::exists(HapContentsFile(app), ignored)) { // an existing one stays, even an empty one
-        if (!std::filesystem::exists(DataFolder(app), ignored)) {
+    const Result<bool> hasTable = IsAnythingAt(HapContentsFile(app));
+    if (!hasTable) return hasTable.error();
+    if (!*hasTable) { // an existing one stays, even an empty one
+        const Result<bool> hasFolder = IsAnythingAt(DataFolder(app));
+        if (!hasFolder) return hasFolder.error();
+        if (!*hasFolder) {
             const Done created = app.Files.CreateFolder(DataFolder(app));
             // Another copy that is starting at the same time may have been first.
             if (!created && !IsFolderAt(DataFolder(app))) return created;

@@ -58,19 +58,24 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     }
 
     const std::filesystem::path temporary = TemporaryFor(target);
-    const Result<std::unique_ptr<OpenedFile>> file = files.Open(temporary, OpenMode::Update);
+    const Result<bool> wasThere = files.HasOwn(temporary);
+    if (!wasThere) return CannotWrite(target, wasThere.error());
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(temporary, OpenMode::Own);
     if (!file) return CannotWrite(target, file.error());
+    // Before there is anything to read, since the file may be private.
+    if (std::filesystem::exists(status))
+        std::filesystem::permissions(temporary, status.permissions(), ignored);
     // Emptied only once it is locked: another running copy may be about to rename it into place.
     const Done locked = (*file)->Lock();
-    if (!locked) return CannotWrite(target, locked.error());
+    if (!locked) {
+        if (!*wasThere) static_cast<void>(files.Remove(temporary)); // one that was there may be that copy's
+        return CannotWrite(target, locked.error());
+    }
     Done replaced = (*file)->CutTo(0);
     // WriteAll flushes: after a crash, a file renamed before that could be empty.
     if (replaced) replaced = WriteAll(**file, content);
     if (!replaced) replaced = CannotWrite(target, replaced.error());
-    // Permissions first, so that the file never appears with others. The lock outlasts the rename.
-    if (replaced && std::filesystem::exists(status))
-        std::filesystem::permissions(temporary, status.permissions(), ignored);
-    if (replaced) replaced = files.Rename(temporary, target);
+    if (replaced) replaced = files.Rename(temporary, target); // the lock outlasts it
     if (!replaced) static_cast<void>(files.Remove(temporary)); // the first failure is the one to report
     return replaced;
 }
@@ -100,5 +105,12 @@ bool IsFileAt(const std::filesystem::path& path) {
 bool IsFolderAt(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(path, ignored);
+}
+
+Result<bool> IsAnythingAt(const std::filesystem::path& path) {
+    std::error_code error;
+    const bool isThere = std::filesystem::exists(path, error);
+    if (error) return Failure{"look for the file", path, error.message()};
+    return isThere;
 }
 } // namespace mact

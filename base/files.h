@@ -27,6 +27,10 @@ public:
     /// Keeps out other writers that lock the file, waiting at most two seconds for one of them to finish.
     /// If that one has renamed or removed the file, its path is opened again.
     virtual Done Lock() = 0;
+    /// When the content last changed, in units of the system's: good only for being compared.
+    virtual Result<std::int64_t> TimeOfChange() = 0;
+    /// Makes TimeOfChange later than `earlier`, since two changes in quick succession can leave it the same.
+    virtual Done MakeLaterThan(std::int64_t earlier) = 0;
 };
 
 enum class OpenMode {
@@ -34,6 +38,8 @@ enum class OpenMode {
     ReadOrCreate, ///< for reading; a missing file is created empty
     Update,       ///< for reading and writing; a missing file is created empty
     Replace,      ///< for writing; created empty, or emptied
+    Own,          ///< as Update, for a name that only the program uses: whatever else has that name, a link
+                  ///< above all, is removed and not followed
 };
 
 /// What the program needs of the operating system's files.
@@ -44,6 +50,9 @@ public:
     /// Replaces `to` if it exists.
     virtual Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
     virtual Done Remove(const std::filesystem::path& path) = 0;
+    /// Whether a file stands at a name that only the program uses; a link does not count. A Failure if the
+    /// system cannot tell.
+    virtual Result<bool> HasOwn(const std::filesystem::path& path) = 0;
     virtual Done CreateFolder(const std::filesystem::path& path) = 0;
 };
 
@@ -66,4 +75,7 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
 /// Whether the path leads to a file (anything but a folder), or to a folder. Links are followed.
 bool IsFileAt(const std::filesystem::path& path);
 bool IsFolderAt(const std::filesystem::path& path);
+/// Whether the path leads to anything. A Failure if the system cannot tell, as after an input/output error:
+/// what cannot be seen may well be there, so nothing must be created in its place.
+Result<bool> IsAnythingAt(const std::filesystem::path& path);
 } // namespace mact

@@ -10,6 +10,7 @@ public:
     Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override;
     Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
     Done Remove(const std::filesystem::path& path) override;
+    Result<bool> HasOwn(const std::filesystem::path& path) override;
     Done CreateFolder(const std::filesystem::path& path) override;
 };
 } // namespace mact

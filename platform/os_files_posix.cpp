@@ -28,6 +28,7 @@ template <class Call> auto Retry(const Call& call) {
 }
 
 constexpr mode_t Permissions = 0666; // less the user's umask
+constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
 
 class PosixFile : public OpenedFile {
 public:
@@ -40,9 +41,30 @@ public:
 
     Result<std::uint64_t> Length() override {
         struct stat status {};
-        if (::fstat(m_descriptor, &status) != 0)
+        if (Retry([&] { return ::fstat(m_descriptor, &status); }) != 0)
             return DescribeError("read the length of the file", m_path, errno);
         return static_cast<std::uint64_t>(status.st_size);
+    }
+
+    Result<std::int64_t> TimeOfChange() override {
+        struct stat status {};
+        if (Retry([&] { return ::fstat(m_descriptor, &status); }) != 0)
+            return DescribeError("read the time of the file", m_path, errno);
+        return std::int64_t{status.st_mtim.tv_sec} * NanosecondsPerSecond + status.st_mtim.tv_nsec;
+    }
+
+    Done MakeLaterThan(std::int64_t earlier) override {
+        const Result<std::int64_t> present = TimeOfChange();
+        if (!present) return present.error();
+        if (*present > earlier) return Success();
+        const std::int64_t later = earlier + 1000; // as fine as any file system's
+        const struct timespec times[] = {
+            {0,                            UTIME_OMIT                  },
+            {later / NanosecondsPerSecond, later % NanosecondsPerSecond},
+        };
+        if (Retry([&] { return ::futimens(m_descriptor, times); }) != 0)
+            return DescribeError("set the time of the file", m_path, errno);
+        return Success();
     }
 
     Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
@@ -110,8 +132,9 @@ private:
     bool IsAtItsPath() const {
         struct stat mine {};
         struct stat there {};
-        return ::fstat(m_descriptor, &mine) == 0 && ::stat(m_path.c_str(), &there) == 0 &&
-               mine.st_dev == there.st_dev && mine.st_ino == there.st_ino;
+        return Retry([&] { return ::fstat(m_descriptor, &mine); }) == 0 &&
+               Retry([&] { return ::stat(m_path.c_str(), &there); }) == 0 && mine.st_dev == there.st_dev &&
+               mine.st_ino == there.st_ino;
     }
 
     Done OpenAgain() {
@@ -139,6 +162,8 @@ int Flags(OpenMode mode) {
         return always | O_RDWR | O_CREAT;
     case OpenMode::Replace:
         return always | O_WRONLY | O_CREAT | O_TRUNC;
+    case OpenMode::Own:
+        return always | O_RDWR | O_CREAT | O_NOFOLLOW;
     }
     return always | O_RDONLY;
 }
@@ -149,20 +174,36 @@ void FlushFolderOf(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
     const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (descriptor < 0) return;
-    ::fsync(descriptor);
+    Retry([&] { return ::fsync(descriptor); });
     ::close(descriptor);
+}
+
+/// Removes what has the name of a file of our own and is none: a link, or a file with several names.
+Done RemoveForeign(const std::filesystem::path& path) {
+    struct stat status {};
+    const bool isThere = Retry([&] { return ::lstat(path.c_str(), &status); }) == 0;
+    const bool isOurs = S_ISREG(status.st_mode) && status.st_nlink == 1;
+    if (!isThere || isOurs || S_ISDIR(status.st_mode)) return Success(); // opening a folder fails by itself
+    if (Retry([&] { return ::unlink(path.c_str()); }) != 0 && errno != ENOENT)
+        return DescribeError("remove the file", path, errno);
+    return Success();
 }
 
 } // namespace
 
 Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
+    if (mode == OpenMode::Own) {
+        const Done removed = RemoveForeign(path);
+        if (!removed) return removed.error();
+    }
     struct stat status {};
-    const bool isNew = mode != OpenMode::Read && ::stat(path.c_str(), &status) != 0;
+    const bool isNew = mode != OpenMode::Read && Retry([&] { return ::stat(path.c_str(), &status); }) != 0;
     const int descriptor = Retry([&] { return ::open(path.c_str(), Flags(mode), Permissions); });
     if (descriptor < 0) return DescribeError("open the file", path, errno);
     // Without O_TRUNC, since opening again must not empty what another copy has put there.
     std::unique_ptr<OpenedFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
-    if (::fstat(descriptor, &status) != 0) return DescribeError("open the file", path, errno);
+    if (Retry([&] { return ::fstat(descriptor, &status); }) != 0)
+        return DescribeError("open the file", path, errno);
     // Opening a folder for reading succeeds.
     if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
     if (isNew) FlushFolderOf(path);
@@ -170,19 +211,30 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
 }
 
 Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
-    if (::rename(from.c_str(), to.c_str()) != 0) return DescribeError("replace the file", to, errno);
+    if (Retry([&] { return ::rename(from.c_str(), to.c_str()); }) != 0)
+        return DescribeError("replace the file", to, errno);
     FlushFolderOf(to);
     return Success();
 }
 
 Done OsFiles::Remove(const std::filesystem::path& path) {
-    if (::unlink(path.c_str()) != 0) return DescribeError("remove the file", path, errno);
+    if (Retry([&] { return ::unlink(path.c_str()); }) != 0)
+        return DescribeError("remove the file", path, errno);
     return Success();
+}
+
+Result<bool> OsFiles::HasOwn(const std::filesystem::path& path) {
+    struct stat status {};
+    if (Retry([&] { return ::lstat(path.c_str(), &status); }) == 0) return S_ISREG(status.st_mode);
+    if (errno == ENOENT || errno == ENOTDIR) return false;
+    return DescribeError("look for the file", path, errno);
 }
 
 Done OsFiles::CreateFolder(const std::filesystem::path& path) {
     constexpr mode_t permissions = 0777; // less the user's umask
-    if (::mkdir(path.c_str(), permissions) != 0) return DescribeError("create the folder", path, errno);
+    if (Retry([&] { return ::mkdir(path.c_str(), permissions); }) != 0)
+        return DescribeError("create the folder", path, errno);
+    FlushFolderOf(path);
     return Success();
 }
 } // namespace mact

@@ -62,6 +62,7 @@ OVERLAPPED At(std::uint64_t offset) {
 struct Opening {
     DWORD Access;
     DWORD Creation;
+    DWORD Flags = FILE_ATTRIBUTE_NORMAL;
 };
 
 Opening OpeningFor(OpenMode mode) {
@@ -74,6 +75,9 @@ Opening OpeningFor(OpenMode mode) {
         return {GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS};
     case OpenMode::Replace:
         return {GENERIC_WRITE, CREATE_ALWAYS};
+    case OpenMode::Own:
+        return {GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS,
+                FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT};
     }
     return {GENERIC_READ, OPEN_EXISTING};
 }
@@ -81,8 +85,8 @@ Opening OpeningFor(OpenMode mode) {
 /// Other running copies may read, write and replace the file at the same time; Lock keeps writers apart.
 HANDLE OpenHandle(const std::filesystem::path& path, const Opening& opening) {
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    return ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation,
-                         FILE_ATTRIBUTE_NORMAL, nullptr);
+    return ::CreateFileW(path.c_str(), opening.Access, sharing, nullptr, opening.Creation, opening.Flags,
+                         nullptr);
 }
 
 class WindowsFile : public OpenedFile {
@@ -99,6 +103,24 @@ public:
         if (!::GetFileSizeEx(m_handle, &length))
             return DescribeError("read the length of the file", m_path, ::GetLastError());
         return static_cast<std::uint64_t>(length.QuadPart);
+    }
+
+    Result<std::int64_t> TimeOfChange() override {
+        FILETIME time{};
+        if (!::GetFileTime(m_handle, nullptr, nullptr, &time))
+            return DescribeError("read the time of the file", m_path, ::GetLastError());
+        return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32U | time.dwLowDateTime);
+    }
+
+    Done MakeLaterThan(std::int64_t earlier) override {
+        const Result<std::int64_t> present = TimeOfChange();
+        if (!present) return present.error();
+        if (*present > earlier) return Success();
+        const auto later = static_cast<std::uint64_t>(earlier) + 10; // one microsecond
+        const FILETIME time{static_cast<DWORD>(later & 0xFFFF'FFFF), static_cast<DWORD>(later >> 32U)};
+        if (!::SetFileTime(m_handle, nullptr, nullptr, &time))
+            return DescribeError("set the time of the file", m_path, ::GetLastError());
+        return Success();
     }
 
     Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
@@ -211,9 +233,26 @@ private:
     bool m_isLocked = false;
 };
 
+/// Removes what has the name of a file of our own and is none: a link, or a file with several names.
+Done RemoveForeign(const std::filesystem::path& path) {
+    HANDLE handle = OpenHandle(path, {0, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT});
+    if (handle == INVALID_HANDLE_VALUE) return Success(); // nothing, or nothing that opens
+    BY_HANDLE_FILE_INFORMATION information{};
+    const bool isKnown = ::GetFileInformationByHandle(handle, &information) != 0;
+    ::CloseHandle(handle);
+    const bool isLink = (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    if (!isKnown || (!isLink && information.nNumberOfLinks == 1)) return Success();
+    if (!::DeleteFileW(path.c_str())) return DescribeError("remove the file", path, ::GetLastError());
+    return Success();
+}
+
 } // namespace
 
 Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& path, OpenMode mode) {
+    if (mode == OpenMode::Own) {
+        const Done removed = RemoveForeign(path);
+        if (!removed) return removed.error();
+    }
     const Opening opening = OpeningFor(mode);
     HANDLE handle = OpenHandle(path, opening);
     if (handle == INVALID_HANDLE_VALUE) return DescribeRefusedOpening(path, ::GetLastError());
@@ -231,6 +270,15 @@ Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::p
 Done OsFiles::Remove(const std::filesystem::path& path) {
     if (!::DeleteFileW(path.c_str())) return DescribeError("remove the file", path, ::GetLastError());
     return Success();
+}
+
+Result<bool> OsFiles::HasOwn(const std::filesystem::path& path) {
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES)
+        return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0;
+    const DWORD error = ::GetLastError();
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
+    return DescribeError("look for the file", path, error);
 }
 
 Done OsFiles::CreateFolder(const std::filesystem::path& path) {

@@ -100,9 +100,10 @@ std::vector<std::string> ListNames(const std::vector<HapContentRecord>& rows,
 
 Done CreateDefaultHapContents(const DataFiles& data) {
     const std::filesystem::path path = HapContentsFile(data);
+    const Result<bool> isThere = IsAnythingAt(path);
+    if (!isThere) return isThere.error();
     std::string content;
-    std::error_code ignored;
-    if (std::filesystem::exists(path, ignored)) {
+    if (*isThere) {
         Result<std::string> present = ReadWholeFile(data.Files, path);
         if (!present) return present.error();
         content = std::move(*present);

@@ -1,6 +1,7 @@
 #include "app/startup.h"
 #include "base/text.h"
 #include "store/companies.h"
+#include "store/material_types.h"
 #include "tests/support/bytes.h"
 #include "tests/support/test_program.h"
 #include "tests/support/wrapped_files.h"
@@ -38,6 +39,20 @@ TEST_F(StartUpTest, AnExistingTableIsNotTouchedEvenIfEmpty) {
     ASSERT_TRUE(StartUp(App));
     EXPECT_EQ(ContentOf(DataFile("hapcontents.talvor")), "");
 }
+
+#ifndef _WIN32
+TEST_F(StartUpTest, ATableThatCannotBeLookedForIsAFailureAndNothingIsPutInItsPlace) {
+    const std::filesystem::path table = DataFile("hapcontents.talvor");
+    std::filesystem::create_symlink(table, table); // a loop: the system does not say that nothing is there
+    const Done started = StartUp(App);
+    ASSERT_FALSE(started);
+    EXPECT_EQ(SentenceOf(started.error()), "Cannot look for the file \"" + PathText(table) + "\": " +
+                                               ReasonOf(std::errc::too_many_symbolic_link_levels, 0) + ".");
+    EXPECT_TRUE(std::filesystem::is_symlink(table));
+    EXPECT_FALSE(CreateDefaultHapContents(App));
+    EXPECT_TRUE(std::filesystem::is_symlink(table));
+}
+#endif
 
 TEST_F(StartUpTest, TheRememberedCompanyIsCurrent) {
     SaveCompany(App, " Acme ", "Dock 1");

@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 namespace mact {
 namespace {
 
@@ -209,6 +213,60 @@ TEST_F(OsFilesTest, AFolderIsNoFileAndAFileNoFolder) {
     EXPECT_FALSE(IsFolderAt(File.parent_path() / "missing"));
     EXPECT_FALSE(IsFileAt({}));
     EXPECT_FALSE(IsFolderAt({}));
+}
+
+#ifndef _WIN32
+TEST_F(OsFilesTest, AFileOfOurOwnIsNeverWhatALinkLeadsTo) {
+    const std::filesystem::path others = Folder.Path() / "others";
+    const std::filesystem::path own = Folder.Path() / "own";
+    WriteContent(others, "precious");
+    const auto writeOwn = [&] {
+        const auto file = Files.Open(own, OpenMode::Own);
+        ASSERT_TRUE(file);
+        EXPECT_TRUE((*file)->WriteAt(0, "x"));
+        EXPECT_EQ(ContentOf(others), "precious");
+        EXPECT_EQ(ContentOf(own), "x");
+        EXPECT_TRUE(*Files.HasOwn(own));
+        std::filesystem::remove(own);
+    };
+    EXPECT_FALSE(*Files.HasOwn(own));
+    writeOwn();
+    std::filesystem::create_symlink(others, own);
+    EXPECT_FALSE(*Files.HasOwn(own));
+    writeOwn();
+    std::filesystem::create_symlink("missing", own);
+    writeOwn();
+    EXPECT_FALSE(std::filesystem::exists(Folder.Path() / "missing"));
+    std::filesystem::create_hard_link(others, own);
+    writeOwn();
+    ASSERT_EQ(::mkfifo(own.c_str(), 0600), 0);
+    EXPECT_FALSE(*Files.HasOwn(own));
+    writeOwn();
+}
+#endif
+
+TEST_F(OsFilesTest, TheTimeOfAChangeCanBeMadeLater) {
+    const auto file = Files.Open(Folder.Path() / "file", OpenMode::Update);
+    ASSERT_TRUE(file);
+    ASSERT_TRUE((*file)->WriteAt(0, "x"));
+    const std::int64_t before = *(*file)->TimeOfChange();
+    EXPECT_TRUE((*file)->MakeLaterThan(before));
+    const std::int64_t after = *(*file)->TimeOfChange();
+    EXPECT_GT(after, before);
+    EXPECT_TRUE((*file)->MakeLaterThan(before)); // is later already
+    EXPECT_EQ(*(*file)->TimeOfChange(), after);
+}
+
+TEST(IsAnythingAtTest, TellsWhatIsThereFromWhatCannotBeTold) {
+    const TemporaryFolder folder;
+    WriteContent(folder.Path() / "file", "");
+    EXPECT_TRUE(*IsAnythingAt(folder.Path() / "file"));
+    EXPECT_TRUE(*IsAnythingAt(folder.Path()));
+    EXPECT_FALSE(*IsAnythingAt(folder.Path() / "missing"));
+#ifndef _WIN32
+    std::filesystem::create_symlink("loop", folder.Path() / "loop");
+    EXPECT_FALSE(IsAnythingAt(folder.Path() / "loop"));
+#endif
 }
 
 } // namespace

@@ -62,6 +62,40 @@ private slots:
 #endif
     }
 
+    void A_setting_reads_as_it_was_written_last() {
+        SettingsFolder folder;
+        for (int round = 0; round < 50; ++round) // all of one length, and some within one ms
+            for (const char* value : {"1", "2"}) {
+                QVERIFY(folder.Settings.Write("COMPANY", "DEFAULT", value));
+                QCOMPARE(QtSettings().Read("COMPANY", "DEFAULT"), std::string(value));
+            }
+    }
+
+    void The_settings_file_is_the_users_alone() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        QVERIFY(folder.Settings.Write("COMPANY", "DEFAULT", "1"));
+        QVERIFY(folder.Settings.Write("COMPANY", "DEFAULT", "2"));
+        using std::filesystem::perms;
+        QVERIFY(std::filesystem::status(folder.File()).permissions() ==
+                (perms::owner_read | perms::owner_write));
+        QCOMPARE(std::distance(std::filesystem::directory_iterator(folder.File().parent_path()), {}), 1);
+#endif
+    }
+
+    void A_folder_in_the_settings_place_is_a_failure_and_stays() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        std::filesystem::create_directories(folder.File() / "inside");
+        QVERIFY(!folder.Settings.Write("COMPANY", "DEFAULT", "1"));
+        QVERIFY(std::filesystem::is_directory(folder.File() / "inside"));
+#endif
+    }
+
     void A_comma_in_a_file_that_was_edited_by_hand_stays() {
 #ifdef _WIN32
         QSKIP("The registry is no file.");

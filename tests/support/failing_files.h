@@ -72,6 +72,10 @@ public:
         if (removed) m_unflushed.erase(PathText(path));
         return removed;
     }
+    Result<bool> HasOwn(const std::filesystem::path& path) override {
+        if (Fails()) return Failed("look for the file", path);
+        return WrappedFiles::HasOwn(path);
+    }
     Done CreateFolder(const std::filesystem::path& path) override {
         if (Fails()) return Failed("create the folder", path);
         return WrappedFiles::CreateFolder(path);

@@ -15,9 +15,9 @@ class MemoryFiles : public FileAccess {
 public:
     /// Creates an empty file if there is none.
     std::string& operator[](const std::filesystem::path& path) {
-        std::shared_ptr<std::string>& content = m_files[path];
-        if (!content) content = std::make_shared<std::string>();
-        return *content;
+        std::shared_ptr<Content>& content = m_files[path];
+        if (!content) content = std::make_shared<Content>();
+        return content->Bytes;
     }
     bool Has(const std::filesystem::path& path) const { return m_files.contains(path); }
 
@@ -37,39 +37,53 @@ public:
         if (m_files.erase(path) == 0) return Missing(path);
         return Success();
     }
+    Result<bool> HasOwn(const std::filesystem::path& path) override { return Has(path); }
     Done CreateFolder(const std::filesystem::path&) override { return Success(); }
 
 private:
+    struct Content {
+        std::string Bytes;
+        std::int64_t Time = 0; ///< the number of changes
+    };
+
     class MemoryFile : public OpenedFile {
     public:
-        explicit MemoryFile(std::shared_ptr<std::string> content) : m_content(std::move(content)) {}
+        explicit MemoryFile(std::shared_ptr<Content> content) : m_content(std::move(content)) {}
 
-        Result<std::uint64_t> Length() override { return std::uint64_t{m_content->size()}; }
+        Result<std::uint64_t> Length() override { return std::uint64_t{m_content->Bytes.size()}; }
         Result<std::size_t> ReadAt(std::uint64_t offset, std::span<char> bytes) override {
-            if (offset >= m_content->size()) return std::size_t{0};
-            return m_content->copy(bytes.data(), bytes.size(), static_cast<std::size_t>(offset));
+            if (offset >= m_content->Bytes.size()) return std::size_t{0};
+            return m_content->Bytes.copy(bytes.data(), bytes.size(), static_cast<std::size_t>(offset));
         }
         Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
             const auto start = static_cast<std::size_t>(offset);
-            if (m_content->size() < start + bytes.size()) m_content->resize(start + bytes.size());
-            m_content->replace(start, bytes.size(), bytes);
+            std::string& content = m_content->Bytes;
+            if (content.size() < start + bytes.size()) content.resize(start + bytes.size());
+            content.replace(start, bytes.size(), bytes);
+            ++m_content->Time;
             return Success();
         }
         Done CutTo(std::uint64_t length) override {
-            m_content->resize(std::min(m_content->size(), static_cast<std::size_t>(length)));
+            m_content->Bytes.resize(std::min(m_content->Bytes.size(), static_cast<std::size_t>(length)));
+            ++m_content->Time;
             return Success();
         }
         Done Flush() override { return Success(); }
         Done Lock() override { return Success(); }
+        Result<std::int64_t> TimeOfChange() override { return m_content->Time; }
+        Done MakeLaterThan(std::int64_t earlier) override {
+            m_content->Time = std::max(m_content->Time, earlier + 1);
+            return Success();
+        }
 
     private:
-        std::shared_ptr<std::string> m_content;
+        std::shared_ptr<Content> m_content;
     };
 
     static Failure Missing(const std::filesystem::path& path) {
         return {"There is no file \"" + path.string() + "\"."};
     }
 
-    std::map<std::filesystem::path, std::shared_ptr<std::string>> m_files;
+    std::map<std::filesystem::path, std::shared_ptr<Content>> m_files;
 };
 } // namespace mact

@@ -24,6 +24,8 @@ public:
     Done CutTo(std::uint64_t length) override { return m_file->CutTo(length); }
     Done Flush() override { return m_file->Flush(); }
     Done Lock() override { return m_file->Lock(); }
+    Result<std::int64_t> TimeOfChange() override { return m_file->TimeOfChange(); }
+    Done MakeLaterThan(std::int64_t earlier) override { return m_file->MakeLaterThan(earlier); }
 
 private:
     std::unique_ptr<OpenedFile> m_file;
@@ -38,6 +40,7 @@ public:
         return m_files.Rename(from, to);
     }
     Done Remove(const std::filesystem::path& path) override { return m_files.Remove(path); }
+    Result<bool> HasOwn(const std::filesystem::path& path) override { return m_files.HasOwn(path); }
     Done CreateFolder(const std::filesystem::path& path) override { return m_files.CreateFolder(path); }
 
 private:

@@ -11,6 +11,10 @@
 
 namespace mact {
 
+/// Why a file cannot be locked, or not be read in peace.
+inline constexpr std::string_view UsedByAnotherCopy =
+    "another running copy of the program is working with it";
+
 /// An open file. Destroying it closes it and releases its lock.
 class OpenedFile : public Service {
 public:

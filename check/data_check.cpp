@@ -7,6 +7,8 @@
 #include "store/companies.h"
 #include "store/data_folder.h"
 #include "store/material_types.h"
+#include "store/steady_reading.h"
+#include "store/undo_file.h"
 
 #include <algorithm>
 #include <map>
@@ -112,23 +114,53 @@ Result<std::set<std::string>> NamesIn(const std::filesystem::path& folder) {
     return names;
 }
 
-/// The companies that can be selected; empty if they are not known.
-std::optional<CompanyIds> CheckAllFiles(const DataFiles& data, const std::set<std::string>& names,
-                                        const FindingTaker& take, std::vector<Failure>& failures) {
+/// What a check yields.
+struct Checked {
+    std::vector<std::string> Findings;
+    std::vector<Failure> Failures;
+    std::optional<CompanyIds> Companies; ///< that can be selected; empty if they are not known
+};
+
+Checked CheckOnce(const DataFiles& data, const std::set<std::string>& names) {
+    Checked checked;
+    const FindingTaker take = [&](const std::string& line) { checked.Findings.push_back(line); };
     // A shared file that cannot be read is one Failure; what depends on it is then not judged.
     const auto types = CheckTable(data, names, take);
-    if (!types) failures.push_back(types.error());
+    if (!types) checked.Failures.push_back(types.error());
     const auto companies = CheckCompanies(data, names, take);
-    if (!companies) failures.push_back(companies.error());
-    const auto known = companies ? *companies : std::nullopt;
+    if (!companies) checked.Failures.push_back(companies.error());
+    checked.Companies = companies ? *companies : std::nullopt;
     for (const auto& [companyId, files] : FilesOfCompanies(names)) {
-        if (known && !known->contains(companyId))
+        if (checked.Companies && !checked.Companies->contains(companyId))
             FileFindings(std::string(CompaniesName), take)
                 .Add("company " + std::to_string(companyId) + ", which has data files, does not exist");
         CheckCompany({data.Files, data.Folder, companyId}, files, types ? *types : std::nullopt, take,
-                     failures);
+                     checked.Failures);
     }
-    return known;
+    for (const std::string& name : names)
+        if (name.ends_with(PathText(SetAsideUndoFileOf({}))))
+            FileFindings(name, take).Add("it was set aside: it is that of another state of its data file");
+    return checked;
+}
+
+/// The companies that can be selected; empty if they are not known.
+std::optional<CompanyIds> CheckAllFiles(const DataFiles& data, const std::set<std::string>& names,
+                                        const FindingTaker& take, std::vector<Failure>& failures) {
+    std::vector<std::filesystem::path> paths;
+    for (const std::string& name : names)
+        // One that does not open is a Failure of its own, and the others are still checked.
+        if (name.ends_with(DataFileEnding) && data.Files.Open(data.Folder / name, OpenMode::Read))
+            paths.push_back(data.Folder / name);
+    const Result<Checked> checked =
+        ReadSteadily(data.Files, paths, [&]() -> Result<Checked> { return CheckOnce(data, names); });
+    if (!checked) {
+        failures.push_back(checked.error());
+        return std::nullopt;
+    }
+    for (const std::string& line : checked->Findings)
+        take(line);
+    failures = checked->Failures;
+    return checked->Companies;
 }
 
 } // namespace

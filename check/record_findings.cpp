@@ -1,6 +1,7 @@
 #include "check/record_findings.h"
 
 #include "base/text.h"
+#include "store/undo_file.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,12 +47,16 @@ Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, s
                          const FileFindings& findings) {
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Read);
     if (!file) return file.error();
-    const Result<std::uint64_t> length = (*file)->Length();
-    if (!length) return length.error();
+    const Result<UndoFinding> undo = ReadUndoFile(files, path, **file);
+    if (!undo) return undo.error();
+    if (undo->IsForeign) findings.Add("its undo file is that of another state of it, and takes nothing back");
+    const Result<std::uint64_t> present = (*file)->Length();
+    if (!present) return present.error();
+    const std::uint64_t length = undo->Before ? undo->Before->Length : *present;
 
-    const std::uint64_t whole = *length / slotLength;
-    const std::uint64_t rest = *length % slotLength;
-    const std::uint64_t slots = CountSlots(*length, slotLength);
+    const std::uint64_t whole = length / slotLength;
+    const std::uint64_t rest = length % slotLength;
+    const std::uint64_t slots = CountSlots(length, slotLength);
     const bool isRestCounted = slots > whole; // the slots are rounded
     if (slots > MostSlots) {
         findings.Add("it has " + std::to_string(slots) + " records and cannot be worked with: " +

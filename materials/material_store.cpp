@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "materials/material_texts.h"
 #include "store/data_folder.h"
+#include "store/steady_reading.h"
 
 namespace mact {
 namespace {
@@ -21,9 +22,6 @@ bool Passes(const MaterialFilter& filter, const MaterialRecord& material) {
     return material.Active == filter.Active;
 }
 
-Result<RecordFile> OpenToRead(const DataFiles& data) {
-    return RecordFile::OpenForReading(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
-}
 Result<RecordFile> OpenToWrite(const DataFiles& data) {
     return RecordFile::OpenForWriting(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
 }
@@ -79,26 +77,29 @@ Result<bool> MarkAsDeleted(const DataFiles& data, std::int16_t materialId) {
 } // namespace
 
 Done VisitMaterials(const DataFiles& data, const std::function<void(const MaterialRecord&)>& visit) {
-    Result<RecordFile> file = OpenToRead(data);
+    Result<RecordFile> file =
+        RecordFile::OpenForReading(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
     if (!file) return file.error();
     return ForEachRecord(*file, MaterialLayout, visit);
 }
 
 Result<std::vector<MaterialRecord>> ReadMaterials(const DataFiles& data, const MaterialFilter& filter) {
-    Result<RecordFile> file = OpenToRead(data);
-    if (!file) return file.error();
-    return ReadRecords(*file, MaterialLayout,
-                       [&](const MaterialRecord& material) { return Passes(filter, material); });
+    return ReadRecordsSteadily(data.Files, MaterialsFile(data), MaterialLayout,
+                               [&](const MaterialRecord& material) { return Passes(filter, material); });
 }
 
 Result<MaterialIds> ReadMaterialIds(const DataFiles& data) {
-    MaterialIds ids;
-    const auto take = [&](const MaterialRecord& material) {
-        if (!ids[material.MaterialId]) ids[material.MaterialId] = Trim(material.CustomId); // the first counts
-    };
-    const Done read = VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, take);
-    if (!read) return read.error();
-    return ids;
+    return ReadSteadily(data.Files, {MaterialsFile(data)}, [&]() -> Result<MaterialIds> {
+        MaterialIds ids;
+        const auto take = [&](const MaterialRecord& material) {
+            std::optional<std::string>& id = ids[material.MaterialId];
+            if (!id) id = Trim(material.CustomId); // the first counts
+        };
+        const Done read =
+            VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, take);
+        if (!read) return read.error();
+        return ids;
+    });
 }
 
 bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<MaterialRecord>& results) {

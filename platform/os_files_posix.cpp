@@ -123,7 +123,7 @@ public:
                 std::this_thread::sleep_for(WaitBetweenTries);
             }
             if (std::chrono::steady_clock::now() >= giveUpAt)
-                return Failure{"lock the file", m_path, std::string(LockedByAnotherCopy)};
+                return Failure{"lock the file", m_path, std::string(UsedByAnotherCopy)};
         }
     }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <string_view>
 
 namespace mact {
 
@@ -9,6 +8,4 @@ namespace mact {
 
 inline constexpr auto LongestWaitForLock = std::chrono::seconds(2);
 inline constexpr auto WaitBetweenTries = std::chrono::milliseconds(10);
-inline constexpr std::string_view LockedByAnotherCopy =
-    "another running copy of the program is working with it";
 } // namespace mact

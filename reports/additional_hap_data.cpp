@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "materials/material_store.h"
 #include "reports/period_usage.h"
+#include "store/steady_reading.h"
 
 namespace mact {
 namespace {
@@ -18,17 +19,11 @@ Result<AdditionalHapMaterial> Describe(const MaterialRecord& material, const Per
     return described;
 }
 
-} // namespace
-
-Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod& period) {
-    const Result<ReportMonths> months = MonthsOf(period);
-    if (!months) return months.error();
-    const Done named = ReadAdditionalNames(app);
-    if (!named) return named.error();
-    const Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
+Result<AdditionalHapData> ReadAdditionalHap(const AppContext& app, const ReportMonths& months) {
+    const Result<PeriodUsage> usage = ReadPeriodUsage(app, months.List);
     if (!usage) return usage.error();
 
-    AdditionalHapData data{.Heading = HeadingOf(app, *months),
+    AdditionalHapData data{.Heading = HeadingOf(app, months),
                            .Names = SplitAdditionalNames(app.AdditionalNames)};
     std::optional<Failure> failure; // the first: a visit cannot be stopped, so the rest are skipped
     const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
@@ -44,5 +39,17 @@ Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod
     // Even if none of that usage is of these materials: the user is asked only if records are missing.
     data.HasRecords = !usage->IsEmpty() && !data.Materials.empty();
     return data;
+}
+
+} // namespace
+
+Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod& period) {
+    const Result<ReportMonths> months = MonthsOf(period);
+    if (!months) return months.error();
+    return ReadSteadily(app, [&]() -> Result<AdditionalHapData> {
+        const Done named = ReadAdditionalNames(app);
+        if (!named) return named.error();
+        return ReadAdditionalHap(app, *months);
+    });
 }
 } // namespace mact

@@ -6,6 +6,7 @@
 #include "materials/material_store.h"
 #include "reports/report_publishing.h"
 #include "reports/reports.h"
+#include "store/steady_reading.h"
 #include "usage/usage_store.h"
 
 #include <cmath>
@@ -126,7 +127,8 @@ std::optional<CompliantRow> LimitTable::RowOf(const MaterialRecord& material) co
 }
 
 Result<CompliantMaterialsData> FetchCompliantMaterials(const AppContext& app, const ReportPeriod& period) {
-    Result<CompliantMaterialsData> data = period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period);
+    Result<CompliantMaterialsData> data =
+        ReadSteadily(app, [&] { return period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period); });
     if (!data) return data;
     const Done checked = CheckNumbers(data->Rows);
     if (!checked) return checked.error();

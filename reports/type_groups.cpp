@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "materials/material_store.h"
+#include "store/steady_reading.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -59,15 +60,17 @@ Result<MaterialsByMethod> ReadMaterialsByMethod(const DataFiles& data) {
 Result<AverageInputs> ReadAverageInputs(const AppContext& app, const ReportPeriod& period) {
     const Result<ReportMonths> months = MonthsOf(period);
     if (!months) return months.error();
-    const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
-    if (!rows) return rows.error();
-    Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);
-    if (!materials) return materials.error();
-    Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
-    if (!usage) return usage.error();
-    return AverageInputs{.Heading = HeadingOf(app, *months),
-                         .Types = GroupByType(*rows),
-                         .Materials = std::move(*materials),
-                         .Usage = std::move(*usage)};
+    return ReadSteadily(app, [&]() -> Result<AverageInputs> {
+        const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
+        if (!rows) return rows.error();
+        Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);
+        if (!materials) return materials.error();
+        Result<PeriodUsage> usage = ReadPeriodUsage(app, months->List);
+        if (!usage) return usage.error();
+        return AverageInputs{.Heading = HeadingOf(app, *months),
+                             .Types = GroupByType(*rows),
+                             .Materials = std::move(*materials),
+                             .Usage = std::move(*usage)};
+    });
 }
 } // namespace mact

@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "store/data_folder.h"
 #include "store/record_file.h"
+#include "store/steady_reading.h"
 
 namespace mact {
 namespace {
@@ -24,11 +25,8 @@ bool Passes(const CompanyFilter& filter, const CompanyRecord& company) {
 }
 
 Result<std::vector<CompanyRecord>> ReadCompanies(const DataFiles& data, const CompanyFilter& filter) {
-    Result<RecordFile> file =
-        RecordFile::OpenForReading(data.Files, CompaniesFile(data), CompanyLayout.SlotLength());
-    if (!file) return file.error();
-    return ReadRecords(*file, CompanyLayout,
-                       [&](const CompanyRecord& company) { return Passes(filter, company); });
+    return ReadRecordsSteadily(data.Files, CompaniesFile(data), CompanyLayout,
+                               [&](const CompanyRecord& company) { return Passes(filter, company); });
 }
 
 /// The number of the company that was written.

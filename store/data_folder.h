@@ -12,6 +12,7 @@ namespace mact {
 
 inline constexpr std::string_view HapContentsName = "hapcontents.talvor";
 inline constexpr std::string_view CompaniesName = "companies.talvor";
+inline constexpr std::string_view DataFileEnding = ".talvor"; // of all of them
 // These follow the company's number.
 inline constexpr std::string_view MaterialsSuffix = "_materials.talvor";
 inline constexpr std::string_view UsageSuffix = "_usage.talvor";

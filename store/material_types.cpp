@@ -3,7 +3,7 @@
 #include "base/messages.h"
 #include "base/text.h"
 #include "store/data_folder.h"
-#include "store/record_file.h"
+#include "store/steady_reading.h"
 
 namespace mact {
 namespace {
@@ -120,11 +120,8 @@ std::optional<double> LimitOf(const HapContentRecord& row) {
 }
 
 Result<std::vector<HapContentRecord>> ReadHapContents(const DataFiles& data, const HapContentFilter& filter) {
-    Result<RecordFile> file =
-        RecordFile::OpenForReading(data.Files, HapContentsFile(data), HapContentLayout.SlotLength());
-    if (!file) return file.error();
-    return ReadRecords(*file, HapContentLayout,
-                       [&](const HapContentRecord& row) { return Passes(filter, row); });
+    return ReadRecordsSteadily(data.Files, HapContentsFile(data), HapContentLayout,
+                               [&](const HapContentRecord& row) { return Passes(filter, row); });
 }
 
 bool FindHapContents(AppContext& app, const HapContentFilter& filter,

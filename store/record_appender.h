@@ -32,8 +32,8 @@ public:
         m_pendingCount = 0;
         return written;
     }
-    /// Returns once everything written is on the disk.
-    Done Flush() { return m_file.Flush(); }
+    /// Returns once everything written is on the disk, to stay there.
+    Done Finish() { return m_file.FinishAppending(); }
 
 private:
     RecordFile m_file;

@@ -3,10 +3,12 @@
 #include "base/files.h"
 #include "base/result.h"
 #include "store/record_layout.h"
+#include "store/undo_file.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +25,11 @@ std::uint64_t CountSlots(std::uint64_t length, std::uint64_t slotLength);
 ///
 /// It is opened for one operation and then closed. A missing file is created empty. What a short last slot
 /// lacks reads as zero bytes. Opening a file of more than MostSlots is a Failure.
+///
+/// Every change happens wholly or not at all, whenever the program is killed or the power goes (undo_file.h):
+/// a file whose last change was cut off is read as it was before, and opening it for writing takes that
+/// change back. Reading while another copy writes may mix two states, unless it is done steadily
+/// (steady_reading.h).
 class RecordFile {
 public:
     static Result<RecordFile> OpenForReading(FileAccess& files, const std::filesystem::path& path,
@@ -56,38 +63,61 @@ public:
         return Success();
     }
     /// Overwrites a slot, or appends one if `number` is Count() + 1; a number beyond that is a Failure. On
-    /// disk when it succeeds. A write that fails is undone, or the Failure says that it could not be.
+    /// disk when it succeeds. A write that fails is undone; if the Failure says that it could not be, the
+    /// undo file stays, and the next to open the file takes the write back.
     Done WriteSlot(std::int16_t number, std::string_view slot);
-    /// Appends whole slots, without flushing them. After a failure Count includes those that reached the
-    /// file, and no piece of another one is left, or the Failure says that it could not be taken back.
+    /// Appends whole slots, which stay only once FinishAppending has been called: until then the undo file
+    /// takes them back. After a failure Count includes those that reached the file, and no piece of another
+    /// one is left, or the Failure says that it could not be taken back.
     Done AppendSlots(std::string_view bytes);
+    /// Returns once everything appended is on the disk, to stay there. It stays even after a failure.
+    Done FinishAppending();
     /// The number of the slot after `pending` ones still to be appended. A Failure if the file is full.
     Result<std::int16_t> NextNumber(std::size_t pending = 0) const;
-    /// Returns once everything written is on the disk.
-    Done Flush() { return m_file->Flush(); }
+    /// In bytes, without what a change that was cut off has added.
+    std::uint64_t Length() const { return m_before.Length; }
 
 private:
-    RecordFile(std::unique_ptr<OpenedFile> file, std::filesystem::path path, std::size_t slotLength)
-        : m_file(std::move(file)), m_path(std::move(path)), m_slotLength(slotLength) {}
+    RecordFile(FileAccess& files, std::unique_ptr<OpenedFile> file, std::filesystem::path path,
+               std::size_t slotLength)
+        : m_files(&files), m_file(std::move(file)), m_path(std::move(path)), m_slotLength(slotLength) {}
     static Result<RecordFile> Open(FileAccess& files, const std::filesystem::path& path,
                                    std::size_t slotLength, OpenMode mode);
+    Done BeginWriting();
+    Done BeginReading();
     /// Where a slot begins, in bytes.
     std::uint64_t StartOf(std::int64_t number) const {
         return (static_cast<std::uint64_t>(number) - 1) * m_slotLength;
     }
-    /// The bytes, up to a whole slot, that a write at `start` would overwrite in a file of `length` bytes.
-    Result<std::string> ReadBeforeWrite(std::uint64_t start, std::uint64_t length);
+    /// What a write replaces: the file's length, and its bytes from `Start` on, up to a whole slot.
+    struct Replaced {
+        std::uint64_t Start = 0;
+        std::uint64_t Length = 0;
+        std::string Bytes{};
+        std::int64_t Time = 0; ///< OpenedFile::TimeOfChange
+    };
+    Result<Replaced> ReadBeforeWrite(std::uint64_t start);
+    /// Writes `bytes` over what is `replaced`, after the undo file has been told.
+    Done WriteOver(const Replaced& replaced, std::string_view bytes);
+    /// Returns once what was written is on the disk.
+    Done Flush();
     /// How many of the `wanted` bytes appended at `start` the file's length shows; 0 if it cannot be read.
     std::uint64_t LengthWritten(std::uint64_t start, std::uint64_t wanted);
-    /// Undoes a failed write at `start`: restores the file's length and bytes. False if it cannot.
-    bool TakeBack(std::uint64_t start, std::string_view before, std::uint64_t length);
+    /// Undoes a failed write: restores the file's length and bytes. False if it cannot.
+    bool TakeBack(const Replaced& replaced);
+    /// The same, and on the disk, so that the undo file is no longer needed and goes.
+    bool TakeBackForGood(const Replaced& replaced);
     /// Reads one or more slots from number `first` on into `chunk`.
     Result<std::string_view> ReadChunk(std::int16_t first, std::string& chunk);
 
+    FileAccess* m_files;
     std::unique_ptr<OpenedFile> m_file;
     std::filesystem::path m_path;
     std::size_t m_slotLength;
     std::int16_t m_count = 0;
+    OldState m_before{};                  ///< as the file was opened; for reading, what is in it
+    std::optional<UndoFile> m_undo{};     ///< of the change under way
+    std::optional<std::int64_t> m_time{}; ///< when the file had last changed before it
 };
 
 /// Calls `visit` with each record, in file order. The record is reused: copy or move out what must last.
@@ -113,7 +143,7 @@ Done ForEachStoredRecord(RecordFile& file, const RecordLayout<Record, Types...>&
     });
 }
 
-/// The records that pass, in file order.
+/// The records that pass, in file order. Another copy may write meanwhile: see ReadRecordsSteadily.
 template <class Record, class... Types, class Test>
 Result<std::vector<Record>> ReadRecords(RecordFile& file, const RecordLayout<Record, Types...>& layout,
                                         const Test& passes) {

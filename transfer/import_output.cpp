@@ -59,7 +59,7 @@ void ImportOutput::Write() {
 Done ImportOutput::Finish() {
     Write();
     // Flushed even after a failure, since what did reach the files stays.
-    KeepFirst(m_recordsDone, m_records.Flush());
+    KeepFirst(m_recordsDone, m_records.Finish());
     KeepFirst(m_logDone, m_log.Flush());
     return Both(m_recordsDone, m_logDone);
 }

@@ -2,11 +2,17 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "materials/material_store.h"
+#include "store/steady_reading.h"
 #include "transfer/transfer.h"
 #include "transfer/transfer_guards.h"
 
 namespace mact {
 namespace {
+
+struct MaterialExport {
+    std::string Content;
+    int Count = 0;
+};
 
 /// A "|" within a text is not escaped: an import then finds too many fields.
 void AppendLine(std::string& content, const MaterialRecord& material) {
@@ -36,16 +42,19 @@ void AppendLine(std::string& content, const MaterialRecord& material) {
 Result<int> Export(AppContext& app, const std::filesystem::path& target) {
     const Done checked = CheckExportTarget(app, target, {});
     if (!checked) return checked.error();
-    std::string content; // complete before anything is written
-    int count = 0;
-    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-        AppendLine(content, material);
-        ++count;
+    const Result<MaterialExport> output = ReadSteadily(app, [&]() -> Result<MaterialExport> {
+        MaterialExport exported; // complete before anything is written
+        const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+            AppendLine(exported.Content, material);
+            ++exported.Count;
+        });
+        if (!read) return read.error();
+        return exported;
     });
-    if (!read) return read.error();
-    const Done written = ReplaceFile(app.Files, target, content);
+    if (!output) return output.error();
+    const Done written = ReplaceFile(app.Files, target, output->Content);
     if (!written) return written.error();
-    return count;
+    return output->Count;
 }
 
 } // namespace

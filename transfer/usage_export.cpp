@@ -2,6 +2,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "materials/material_store.h"
+#include "store/steady_reading.h"
 #include "transfer/transfer.h"
 #include "transfer/transfer_guards.h"
 #include "transfer/transfer_log.h"
@@ -13,6 +14,8 @@ namespace {
 
 struct UsageExport {
     std::string Content;
+    /// What is wrong, for the log: a line each.
+    std::vector<std::string> Rejected{};
     int Processed = 0;
     int Errors = 0;
 };
@@ -29,13 +32,13 @@ std::string LineAfterMaterial(const UsageRecord& usage) {
     return line;
 }
 
-void AddUsage(UsageExport& output, TransferLog& log, const MaterialIds& materials, const UsageRecord& usage) {
+void AddUsage(UsageExport& output, const MaterialIds& materials, const UsageRecord& usage) {
     ++output.Processed;
     const std::optional<std::string>& material = materials[usage.MaterialId];
     if (!material) {
         ++output.Errors;
-        log.AddLine(WholeNumberText(usage.MaterialId) + LineAfterMaterial(usage), // no Material ID to name
-                    TransferTexts::MaterialNotFound);
+        // No Material ID to name.
+        output.Rejected.push_back(WholeNumberText(usage.MaterialId) + LineAfterMaterial(usage));
         return;
     }
     output.Content += *material;
@@ -43,7 +46,20 @@ void AddUsage(UsageExport& output, TransferLog& log, const MaterialIds& material
     output.Content += "\r\n";
 }
 
-Done WriteLog(TransferLog& log) {
+/// Including deleted records, on purpose.
+Result<UsageExport> ReadUsageToExport(const DataFiles& data) {
+    const Result<MaterialIds> materials = ReadMaterialIds(data);
+    if (!materials) return materials.error();
+    UsageExport output;
+    const Done read =
+        VisitUsage(data, [&](const UsageRecord& usage) { AddUsage(output, *materials, usage); });
+    if (!read) return read.error();
+    return output;
+}
+
+Done WriteLog(TransferLog& log, const std::vector<std::string>& rejected) {
+    for (const std::string& line : rejected)
+        log.AddLine(line, TransferTexts::MaterialNotFound);
     const Done written = log.Write();
     return written ? log.Flush() : written;
 }
@@ -55,19 +71,11 @@ Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target)
     Result<TransferLog> log = TransferLog::Open(app.Files, logFile);
     if (!log) return log.error();
 
-    const Result<MaterialIds> materials = ReadMaterialIds(app);
-    UsageExport output;
-    Done done = Success();
-    if (!materials) {
-        done = materials.error();
-    } else {
-        // Including deleted records, on purpose.
-        done = VisitUsage(app, [&](const UsageRecord& usage) { AddUsage(output, *log, *materials, usage); });
-    }
-    // The log first, and even after a failure: a target is replaced only once its log is complete.
-    const Done logged = WriteLog(*log);
-    if (done) done = logged;
-    if (done) done = ReplaceFile(app.Files, target, output.Content);
+    const Result<UsageExport> output = ReadSteadily(app, [&] { return ReadUsageToExport(app); });
+    if (!output) return output.error();
+    // The log first: a target is replaced only once its log is complete.
+    Done done = WriteLog(*log, output->Rejected);
+    if (done) done = ReplaceFile(app.Files, target, output->Content);
     if (!done) return done.error();
     return output;
 }

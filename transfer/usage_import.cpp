@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "materials/material_store.h"
 #include "store/data_folder.h"
+#include "store/steady_reading.h"
 #include "transfer/import_run.h"
 #include "transfer/transfer_texts.h"
 #include "usage/usage_record.h"
@@ -44,17 +45,24 @@ struct UsageImport::CheckedLine {
 };
 
 Done UsageImport::Prepare(const DataFiles& data, RecordFile& usage) {
+    const Done read = ReadSteadily(data.Files, {MaterialsFile(data)}, [&] { return TakeMaterials(data); });
+    if (!read) return read;
+    return ForEachRecord(usage, UsageLayout, [&](const UsageRecord& record) {
+        if (record.Active) AddUsage(record.MaterialId, record.Period);
+    });
+}
+
+Done UsageImport::TakeMaterials(const DataFiles& data) {
+    m_customIds = TextNumbers(MostSlots);
+    m_materialNumbers.clear();
+    m_customIdNumbers = {};
     const auto add = [&](const MaterialRecord& material) {
         const std::uint32_t number = m_customIds.Add(ComparisonKey(material.CustomId));
         if (number == m_materialNumbers.size()) m_materialNumbers.push_back(material.MaterialId);
         std::optional<std::uint32_t>& known = m_customIdNumbers[material.MaterialId];
         if (!known) known = number; // if several materials have one number, the first counts
     };
-    const Done read = VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, add);
-    if (!read) return read;
-    return ForEachRecord(usage, UsageLayout, [&](const UsageRecord& record) {
-        if (record.Active) AddUsage(record.MaterialId, record.Period);
-    });
+    return VisitLiveMaterials<&MaterialRecord::MaterialId, &MaterialRecord::CustomId>(data, add);
 }
 
 void UsageImport::AddUsage(std::int16_t materialId, std::string_view storedPeriod) {

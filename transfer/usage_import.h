@@ -26,6 +26,7 @@ private:
     struct CheckedLine;
     /// Fills `checked`, or returns the first error's message.
     std::string_view Check(CheckedLine& checked);
+    Done TakeMaterials(const DataFiles& data);
     void AddUsage(std::int16_t materialId, std::string_view storedPeriod);
 
     TextNumbers m_customIds{MostSlots}; ///< Material IDs of the live materials, as ComparisonKey

@@ -6,6 +6,7 @@
 #include "materials/material_store.h"
 #include "store/data_folder.h"
 #include "store/record_file.h"
+#include "store/steady_reading.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -108,16 +109,21 @@ Done VisitUsage(const DataFiles& data, const std::function<void(const UsageRecor
 }
 
 Result<std::vector<UsageRecord>> ReadUsage(const DataFiles& data, const UsageFilter& filter) {
-    std::optional<MaterialIds> materialIds;
-    if (filter.MaterialText) {
-        Result<MaterialIds> read = ReadMaterialIds(data);
-        if (!read) return read.error();
-        materialIds = std::move(*read);
-    }
-    Result<RecordFile> file = OpenToRead(data);
-    if (!file) return file.error();
-    UsageMatcher matcher(filter, std::move(materialIds));
-    return ReadRecords(*file, UsageLayout, [&](const UsageRecord& usage) { return matcher.Passes(usage); });
+    std::vector<std::filesystem::path> files{UsageFile(data)};
+    if (filter.MaterialText) files.push_back(MaterialsFile(data));
+    return ReadSteadily(data.Files, files, [&]() -> Result<std::vector<UsageRecord>> {
+        std::optional<MaterialIds> materialIds;
+        if (filter.MaterialText) {
+            Result<MaterialIds> read = ReadMaterialIds(data);
+            if (!read) return read.error();
+            materialIds = std::move(*read);
+        }
+        Result<RecordFile> file = OpenToRead(data);
+        if (!file) return file.error();
+        UsageMatcher matcher(filter, std::move(materialIds));
+        return ReadRecords(*file, UsageLayout,
+                           [&](const UsageRecord& usage) { return matcher.Passes(usage); });
+    });
 }
 
 bool FindUsage(AppContext& app, const UsageFilter& filter, std::vector<UsageRecord>& results) {

@@ -39,7 +39,8 @@ bool FindUsage(AppContext& app, const UsageFilter& filter, std::vector<UsageReco
 /// The records that pass, in file order.
 Result<std::vector<UsageRecord>> ReadUsage(const DataFiles& data, const UsageFilter& filter = {});
 
-/// Calls `visit` with every record of the file, even deleted ones, in file order. The record is reused.
+/// Calls `visit` with every record of the file, even deleted ones, in file order. The record is reused. To be
+/// called by what reads steadily (store/steady_reading.h).
 Done VisitUsage(const DataFiles& data, const std::function<void(const UsageRecord&)>& visit);
 
 /// Overwrites record `record.UsageId` or, if 0, appends. Always saved as live. On disk when it returns false.

@@ -34,8 +34,8 @@ protected:
         return "Cannot write to the file \"" + PathText(File) + "\": No space left on device";
     }
 };
-constexpr int TheWrite = 3;
-constexpr int TheFlush = 4;
+constexpr int TheWrite = 6;
+constexpr int TheFlush = 7;
 
 TEST_F(RecordWriteFailures, AnOverwriteThatStopsHalfWayIsTakenBack) {
     WriteContent(File, "aaaaaaaaaabbbbbbbbbb");

@@ -38,12 +38,15 @@ public:
         m_fault = fault;
         m_count = 0;
         m_hasFailedInAWrite = false;
+        m_notRemoved.clear();
         m_unflushed.clear();
         m_renamedUnflushed.clear();
     }
     int Count() const { return m_count; }
     /// Whether the operation that failed was a write.
     bool HasFailedInAWrite() const { return m_hasFailedInAWrite; }
+    /// The last file that could not be removed; empty if there is none.
+    const std::filesystem::path& NotRemoved() const { return m_notRemoved; }
     /// The files that were changed and not flushed since, except those that no longer exist.
     const std::set<std::string>& Unflushed() const { return m_unflushed; }
     /// The files that were renamed before they were flushed.
@@ -67,7 +70,10 @@ public:
         return renamed;
     }
     Done Remove(const std::filesystem::path& path) override {
-        if (Fails()) return Failed("remove the file", path);
+        if (Fails()) {
+            m_notRemoved = path;
+            return Failed("remove the file", path);
+        }
         Done removed = WrappedFiles::Remove(path);
         if (removed) m_unflushed.erase(PathText(path));
         return removed;
@@ -151,6 +157,7 @@ private:
     Fault m_fault;
     int m_count = 0;
     bool m_hasFailedInAWrite = false;
+    std::filesystem::path m_notRemoved;
     std::set<std::string> m_unflushed;
     std::set<std::string> m_renamedUnflushed;
 };

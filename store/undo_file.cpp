@@ -1,0 +1,362 @@
+#include "store/undo_file.h"
+
+#include "store/record_layout.h"
+
+#include <algorithm>
+#include <bit>
+#include <chrono>
+#include <system_error>
+#include <thread>
+
+namespace mact {
+namespace {
+
+constexpr std::string_view Magic = "MACTUNDO";
+/// Magic, the change's number, the old length, the slot length, the length of the pieces, and a checksum of
+/// all that and of the pieces: 8 bytes each. Less than a sector, which a disk writes whole or not at all.
+constexpr std::size_t HeaderLength = 48;
+constexpr std::size_t WithoutChecksum = HeaderLength - 8;
+/// A piece begins with its offset (8 bytes) and the length of each of its two texts (4 bytes).
+constexpr std::size_t PieceHeadLength = 12;
+/// An announcement begins with a checksum of the rest of it, its offset, and the length announced: 8 bytes
+/// each.
+constexpr std::size_t AnnouncementHeadLength = 24;
+/// What a disk writes whole or not at all, in bytes.
+constexpr std::uint64_t SectorLength = 512;
+
+/// For what a torn or stale write leaves, not against forgery. Eight bytes at a time, like FNV-1a, and
+/// rotated, so that every bit reaches all others.
+std::uint64_t Checksum(std::string_view bytes, std::uint64_t sum) {
+    const auto add = [&](std::uint64_t word) { sum = std::rotl(sum ^ word, 29) * 0x9E3779B97F4A7C15U; };
+    add(bytes.size());
+    for (; bytes.size() >= 8; bytes.remove_prefix(8))
+        add(LoadLittleEndian<std::uint64_t>(bytes));
+    std::uint64_t rest = 0;
+    for (const char character : bytes)
+        rest = rest << 8U | static_cast<unsigned char>(character);
+    add(rest);
+    return sum ^ sum >> 32U;
+}
+
+template <class Integer> void Append(std::string& bytes, Integer value) {
+    bytes.resize(bytes.size() + sizeof value);
+    StoreLittleEndian(std::span(bytes).last(sizeof value), value);
+}
+
+/// Takes an integer off the front.
+template <class Integer> Integer Take(std::string_view& bytes) {
+    const auto value = LoadLittleEndian<Integer>(bytes);
+    bytes.remove_prefix(sizeof value);
+    return value;
+}
+
+/// The checksums of the parts into which sectors and slots divide appended bytes. Parts, since a power cut
+/// can leave each sector as it was; and slots, since another program that adds records adds whole ones.
+template <class Visitor>
+bool ForEachPart(std::uint64_t start, std::uint64_t end, std::uint64_t slotLength, const Visitor& visit) {
+    const auto next = [](std::uint64_t at, std::uint64_t unit) { return (at / unit + 1) * unit; };
+    for (std::uint64_t at = start; at < end;) {
+        const std::uint64_t partEnd = std::min({next(at, SectorLength), next(at, slotLength), end});
+        if (!visit(at, partEnd)) return false;
+        at = partEnd;
+    }
+    return true;
+}
+
+std::uint32_t PartSum(std::string_view bytes) {
+    return static_cast<std::uint32_t>(Checksum(bytes, 0));
+}
+
+std::string HeadBytes(const PlannedChange& change, std::uint64_t number) {
+    std::string pieces;
+    for (const Overwritten& piece : change.Pieces) {
+        Append(pieces, piece.Offset);
+        Append(pieces, static_cast<std::uint32_t>(piece.Old.size()));
+        pieces += piece.Old;
+        pieces += piece.New;
+    }
+    std::string bytes(Magic);
+    Append(bytes, number);
+    Append(bytes, change.OldLength);
+    Append(bytes, change.SlotLength);
+    Append(bytes, std::uint64_t{pieces.size()});
+    Append(bytes, Checksum(pieces, Checksum(bytes, 0)));
+    return bytes + pieces;
+}
+
+/// Empty if nothing is appended.
+std::string AnnouncementBytes(const Appended& appended, std::uint64_t number, std::uint64_t slotLength) {
+    if (appended.Bytes.empty()) return {};
+    std::string rest;
+    Append(rest, appended.Offset);
+    Append(rest, std::uint64_t{appended.Bytes.size()});
+    ForEachPart(appended.Offset, appended.Offset + appended.Bytes.size(), slotLength,
+                [&](std::uint64_t start, std::uint64_t end) {
+                    Append(rest, PartSum(appended.Bytes.substr(start - appended.Offset, end - start)));
+                    return true;
+                });
+    std::string bytes;
+    Append(bytes, Checksum(rest, number));
+    return bytes + rest;
+}
+
+/// What an undo file holds.
+struct UndoContent {
+    PlannedChange Change;
+    struct Announcement {
+        std::uint64_t Start; ///< bytes
+        std::uint64_t End;
+        std::string Sums; ///< 4 bytes for each part
+    };
+    std::vector<Announcement> Announcements;
+};
+
+bool ParsePieces(std::string_view bytes, std::vector<Overwritten>& pieces) {
+    while (!bytes.empty()) {
+        if (bytes.size() < PieceHeadLength) return false;
+        Overwritten& piece = pieces.emplace_back();
+        piece.Offset = Take<std::uint64_t>(bytes);
+        const std::size_t length = Take<std::uint32_t>(bytes);
+        if (bytes.size() < 2 * length) return false;
+        piece.Old = bytes.substr(0, length);
+        piece.New = bytes.substr(length, length);
+        bytes.remove_prefix(2 * length);
+    }
+    return true;
+}
+
+/// Only what was flushed as a whole counts, and the rest behind it was never acted upon.
+void ParseAnnouncements(std::string_view bytes, std::uint64_t number, UndoContent& content) {
+    std::uint64_t end = content.Change.OldLength;
+    while (bytes.size() >= AnnouncementHeadLength) {
+        std::string_view rest = bytes.substr(8);
+        const std::uint64_t sum = Take<std::uint64_t>(bytes);
+        const auto start = Take<std::uint64_t>(bytes);
+        const auto length = Take<std::uint64_t>(bytes);
+        // As many parts as fit in the file at least have a byte each.
+        if (start < end || length > UINT64_MAX - start || length / SectorLength > bytes.size()) return;
+        std::size_t sums = 0;
+        ForEachPart(start, start + length, content.Change.SlotLength, [&](std::uint64_t, std::uint64_t) {
+            sums += 4;
+            return sums <= bytes.size();
+        });
+        if (sums > bytes.size()) return;
+        rest = rest.substr(0, AnnouncementHeadLength - 8 + sums);
+        if (sum != Checksum(rest, number)) return;
+        end = start + length;
+        content.Announcements.push_back({start, end, std::string(bytes.substr(0, sums))});
+        bytes.remove_prefix(sums);
+    }
+}
+
+/// Empty if the undo file was never completed, or is void.
+std::optional<UndoContent> Parse(std::string_view bytes) {
+    if (bytes.size() < HeaderLength || !bytes.starts_with(Magic)) return std::nullopt;
+    const std::string_view summed = bytes.substr(0, WithoutChecksum);
+    bytes.remove_prefix(Magic.size());
+    UndoContent content;
+    const auto number = Take<std::uint64_t>(bytes);
+    content.Change.OldLength = Take<std::uint64_t>(bytes);
+    content.Change.SlotLength = Take<std::uint64_t>(bytes);
+    const auto length = Take<std::uint64_t>(bytes);
+    const auto sum = Take<std::uint64_t>(bytes);
+    if (length > bytes.size() || content.Change.SlotLength == 0) return std::nullopt;
+    const std::string_view pieces = bytes.substr(0, static_cast<std::size_t>(length));
+    if (sum != Checksum(pieces, Checksum(summed, 0))) return std::nullopt;
+    if (!ParsePieces(pieces, content.Change.Pieces)) return std::nullopt;
+    ParseAnnouncements(bytes.substr(pieces.size()), number, content);
+    return content;
+}
+
+/// Whether every byte is the old or the new one.
+Result<bool> HoldsOldOrNew(OpenedFile& file, const Overwritten& piece) {
+    std::string present(piece.Old.size(), '\0');
+    const Result<std::size_t> count = file.ReadAt(piece.Offset, present);
+    if (!count) return count.error();
+    if (*count < present.size()) return false;
+    for (std::size_t at = 0; at < present.size(); ++at)
+        if (present[at] != piece.Old[at] && present[at] != piece.New[at]) return false;
+    return true;
+}
+
+/// Whether every part up to `length` holds what was announced, or zero bytes: a file can grow before its new
+/// bytes reach the disk. The part in which the file ends was cut off while it was written.
+Result<bool> HoldsAnnounced(OpenedFile& file, const UndoContent::Announcement& announced,
+                            std::uint64_t slotLength, std::uint64_t length) {
+    std::string_view sums = announced.Sums;
+    std::string chunk; // as many parts as one reading yields
+    std::uint64_t chunkStart = announced.Start;
+    std::optional<Failure> failure;
+    const bool isHeld =
+        ForEachPart(announced.Start, announced.End, slotLength, [&](std::uint64_t start, std::uint64_t end) {
+            const auto expected = Take<std::uint32_t>(sums);
+            if (end > length) return true;
+            if (end > chunkStart + chunk.size()) {
+                constexpr std::uint64_t chunkLength = std::uint64_t{1} << 18U; // bytes
+                chunkStart = start;
+                chunk.resize(static_cast<std::size_t>(std::min(length - start, chunkLength)));
+                const Result<std::size_t> count = file.ReadAt(start, chunk);
+                if (!count) failure = count.error();
+                if (!count || *count < chunk.size()) return false;
+            }
+            const std::string_view part = std::string_view(chunk).substr(
+                static_cast<std::size_t>(start - chunkStart), static_cast<std::size_t>(end - start));
+            return PartSum(part) == expected || part.find_first_not_of('\0') == std::string_view::npos;
+        });
+    if (failure) return *failure;
+    return isHeld;
+}
+
+/// Whether the change, begun and cut off anywhere, can have made the record file what it is.
+Result<bool> Belongs(const UndoContent& content, OpenedFile& file) {
+    const Result<std::uint64_t> length = file.Length();
+    if (!length) return length.error();
+    const std::uint64_t longest =
+        content.Announcements.empty() ? content.Change.OldLength : content.Announcements.back().End;
+    if (*length < content.Change.OldLength || *length > longest) return false;
+    for (const Overwritten& piece : content.Change.Pieces) {
+        const Result<bool> isHeld = HoldsOldOrNew(file, piece);
+        if (!isHeld || !*isHeld) return isHeld;
+    }
+    for (const UndoContent::Announcement& announced : content.Announcements) {
+        const Result<bool> isHeld = HoldsAnnounced(file, announced, content.Change.SlotLength, *length);
+        if (!isHeld || !*isHeld) return isHeld;
+    }
+    return true;
+}
+
+/// Names the record file first: the user does not know the undo file.
+Failure CannotChange(const std::filesystem::path& recordFile, const Failure& ofUndoFile) {
+    return {"write to the file", recordFile, ClauseOf(ofUndoFile)};
+}
+
+Result<UndoFinding> ReadOnce(FileAccess& files, const std::filesystem::path& recordFile,
+                             OpenedFile& openFile) {
+    UndoFinding finding;
+    const std::filesystem::path path = UndoFileOf(recordFile);
+    const Result<bool> isThere = files.HasOwn(path);
+    if (!isThere) return isThere.error();
+    if (!*isThere) return finding;
+    const Result<std::string> bytes = ReadWholeFile(files, path);
+    if (!bytes) {
+        // The change may have ended meanwhile.
+        const Result<bool> isStillThere = files.HasOwn(path);
+        if (isStillThere && !*isStillThere) return finding;
+        return bytes.error();
+    }
+    std::optional<UndoContent> content = Parse(*bytes);
+    finding.IsSurplus = !content;
+    if (!content) return finding;
+    const Result<bool> belongs = Belongs(*content, openFile);
+    if (!belongs) return belongs.error();
+    finding.IsForeign = !*belongs;
+    if (*belongs) finding.Before = OldState{content->Change.OldLength, std::move(content->Change.Pieces)};
+    return finding;
+}
+
+/// Returns once that is on the disk. A single byte, since of several a write that fails could leave some.
+Done MakeVoid(OpenedFile& undoFile) {
+    const Done written = undoFile.WriteAt(0, std::string_view("\0", 1));
+    return written ? undoFile.Flush() : written;
+}
+
+std::filesystem::path WithSuffix(std::filesystem::path path, const char* suffix) {
+    path += suffix;
+    return path;
+}
+
+} // namespace
+
+std::filesystem::path UndoFileOf(const std::filesystem::path& recordFile) {
+    return WithSuffix(recordFile, ".mact.undo");
+}
+std::filesystem::path SetAsideUndoFileOf(const std::filesystem::path& recordFile) {
+    return WithSuffix(recordFile, ".mact.undo.aside");
+}
+
+Result<UndoFile> UndoFile::Begin(FileAccess& files, const std::filesystem::path& recordFile,
+                                 const PlannedChange& change, const Appended& appended) {
+    const std::filesystem::path path = UndoFileOf(recordFile);
+    Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Own);
+    if (!file) return CannotChange(recordFile, file.error());
+    std::error_code ignored; // as private as the record file
+    const std::filesystem::file_status status = std::filesystem::status(recordFile, ignored);
+    if (std::filesystem::is_regular_file(status))
+        std::filesystem::permissions(path, status.permissions(), ignored);
+
+    const auto number =
+        static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
+    UndoFile undo(files, path, std::move(*file), number, change.SlotLength);
+    const Done written =
+        undo.Write(HeadBytes(change, number) + AnnouncementBytes(appended, number, change.SlotLength));
+    if (written) return undo;
+    static_cast<void>(undo.m_file->CutTo(0));
+    static_cast<void>(files.Remove(path)); // the first failure is the one to report
+    return CannotChange(recordFile, written.error());
+}
+
+Done UndoFile::Announce(const Appended& appended) {
+    return Write(AnnouncementBytes(appended, m_number, m_slotLength));
+}
+
+Done UndoFile::Write(std::string_view bytes) {
+    const Done written = m_file->WriteAt(m_length, bytes);
+    if (!written) return written;
+    m_length += bytes.size();
+    return m_file->Flush();
+}
+
+Done UndoFile::End() {
+    const Done isVoid = MakeVoid(*m_file);
+    // A void one that stays does no harm, and the next change writes over it.
+    static_cast<void>(m_files->Remove(m_path));
+    return isVoid;
+}
+
+Result<UndoFinding> ReadUndoFile(FileAccess& files, const std::filesystem::path& recordFile,
+                                 OpenedFile& openFile) {
+    constexpr int mostTries = 3;
+    for (int tries = 1;; ++tries) {
+        Result<UndoFinding> finding = ReadOnce(files, recordFile, openFile);
+        if (!finding || !finding->IsForeign || tries == mostTries) return finding;
+        // A writer may have announced and written more between the two looks.
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+Done TakeBackUnfinished(FileAccess& files, const std::filesystem::path& recordFile, OpenedFile& openFile) {
+    const Result<UndoFinding> finding = ReadUndoFile(files, recordFile, openFile);
+    if (!finding) return finding.error();
+    const std::filesystem::path path = UndoFileOf(recordFile);
+    if (finding->IsForeign) return files.Rename(path, SetAsideUndoFileOf(recordFile));
+    if (finding->Before) {
+        for (const Overwritten& piece : finding->Before->Pieces) {
+            const Done restored = openFile.WriteAt(piece.Offset, piece.Old);
+            if (!restored) return restored;
+        }
+        Done restored = openFile.CutTo(finding->Before->Length);
+        // On the disk before the undo file goes.
+        if (restored) restored = openFile.Flush();
+        if (!restored) return restored;
+        const Result<std::unique_ptr<OpenedFile>> undo = files.Open(path, OpenMode::Own);
+        if (!undo) return undo.error();
+        const Done isVoid = MakeVoid(**undo);
+        if (!isVoid) return isVoid;
+    }
+    if (finding->Before || finding->IsSurplus)
+        static_cast<void>(files.Remove(path)); // a void one does no harm
+    return Success();
+}
+
+Result<std::string> ReadUndoMark(FileAccess& files, const std::filesystem::path& recordFile) {
+    const std::filesystem::path path = UndoFileOf(recordFile);
+    const Result<bool> isThere = files.HasOwn(path);
+    if (!isThere) return isThere.error();
+    if (!*isThere) return std::string();
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Read);
+    if (!file) return std::string(); // it has just been removed, or reading the record file fails too
+    std::string mark(HeaderLength, '\0');
+    const Result<std::size_t> count = (*file)->ReadAt(0, mark);
+    return count && *count == mark.size() && mark.starts_with(Magic) ? mark : std::string();
+}
+} // namespace mact

@@ -8,11 +8,74 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/ptrace.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace mact {
+namespace {
+
+int NamelessFile() {
+    std::FILE* const file = std::tmpfile();
+    if (!file) std::abort();
+    const int descriptor = ::fcntl(::fileno(file), F_DUPFD_CLOEXEC, 0);
+    static_cast<void>(std::fclose(file));
+    return descriptor;
+}
+
+std::string ContentOfNameless(int file) {
+    std::string text;
+    std::array<char, 4096> piece{};
+    for (;;) {
+        const ssize_t count = ::pread(file, piece.data(), piece.size(), static_cast<off_t>(text.size()));
+        if (count <= 0) return text;
+        text.append(piece.data(), static_cast<std::size_t>(count));
+    }
+}
+
+bool MayCreate(std::uint64_t flags) {
+    return (flags & (O_CREAT | O_TRUNC)) != 0;
+}
+
+/// Whether the system call that a traced process begins changes a file, or makes a change last.
+bool IsChange(const __ptrace_syscall_info& call) {
+    switch (call.entry.nr) {
+#ifdef SYS_open
+    case SYS_open:
+        return MayCreate(call.entry.args[1]);
+    case SYS_rename:
+    case SYS_unlink:
+    case SYS_mkdir:
+    case SYS_link:
+    case SYS_chmod:
+#endif
+    case SYS_write:
+    case SYS_writev:
+    case SYS_pwrite64:
+    case SYS_pwritev:
+    case SYS_ftruncate:
+    case SYS_fallocate:
+    case SYS_fsync:
+    case SYS_fdatasync:
+    case SYS_renameat:
+    case SYS_renameat2:
+    case SYS_unlinkat:
+    case SYS_mkdirat:
+    case SYS_linkat:
+    case SYS_fchmod:
+    case SYS_fchmodat:
+    case SYS_copy_file_range:
+        return true;
+    case SYS_openat:
+        return MayCreate(call.entry.args[2]);
+    default:
+        return false;
+    }
+}
+
+} // namespace
 
 StartSignal::StartSignal() {
     if (::pipe2(m_pipe, O_CLOEXEC) != 0) std::abort();
@@ -37,17 +100,21 @@ ChildProgram::ChildProgram(const ChildStart& start) {
     pointers.push_back(nullptr);
     std::string environment = settings;
 
-    std::FILE* const errors = std::tmpfile();
-    if (!errors) std::abort();
-    m_errors = ::fcntl(::fileno(errors), F_DUPFD_CLOEXEC, 0);
-    static_cast<void>(std::fclose(errors));
+    m_errors = NamelessFile();
+    m_output = NamelessFile();
+    // The leak detector of a sanitizer traces the process itself and cannot in one that is traced.
+    std::string withoutLeakDetector = "ASAN_OPTIONS=detect_leaks=0";
 
     m_process = ::fork();
     if (m_process < 0) std::abort();
-    if (m_process > 0) return;
+    if (m_process > 0) {
+        ::setpgid(m_process, m_process); // whoever comes first, this process or the child
+        return;
+    }
+    ::setpgid(0, 0);
     ::putenv(environment.data());
     ::dup2(m_errors, STDERR_FILENO);
-    ::dup2(::open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+    ::dup2(m_output, STDOUT_FILENO);
     if (start.LongestFile) {
         const rlimit none{0, 0};
         ::setrlimit(RLIMIT_CORE, &none);
@@ -60,6 +127,10 @@ ChildProgram::ChildProgram(const ChildStart& start) {
         while (::read(start.Signal->m_pipe[0], none.data(), none.size()) > 0) {
         }
     }
+    if (start.IsTraced) {
+        ::putenv(withoutLeakDetector.data());
+        ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    }
     ::execv(pointers[0], pointers.data());
     ::_exit(127);
 }
@@ -70,10 +141,40 @@ ChildProgram::~ChildProgram() {
         Wait();
     }
     ::close(m_errors);
+    ::close(m_output);
 }
 
 void ChildProgram::Kill() const {
-    ::kill(m_process, SIGKILL);
+    if (m_process > 0) ::kill(-m_process, SIGKILL); // its group
+}
+
+int ChildProgram::RunUntilChange(int last) {
+    constexpr int atSystemCall = SIGTRAP | 0x80; // by PTRACE_O_TRACESYSGOOD
+    int changes = 0;
+    long signal = 0;
+    bool isStarted = false;
+    while (::waitpid(m_process, &m_status, 0) == m_process) {
+        if (!WIFSTOPPED(m_status)) {
+            m_process = -1;
+            return changes;
+        }
+        signal = WSTOPSIG(m_status);
+        if (!isStarted) { // the stop at its start
+            ::ptrace(PTRACE_SETOPTIONS, m_process, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+            isStarted = true;
+            signal = 0;
+        } else if (signal == atSystemCall) {
+            signal = 0;
+            __ptrace_syscall_info call{};
+            ::ptrace(PTRACE_GET_SYSCALL_INFO, m_process, sizeof(call), &call);
+            if (call.op == PTRACE_SYSCALL_INFO_ENTRY && IsChange(call) && ++changes == last) {
+                Kill();
+                return changes;
+            }
+        }
+        ::ptrace(PTRACE_SYSCALL, m_process, nullptr, signal);
+    }
+    return changes;
 }
 
 bool ChildProgram::IsRunning() {
@@ -89,12 +190,10 @@ int ChildProgram::Wait() {
 }
 
 std::string ChildProgram::Errors() const {
-    std::string text;
-    std::array<char, 512> piece{};
-    for (off_t at = 0;; at = static_cast<off_t>(text.size())) {
-        const ssize_t count = ::pread(m_errors, piece.data(), piece.size(), at);
-        if (count <= 0) return text;
-        text.append(piece.data(), static_cast<std::size_t>(count));
-    }
+    return ContentOfNameless(m_errors);
+}
+
+std::string ChildProgram::Output() const {
+    return ContentOfNameless(m_output);
 }
 } // namespace mact

@@ -30,9 +30,10 @@ struct ChildStart {
     std::filesystem::path SettingsFolder{};     ///< instead of the user's own
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; a write beyond them kills the child
     const StartSignal* Signal = nullptr;        ///< the child waits for it
+    bool IsTraced = false;                      ///< it stops at its start: RunUntilChange takes it on
 };
 
-/// A child process.
+/// A child process. It leads a process group, so that killing it kills what it has started too.
 class ChildProgram {
 public:
     explicit ChildProgram(const ChildStart& start);
@@ -43,14 +44,21 @@ public:
     bool IsRunning();
     /// Like kill -9.
     void Kill() const;
+    /// Lets a traced child run until it begins system call number `last` of those that change files (open
+    /// what may be new, write, flush, rename, remove ...), and kills it before the call happens. A child
+    /// that ends before is left to Wait. Returns how many such calls it began.
+    int RunUntilChange(int last);
     /// Waits for the end. Returns the exit status; -1 = it was killed.
     int Wait();
     /// What it wrote to its error output.
     std::string Errors() const;
+    /// What it wrote to its standard output.
+    std::string Output() const;
 
 private:
     pid_t m_process = -1; ///< -1 = it has ended
     int m_status = 0;     ///< as waitpid reports it
     int m_errors = -1;    ///< its error output, in a file without a name
+    int m_output = -1;    ///< the same for its standard output
 };
 } // namespace mact

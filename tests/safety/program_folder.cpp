@@ -36,6 +36,11 @@ ChildStart ProgramFolder::Start(std::vector<std::string> arguments) const {
     return {.Program = MACT_CLI_PROGRAM, .Arguments = std::move(arguments), .SettingsFolder = m_settings};
 }
 
+ChildStart ProgramFolder::StartStore(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), PathText(m_folder));
+    return {.Program = MACT_STORE_PROGRAM, .Arguments = std::move(arguments), .SettingsFolder = m_settings};
+}
+
 void ProgramFolder::Run(const std::vector<std::string>& arguments) const {
     ChildProgram program(Start(arguments));
     if (program.Wait() == 0) return;

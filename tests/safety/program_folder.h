@@ -16,6 +16,8 @@ public:
     ProgramFolder();
 
     ChildStart Start(std::vector<std::string> arguments) const;
+    /// The same of store_program, which does what the command line has no command for.
+    ChildStart StartStore(std::vector<std::string> arguments) const;
     /// Runs the command to its end; stops the test unless it succeeds.
     void Run(const std::vector<std::string>& arguments) const;
 
@@ -23,6 +25,9 @@ public:
     /// All bytes of a data file; empty if it does not exist.
     std::string Data(const std::string& name) const;
     std::filesystem::path Path() const { return m_folder; }
+    std::filesystem::path SettingsFolder() const { return m_settings; }
+    /// A file outside the program folder.
+    std::filesystem::path FileBeside(const std::string& name) const { return m_temporary.Path() / name; }
 
     /// The temporary files in the data folder, each about to replace another file.
     std::vector<std::filesystem::path> TemporaryFiles() const;

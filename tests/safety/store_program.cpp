@@ -1,0 +1,117 @@
+#include "base/text.h"
+#include "materials/material_store.h"
+#include "platform/os_files.h"
+#include "store/companies.h"
+#include "tests/support/scripted_services.h"
+#include "usage/usage_store.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <vector>
+
+/// store_program FOLDER COMMAND ARGUMENT... does one store operation for company 1 of the program folder, as
+/// a window does it. The status is 0 if it was done and 1 if not; messages go to the error output.
+///
+/// A material's state is told by its description and its HAP content, a usage record's by its quantity.
+
+using namespace mact;
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+std::int16_t Number(const std::string& text) {
+    return static_cast<std::int16_t>(std::stoi(text));
+}
+
+MaterialEntry Material(const std::string& name, int state) {
+    return {.CustomId = name,
+            .Description = "state " + std::to_string(state),
+            .MaterialType = "Production resin",
+            .ApplicationMethod = "Spray",
+            .Density = 9.5,
+            .HapContent = static_cast<double>(state % 100),
+            .Comments = std::string(255, static_cast<char>('a' + state % 26)),
+            .Contents = "1|2|3|4|5|6",
+            .Factors = "7|8|9|10|11|12"};
+}
+
+bool SaveMaterialNamed(AppContext& app, std::int16_t id, const std::string& name, int state) {
+    return !SaveMaterial(app, Material(name, state), id == 0 ? std::optional<std::int16_t>{} : id);
+}
+bool DeleteMaterialNumber(AppContext& app, std::int16_t id) {
+    return !DeleteMaterial(app, id, [&](std::int16_t material) { return IsMaterialUsed(app, material); });
+}
+bool SaveUsageNumber(AppContext& app, std::int16_t id, const std::string& period, double quantity) {
+    return !SaveUsage(
+        app, {.UsageId = id, .MaterialId = 1, .Period = period, .Quantity = quantity, .Unit = UnitLbs});
+}
+
+bool SaveCompanyNumber(AppContext& app, std::int16_t id, const std::string& name) {
+    // Its answer is always 0; the message tells.
+    SaveCompany(app, name, "Dock 1", id == 0 ? std::optional<std::int16_t>{} : id);
+    return static_cast<ScriptedPrompts&>(app.Prompts).Shown.empty();
+}
+
+/// Step `state` of a known sequence: the first and the last of the materials get the state, in this order,
+/// and a material that tells it is appended; the one appended in the step before is deleted.
+bool StepMaterials(AppContext& app, std::int16_t last, int state) {
+    const auto appended = static_cast<std::int16_t>(last + state);
+    return SaveMaterialNamed(app, 1, "First", state) && SaveMaterialNamed(app, last, "Last", state) &&
+           SaveMaterialNamed(app, 0, "Added", state) &&
+           (state == 1 || DeleteMaterialNumber(app, static_cast<std::int16_t>(appended - 1)));
+}
+/// The same with usage of the months 1/1900, 12/1900 and 6/1900.
+bool StepUsage(AppContext& app, std::int16_t last, int state) {
+    return SaveUsageNumber(app, 1, "1/1900", state) && SaveUsageNumber(app, last, "12/1900", state) &&
+           SaveUsageNumber(app, 0, "6/1900", state);
+}
+
+/// Prints the numbers of the live records.
+bool List(AppContext& app) {
+    std::vector<MaterialRecord> materials;
+    FindMaterials(app, {}, materials);
+    for (const MaterialRecord& material : materials)
+        std::cout << "material " << material.MaterialId << '\n';
+    std::vector<UsageRecord> usage;
+    FindUsage(app, {}, usage);
+    for (const UsageRecord& record : usage)
+        std::cout << "usage " << record.UsageId << '\n';
+    return static_cast<ScriptedPrompts&>(app.Prompts).Shown.empty();
+}
+
+bool Run(AppContext& app, const std::string& command, const Arguments& given) {
+    if (command == "save-material")
+        return SaveMaterialNamed(app, Number(given.at(0)), given.at(1), Number(given.at(2)));
+    if (command == "delete-material") return DeleteMaterialNumber(app, Number(given.at(0)));
+    if (command == "save-usage")
+        return SaveUsageNumber(app, Number(given.at(0)), given.at(1), Number(given.at(2)));
+    if (command == "delete-usage") return !DeleteUsage(app, Number(given.at(0)));
+    if (command == "save-company") return SaveCompanyNumber(app, Number(given.at(0)), given.at(1));
+    if (command == "list") return List(app);
+    const bool hasMaterials = command == "step-materials";
+    if (!hasMaterials && command != "step-usage") return false;
+    const int steps = Number(given.at(1));
+    for (int state = 1; state <= steps; ++state)
+        if (!(hasMaterials ? StepMaterials : StepUsage)(app, Number(given.at(0)), state)) return false;
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    if (argc < 3) return EXIT_FAILURE;
+    ScriptedPrompts prompts;
+    ScriptedSettings settings;
+    ScriptedPrograms programs;
+    ScriptedDialogs dialogs;
+    ScriptedClock calendar;
+    OsFiles files;
+    AppContext app{prompts, settings, programs, dialogs, calendar, files, PathFromUtf8(argv[1]), 1};
+    const bool isDone = Run(app, argv[2], Arguments(argv + 3, argv + argc));
+    for (const Prompt& prompt : prompts.Shown)
+        std::cerr << prompt.Text << '\n';
+    return isDone ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -91,6 +91,8 @@ void StartSignal::Give() {
 ChildProgram::ChildProgram(const ChildStart& start) {
     // All memory is allocated before the fork.
     const std::string settings = "XDG_CONFIG_HOME=" + PathText(start.SettingsFolder);
+    // What a killed program leaves there goes with the folder.
+    std::string temporary = "TMPDIR=" + PathText(start.SettingsFolder.parent_path());
     std::vector<std::string> arguments = {PathText(start.Program)};
     arguments.insert(arguments.end(), start.Arguments.begin(), start.Arguments.end());
     std::vector<char*> pointers;
@@ -113,6 +115,7 @@ ChildProgram::ChildProgram(const ChildStart& start) {
     }
     ::setpgid(0, 0);
     ::putenv(environment.data());
+    ::putenv(temporary.data());
     ::dup2(m_errors, STDERR_FILENO);
     ::dup2(m_output, STDOUT_FILENO);
     if (start.LongestFile) {
@@ -148,7 +151,19 @@ void ChildProgram::Kill() const {
     if (m_process > 0) ::kill(-m_process, SIGKILL); // its group
 }
 
-int ChildProgram::RunUntilChange(int last) {
+void ChildProgram::Pause() const {
+    if (m_process > 0) ::kill(-m_process, SIGSTOP);
+}
+
+void ChildProgram::Continue() const {
+    if (m_process > 0) ::kill(-m_process, SIGCONT);
+}
+
+void ChildProgram::Release() const {
+    if (m_process > 0) ::ptrace(PTRACE_DETACH, m_process, nullptr, nullptr);
+}
+
+int ChildProgram::RunToChange(int number) {
     constexpr int atSystemCall = SIGTRAP | 0x80; // by PTRACE_O_TRACESYSGOOD
     int changes = 0;
     long signal = 0;
@@ -167,10 +182,8 @@ int ChildProgram::RunUntilChange(int last) {
             signal = 0;
             __ptrace_syscall_info call{};
             ::ptrace(PTRACE_GET_SYSCALL_INFO, m_process, sizeof(call), &call);
-            if (call.op == PTRACE_SYSCALL_INFO_ENTRY && IsChange(call) && ++changes == last) {
-                Kill();
-                return changes;
-            }
+            const bool isChange = call.op == PTRACE_SYSCALL_INFO_ENTRY && IsChange(call);
+            if (isChange && ++changes == number) return changes;
         }
         ::ptrace(PTRACE_SYSCALL, m_process, nullptr, signal);
     }

@@ -27,10 +27,10 @@ private:
 struct ChildStart {
     std::filesystem::path Program{};
     std::vector<std::string> Arguments{};
-    std::filesystem::path SettingsFolder{};     ///< instead of the user's own
+    std::filesystem::path SettingsFolder{};     ///< instead of the user's own; temporary files go beside it
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; a write beyond them kills the child
     const StartSignal* Signal = nullptr;        ///< the child waits for it
-    bool IsTraced = false;                      ///< it stops at its start: RunUntilChange takes it on
+    bool IsTraced = false;                      ///< it stops at its start: RunToChange takes it on
 };
 
 /// A child process. It leads a process group, so that killing it kills what it has started too.
@@ -44,10 +44,15 @@ public:
     bool IsRunning();
     /// Like kill -9.
     void Kill() const;
-    /// Lets a traced child run until it begins system call number `last` of those that change files (open
-    /// what may be new, write, flush, rename, remove ...), and kills it before the call happens. A child
-    /// that ends before is left to Wait. Returns how many such calls it began.
-    int RunUntilChange(int last);
+    /// Stops it and all that it has started, wherever they are, until Continue.
+    void Pause() const;
+    void Continue() const;
+    /// Lets a traced child run until it begins system call `number` of those that change files (open what may
+    /// be new, write, flush, rename, remove ...). There it stays, until Kill or Release. Returns how many
+    /// such calls it began: fewer if it has ended.
+    int RunToChange(int number);
+    /// Lets a traced child that stays somewhere run on, no longer traced.
+    void Release() const;
     /// Waits for the end. Returns the exit status; -1 = it was killed.
     int Wait();
     /// What it wrote to its error output.

@@ -207,7 +207,7 @@ protected:
         ChildStart start = StartOf(GetParam().Arguments);
         start.IsTraced = true;
         ChildProgram program(start);
-        const int changes = program.RunUntilChange(0);
+        const int changes = program.RunToChange(0);
         EXPECT_EQ(program.Wait(), 0) << program.Errors();
         EXPECT_GE(changes, 3); // write, flush, and its last word
         std::vector<Moment> moments;
@@ -228,12 +228,11 @@ protected:
         ChildStart start = StartOf(GetParam().Arguments);
         start.IsTraced = moment.Change != 0;
         ChildProgram program(start);
-        if (start.IsTraced) {
-            program.RunUntilChange(moment.Change);
-        } else {
+        if (start.IsTraced)
+            program.RunToChange(moment.Change);
+        else
             std::this_thread::sleep_for(moment.Time);
-            program.Kill();
-        }
+        program.Kill();
         const int status = program.Wait();
         EXPECT_TRUE(status == 0 || status == -1) << program.Errors();
         return status == 0;

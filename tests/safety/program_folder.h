@@ -39,10 +39,10 @@ public:
     std::string MaterialsToImport(const std::string& name, int count) const;
     /// The same with usage of the first material, month by month from January of `year` on.
     std::string UsageToImport(int year, int count) const;
-
-private:
+    /// A file outside the program folder that holds the content; its path in UTF-8.
     std::string FileNamed(const std::string& name, const std::string& content) const;
 
+private:
     TemporaryFolder m_temporary;
     std::filesystem::path m_folder = m_temporary.Path() / "program";
     std::filesystem::path m_settings = m_temporary.Path() / "settings";

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -55,18 +56,39 @@ bool SaveCompanyNumber(AppContext& app, std::int16_t id, const std::string& name
     return static_cast<ScriptedPrompts&>(app.Prompts).Shown.empty();
 }
 
-/// Step `state` of a known sequence: the first and the last of the materials get the state, in this order,
-/// and a material that tells it is appended; the one appended in the step before is deleted.
+/// Does it again while another copy holds the file for longer than a writer waits.
+bool Persist(AppContext& app, const std::function<bool()>& operation) {
+    auto& shown = static_cast<ScriptedPrompts&>(app.Prompts).Shown;
+    for (;;) {
+        if (operation()) return true;
+        if (shown.size() != 1 ||
+            !shown.front().Text.ends_with("another running copy of the program is working with it."))
+            return false;
+        shown.clear();
+    }
+}
+
+/// Step `state` of a known sequence: the first and the last of the materials that are there at first get the
+/// state, in this order, a material that tells it is appended, and the one appended before is deleted.
 bool StepMaterials(AppContext& app, std::int16_t last, int state) {
-    const auto appended = static_cast<std::int16_t>(last + state);
-    return SaveMaterialNamed(app, 1, "First", state) && SaveMaterialNamed(app, last, "Last", state) &&
-           SaveMaterialNamed(app, 0, "Added", state) &&
-           (state == 1 || DeleteMaterialNumber(app, static_cast<std::int16_t>(appended - 1)));
+    if (!Persist(app, [&] { return SaveMaterialNamed(app, 1, "First", state); }) ||
+        !Persist(app, [&] { return SaveMaterialNamed(app, last, "Last", state); }) ||
+        !Persist(app, [&] { return SaveMaterialNamed(app, 0, "Added", state); }))
+        return false;
+    std::vector<MaterialRecord> added;
+    FindMaterials(app, {.CustomId = "Added"}, added);
+    return added.size() <= 1 ||
+           Persist(app, [&] { return DeleteMaterialNumber(app, added.front().MaterialId); });
 }
 /// The same with usage of the months 1/1900, 12/1900 and 6/1900.
 bool StepUsage(AppContext& app, std::int16_t last, int state) {
-    return SaveUsageNumber(app, 1, "1/1900", state) && SaveUsageNumber(app, last, "12/1900", state) &&
-           SaveUsageNumber(app, 0, "6/1900", state);
+    if (!Persist(app, [&] { return SaveUsageNumber(app, 1, "1/1900", state); }) ||
+        !Persist(app, [&] { return SaveUsageNumber(app, last, "12/1900", state); }) ||
+        !Persist(app, [&] { return SaveUsageNumber(app, 0, "6/1900", state); }))
+        return false;
+    std::vector<UsageRecord> added;
+    FindUsage(app, {.Periods = "6/1900"}, added);
+    return added.size() <= 1 || Persist(app, [&] { return !DeleteUsage(app, added.front().UsageId); });
 }
 
 /// Prints the numbers of the live records.
@@ -93,8 +115,8 @@ bool Run(AppContext& app, const std::string& command, const Arguments& given) {
     if (command == "list") return List(app);
     const bool hasMaterials = command == "step-materials";
     if (!hasMaterials && command != "step-usage") return false;
-    const int steps = Number(given.at(1));
-    for (int state = 1; state <= steps; ++state)
+    const int end = Number(given.at(2));
+    for (int state = Number(given.at(1)); state <= end; ++state)
         if (!(hasMaterials ? StepMaterials : StepUsage)(app, Number(given.at(0)), state)) return false;
     return true;
 }

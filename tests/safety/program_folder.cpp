@@ -120,8 +120,8 @@ std::string UsageSlots(int year, int count, int first) {
     return slots;
 }
 
-std::string CompanySlot(const std::string& name, int number) {
-    return Bytes(static_cast<std::uint64_t>(number), 2) + Padded(name, 250) + Padded("Dock 1", 250) +
+std::string CompanySlot(const std::string& name, int number, const std::string& location) {
+    return Bytes(static_cast<std::uint64_t>(number), 2) + Padded(name, 250) + Padded(location, 250) +
            Hex("FF FF");
 }
 } // namespace mact

@@ -51,5 +51,5 @@ private:
 /// The slots that those lines become, numbered from `first` on.
 std::string MaterialSlots(const std::string& name, int count, int first);
 std::string UsageSlots(int year, int count, int first);
-std::string CompanySlot(const std::string& name, int number);
+std::string CompanySlot(const std::string& name, int number, const std::string& location = "Dock 1");
 } // namespace mact

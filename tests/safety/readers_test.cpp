@@ -17,6 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr int MaterialsAtFirst = 3000; // 4.3 MB
 constexpr int UsageAtFirst = 9000;     // 288 KB
 constexpr int LinesAtOnce = 1000;
+constexpr int Imports = 10;
 
 std::vector<std::string> PartsOf(const std::string& text, const std::string& separator) {
     std::vector<std::string> parts;
@@ -228,7 +229,8 @@ protected:
 
 TEST_F(ReadersBesideWriters, OfMaterialsShowOnlyStatesBetweenTwoOperations) {
     std::vector<std::vector<std::string>> imports;
-    for (int number = 0; number < 10; ++number)
+    imports.reserve(Imports);
+    for (int number = 0; number < Imports; ++number)
         imports.push_back(
             {"import-materials", Folder.MaterialsToImport("Import" + std::to_string(number), LinesAtOnce)});
     const int steps = IsWholeSweep() ? 1500 : 150;
@@ -243,7 +245,8 @@ TEST_F(ReadersBesideWriters, OfMaterialsShowOnlyStatesBetweenTwoOperations) {
 
 TEST_F(ReadersBesideWriters, OfUsageShowOnlyStatesBetweenTwoOperations) {
     std::vector<std::vector<std::string>> imports;
-    for (int number = 0; number < 10; ++number)
+    imports.reserve(Imports);
+    for (int number = 0; number < Imports; ++number)
         imports.push_back({"import-usage", Folder.UsageToImport(2000 + 100 * number, LinesAtOnce)});
     const int steps = IsWholeSweep() ? 1500 : 150;
     ChildProgram first(Folder.StartStore({"step-usage", std::to_string(UsageAtFirst), "1", "1"}));

@@ -42,15 +42,16 @@ void AppendLine(std::string& content, const MaterialRecord& material) {
 Result<int> Export(AppContext& app, const std::filesystem::path& target) {
     const Done checked = CheckExportTarget(app, target, {});
     if (!checked) return checked.error();
-    const Result<MaterialExport> output = ReadSteadily(app, [&]() -> Result<MaterialExport> {
-        MaterialExport exported; // complete before anything is written
-        const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
-            AppendLine(exported.Content, material);
-            ++exported.Count;
+    const Result<MaterialExport> output =
+        ReadSteadily(app.Files, {MaterialsFile(app)}, [&]() -> Result<MaterialExport> {
+            MaterialExport exported; // complete before anything is written
+            const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+                AppendLine(exported.Content, material);
+                ++exported.Count;
+            });
+            if (!read) return read.error();
+            return exported;
         });
-        if (!read) return read.error();
-        return exported;
-    });
     if (!output) return output.error();
     const Done written = ReplaceFile(app.Files, target, output->Content);
     if (!written) return written.error();

@@ -71,7 +71,8 @@ Result<UsageExport> Export(AppContext& app, const std::filesystem::path& target)
     Result<TransferLog> log = TransferLog::Open(app.Files, logFile);
     if (!log) return log.error();
 
-    const Result<UsageExport> output = ReadSteadily(app, [&] { return ReadUsageToExport(app); });
+    const Result<UsageExport> output =
+        ReadSteadily(app.Files, {MaterialsFile(app), UsageFile(app)}, [&] { return ReadUsageToExport(app); });
     if (!output) return output.error();
     // The log first: a target is replaced only once its log is complete.
     Done done = WriteLog(*log, output->Rejected);

@@ -194,6 +194,7 @@ INSTANTIATE_TEST_SUITE_P(FiftyRuns, KilledAtARandomTime, testing::Range(0, 6));
 /// The process is killed at the very byte beyond which its file may not grow.
 TEST_F(KilledProgram, InTheMiddleOfAWriteLeavesAPieceThatTheNextStartMends) {
     int run = 0;
+    ExpectWorks(MaterialImport(run++)); // so that the undo file stays below the limit
     for (const std::size_t piece : {1U, 700U, 722U, 723U, 1443U, 1444U, 1445U, 3000U}) {
         SCOPED_TRACE(piece);
         const Command command = MaterialImport(run++);

@@ -6,10 +6,12 @@
 #include "usage/usage_store.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <string>
+#include <thread>
 #include <vector>
 
 /// store_program FOLDER COMMAND ARGUMENT... does one store operation for company 1 of the program folder, as
@@ -56,11 +58,15 @@ bool SaveCompanyNumber(AppContext& app, std::int16_t id, const std::string& name
     return static_cast<ScriptedPrompts&>(app.Prompts).Shown.empty();
 }
 
-/// Does it again while another copy holds the file for longer than a writer waits.
+/// Does it again while another copy holds the file for longer than a writer waits. Rests for a moment then:
+/// beside a writer that never does, readers are told that the file is in use.
 bool Persist(AppContext& app, const std::function<bool()>& operation) {
     auto& shown = static_cast<ScriptedPrompts&>(app.Prompts).Shown;
     for (;;) {
-        if (operation()) return true;
+        if (operation()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            return true;
+        }
         if (shown.size() != 1 ||
             !shown.front().Text.ends_with("another running copy of the program is working with it."))
             return false;

@@ -19,6 +19,13 @@ public:
         if (!content) content = std::make_shared<Content>();
         return content->Bytes;
     }
+    /// All files by their names.
+    std::map<std::filesystem::path, std::string> Contents() const {
+        std::map<std::filesystem::path, std::string> contents;
+        for (const auto& [path, content] : m_files)
+            contents[path] = content->Bytes;
+        return contents;
+    }
     bool Has(const std::filesystem::path& path) const { return m_files.contains(path); }
 
     Result<std::unique_ptr<OpenedFile>> Open(const std::filesystem::path& path, OpenMode mode) override {

@@ -139,7 +139,10 @@ Checked CheckOnce(const DataFiles& data, const std::set<std::string>& names) {
     }
     for (const std::string& name : names)
         if (name.ends_with(PathText(SetAsideUndoFileOf({}))))
-            FileFindings(name, take).Add("it was set aside: it is that of another state of its data file");
+            FileFindings(name, take)
+                .Add("a change that was cut off was not taken back, since the data file had changed "
+                     "meanwhile; "
+                     "compare that with a backup, then remove this file");
     return checked;
 }
 

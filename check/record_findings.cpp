@@ -49,7 +49,8 @@ Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, s
     if (!file) return file.error();
     const Result<UndoFinding> undo = ReadUndoFile(files, path, **file);
     if (!undo) return undo.error();
-    if (undo->IsForeign) findings.Add("its undo file is that of another state of it, and takes nothing back");
+    if (undo->IsForeign)
+        findings.Add("a change that was cut off cannot be taken back, since the file has changed meanwhile");
     const Result<std::uint64_t> present = (*file)->Length();
     if (!present) return present.error();
     const std::uint64_t length = undo->Before ? undo->Before->Length : *present;

@@ -4,9 +4,10 @@
 #include "materials/material_record.h"
 #include "store/companies.h"
 #include "store/material_types.h"
+#include "store/undo_file.h"
 #include "tests/support/folder_content.h"
 #include "tests/support/test_program.h"
-#include "usage/usage_record.h"
+#include "usage/usage_store.h"
 
 #include <gtest/gtest.h>
 
@@ -159,6 +160,31 @@ TEST_F(DataCheckTest, HalfASlotCountsAfterAnOddNumberOfSlotsAndNotAfterAnEvenOne
     EXPECT_EQ(Check(), Lines{"1_usage.talvor, record 2: it is short, with 16 of 32 bytes"});
     WriteContent(DataFile("1_usage.talvor"), std::string(16, 'x'));
     EXPECT_EQ(Check(), Lines{"1_usage.talvor: 16 surplus bytes after 0 records"});
+}
+
+/// What a copy leaves that is killed while it appends a usage record.
+TEST_F(DataCheckTest, AChangeThatWasCutOffIsReadAsIfItHadNotBegun) {
+    WriteGoodFiles();
+    const std::string before = ContentOf(DataFile("1_usage.talvor"));
+    const std::string added = Pack(UsageLayout, GoodUse(2));
+    ASSERT_TRUE(
+        UndoFile::Begin(Files, DataFile("1_usage.talvor"), {before.size(), 32, {}}, {before.size(), added}));
+    WriteContent(DataFile("1_usage.talvor"), before + added.substr(0, 20));
+    EXPECT_EQ(Check(), Lines{});
+    EXPECT_TRUE(std::filesystem::exists(DataFile("1_usage.talvor.mact.undo"))); // looking changes nothing
+}
+
+TEST_F(DataCheckTest, AnUndoFileOfAnotherStateIsAFinding) {
+    WriteGoodFiles();
+    const std::string before = ContentOf(DataFile("1_usage.talvor"));
+    ASSERT_TRUE(UndoFile::Begin(Files, DataFile("1_usage.talvor"), {2 * before.size(), 32, {}}, {}));
+    EXPECT_EQ(Check(), Lines{"1_usage.talvor: a change that was cut off cannot be taken back, since the file "
+                             "has changed meanwhile"});
+    EXPECT_FALSE(SaveUsage(App, {.MaterialId = 1, .Period = "1/2031", .Quantity = 1, .Unit = UnitLbs}));
+    EXPECT_EQ(
+        Check(),
+        Lines{"1_usage.talvor.mact.undo.aside: a change that was cut off was not taken back, since "
+              "the data file had changed meanwhile; compare that with a backup, then remove this file"});
 }
 
 TEST_F(DataCheckTest, SurplusBytesAreAFindingOfEveryKindOfFile) {

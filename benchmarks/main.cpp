@@ -107,7 +107,7 @@ const char* Judgement(double value, double most) {
 
 /// The longest that the operation may take at the limit, in ms: nobody notices 5.
 double MostTime(const Operation& operation, double floor) {
-    return std::max(operation.MostTimesFloor * floor, 5.0);
+    return std::max(operation.MostTimesFloor * floor, operation.Floor ? 0 : 5.0);
 }
 
 /// How many times longer all the records may take than a tenth of them. Where the floor itself grows faster

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 
 namespace mact {
 namespace {
@@ -89,6 +90,28 @@ void ImportUsage(BenchShop& shop) {
     ImportLines<ImportUsageFile>(shop, shop.UsageLines());
 }
 
+/// The usage record in the middle of the file, with the values that it has.
+void SaveUsageAgain(BenchShop& shop) {
+    static std::map<int, UsageRecord> records; // by the size of the shop
+    const auto [known, isNew] = records.try_emplace(shop.Records());
+    if (isNew) {
+        std::vector<UsageRecord> found;
+        FindUsage(shop.App(), {.UsageId = static_cast<std::int16_t>(shop.Records() / 2)}, found);
+        known->second = found.front();
+    }
+    Expect(!SaveUsage(shop.App(), known->second), "usage is saved");
+}
+/// What no save can avoid: as many bytes to a new file and to the old one, both flushed, and one removal.
+void SaveFloor(BenchShop& shop) {
+    const std::string slot(UsageLayout.SlotLength(), 'x');
+    const Path fresh = shop.App().ProgramFolder / "floor.new";
+    for (const Path& path : {fresh, FloorOutput(shop)}) {
+        const auto file = shop.App().Files.Open(path, OpenMode::Update);
+        Expect(file && (*file)->WriteAt(0, slot) && (*file)->Flush(), "the floor writes its files");
+    }
+    Expect(bool(shop.App().Files.Remove(fresh)), "the floor removes its file");
+}
+
 Path ExportTarget(BenchShop& shop) {
     return shop.App().ProgramFolder / "export.txt";
 }
@@ -144,24 +167,25 @@ Paths UsageSource(BenchShop& shop) {
 
 const std::vector<Operation>& Operations() {
     static const std::vector<Operation> operations = {
-        {"FindMaterials, all",              3, FindAllMaterials,                            MaterialsAlone, Nothing                                      },
-        {"FindMaterials, by number",        3, FindMaterialById,                            MaterialsAlone, Nothing                                      },
-        {"FindUsage, twelve months",        3, FindUsageOfMonths,                           UsageAlone,     Nothing                                      },
-        {"FindUsage, by material text",     3, FindUsageOfMaterial,                         Both,           Nothing                                      },
-        {"list of materials",               3, FillMaterials,                               MaterialsAlone, Nothing                                      },
-        {"list of usage",                   3, FillUsage,                                   Both,           Nothing                                      },
-        {"report, compliant, all",          3, ReportOfAllMaterials,                        MaterialsAlone, CompliantPage                                },
-        {"report, compliant, used",         3, Report<GenerateCompliantMaterialsReport>,    Both,           CompliantPage                                },
-        {"report, weighted average",        3, Report<GenerateWeightedAverageReport>,       Both,           WeightedPage                                 },
-        {"report, emission average",        3, Report<GenerateEmissionAverageReport>,       Both,           EmissionPage                                 },
-        {"report, additional HAP usage",    3, Report<GenerateAdditionalHapUsageReport>,    Both,
-         AdditionalUsagePage                                                                                                                             },
-        {"report, additional HAP emission", 3, Report<GenerateAdditionalHapEmissionReport>, Both,
-         AdditionalEmissionPage                                                                                                                          },
-        {"import of materials",             3, ImportMaterials,                             MaterialSource, NewMaterials,                                  true},
-        {"import of usage",                                 4,                  ImportUsage,                            UsageSource,              Usage,                     true},
-        {"export of materials",                             3,                              ExportLines<ExportMaterialFile>,                                                     MaterialsAlone,                                      ExportTarget  },
-        {"export of usage",                     3,                      ExportLines<ExportUsageFile>,                                                 Both,     ExportTarget},
+        {"save of one usage record",       3,              SaveUsageAgain,                            UsageAlone, Nothing,                                                                        false, SaveFloor},
+        {"FindMaterials, all",                       3,                                     FindAllMaterials,                                                           MaterialsAlone,                                              Nothing                                                                       },
+        {"FindMaterials, by number",                         3,                                       FindMaterialById,                                                       MaterialsAlone,Nothing},
+        {"FindUsage, twelve months",                         3,                                       FindUsageOfMonths,                                                       UsageAlone,                                              Nothing                                                                                                                         },
+        {"FindUsage, by material text",                         3,                                       FindUsageOfMaterial,                                                    Both,Nothing},
+        {"list of materials",                         3,                                       FillMaterials,                                                              MaterialsAlone,                                                        Nothing                                                                                                                                                                                               },
+        {"list of usage",                         3,                                       FillUsage,                                                                  Both,Nothing},
+        {"report, compliant, all",                         3,                                       ReportOfAllMaterials,                                                         MaterialsAlone,                                               CompliantPage                                                                                                                                                                                                                                       },
+        {"report, compliant, used",                   3,                                 Report<GenerateCompliantMaterialsReport>,                                                  Both,CompliantPage},
+        {"report, weighted average",                   3,                                 Report<GenerateWeightedAverageReport>,                                                 Both,                                              WeightedPage                                                                                                                                                                                                                                                                                             },
+        {"report, emission average",                    3,                                  Report<GenerateEmissionAverageReport>,                                                  Both,EmissionPage},
+        {"report, additional HAP usage",                    3,                                  Report<GenerateAdditionalHapUsageReport>,                                              Both,
+         AdditionalUsagePage                                                                                                                                                                                                                                                                                                                                         },
+        {"report, additional HAP emission",              3,                            Report<GenerateAdditionalHapEmissionReport>,                                     Both,
+         AdditionalEmissionPage},
+        {"import of materials",           3,                         ImportMaterials,                                              MaterialSource,                                             NewMaterials,                                                                                                                                                                                                                                                                                                                                                                                     true},
+        {"import of usage",                    4,                              ImportUsage,                                                                       UsageSource,                     Usage,true},
+        {"export of materials",                     3,                              ExportLines<ExportMaterialFile>,MaterialsAlone,ExportTarget                                                                                                                                                                                                                                                                                                                                                  },
+        {"export of usage", 3,ExportLines<ExportUsageFile>,     Both,                             ExportTarget},
     };
     return operations;
 }
@@ -201,6 +225,10 @@ std::uint64_t SumOf(BenchShop& shop, const Path& path, std::string& chunk) {
 } // namespace
 
 void RunFloor(const Operation& operation, BenchShop& shop, std::uint64_t outputBytes) {
+    if (operation.Floor) {
+        operation.Floor(shop);
+        return;
+    }
     std::string chunk(ChunkLength, 'x');
     std::uint64_t sum = 0;
     for (const Path& input : operation.Inputs(shop))

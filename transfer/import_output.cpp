@@ -5,13 +5,19 @@
 namespace mact {
 namespace {
 
-constexpr std::size_t ChunkLength = std::size_t{1} << 20; // bytes, in either buffer
+/// Bytes. Of records, much is written at once: before each write the undo file is told and flushed.
+constexpr std::size_t RecordsLength = std::size_t{1} << 24;
+constexpr std::size_t LongestSlot = 4096;
+constexpr std::size_t LogLength = std::size_t{1} << 20;
 
 void KeepFirst(Done& failure, const Done& next) {
     if (failure) failure = next;
 }
 
 } // namespace
+
+ImportOutput::ImportOutput(RecordFile records, TransferLog log)
+    : m_records(std::move(records), RecordsLength + LongestSlot), m_log(std::move(log)) {}
 
 Done Both(const Done& first, const Done& second) {
     if (first || second) return first ? second : first;
@@ -33,7 +39,7 @@ bool ImportOutput::EndLine(bool isRejected) {
     ++m_counts.Processed;
     if (isRejected) ++m_counts.Errors;
     // Both buffers are emptied together, since a mark counts from the start of the buffered log.
-    if (m_records.PendingLength() >= ChunkLength || m_log.PendingLength() >= ChunkLength) Write();
+    if (m_records.PendingLength() >= RecordsLength || m_log.PendingLength() >= LogLength) Write();
     return m_recordsDone && m_logDone;
 }
 

@@ -28,8 +28,7 @@ Done Both(const Done& first, const Done& second);
 /// log are taken back to where they were before the first line whose record did not reach the file.
 class ImportOutput {
 public:
-    ImportOutput(RecordFile records, TransferLog log)
-        : m_records(std::move(records)), m_log(std::move(log)) {}
+    ImportOutput(RecordFile records, TransferLog log);
 
     /// Logs a line that has the wrong number of fields.
     void LogInvalidFieldCount(const ImportedLine& line);

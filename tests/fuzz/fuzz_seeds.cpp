@@ -3,6 +3,7 @@
 #include "store/material_types.h"
 #include "tests/fuzz/data_files.h"
 #include "transfer/transfer.h"
+#include "usage/usage_record.h"
 
 #include <fstream>
 #include <iostream>
@@ -90,6 +91,16 @@ int main(int argc, char* argv[]) {
             seeds.Add(target, InputOf(cut));
         }
     }
+    // An undo file made of two pieces and an appended slot, of which a half is there; then a damaged one.
+    std::string slots;
+    for (const std::int16_t number : {std::int16_t{1}, std::int16_t{2}, std::int16_t{3}})
+        AppendPacked(UsageLayout, {.UsageId = number, .MaterialId = 1, .Period = "3/2005"}, slots);
+    const std::string announced(32, 'n');
+    seeds.Add("fuzz_undo_file", std::string("\0\0\x60\x1F\x02\0\x20\x02", 8) + slots.substr(32, 2) + "xy" +
+                                    std::string("\0\x42\x01", 3) + slots.substr(66, 1) + "z" +
+                                    std::string("\0\x60\0\x20", 4) + announced + slots +
+                                    announced.substr(0, 16));
+    seeds.Add("fuzz_undo_file", std::string("\x03\0\x30MACTUNDO", 11) + std::string(40, '\1') + slots);
     if (seeds.HasFailed()) std::cerr << "fuzz_seeds: a seed is missing\n";
     return seeds.HasFailed() ? 1 : 0;
 }

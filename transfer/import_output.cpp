@@ -35,6 +35,14 @@ void ImportOutput::LogRejection(const ImportedLine& line, std::string_view messa
     m_log.AddLine({}); // an entry ends with an empty line
 }
 
+void ImportOutput::LogTooLong(const ImportedLine& line, std::uint64_t length) {
+    std::string text(line.Text);
+    text += TransferTexts::BeginningOf;
+    text += std::to_string(length);
+    text += TransferTexts::BytesOfLine;
+    LogRejection({text, line.Number}, TransferTexts::LineTooLong);
+}
+
 bool ImportOutput::EndLine(bool isRejected) {
     ++m_counts.Processed;
     if (isRejected) ++m_counts.Errors;

@@ -33,6 +33,8 @@ public:
     /// Logs a line that has the wrong number of fields.
     void LogInvalidFieldCount(const ImportedLine& line);
     void LogRejection(const ImportedLine& line, std::string_view message);
+    /// Logs a line of `length` bytes, more than are read. `line` holds its beginning.
+    void LogTooLong(const ImportedLine& line, std::uint64_t length);
 
     /// The number of the next record. A Failure when the file is full.
     Result<std::int16_t> NextNumber() const { return m_records.NextNumber(); }

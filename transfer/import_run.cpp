@@ -6,6 +6,14 @@
 namespace mact {
 namespace {
 
+/// True if the line was rejected, false if it was stored.
+Result<bool> ImportLine(const ImportJob& job, const TextLines& lines, const ImportedLine& line,
+                        ImportOutput& output) {
+    if (!lines.IsTooLong()) return job.ImportLine(line, output);
+    output.LogTooLong(line, lines.Length());
+    return true;
+}
+
 /// Reports failures to read. The output keeps those to write, and its Finish reports them.
 Done ImportLines(const ImportJob& job, OpenedFile& source, ImportOutput& output,
                  const TransferWatcher& watcher) {
@@ -17,7 +25,7 @@ Done ImportLines(const ImportJob& job, OpenedFile& source, ImportOutput& output,
         if (!line) return line.error();
         if (!*line) return Success();
         const int number = output.Counts().Processed + 1; // every line counts, rejected and empty ones too
-        const Result<bool> isRejected = job.ImportLine({**line, number}, output);
+        const Result<bool> isRejected = ImportLine(job, lines, {**line, number}, output);
         if (!isRejected) return isRejected.error();
         if (!output.EndLine(*isRejected)) return Success();
         if (watcher && !watcher({lines.BytesRead(), *length, number})) return Success();

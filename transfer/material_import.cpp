@@ -16,7 +16,7 @@ namespace mact {
 namespace {
 
 constexpr std::size_t FieldCount = 19;
-constexpr std::size_t CustomIdLength = 100; // as stored
+constexpr std::size_t TextLength = 100; // of each text, as stored
 
 /// False if one of the texts is not a number.
 bool ParseAll(const std::string_view* texts, std::array<double, 12>& numbers) {
@@ -37,15 +37,16 @@ struct MaterialImport::CheckedLine {
     std::array<double, 12> PollutantNumbers{}; ///< content and factor in turn
 
     /// Sets what a line has a field for, without the filler on purpose. Emission factor, comments, filler and
-    /// Active keep their defaults, even in a record that is reused: nothing sets them.
+    /// Active keep their defaults, even in a record that is reused: nothing sets them. Texts are cut here
+    /// already, since the record's keep their memory, and a field can have 16 MB.
     void Fill(MaterialRecord& material, std::int16_t materialId) const {
         material.MaterialId = materialId;
-        material.CustomId = Fields[0];
-        material.MaterialType = Fields[2];
-        material.ApplicationMethod = Fields[3];
+        material.CustomId = Fields[0].substr(0, TextLength);
+        material.MaterialType = Fields[2].substr(0, TextLength);
+        material.ApplicationMethod = Fields[3].substr(0, TextLength);
         material.Density = Density;
         material.HapContent = HapContent;
-        material.Description = Fields[1];
+        material.Description = Fields[1].substr(0, TextLength);
         for (std::size_t index = 0; index < PollutantContents.size(); ++index) {
             material.*PollutantContents[index] = PollutantNumbers[2 * index];
             material.*PollutantFactors[index] = PollutantNumbers[2 * index + 1];
@@ -65,10 +66,15 @@ Done MaterialImport::Prepare(const DataFiles& data, RecordFile& materials) {
     });
 }
 
+bool MaterialImport::IsTaken(std::string_view customId) const {
+    // A longer one equals none that is stored; no key is made of it, which could have 16 MB.
+    return Trim(customId).size() <= TextLength && m_customIds.contains(ComparisonKey(customId));
+}
+
 std::string_view MaterialImport::Check(CheckedLine& checked) {
     // In this order: the log names only the first error of a line. An empty Material ID is like any other.
     const auto& fields = checked.Fields;
-    if (m_customIds.contains(ComparisonKey(fields[0]))) return TransferTexts::MaterialExists;
+    if (IsTaken(fields[0])) return TransferTexts::MaterialExists;
     if (Trim(fields[1]).empty()) return TransferTexts::DescriptionEmpty;
     if (!m_typesAndMethods.Find(fields[2], fields[3])) return TransferTexts::TypeOrMethodUnknown;
     const std::optional<double> density = ParseNumber(fields[4]);
@@ -90,7 +96,7 @@ Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, Import
     checked.Fill(m_record, *number);
     output.AppendRecord(MaterialLayout, m_record);
     // Cut as in the file: a second line with the same Material ID of over 100 characters is accepted.
-    m_customIds.insert(ComparisonKey(checked.Fields[0].substr(0, CustomIdLength)));
+    m_customIds.insert(ComparisonKey(checked.Fields[0].substr(0, TextLength)));
     return false;
 }
 

@@ -24,6 +24,8 @@ private:
     struct CheckedLine;
     /// Fills `checked`, or returns the first error's message.
     std::string_view Check(CheckedLine& checked);
+    /// Whether a live material has this Material ID.
+    bool IsTaken(std::string_view customId) const;
 
     TypeMethodPairs m_typesAndMethods;
     std::unordered_set<std::string> m_customIds; ///< of the live materials, as ComparisonKey

@@ -8,6 +8,18 @@
 namespace mact {
 namespace {
 
+// A window needs many times the memory of the text that it shows. The longest log of lines of usual length,
+// of an import of 32,767 rejected records, is below these limits.
+constexpr std::size_t LongestShownLine = 4096;                // bytes
+constexpr std::size_t MostShownBytes = std::size_t{16} << 20; // and a line more
+constexpr int MostShownLines = 200'000;
+
+/// In front of the text, where it is seen.
+std::string NoteOnShortened(const std::filesystem::path& log) {
+    return "(This log is long and is shown shortened. All of it is in the file " +
+           CodePageFromUtf8(PathText(log.filename())) + ".)\r\n\r\n";
+}
+
 std::string Summary(std::string_view successLabel, int processedCount, std::optional<int> errorCount) {
     std::string text(TransferTexts::TotalProcessed);
     text += WholeNumberText(processedCount);
@@ -47,14 +59,22 @@ std::filesystem::path UsageExportErrorLog(const AppContext& app) {
 Result<std::string> ReadErrorLog(FileAccess& files, const std::filesystem::path& log) {
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(log, OpenMode::Read);
     if (!file) return file.error();
-    TextLines lines(**file);
+    TextLines lines(**file, {.Longest = LongestShownLine, .KeptOfLonger = LongestShownLine});
     std::string text;
-    for (;;) {
+    bool isShortened = false;
+    for (int count = 0;; ++count) {
         const Result<std::optional<std::string_view>> line = lines.Next();
         if (!line) return line.error();
-        if (!*line) return text;
+        if (!*line) break;
+        isShortened = isShortened || lines.IsTooLong();
+        if (count == MostShownLines || text.size() > MostShownBytes) {
+            isShortened = true;
+            break;
+        }
         text += **line;
         text += "\r\n";
     }
+    if (isShortened) text.insert(0, NoteOnShortened(log));
+    return text;
 }
 } // namespace mact

@@ -54,6 +54,7 @@ std::string ExportSummary(int processedCount, std::optional<int> errorCount);
 std::filesystem::path ImportErrorLog(const AppContext& app, TransferModule module);
 std::filesystem::path UsageExportErrorLog(const AppContext& app);
 
-/// A log's lines, each ending with CR LF, in code-page text.
+/// A log's lines, each ending with CR LF, in code-page text. Of a very long log, or one with very long lines,
+/// a part, and in front of it a note that says so.
 Result<std::string> ReadErrorLog(FileAccess& files, const std::filesystem::path& log);
 } // namespace mact

@@ -5,7 +5,8 @@
 namespace mact {
 namespace {
 constexpr std::string_view LineEnd = "\r\n";
-}
+constexpr std::size_t LongestKept = std::size_t{4} << 20; // bytes of memory that stay for the next lines
+} // namespace
 
 Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::path& path) {
     Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Update);
@@ -18,6 +19,8 @@ Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::
 }
 
 void TransferLog::AddLine(std::string_view text, std::string_view more) {
+    // At once, or a long line would be copied, and be there twice, for the few bytes behind it.
+    m_pending.reserve(m_pending.size() + text.size() + more.size() + LineEnd.size());
     m_pending += text;
     m_pending += more;
     m_pending += LineEnd;
@@ -31,6 +34,8 @@ Done TransferLog::Write() {
     }
     m_length += m_pending.size();
     m_pending.clear();
+    // A long line's memory goes back, so that the next one needs no more than itself.
+    if (m_pending.capacity() > LongestKept) m_pending.shrink_to_fit();
     return written;
 }
 

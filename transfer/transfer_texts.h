@@ -14,6 +14,12 @@ inline constexpr std::string_view InvalidFieldCount = "    ***** Invalid number 
 inline constexpr std::string_view RecordNumber = "REC#  : ";
 inline constexpr std::string_view Record = "RECORD: ";
 
+// Around the length of a line of which only the beginning is logged, and why that line was rejected.
+inline constexpr std::string_view BeginningOf = "... (the beginning of a line of ";
+inline constexpr std::string_view BytesOfLine = " bytes)";
+inline constexpr std::string_view LineTooLong =
+    "ERROR : Line is too long. It can have 16777216 bytes at most.";
+
 inline constexpr std::string_view MaterialExists = "ERROR : Material with this id already exsists."; // sic
 inline constexpr std::string_view DescriptionEmpty = "ERROR : Description field cant not be empty."; // sic
 inline constexpr std::string_view TypeOrMethodUnknown =

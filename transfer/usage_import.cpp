@@ -14,7 +14,8 @@ namespace mact {
 namespace {
 
 constexpr std::size_t FieldCount = 5;
-constexpr std::size_t PeriodLength = 7; // as stored
+constexpr std::size_t PeriodLength = 7;     // as stored
+constexpr std::size_t CustomIdLength = 100; // as stored
 
 /// What usage is compared by: its period, ignoring case (1e0 is a month), and its Material ID, whose number
 /// fits in two bytes. Usually short enough for std::string to hold without allocating.
@@ -23,6 +24,15 @@ std::string UsageKey(std::uint32_t customIdNumber, std::string_view period) {
     key += static_cast<char>(customIdNumber & 0xFF);
     key += static_cast<char>(customIdNumber >> 8);
     return key;
+}
+
+/// The period as written, on purpose: one that is cut or trimmed when stored is never found again. Its
+/// pieces, which can have 16 MB, are cut where the period is already longer than any that is stored.
+std::string WrittenPeriod(std::string_view month, std::string_view year) {
+    std::string period(month.substr(0, PeriodLength + 1));
+    period += '/';
+    period += year.substr(0, PeriodLength + 1);
+    return period;
 }
 
 bool IsMonth(std::string_view text) {
@@ -71,17 +81,20 @@ void UsageImport::AddUsage(std::int16_t materialId, std::string_view storedPerio
     if (number) m_usage.Add(UsageKey(*number, Trim(storedPeriod)));
 }
 
+std::optional<std::uint32_t> UsageImport::FindCustomId(std::string_view text) const {
+    // A longer one equals none that is stored; no key is made of it, which could have 16 MB.
+    if (Trim(text).size() > CustomIdLength) return std::nullopt;
+    return m_customIds.Find(ComparisonKey(text));
+}
+
 std::string_view UsageImport::Check(CheckedLine& checked) {
     // In this order: the log names only the first error of a line.
     const auto& [materialText, month, year, quantity, unit] = checked.Fields;
-    const std::optional<std::uint32_t> customId = m_customIds.Find(ComparisonKey(materialText));
+    const std::optional<std::uint32_t> customId = FindCustomId(materialText);
     if (!customId) return TransferTexts::MaterialUnknown;
     if (!IsMonth(month)) return TransferTexts::MonthInvalid;
     if (!IsNumeric(year)) return TransferTexts::YearInvalid; // any number passes, even -5
-    std::string period(month);
-    period += '/';
-    period += year;
-    // The period as written, on purpose: one that is cut or trimmed when stored is never found again.
+    std::string period = WrittenPeriod(month, year);
     if (m_usage.Contains(UsageKey(*customId, period))) return TransferTexts::UsageExists;
     const std::optional<double> number = ParseNumber(quantity);
     if (!number) return TransferTexts::QuantityNotNumeric;

@@ -27,6 +27,8 @@ private:
     /// Fills `checked`, or returns the first error's message.
     std::string_view Check(CheckedLine& checked);
     Done TakeMaterials(const DataFiles& data);
+    /// The number that the Material ID has in m_customIds.
+    std::optional<std::uint32_t> FindCustomId(std::string_view text) const;
     void AddUsage(std::int16_t materialId, std::string_view storedPeriod);
 
     TextNumbers m_customIds{MostSlots}; ///< Material IDs of the live materials, as ComparisonKey

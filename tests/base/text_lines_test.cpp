@@ -68,5 +68,72 @@ TEST(TextLinesTest, ALineOfTenMegabytesIsOneLine) {
     EXPECT_EQ(LinesOf("a\n" + line + "\nb"), (Lines{"a", line, "b"}));
 }
 
+struct Measured {
+    std::string Text;
+    std::uint64_t Length;
+    bool IsTooLong;
+    bool operator==(const Measured&) const = default;
+};
+
+/// The lines of a reader that keeps lines of up to `limits.Longest` bytes.
+std::vector<Measured> MeasuredLinesOf(const std::string& content, LineLimits limits) {
+    const TemporaryFolder folder;
+    WriteContent(folder.Path() / "lines.txt", content);
+    OsFiles files;
+    const auto file = files.Open(folder.Path() / "lines.txt", OpenMode::Read);
+    TextLines lines(**file, limits);
+    std::vector<Measured> all;
+    for (;;) {
+        const auto line = lines.Next();
+        if (!line || !*line) break;
+        all.push_back({std::string(**line), lines.Length(), lines.IsTooLong()});
+    }
+    EXPECT_EQ(lines.BytesRead(), content.size());
+    return all;
+}
+
+TEST(TextLinesTest, OfALineThatIsTooLongTheBeginningIsKeptAndTheLengthIsCounted) {
+    EXPECT_EQ(MeasuredLinesOf("abcde\nabcdef\r\nabc\r",
+                              {
+                                  .Longest = 5, .KeptOfLonger = 2
+    }),
+              (std::vector<Measured>{{"abcde", 5, false}, {"ab", 6, true}, {"abc", 3, false}}));
+}
+TEST(TextLinesTest, ALastLineThatIsTooLongNeedNotBeEnded) {
+    EXPECT_EQ(MeasuredLinesOf("a\nabcdef",
+                              {
+                                  .Longest = 5, .KeptOfLonger = 5
+    }),
+              (std::vector<Measured>{{"a", 1, false}, {"abcde", 6, true}}));
+}
+TEST(TextLinesTest, AsMuchAsTheLimitIsALineAndOneByteMoreIsNot) {
+    // These lines are longer than the pieces in which a file is read (256 KiB), and end around one's end.
+    constexpr std::size_t twoPieces = std::size_t{2} << 18;
+    for (const std::string end : {"\n", "\r", "\r\n"})
+        for (std::size_t longest = twoPieces - 4; longest <= twoPieces + 2; ++longest) {
+            SCOPED_TRACE(longest);
+            const std::string line(longest, 'x');
+            const LineLimits limits{.Longest = longest, .KeptOfLonger = 3};
+            EXPECT_TRUE(MeasuredLinesOf(line + end + "b", limits) ==
+                        (std::vector<Measured>{
+                            {line, longest, false},
+                            {"b",  1,       false}
+            }));
+            EXPECT_TRUE(MeasuredLinesOf(line + "y" + end + "b", limits) ==
+                        (std::vector<Measured>{
+                            {"xxx", longest + 1, true },
+                            {"b",   1,           false}
+            }));
+            EXPECT_TRUE(MeasuredLinesOf(line + "y" + end, limits) == (std::vector<Measured>{
+                                                                         {"xxx", longest + 1, true}
+            }));
+        }
+}
+TEST(TextLinesTest, ALineOf16MegabytesIsKeptAndOneByteMoreIsNot) {
+    const std::string line(16777216, 'x');
+    EXPECT_TRUE(LinesOf(line + "\nb") == (Lines{line, "b"}));
+    EXPECT_TRUE(LinesOf(line + "y\nb") == (Lines{std::string(100, 'x'), "b"}));
+}
+
 } // namespace
 } // namespace mact

@@ -33,6 +33,35 @@ TEST_F(ErrorLogs, OneThatCannotBeReadToItsEndIsAFailure) {
     ExpectOneFailure("The disk is damaged.");
 }
 
+constexpr const char* ShownShortened =
+    "(This log is long and is shown shortened. All of it is in the file usage_import_errors.txt.)\r\n\r\n";
+
+TEST_F(ErrorLogs, ShowTheFirst4096BytesOfALongerLineAndSaySo) {
+    const std::string longest(4096, 'x');
+    WriteContent(UsageLogFile(), "a\r\n" + longest + "\r\nb\r\n");
+    EXPECT_EQ(*ReadErrorLog(Files, UsageLogFile()), "a\r\n" + longest + "\r\nb\r\n");
+    WriteContent(UsageLogFile(), "a\r\n" + longest + "y\r\nb\r\n");
+    EXPECT_EQ(*ReadErrorLog(Files, UsageLogFile()), ShownShortened + ("a\r\n" + longest + "\r\nb\r\n"));
+}
+
+TEST_F(ErrorLogs, ShowTheFirst200000LinesAndSaySo) {
+    std::string lines;
+    for (int line = 0; line < 200'000; ++line)
+        lines += "x\r\n";
+    WriteContent(UsageLogFile(), lines);
+    EXPECT_TRUE(*ReadErrorLog(Files, UsageLogFile()) == lines);
+    WriteContent(UsageLogFile(), lines + "y\r\n");
+    EXPECT_TRUE(*ReadErrorLog(Files, UsageLogFile()) == ShownShortened + lines);
+}
+
+TEST_F(ErrorLogs, ShowTheFirst16MegabytesAndSaySo) {
+    std::string lines; // of 4,000 bytes each, of which 4,195 are more than 16 MiB
+    for (int line = 0; line < 4'200; ++line)
+        lines += std::string(3'998, 'x') + "\r\n";
+    WriteContent(UsageLogFile(), lines);
+    EXPECT_TRUE(*ReadErrorLog(Files, UsageLogFile()) == ShownShortened + lines.substr(0, 4'195 * 4'000));
+}
+
 TEST(TransferSummary, OfAnImportHasThreeLines) {
     EXPECT_EQ(ImportSummary(1200, 3),
               "Total Records Processed : 1200\r\nSucessful Imports : 1197\r\nErrors : 3");

@@ -340,5 +340,45 @@ TEST_F(MaterialImportTest, ThousandsOfRecordsAreStoredInOrder) {
     }
 }
 
+constexpr std::size_t LongestLine = 16777216;
+
+TEST_F(MaterialImportTest, ALineOf16MegabytesIsStoredLikeAnyOther) {
+    const std::string fields = "|Production resin|Spray|9|28|0|0|0|0|0|0|0|0|0|0|0|0|0";
+    const std::string line = "A|" + std::string(LongestLine - fields.size() - 2, 'd') + fields;
+    ASSERT_EQ(line.size(), LongestLine);
+    ImportMaterials(line + "\r\n" + GoodMaterial("B"));
+    EXPECT_EQ(Processed, 2);
+    EXPECT_EQ(Errors, 0);
+    ASSERT_EQ(Materials().size(), 2U);
+    EXPECT_EQ(Materials()[0].Description, std::string(100, 'd'));
+    EXPECT_EQ(Materials()[1].CustomId, "B");
+}
+
+TEST_F(MaterialImportTest, ALineOf16MegabytesIsLoggedWhole) {
+    const std::string line(LongestLine, 'x');
+    ImportMaterials(line);
+    EXPECT_EQ(Errors, 1);
+    EXPECT_TRUE(Log() == line + "    ***** Invalid number of delimited fields ******\r\n");
+}
+
+TEST_F(MaterialImportTest, ALongerLineIsRejectedAndItsEntryHasItsBeginningAndItsLength) {
+    const std::string beginning = "A|" + std::string(98, 'd');
+    const std::string line = beginning + std::string(LongestLine + 1 - 100, 'e');
+    ImportMaterials(GoodMaterial("A") + line + "\r\n" + GoodMaterial("B"));
+    EXPECT_EQ(Processed, 3);
+    EXPECT_EQ(Errors, 1);
+    EXPECT_EQ(Materials().size(), 2U);
+    EXPECT_EQ(Log(), "REC#  : 2\r\nRECORD: " + beginning +
+                         "... (the beginning of a line of 16777217 bytes)\r\n"
+                         "ERROR : Line is too long. It can have 16777216 bytes at most.\r\n\r\n");
+}
+
+TEST_F(MaterialImportTest, ABlankBehind100CharactersAndMoreIsADifferentMaterialId) {
+    const std::string longest(100, 'A');
+    ImportMaterials(GoodMaterial(longest) + GoodMaterial(longest + " A") + GoodMaterial(longest + "  "));
+    EXPECT_EQ(Errors, 1); // the last, which has only blanks behind it
+    EXPECT_EQ(Materials().size(), 2U);
+}
+
 } // namespace
 } // namespace mact

@@ -333,5 +333,35 @@ TEST_F(UsageImportTest, UsageOfADeletedMaterialIsNoDuplicate) {
     EXPECT_EQ(Usage().at(1).MaterialId, 2);
 }
 
+TEST_F(UsageImportTest, FieldsOf16MegabytesCountLikeShortOnes) {
+    const std::string zeros(16'000'000, '0');
+    const std::string blanks(16'000'000, ' ');
+    EXPECT_TRUE(StoredAtOnce({
+                    "GC-110|3|2005|2|lbs",
+                    "GC-110|" + zeros + "3|2005|2|lbs",  // a month all the same, and another text than 3/2005
+                    "GC-110|3|" + zeros + "2005|2|lbs",  // a year
+                    "GC-110|4|2005|" + zeros + "2|lbs",  // a quantity
+                    "GC-110" + blanks + "|5|2005|2|lbs", // the Material ID
+                    "GC-110|" + blanks + "3|2005|2|lbs",
+                    "GC-110|6|2005|2|lbs" + blanks,
+                }) == "++++++-");
+    ASSERT_EQ(Usage().size(), 6U);
+    EXPECT_EQ(PeriodBytes(1), "0000000");
+    EXPECT_EQ(PeriodBytes(2), "3/00000");
+    EXPECT_EQ(Usage()[3].Quantity, 2);
+    EXPECT_EQ(PeriodBytes(5), "       ");
+}
+
+TEST_F(UsageImportTest, ALineOfMoreThan16MegabytesIsRejectedAndItsEntryHasItsBeginningAndItsLength) {
+    const std::string line(16777217, 'x');
+    ImportUsage(line + "\r\nGC-110|3|2005|2|lbs\r\n");
+    EXPECT_EQ(Processed, 2);
+    EXPECT_EQ(Errors, 1);
+    EXPECT_EQ(Usage().size(), 1U);
+    EXPECT_EQ(Log(), "REC#  : 1\r\nRECORD: " + std::string(100, 'x') +
+                         "... (the beginning of a line of 16777217 bytes)\r\n"
+                         "ERROR : Line is too long. It can have 16777216 bytes at most.\r\n\r\n");
+}
+
 } // namespace
 } // namespace mact

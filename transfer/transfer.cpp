@@ -8,11 +8,10 @@
 namespace mact {
 namespace {
 
-// A window needs many times the memory of the text that it shows. The longest log of lines of usual length,
-// of an import of 32,767 rejected records, is below these limits.
-constexpr std::size_t LongestShownLine = 4096;                // bytes
-constexpr std::size_t MostShownBytes = std::size_t{16} << 20; // and a line more
-constexpr int MostShownLines = 200'000;
+// A window needs many times the memory of the text that it shows: about 75 MB with any of these.
+constexpr std::size_t LongestShownLine = 4096;               // bytes
+constexpr std::size_t MostShownBytes = std::size_t{8} << 20; // and a line more
+constexpr int MostShownLines = 100'000;
 
 /// In front of the text, where it is seen.
 std::string NoteOnShortened(const std::filesystem::path& log) {

@@ -6,6 +6,7 @@ namespace mact {
 namespace {
 constexpr std::string_view LineEnd = "\r\n";
 constexpr std::size_t LongestKept = std::size_t{4} << 20; // bytes of memory that stay for the next lines
+constexpr std::size_t RestOfEntry = 1024;                 // bytes
 } // namespace
 
 Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::path& path) {
@@ -19,8 +20,10 @@ Result<TransferLog> TransferLog::Open(FileAccess& files, const std::filesystem::
 }
 
 void TransferLog::AddLine(std::string_view text, std::string_view more) {
-    // At once, or a long line would be copied, and be there twice, for the few bytes behind it.
-    m_pending.reserve(m_pending.size() + text.size() + more.size() + LineEnd.size());
+    // At once, with room for the rest of the entry: a long line would be copied, and be there twice, for the
+    // few bytes behind it.
+    const std::size_t needed = m_pending.size() + text.size() + more.size() + LineEnd.size();
+    if (needed > m_pending.capacity()) m_pending.reserve(needed + RestOfEntry);
     m_pending += text;
     m_pending += more;
     m_pending += LineEnd;

@@ -124,6 +124,10 @@ ChildProgram::ChildProgram(const ChildStart& start) {
         const rlimit longest{*start.LongestFile, *start.LongestFile};
         ::setrlimit(RLIMIT_FSIZE, &longest);
     }
+    if (start.MostMemory) {
+        const rlimit most{*start.MostMemory, *start.MostMemory};
+        ::setrlimit(RLIMIT_AS, &most);
+    }
     if (start.Signal) {
         ::close(start.Signal->m_pipe[1]);
         std::array<char, 1> none{};
@@ -196,8 +200,10 @@ bool ChildProgram::IsRunning() {
 }
 
 int ChildProgram::Wait() {
-    while (m_process > 0 && ::waitpid(m_process, &m_status, 0) < 0 && errno == EINTR) {
+    rusage used{};
+    while (m_process > 0 && ::wait4(m_process, &m_status, 0, &used) < 0 && errno == EINTR) {
     }
+    if (m_process > 0) m_peakMemory = static_cast<std::uint64_t>(used.ru_maxrss) * 1024; // it is in KiB
     m_process = -1;
     return WIFEXITED(m_status) ? WEXITSTATUS(m_status) : -1;
 }

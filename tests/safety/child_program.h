@@ -29,6 +29,7 @@ struct ChildStart {
     std::vector<std::string> Arguments{};
     std::filesystem::path SettingsFolder{};     ///< instead of the user's own; temporary files go beside it
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; a write beyond them kills the child
+    std::optional<std::uint64_t> MostMemory{};  ///< bytes of address space
     const StartSignal* Signal = nullptr;        ///< the child waits for it
     bool IsTraced = false;                      ///< it stops at its start: RunToChange takes it on
 };
@@ -59,11 +60,14 @@ public:
     std::string Errors() const;
     /// What it wrote to its standard output.
     std::string Output() const;
+    /// The most memory that it had at once, in bytes, once it has ended.
+    std::uint64_t PeakMemory() const { return m_peakMemory; }
 
 private:
     pid_t m_process = -1; ///< -1 = it has ended
     int m_status = 0;     ///< as waitpid reports it
-    int m_errors = -1;    ///< its error output, in a file without a name
-    int m_output = -1;    ///< the same for its standard output
+    std::uint64_t m_peakMemory = 0;
+    int m_errors = -1; ///< its error output, in a file without a name
+    int m_output = -1; ///< the same for its standard output
 };
 } // namespace mact

@@ -1,5 +1,6 @@
 #include "app/frm_main.h"
 #include "app/startup.h"
+#include "base/link_guard.h"
 #include "base/messages.h"
 #include "dialogs/message_icons.h"
 #include "dialogs/pictures.h"
@@ -23,18 +24,14 @@ int main(int argc, char* argv[]) {
     QApplication::setStyle(new StyleWithMessageIcons);
 #endif
     QtPrompts prompts;
-    QtSettings settings;
+    const std::filesystem::path programFolder = ToPath(QCoreApplication::applicationDirPath());
+    QtSettings settings(programFolder);
     QtPrograms programs;
     QtFileDialogs dialogs;
     QtClock calendar;
-    OsFiles files;
-    AppContext app{prompts,
-                   settings,
-                   programs,
-                   dialogs,
-                   calendar,
-                   files,
-                   ToPath(QCoreApplication::applicationDirPath())};
+    OsFiles systemFiles;
+    LinkGuard files(systemFiles, programFolder, SettingsFile());
+    AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
     if (const Done started = StartUp(app); !started) {
         ShowError(app, started.error());
         return 1;

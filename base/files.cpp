@@ -48,6 +48,8 @@ std::filesystem::path TemporaryFor(const std::filesystem::path& path) {
 }
 
 Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::string_view content) {
+    const Done checked = files.CheckLink(path);
+    if (!checked) return checked;
     const std::filesystem::path target = FollowLinks(path);
     std::error_code ignored;
     const std::filesystem::file_status status = std::filesystem::status(target, ignored);
@@ -75,7 +77,7 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     // WriteAll flushes: after a crash, a file renamed before that could be empty.
     if (replaced) replaced = WriteAll(**file, content);
     if (!replaced) replaced = CannotWrite(target, replaced.error());
-    if (replaced) replaced = files.Rename(temporary, target); // the lock outlasts it
+    if (replaced) replaced = files.Rename(temporary, target);  // the lock outlasts it
     if (!replaced) static_cast<void>(files.Remove(temporary)); // the first failure is the one to report
     return replaced;
 }

@@ -46,6 +46,12 @@ enum class OpenMode {
                   ///< above all, is removed and not followed
 };
 
+enum class NameKind {
+    Plain,        ///< the only name of a file, or no file's
+    Link,         ///< a link that holds a path
+    OneOfSeveral, ///< of a file that has more names
+};
+
 /// What the program needs of the operating system's files.
 class FileAccess : public Service {
 public:
@@ -58,6 +64,9 @@ public:
     /// system cannot tell.
     virtual Result<bool> HasOwn(const std::filesystem::path& path) = 0;
     virtual Done CreateFolder(const std::filesystem::path& path) = 0;
+    virtual NameKind KindOfName(const std::filesystem::path&) { return NameKind::Plain; }
+    /// A Failure if the path is a link that must not be followed.
+    virtual Done CheckLink(const std::filesystem::path&) { return Success(); }
 };
 
 /// Replaces the file's content through a temporary file beside it and a rename, so that a crash or a full

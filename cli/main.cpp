@@ -1,4 +1,5 @@
 #include "app/startup.h"
+#include "base/link_guard.h"
 #include "base/messages.h"
 #include "base/text.h"
 #include "cli/commands.h"
@@ -183,18 +184,19 @@ ExitStatus StartAndRun(const CommandLine& asked, AppContext& app) {
 }
 
 ExitStatus Run(const CommandLine& asked) {
-    ConsolePrompts prompts;
-    prompts.AnswersYes = asked.AnswersYes;
-    QtSettings settings;
-    ConsolePrograms programs;
-    NoFileDialogs dialogs;
-    QtClock calendar;
-    OsFiles files;
     const std::string folder =
         asked.Folder.empty() ? QCoreApplication::applicationDirPath().toStdString() : asked.Folder;
     std::error_code error;
     std::filesystem::path programFolder =
         std::filesystem::absolute(PathFromUtf8(folder), error).lexically_normal();
+    ConsolePrompts prompts;
+    prompts.AnswersYes = asked.AnswersYes;
+    QtSettings settings(programFolder);
+    ConsolePrograms programs;
+    NoFileDialogs dialogs;
+    QtClock calendar;
+    OsFiles systemFiles;
+    LinkGuard files(systemFiles, programFolder, SettingsFile());
     AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
 
     const ExitStatus status = StartAndRun(asked, app);

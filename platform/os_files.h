@@ -12,5 +12,6 @@ public:
     Done Remove(const std::filesystem::path& path) override;
     Result<bool> HasOwn(const std::filesystem::path& path) override;
     Done CreateFolder(const std::filesystem::path& path) override;
+    NameKind KindOfName(const std::filesystem::path& path) override;
 };
 } // namespace mact

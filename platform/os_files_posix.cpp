@@ -230,6 +230,13 @@ Result<bool> OsFiles::HasOwn(const std::filesystem::path& path) {
     return DescribeError("look for the file", path, errno);
 }
 
+NameKind OsFiles::KindOfName(const std::filesystem::path& path) {
+    struct stat status {};
+    if (Retry([&] { return ::lstat(path.c_str(), &status); }) != 0) return NameKind::Plain;
+    if (S_ISLNK(status.st_mode)) return NameKind::Link;
+    return S_ISREG(status.st_mode) && status.st_nlink > 1 ? NameKind::OneOfSeveral : NameKind::Plain;
+}
+
 Done OsFiles::CreateFolder(const std::filesystem::path& path) {
     constexpr mode_t permissions = 0777; // less the user's umask
     if (Retry([&] { return ::mkdir(path.c_str(), permissions); }) != 0)

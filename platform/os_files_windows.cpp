@@ -235,13 +235,7 @@ private:
 
 /// Removes what has the name of a file of our own and is none: a link, or a file with several names.
 Done RemoveForeign(const std::filesystem::path& path) {
-    HANDLE handle = OpenHandle(path, {0, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT});
-    if (handle == INVALID_HANDLE_VALUE) return Success(); // nothing, or nothing that opens
-    BY_HANDLE_FILE_INFORMATION information{};
-    const bool isKnown = ::GetFileInformationByHandle(handle, &information) != 0;
-    ::CloseHandle(handle);
-    const bool isLink = (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    if (!isKnown || (!isLink && information.nNumberOfLinks == 1)) return Success();
+    if (OsFiles().KindOfName(path) == NameKind::Plain) return Success();
     if (!::DeleteFileW(path.c_str())) return DescribeError("remove the file", path, ::GetLastError());
     return Success();
 }
@@ -279,6 +273,17 @@ Result<bool> OsFiles::HasOwn(const std::filesystem::path& path) {
     const DWORD error = ::GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     return DescribeError("look for the file", path, error);
+}
+
+NameKind OsFiles::KindOfName(const std::filesystem::path& path) {
+    HANDLE handle = OpenHandle(path, {0, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT});
+    if (handle == INVALID_HANDLE_VALUE) return NameKind::Plain; // nothing, or nothing that opens
+    BY_HANDLE_FILE_INFORMATION information{};
+    const bool isKnown = ::GetFileInformationByHandle(handle, &information) != 0;
+    ::CloseHandle(handle);
+    if (!isKnown) return NameKind::Plain;
+    if ((information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) return NameKind::Link;
+    return information.nNumberOfLinks > 1 ? NameKind::OneOfSeveral : NameKind::Plain;
 }
 
 Done OsFiles::CreateFolder(const std::filesystem::path& path) {

@@ -1,5 +1,6 @@
 #include "platform/qt_settings.h"
 
+#include "base/link_guard.h"
 #include "base/settings.h"
 #include "base/text.h"
 #include "platform/os_files.h"
@@ -16,37 +17,56 @@
 namespace mact {
 namespace {
 
+constexpr std::string_view Organization = "MACT";
+
 QString ToQt(std::string_view utf8Text) {
     return QString::fromUtf8(utf8Text.data(), static_cast<qsizetype>(utf8Text.size()));
 }
-
-/// The user's own settings; those that an administrator made for all users do not show through.
-class UserSettings : public QSettings {
-public:
-    UserSettings() : QSettings(NativeFormat, UserScope, QStringLiteral("MACT"), ToQt(Settings::Application)) {
-        setFallbacksEnabled(false);
-    }
-};
 
 QString KeyText(std::string_view section, std::string_view key) {
     return ToQt(section) + u'/' + ToQt(key);
 }
 
-std::filesystem::path FileOf(const QSettings& settings) {
-    return PathFromUtf8(QDir::toNativeSeparators(settings.fileName()).toStdString());
-}
-
 #ifdef Q_OS_WIN
 
+/// The registry. Settings that an administrator made for all users do not show through.
+class UserSettings : public QSettings {
+public:
+    UserSettings() : QSettings(NativeFormat, UserScope, ToQt(Organization), ToQt(Settings::Application)) {
+        setFallbacksEnabled(false);
+    }
+};
+
+QVariant ReadValue(const QString& key) {
+    return UserSettings().value(key);
+}
+
 /// Why the value was not saved; empty if it was.
-std::string Save(const QString& key, const QString& value) {
-    UserSettings settings; // the registry
+std::string Save(const QString& key, const QString& value, const std::filesystem::path&) {
+    UserSettings settings;
     settings.setValue(key, value);
     settings.sync();
     return settings.status() == QSettings::NoError ? "" : "it cannot be written";
 }
 
+std::filesystem::path ShownPlace() {
+    return PathFromUtf8(QDir::toNativeSeparators(UserSettings().fileName()).toStdString());
+}
+
 #else
+
+QString QtPath(const std::filesystem::path& path) {
+    return ToQt(PathText(path));
+}
+
+/// Made anew for each value: another running copy may have written. Anything but a file holds no settings,
+/// and opening a pipe would never return.
+QVariant ReadValue(const QString& key) {
+    const std::filesystem::path path = SettingsFile();
+    std::error_code ignored;
+    if (!std::filesystem::is_regular_file(path, ignored)) return {};
+    return QSettings(QtPath(path), QSettings::NativeFormat).value(key);
+}
 
 bool HoldSameValues(const QSettings& left, const QSettings& right) {
     const QStringList keys = left.allKeys();
@@ -76,14 +96,27 @@ std::optional<std::string> WithValue(const std::string& content, const QString& 
     return HoldSameValues(settings, again) ? std::optional(*changed) : std::nullopt;
 }
 
+/// Why the settings file cannot be replaced; empty if it can.
+std::string ReasonNotToReplace(FileAccess& files, const std::filesystem::path& path,
+                               const std::filesystem::path& programFolder) {
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        return "it is not a regular file";
+    const Done checked = LinkGuard(files, programFolder, path).CheckLink(path);
+    return checked ? "" : checked.error().Reason;
+}
+
 /// Why the value was not saved; empty if it was.
-std::string Save(const QString& key, const QString& value) {
+std::string Save(const QString& key, const QString& value, const std::filesystem::path& programFolder) {
     constexpr const char* cannotBeWritten = "it cannot be written";
     constexpr auto onlyTheUser = std::filesystem::perms::owner_read | std::filesystem::perms::owner_write;
-    const std::filesystem::path path = FileOf(UserSettings());
+    const std::filesystem::path path = SettingsFile();
+    OsFiles files;
+    const std::string reason = ReasonNotToReplace(files, path, programFolder);
+    if (!reason.empty()) return reason;
     std::error_code ignored; // opening the file below fails too
     std::filesystem::create_directories(path.parent_path(), ignored);
-    OsFiles files;
     const bool isNew = !IsFileAt(path);
     const Result<std::unique_ptr<OpenedFile>> held = files.Open(path, OpenMode::Update);
     // Two copies that save at once would lose a setting of one of them.
@@ -102,22 +135,37 @@ std::string Save(const QString& key, const QString& value) {
     return "";
 }
 
+std::filesystem::path ShownPlace() {
+    return SettingsFile();
+}
+
 #endif
 
 } // namespace
 
+std::filesystem::path SettingsFile() {
+#ifdef Q_OS_WIN
+    return {};
+#else
+    // Qt opens what it is asked for, and would wait for ever for a pipe. So it is asked for a file that
+    // nobody has, and the name in that place is exchanged.
+    const QSettings none(QSettings::NativeFormat, QSettings::UserScope,
+                         ToQt(Organization) + QStringLiteral(".none"));
+    const std::filesystem::path folder = PathFromUtf8(none.fileName().toStdString()).parent_path();
+    return folder / Organization / (std::string(Settings::Application) + ".conf");
+#endif
+}
+
 std::string QtSettings::Read(std::string_view section, std::string_view key) {
-    const UserSettings settings; // made anew: another running copy may have written
-    const QVariant value = settings.value(KeyText(section, key));
+    const QVariant value = ReadValue(KeyText(section, key));
     // Qt reads a value with an unquoted comma, from a file edited by hand, as a list.
     if (value.typeId() == QMetaType::QStringList) return value.toStringList().join(u',').toStdString();
     return value.toString().toStdString();
 }
 
 Done QtSettings::Write(std::string_view section, std::string_view key, std::string_view value) {
-    const std::string reason = Save(KeyText(section, key), ToQt(value));
+    const std::string reason = Save(KeyText(section, key), ToQt(value), m_programFolder);
     if (reason.empty()) return Success();
-    return Failure{"save the setting " + KeyText(section, key).toStdString() + " in", FileOf(UserSettings()),
-                   reason};
+    return Failure{"save the setting " + KeyText(section, key).toStdString() + " in", ShownPlace(), reason};
 }
 } // namespace mact

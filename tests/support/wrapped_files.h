@@ -42,6 +42,7 @@ public:
     Done Remove(const std::filesystem::path& path) override { return m_files.Remove(path); }
     Result<bool> HasOwn(const std::filesystem::path& path) override { return m_files.HasOwn(path); }
     Done CreateFolder(const std::filesystem::path& path) override { return m_files.CreateFolder(path); }
+    NameKind KindOfName(const std::filesystem::path& path) override { return m_files.KindOfName(path); }
 
 private:
     OsFiles m_files;

@@ -60,6 +60,8 @@ Done CheckExportTarget(const AppContext& app, const std::filesystem::path& targe
         return Failure{"export to the file", target, "it is a data file of the program"};
     if (!log.empty() && IsSameFile(target, log))
         return Failure{"export to the file", target, "it is the error log that the export writes"};
+    const Done followed = app.Files.CheckLink(target); // now, before the export empties its log
+    if (!followed) return followed;
     // A device can be written to directly, but a pipe has no offsets to write at.
     std::error_code ignored;
     const std::filesystem::file_status status = std::filesystem::status(target, ignored);

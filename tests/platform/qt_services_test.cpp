@@ -96,6 +96,49 @@ private slots:
 #endif
     }
 
+    void The_settings_file_is_where_Qt_has_it() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        QVERIFY(SettingsFile() == folder.File());
+        const QSettings own(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("MACT"),
+                            QStringLiteral("TALVOR_QUME_APP"));
+        QCOMPARE(PathText(SettingsFile()), own.fileName().toStdString());
+#endif
+    }
+
+    void A_pipe_in_the_settings_place_is_not_opened() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        std::filesystem::create_directory(folder.File().parent_path());
+        QCOMPARE(::mkfifo(folder.File().c_str(), 0600), 0);
+        QCOMPARE(folder.Settings.Read("BACKUP", "PATH"), std::string()); // would wait for a writer
+        const Done written = folder.Settings.Write("COMPANY", "DEFAULT", "1");
+        QVERIFY(!written);
+        QCOMPARE(written.error().Reason, std::string("it is not a regular file"));
+        QVERIFY(std::filesystem::is_fifo(folder.File()));
+#endif
+    }
+
+    void A_link_to_the_settings_is_followed_and_stays() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        std::filesystem::create_directory(folder.File().parent_path());
+        const std::filesystem::path real = folder.Folder.Path() / "real.conf";
+        WriteContent(real, "[COMPANY]\nDEFAULT=1\n");
+        std::filesystem::create_symlink(real, folder.File());
+        QCOMPARE(folder.Settings.Read("COMPANY", "DEFAULT"), std::string("1"));
+        QVERIFY(folder.Settings.Write("COMPANY", "DEFAULT", "2"));
+        QVERIFY(std::filesystem::is_symlink(folder.File()));
+        QCOMPARE(ContentOf(real), std::string("[COMPANY]\nDEFAULT=2\n"));
+#endif
+    }
+
     void A_comma_in_a_file_that_was_edited_by_hand_stays() {
 #ifdef _WIN32
         QSKIP("The registry is no file.");

@@ -7,6 +7,8 @@
 #include "dialogs/dialog_routines.h"
 #include "store/frm_extra_pollutants_names.h"
 
+#include <algorithm>
+
 namespace mact {
 namespace {
 
@@ -61,8 +63,14 @@ void frmConfig::SaveSettings() {
         SaveConfiguration(m_app.Settings, {.BackupFolder = PathIn(*m_ui->dir_backup),
                                            .IsBackedUpOnExit = m_ui->chk_auto->isChecked(),
                                            .Browser = PathIn(*m_ui->txt_browser)});
-    for (const Failure& failure : failures)
-        ShowError(m_app, failure);
+    for (auto failure = failures.begin(); failure != failures.end(); ++failure) {
+        // A file that cannot be written is told once, not for each setting in it.
+        const auto isSameFault = [&](const Failure& earlier) {
+            return !earlier.Path.empty() && earlier.Path == failure->Path &&
+                   earlier.Reason == failure->Reason;
+        };
+        if (std::none_of(failures.begin(), failure, isSameFault)) ShowError(m_app, *failure);
+    }
     if (failures.empty()) hide();
 }
 

@@ -98,17 +98,18 @@ ExitStatus AddCompany(AppContext& app, const std::string& name, const std::strin
 }
 
 ExitStatus UseCompany(AppContext& app, std::int16_t companyId, bool isRemembered) {
-    std::vector<CompanyRecord> found;
-    if (!FindCompanies(app, {.CompanyId = companyId}, found))
-        return Refuse(app, "There is no company " + std::to_string(companyId) + ".");
-    MakeCompanyCurrent(app, found.front());
-    const Done remembered = isRemembered ? SelectCompany(app, found.front()) : Success();
+    const Result<std::vector<CompanyRecord>> found = ReadCompanies(app, {.CompanyId = companyId});
+    if (!found) return Fail(app, found.error());
+    if (found->empty()) return Refuse(app, "There is no company " + std::to_string(companyId) + ".");
+    MakeCompanyCurrent(app, found->front());
+    const Done remembered = isRemembered ? SelectCompany(app, found->front()) : Success();
     return remembered ? StatusDone : Fail(app, remembered.error());
 }
 
 ExitStatus ShowPollutantNames(AppContext& app) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
-    LoadAdditionalNames(app); // creates a missing file, and shows its own failure
+    const Done read = ReadAdditionalNames(app); // creates a missing file
+    if (!read) return Fail(app, read.error());
     for (const std::string& name : SplitAdditionalNames(app.AdditionalNames))
         std::cout << Utf8FromCodePage(name) << '\n';
     return StatusDone;

@@ -171,10 +171,12 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
     return std::nullopt;
 }
 
-ExitStatus StartAndRun(const CommandLine& asked, AppContext& app) {
+ExitStatus StartAndRun(const CommandLine& asked, const ConsolePrompts& prompts, AppContext& app) {
     if (!asked.ChangesNothing) { // StartUp creates files, and fails if the remembered company is not a number
         const Done started = StartUp(app);
-        if (ShowFailure(app, started)) return StatusFailed;
+        // It shows by itself that the companies cannot be read. The command would meet the same fault and
+        // tell it once more, or work without the company.
+        if (ShowFailure(app, started) || prompts.HasShownFailure()) return StatusFailed;
     }
     if (asked.CompanyId) {
         const ExitStatus used = UseCompany(app, *asked.CompanyId, false);
@@ -199,7 +201,7 @@ ExitStatus Run(const CommandLine& asked) {
     LinkGuard files(systemFiles, programFolder, SettingsFile());
     AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
 
-    const ExitStatus status = StartAndRun(asked, app);
+    const ExitStatus status = StartAndRun(asked, prompts, app);
     std::cout.flush(); // a full disk may only show now
     if (!std::cout) ShowError(app, {.Doing = "write to the standard output"});
     return prompts.HasShownFailure() ? StatusFailed : status; // even after StatusDone

@@ -71,14 +71,16 @@ void frmList::PrepareMaterials() {
 }
 
 void frmList::PrepareUsage() {
+    // First, since the lines name the materials too: without them, that is told once and no line is made.
+    const Result<std::vector<MaterialRecord>> materials = ReadMaterials(m_app);
+    const bool hasMaterials = !ShowFailure(m_app, materials);
     std::vector<UsageRecord> usage; // all of it: the filter starts empty
     ListLines lines;
-    if (FindUsage(m_app, {}, usage)) FillUsageList(m_app, lines, usage);
+    if (FindUsage(m_app, {}, usage) && hasMaterials) FillUsageList(m_app, lines, usage);
     ShowList(lines);
     SelectListItem(*m_ui->lst_Main);
-    std::vector<MaterialRecord> materials;
     ListLines materialLines;
-    if (FindMaterials(m_app, {}, materials)) FillMaterialList(materialLines, materials, false);
+    if (hasMaterials) FillMaterialList(materialLines, *materials, false);
     ShowLines(*m_ui->cbo_Materials, materialLines);
     ShowYears(usage);
     setWindowTitle(QStringLiteral("Maintain Usage"));

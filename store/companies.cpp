@@ -24,20 +24,12 @@ bool Passes(const CompanyFilter& filter, const CompanyRecord& company) {
     return company.Active;
 }
 
+} // namespace
+
 Result<std::vector<CompanyRecord>> ReadCompanies(const DataFiles& data, const CompanyFilter& filter) {
     return ReadRecordsSteadily(data.Files, CompaniesFile(data), CompanyLayout,
                                [&](const CompanyRecord& company) { return Passes(filter, company); });
 }
-
-/// The number of the company that was written.
-Result<std::int16_t> WriteCompany(const DataFiles& data, const CompanyRecord& company) {
-    Result<RecordFile> file =
-        RecordFile::OpenForWriting(data.Files, CompaniesFile(data), CompanyLayout.SlotLength());
-    if (!file) return file.error();
-    return WriteRecord(*file, CompanyLayout, company, &CompanyRecord::CompanyId);
-}
-
-} // namespace
 
 bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<CompanyRecord>& results) {
     results.clear();
@@ -45,6 +37,13 @@ bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<Com
     if (ShowFailure(app, found)) return false;
     results = std::move(*found);
     return !results.empty();
+}
+
+Result<std::int16_t> WriteCompany(const DataFiles& data, const CompanyRecord& company) {
+    Result<RecordFile> file =
+        RecordFile::OpenForWriting(data.Files, CompaniesFile(data), CompanyLayout.SlotLength());
+    if (!file) return file.error();
+    return WriteRecord(*file, CompanyLayout, company, &CompanyRecord::CompanyId);
 }
 
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,

@@ -45,8 +45,13 @@ struct CompanyFilter {
     std::optional<std::string> CompanyName{};
     std::optional<std::string> CompanyLocation{}; ///< compared like the name
 };
+/// Those that match, in file order.
+Result<std::vector<CompanyRecord>> ReadCompanies(const DataFiles& data, const CompanyFilter& filter = {});
 /// Fills `results` in file order and returns true; empties it and returns false if nothing matches.
 bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<CompanyRecord>& results);
+
+/// Overwrites company `company.CompanyId` or, if that is 0, appends a new one. Returns its number.
+Result<std::int16_t> WriteCompany(const DataFiles& data, const CompanyRecord& company);
 
 /// Overwrites company `companyId` or, without a number, appends a new one. Returns 0 even after a failure:
 /// callers find the company by listing the file again.

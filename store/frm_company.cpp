@@ -96,14 +96,17 @@ void frmCompany::SaveEntry() {
         ShowInformation(m_app, NeedsNameAndLocation);
         return;
     }
-    // Does not say whether it saved, so the boxes are emptied even after a failure. The current company keeps
-    // its old name until it is selected again.
-    SaveCompany(m_app, name, location, ParseInt16(m_ui->lbl_Id->text().toStdString()));
+    // The boxes are emptied even after a failure. The current company keeps its old name until it is selected
+    // again.
+    const std::int16_t edited = ParseInt16(m_ui->lbl_Id->text().toStdString()).value_or(0);
+    const Result<std::int16_t> written =
+        WriteCompany(m_app, {.CompanyId = edited, .CompanyName = name, .CompanyLocation = location});
     m_ui->lbl_Id->clear(); // what is typed next is a new company
     m_ui->FrameCompany->setTitle(QStringLiteral("New company"));
     m_ui->txt_CompanyName->clear();
     m_ui->txt_CompanyLocation->clear();
-    FillList();
+    // Not listed again after a failure: reading may meet the same fault, which is to be told once.
+    if (!ShowFailure(m_app, written)) FillList();
     m_ui->lst_Companies->setFocus(); // cmd_Save, disabled by now, may have had it
 }
 

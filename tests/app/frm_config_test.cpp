@@ -196,6 +196,17 @@ private slots:
         });
     }
 
+    void A_settings_file_that_cannot_be_written_is_told_once() {
+        ConfigProgram program;
+        program.Settings.FailsWith = Failure{"save", "settings.conf", "it cannot be written"};
+        program.Show([&program](frmConfig& window) {
+            Press(window, "cmd_Save");
+            QVERIFY(window.isVisible());
+            QCOMPARE(program.ShownTexts(),
+                     std::vector<std::string>{"Cannot save \"settings.conf\": it cannot be written."});
+        });
+    }
+
     void The_pollutants_names_can_be_edited_from_here() {
         ConfigProgram program;
         WriteContent(program.DataFile("1_additional.talvor"), "MMA|-|-|-|-|-\r\n");

@@ -459,5 +459,30 @@ TEST_F(CliTest, ARememberedCompanyThatIsNotANumberStopsTheProgram) {
     EXPECT_EQ(CountLines(run.Errors), 1);
 }
 
+TEST_F(CliTest, CompaniesThatCannotBeReadAreToldOnceByEachCommand) {
+    AddShop();
+    std::filesystem::remove(Folder / "data" / "companies.talvor");
+    std::filesystem::create_directory(Folder / "data" / "companies.talvor");
+    const std::string sentence =
+        "Cannot open the file \"" + PathText(Folder / "data" / "companies.talvor") + "\": Is a directory.\n";
+    for (const std::string_view line : {"companies", "add-company Acme Dock", "select-company 1", "names",
+                                        "--company 1 names", "report compliant", "export-usage usage.txt"}) {
+        const std::vector<std::string_view> words = Split(line, ' ');
+        const ProgramRun run = Run({words.begin(), words.end()});
+        EXPECT_EQ(run.Status, 1);
+        EXPECT_EQ(run.Output, "");
+        EXPECT_EQ(run.Errors, sentence) << line;
+    }
+}
+
+TEST_F(CliTest, NamesThatCannotBeReadAreNotPrinted) {
+    AddShop();
+    std::filesystem::create_directory(Folder / "data" / "1_additional.talvor");
+    const ProgramRun run = Run({"names"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Output, "");
+    EXPECT_EQ(CountLines(run.Errors), 1);
+}
+
 } // namespace
 } // namespace mact

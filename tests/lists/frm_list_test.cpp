@@ -490,6 +490,14 @@ private slots:
         InMaterials(program, [](frmList& window) { QVERIFY(Lines(window).isEmpty()); });
         QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
     }
+
+    void Usage_whose_materials_cannot_be_read_is_one_failure() {
+        ListProgram program;
+        std::filesystem::remove(program.DataFile("1_materials.talvor"));
+        std::filesystem::create_directory(program.DataFile("1_materials.talvor"));
+        InUsage(program, [](frmList& window) { QVERIFY(Lines(window).isEmpty()); });
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+    }
 };
 } // namespace mact
 

@@ -93,6 +93,18 @@ private slots:
         QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyLocation"), std::string());
     }
 
+    void A_file_that_cannot_be_worked_with_is_one_failure_of_a_save_and_the_list_stays() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        std::filesystem::remove(program.DataFile("companies.talvor"));
+        std::filesystem::create_directory(program.DataFile("companies.talvor"));
+        TypeCompany(window, "Acme", "Port");
+        Named<QPushButton>(window, "cmd_Save").click();
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+        QCOMPARE(Named<QListWidget>(window, "lst_Companies").count(), 2);
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string());
+    }
+
     void Saving_with_only_a_name_shows_the_message_and_writes_nothing() {
         TestProgram program;
         frmCompany window(program.App, nullptr);

@@ -1,9 +1,17 @@
 #include "base/files.h"
 
+#include "base/interrupted.h"
+
 #include <system_error>
 
 namespace mact {
 namespace {
+
+/// Links are followed.
+std::filesystem::file_status StatusOf(const std::filesystem::path& path, std::error_code& error) {
+    return WhileInterrupted(error,
+                            [&](std::error_code& given) { return std::filesystem::status(path, given); });
+}
 
 Done WriteAll(OpenedFile& file, std::string_view content) {
     const Done written = file.WriteAt(0, content);
@@ -18,13 +26,24 @@ Done WriteToDevice(FileAccess& files, const std::filesystem::path& path, std::st
     return WriteAll(**file, content);
 }
 
+/// As far as the file system has permissions.
+void CopyPermissions(const std::filesystem::file_status& from, const std::filesystem::path& to) {
+    std::error_code ignored;
+    WhileInterrupted(ignored, [&](std::error_code& given) {
+        std::filesystem::permissions(to, from.permissions(), given);
+        return 0;
+    });
+}
+
 /// For a link, the file that it leads to, which may not exist yet.
 std::filesystem::path FollowLinks(const std::filesystem::path& path) {
     std::error_code error;
-    const std::filesystem::path followed = std::filesystem::canonical(path, error);
+    const std::filesystem::path followed = WhileInterrupted(
+        error, [&](std::error_code& given) { return std::filesystem::canonical(path, given); });
     if (!error) return followed;
     // canonical refuses a link to a missing file; the link itself says where to create it.
-    const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+    const std::filesystem::path target = WhileInterrupted(
+        error, [&](std::error_code& given) { return std::filesystem::read_symlink(path, given); });
     return error ? path : path.parent_path() / target;
 }
 
@@ -51,8 +70,11 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     const Done checked = files.CheckLink(path);
     if (!checked) return checked;
     const std::filesystem::path target = FollowLinks(path);
-    std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(target, ignored);
+    std::error_code error;
+    const std::filesystem::file_status status = StatusOf(target, error);
+    // What cannot be seen may be there, and be private.
+    if (status.type() == std::filesystem::file_type::none)
+        return Failure{"write the file", target, error.message()};
     if (std::filesystem::exists(status)) {
         if (!std::filesystem::is_regular_file(status)) return WriteToDevice(files, target, content);
         const Done isWritable = CheckIsWritable(files, target);
@@ -65,8 +87,7 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(temporary, OpenMode::Own);
     if (!file) return CannotWrite(target, file.error());
     // Before there is anything to read, since the file may be private.
-    if (std::filesystem::exists(status))
-        std::filesystem::permissions(temporary, status.permissions(), ignored);
+    if (std::filesystem::exists(status)) CopyPermissions(status, temporary);
     // Emptied only once it is locked: another running copy may be about to rename it into place.
     const Done locked = (*file)->Lock();
     if (!locked) {
@@ -100,19 +121,20 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
 
 bool IsFileAt(const std::filesystem::path& path) {
     std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    const std::filesystem::file_status status = StatusOf(path, ignored);
     return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
 }
 
 bool IsFolderAt(const std::filesystem::path& path) {
     std::error_code ignored;
-    return std::filesystem::is_directory(path, ignored);
+    return std::filesystem::is_directory(StatusOf(path, ignored));
 }
 
 Result<bool> IsAnythingAt(const std::filesystem::path& path) {
     std::error_code error;
-    const bool isThere = std::filesystem::exists(path, error);
-    if (error) return Failure{"look for the file", path, error.message()};
-    return isThere;
+    const std::filesystem::file_status status = StatusOf(path, error);
+    if (status.type() == std::filesystem::file_type::none)
+        return Failure{"look for the file", path, error.message()};
+    return std::filesystem::exists(status);
 }
 } // namespace mact

@@ -5,7 +5,6 @@
 #include "store/data_folder.h"
 
 #include <algorithm>
-#include <system_error>
 
 namespace mact {
 namespace {
@@ -50,9 +49,9 @@ std::string LastCommaSeparatedValue(std::string_view text) {
 
 Done ReadAdditionalNames(AppContext& app) {
     const std::filesystem::path path = AdditionalNamesFile(app);
-    std::error_code error;
-    // An error leaves open whether the file exists: reading it then fails and says why.
-    if (!std::filesystem::exists(path, error) && !error) {
+    const Result<bool> isThere = IsAnythingAt(path);
+    // If the system cannot tell, reading fails and says why.
+    if (isThere && !*isThere) {
         app.AdditionalNames = UnusedNames;
         return ReplaceFile(app.Files, path, '"' + std::string(UnusedNames) + "\"\r\n");
     }

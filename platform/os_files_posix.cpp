@@ -27,6 +27,12 @@ template <class Call> auto Retry(const Call& call) {
     }
 }
 
+/// Whether that is why a file could not be locked, as on some network file systems. To go on without a lock
+/// would risk records, since nobody can tell that only one computer uses the folder.
+bool HasNoLocks(int error) {
+    return error == ENOLCK || error == ENOSYS || error == EOPNOTSUPP;
+}
+
 constexpr mode_t Permissions = 0666; // less the user's umask
 constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
 
@@ -119,7 +125,9 @@ public:
                 const Done opened = OpenAgain(); // gives up this lock; the next turn locks the new file
                 if (!opened) return opened;
             } else {
-                if (errno != EWOULDBLOCK) return DescribeError("lock the file", m_path, errno);
+                const int error = errno;
+                if (HasNoLocks(error)) return Failure{"lock the file", m_path, std::string(NoLocks)};
+                if (error != EWOULDBLOCK) return DescribeError("lock the file", m_path, error);
                 std::this_thread::sleep_for(WaitBetweenTries);
             }
             if (std::chrono::steady_clock::now() >= giveUpAt)

@@ -59,6 +59,13 @@ OVERLAPPED At(std::uint64_t offset) {
     return position;
 }
 
+/// Whether that is why a file could not be locked, as on some network drives. To go on without a lock would
+/// risk records, since nobody can tell that only one computer uses the folder.
+bool HasNoLocks(DWORD error) {
+    return error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED ||
+           error == ERROR_CALL_NOT_IMPLEMENTED;
+}
+
 struct Opening {
     DWORD Access;
     DWORD Creation;
@@ -187,6 +194,7 @@ public:
                 if (!opened) return opened;
             } else {
                 const DWORD error = ::GetLastError();
+                if (HasNoLocks(error)) return Failure{"lock the file", m_path, std::string(NoLocks)};
                 if (error != ERROR_LOCK_VIOLATION) return DescribeError("lock the file", m_path, error);
                 std::this_thread::sleep_for(WaitBetweenTries);
             }

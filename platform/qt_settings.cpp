@@ -120,7 +120,9 @@ std::string Save(const QString& key, const QString& value, const std::filesystem
     const bool isNew = !IsFileAt(path);
     const Result<std::unique_ptr<OpenedFile>> held = files.Open(path, OpenMode::Update);
     // Two copies that save at once would lose a setting of one of them.
-    if (!held || !(*held)->Lock()) return cannotBeWritten;
+    if (!held) return cannotBeWritten;
+    const Done locked = (*held)->Lock();
+    if (!locked) return locked.error().Reason;
     if (isNew) std::filesystem::permissions(path, onlyTheUser, ignored);
     const std::filesystem::file_time_type timeBefore = std::filesystem::last_write_time(path, ignored);
     const Result<std::string> before = ReadWholeFile(files, path);

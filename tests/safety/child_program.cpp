@@ -8,6 +8,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -75,6 +78,21 @@ bool IsChange(const __ptrace_syscall_info& call) {
     }
 }
 
+/// Has the system refuse each flock of this process, as a file system without locks does.
+void RefuseLocks(int error) {
+    const auto answer = static_cast<std::uint32_t>(SECCOMP_RET_ERRNO | static_cast<unsigned>(error));
+    sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_flock, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, answer),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program{static_cast<unsigned short>(std::size(steps)), steps};
+    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+        ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
+        ::_exit(126);
+}
+
 } // namespace
 
 StartSignal::StartSignal() {
@@ -128,6 +146,7 @@ ChildProgram::ChildProgram(const ChildStart& start) {
         const rlimit most{*start.MostMemory, *start.MostMemory};
         ::setrlimit(RLIMIT_AS, &most);
     }
+    if (start.LockError != 0) RefuseLocks(start.LockError);
     if (start.Signal) {
         ::close(start.Signal->m_pipe[1]);
         std::array<char, 1> none{};

@@ -30,6 +30,7 @@ struct ChildStart {
     std::filesystem::path SettingsFolder{};     ///< instead of the user's own; temporary files go beside it
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; a write beyond them kills the child
     std::optional<std::uint64_t> MostMemory{};  ///< bytes of address space
+    int LockError = 0;                          ///< errno with which each lock fails; 0 = locks work
     const StartSignal* Signal = nullptr;        ///< the child waits for it
     bool IsTraced = false;                      ///< it stops at its start: RunToChange takes it on
 };

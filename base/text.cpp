@@ -160,6 +160,20 @@ std::string Utf8FromCodePage(std::string_view codePageText) {
     return text;
 }
 
+std::string Printable(std::string_view utf8Text) {
+    std::string text;
+    text.reserve(utf8Text.size());
+    while (!utf8Text.empty()) {
+        const DecodedCharacter decoded = DecodeUtf8(utf8Text);
+        const char32_t character = decoded.Character;
+        const bool isControl = character < ' ' || (character >= 0x7F && character <= 0x9F);
+        // A malformed byte, such as one of a path, stays.
+        text += isControl ? std::string_view("?") : utf8Text.substr(0, decoded.Length);
+        utf8Text.remove_prefix(decoded.Length);
+    }
+    return text;
+}
+
 std::string CodePageFromUtf8(std::string_view utf8Text) {
     std::string text;
     text.reserve(utf8Text.size());

@@ -41,6 +41,10 @@ template <class... Pieces> void AppendAll(std::string& text, const Pieces&... pi
 
 std::string Utf8FromCodePage(std::string_view codePageText);
 
+/// The text, in UTF-8, to be printed: with "?" for each control character, which a terminal might obey
+/// instead of showing it.
+std::string Printable(std::string_view utf8Text);
+
 /// A character that the code page lacks, and every byte of malformed UTF-8, becomes "?".
 std::string CodePageFromUtf8(std::string_view utf8Text);
 

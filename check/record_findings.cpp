@@ -3,7 +3,6 @@
 #include "base/text.h"
 #include "store/undo_file.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace mact {
@@ -11,13 +10,6 @@ namespace {
 
 std::string Count(std::uint64_t number, std::string_view of) {
     return std::to_string(number) + ' ' + std::string(of) + (number == 1 ? "" : "s");
-}
-
-/// Whether a terminal might obey the character instead of showing it.
-bool IsControl(char codePageCharacter) {
-    constexpr std::string_view unassigned = "\x81\x8D\x8F\x90\x9D"; // become U+0081 and so on
-    const auto byte = static_cast<unsigned char>(codePageCharacter);
-    return byte < ' ' || byte == 0x7F || unassigned.find(codePageCharacter) != std::string_view::npos;
 }
 
 } // namespace
@@ -38,9 +30,7 @@ void FileFindings::CheckActive(std::int16_t record, std::int16_t flag) const {
 }
 
 std::string Quoted(std::string_view codePageText) {
-    std::string shown(Trim(codePageText));
-    std::ranges::replace_if(shown, IsControl, '?');
-    return '"' + Utf8FromCodePage(shown) + '"';
+    return '"' + Printable(Utf8FromCodePage(Trim(codePageText))) + '"';
 }
 
 Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,

@@ -32,6 +32,11 @@ bool HasCompany(const AppContext& app) {
     return app.CurrentCompanyId != 0;
 }
 
+/// Record text as it is printed, wherever to: a file may be shown on a terminal later.
+std::string Shown(std::string_view codePageText) {
+    return Printable(Utf8FromCodePage(Trim(codePageText)));
+}
+
 /// Prints the lines of a summary with the console's line ends.
 void PrintLines(std::string text) {
     std::erase(text, '\r');
@@ -79,8 +84,8 @@ ExitStatus ListCompanies(AppContext& app) {
     std::vector<CompanyRecord> companies;
     FindCompanies(app, {}, companies); // shows its own failure
     for (const CompanyRecord& company : companies)
-        std::cout << company.CompanyId << '|' << Utf8FromCodePage(Trim(company.CompanyName)) << '|'
-                  << Utf8FromCodePage(Trim(company.CompanyLocation)) << '\n';
+        std::cout << company.CompanyId << '|' << Shown(company.CompanyName) << '|'
+                  << Shown(company.CompanyLocation) << '\n';
     return StatusDone;
 }
 
@@ -111,7 +116,7 @@ ExitStatus ShowPollutantNames(AppContext& app) {
     const Done read = ReadAdditionalNames(app); // creates a missing file
     if (!read) return Fail(app, read.error());
     for (const std::string& name : SplitAdditionalNames(app.AdditionalNames))
-        std::cout << Utf8FromCodePage(name) << '\n';
+        std::cout << Printable(Utf8FromCodePage(name)) << '\n';
     return StatusDone;
 }
 

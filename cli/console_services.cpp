@@ -13,7 +13,7 @@
 namespace mact {
 namespace {
 
-/// The text in one line: a blank for each run of line ends. Nothing else changes, so that paths stay true.
+/// The text in one line: a blank for each run of line ends.
 std::string OneLine(const std::string& text) {
     std::string line;
     bool isAfterLineEnd = false;
@@ -44,7 +44,7 @@ void StartProcess(QProcess& process, const ProgramStart& start) {
 PromptAnswer ConsolePrompts::Show(const Prompt& prompt) {
     if (prompt.Buttons != PromptButtons::Ok) return AnswersYes ? PromptAnswer::Yes : PromptAnswer::No;
     if (prompt.Kind == PromptKind::Information) return PromptAnswer::Ok;
-    std::cerr << OneLine(prompt.Text) << '\n';
+    std::cerr << Printable(OneLine(prompt.Text)) << '\n';
     m_hasShownFailure = true;
     return PromptAnswer::Ok;
 }

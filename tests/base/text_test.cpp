@@ -82,5 +82,19 @@ TEST(PathTextTest, KeepsLettersThatTheCodePageLacks) {
     EXPECT_EQ(PathText(PathFromUtf8("\u0141\u00F3d\u017A")), "\u0141\u00F3d\u017A");
 }
 
+TEST(PrintableTest, ShowsAQuestionMarkForEachControlCharacter) {
+    EXPECT_EQ(Printable("a\x1B[2Jb\r\n\t\x01\x7F"), "a?[2Jb?????");
+    EXPECT_EQ(Printable(std::string_view("\0", 1)), "?");
+    EXPECT_EQ(Printable(Utf8FromCodePage("\x81\x8D\x8F\x90\x9D")), "?????"); // U+0081 and so on
+    EXPECT_EQ(Printable("\xC2\x9B"
+                        "2J"),
+              "?2J"); // begins a command in one character
+}
+
+TEST(PrintableTest, LeavesAllElseAsItIs) {
+    const std::string text = "Caf\xC3\xA9 \xE2\x82\xAC <b> \xC2\xA0 \xFF\x9B"; // the last two are no UTF-8
+    EXPECT_EQ(Printable(text), text);
+}
+
 } // namespace
 } // namespace mact

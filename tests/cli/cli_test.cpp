@@ -484,5 +484,24 @@ TEST_F(CliTest, NamesThatCannotBeReadAreNotPrinted) {
     EXPECT_EQ(CountLines(run.Errors), 1);
 }
 
+TEST_F(CliTest, ControlCharactersOfRecordsArePrintedAsQuestionMarks) {
+    EXPECT_EQ(Run({"add-company", "A\x1B[2Jcme\nInc",
+                   "Do\xC2\x9D"
+                   "ck"})
+                  .Output,
+              "1\n");
+    EXPECT_EQ(Run({"companies"}).Output, "1|A?[2Jcme?Inc|Do?ck\n");
+    ASSERT_EQ(Run({"select-company", "1"}).Status, 0);
+    ASSERT_EQ(Run({"names", "M\x1BMA", "b", "c", "d", "e", "f"}).Status, 0);
+    EXPECT_EQ(Run({"names"}).Output, "M?MA\nb\nc\nd\ne\nf\n");
+    EXPECT_EQ(NamesFile(), "M\x1BMA|b|c|d|e|f\r\n"); // stored as they are
+}
+
+TEST_F(CliTest, ControlCharactersOfAMessageArePrintedAsQuestionMarks) {
+    EXPECT_EQ(
+        Run({"add-company", "A\x1B[2J\xC5\x81", "Dock"}).Errors,
+        "Cannot store \"A?[2J\xC5\x81\": it has a character that the Windows-1252 character set lacks.\n");
+}
+
 } // namespace
 } // namespace mact

@@ -103,15 +103,16 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     return replaced;
 }
 
-Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path) {
+Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path,
+                                  std::uint64_t longest) {
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Read);
     if (!file) return file.error();
     const Result<std::uint64_t> length = (*file)->Length();
     if (!length) return length.error();
-    if (*length > LongestWholeFile)
+    if (*length > longest)
         return Failure{"read the file", path,
-                       "it has " + std::to_string(*length) + " bytes, and " +
-                           std::to_string(LongestWholeFile) + " is the most that is read as a whole"};
+                       "it has " + std::to_string(*length) + " bytes, and " + std::to_string(longest) +
+                           " is the most that is read as a whole"};
     std::string content(static_cast<std::size_t>(*length), '\0');
     const Result<std::size_t> count = (*file)->ReadAt(0, content);
     if (!count) return count.error();

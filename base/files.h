@@ -82,8 +82,12 @@ std::filesystem::path TemporaryFor(const std::filesystem::path& path);
 /// 32,767 rows, has 7.6 MB: a file beyond this limit is damaged and might not fit in memory.
 inline constexpr std::uint64_t LongestWholeFile = std::uint64_t{64} * 1024 * 1024;
 
-/// All bytes of a file. A file longer than LongestWholeFile is a Failure.
-Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path);
+/// The same for a file of a few short texts.
+inline constexpr std::uint64_t LongestSmallFile = std::uint64_t{2} * 1024 * 1024;
+
+/// All bytes of a file. A file of more than `longest` bytes is a Failure.
+Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path,
+                                  std::uint64_t longest = LongestWholeFile);
 
 /// Whether the path leads to a file (anything but a folder), or to a folder. Links are followed.
 bool IsFileAt(const std::filesystem::path& path);

@@ -149,7 +149,7 @@ void CheckDensities(const FileFindings& findings, const CompanyMaterials& materi
 Done CheckNames(FileAccess& files, const std::filesystem::path& path, const FileFindings& findings) {
     const Result<std::string> content = ReadWholeFile(files, path);
     if (!content) return content.error();
-    if (Split(LastCommaSeparatedValue(*content), '|').size() != std::tuple_size_v<PollutantNames>)
+    if (!AreSix(LastCommaSeparatedValue(*content)))
         findings.Add("it does not hold six names"); // the program then takes all six as unused
     return Success();
 }

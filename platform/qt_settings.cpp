@@ -60,11 +60,12 @@ QString QtPath(const std::filesystem::path& path) {
 }
 
 /// Made anew for each value: another running copy may have written. Anything but a file holds no settings,
-/// and opening a pipe would never return.
+/// and opening a pipe would never return; nor does a file that would not fit in memory.
 QVariant ReadValue(const QString& key) {
     const std::filesystem::path path = SettingsFile();
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(path, ignored)) return {};
+    if (std::filesystem::file_size(path, ignored) > LongestSmallFile) return {}; // the most if it fails
     return QSettings(QtPath(path), QSettings::NativeFormat).value(key);
 }
 
@@ -125,7 +126,7 @@ std::string Save(const QString& key, const QString& value, const std::filesystem
     if (!locked) return locked.error().Reason;
     if (isNew) std::filesystem::permissions(path, onlyTheUser, ignored);
     const std::filesystem::file_time_type timeBefore = std::filesystem::last_write_time(path, ignored);
-    const Result<std::string> before = ReadWholeFile(files, path);
+    const Result<std::string> before = ReadWholeFile(files, path, LongestSmallFile);
     if (!before) return cannotBeWritten;
     const std::optional<std::string> after = WithValue(*before, key, value);
     if (!after) return "it is not a settings file";

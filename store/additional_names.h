@@ -30,6 +30,9 @@ void LoadAdditionalNames(AppContext& app);
 /// Writes the names as given, for the next load; the context keeps those it has.
 Done SaveAdditionalNames(const DataFiles& data, const PollutantNames& names);
 
+/// Whether the names are exactly six.
+bool AreSix(std::string_view names);
+
 /// The six names; any other number of names counts as six "-".
 PollutantNames SplitAdditionalNames(std::string_view names);
 
@@ -37,5 +40,5 @@ bool IsUsedName(std::string_view name);
 
 /// The last value of comma-separated text. A quoted value is all that is between its quotes; an unquoted one
 /// is trimmed. Text between a closing quote and the next comma or line end is dropped.
-std::string LastCommaSeparatedValue(std::string_view text);
+std::string_view LastCommaSeparatedValue(std::string_view text);
 } // namespace mact

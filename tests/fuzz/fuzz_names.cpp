@@ -11,7 +11,7 @@ namespace mact {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view content = TextOf(data, size);
-    const std::string value = LastCommaSeparatedValue(content);
+    const std::string value(LastCommaSeparatedValue(content));
     Must(value.empty() || content.find(value) != std::string_view::npos, "the value stands in the file");
     const PollutantNames names = SplitAdditionalNames(value);
     const bool isPlain = std::ranges::none_of(names, [](const std::string& name) {

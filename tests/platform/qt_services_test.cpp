@@ -123,6 +123,21 @@ private slots:
 #endif
     }
 
+    void A_settings_file_of_many_megabytes_holds_no_settings_and_stays() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        std::filesystem::create_directory(folder.File().parent_path());
+        WriteContent(folder.File(), "[COMPANY]\nDEFAULT=1\n");
+        QCOMPARE(folder.Settings.Read("COMPANY", "DEFAULT"), std::string("1"));
+        std::filesystem::resize_file(folder.File(), 50'000'000);
+        QCOMPARE(folder.Settings.Read("COMPANY", "DEFAULT"), std::string());
+        QVERIFY(!folder.Settings.Write("COMPANY", "DEFAULT", "2"));
+        QVERIFY(std::filesystem::file_size(folder.File()) == 50'000'000);
+#endif
+    }
+
     void A_link_to_the_settings_is_followed_and_stays() {
 #ifdef _WIN32
         QSKIP("The registry is no file.");

@@ -128,5 +128,21 @@ const LongLines Files[] = {
 INSTANTIATE_TEST_SUITE_P(Files, MemoryTest, testing::ValuesIn(Files),
                          [](const auto& given) { return std::string(given.param.Name); });
 
+TEST(MemoryOfNames, IsLessThan100MegabytesHoweverTheirFileIsDamaged) {
+    if (!IsMeasurable) GTEST_SKIP() << "The address sanitizer needs memory of its own.";
+    const ProgramFolder folder;
+    folder.Run({"add-company", "Acme", "Dock 1"});
+    folder.Run({"select-company", "1"});
+    for (const char content : {'a', '|'}) { // one long name, and many empty ones
+        std::ofstream file(folder.DataFile("1_additional.talvor"), std::ios::binary);
+        Write(file, content, 64 * Mebibyte);
+        ASSERT_TRUE(file.flush());
+        ChildProgram program(folder.Start({"names"}));
+        EXPECT_EQ(program.Wait(), 0) << program.Errors();
+        EXPECT_EQ(program.Output(), "-\n-\n-\n-\n-\n-\n");
+        EXPECT_LT(program.PeakMemory(), MostMemory) << content;
+    }
+}
+
 } // namespace
 } // namespace mact

@@ -108,9 +108,12 @@ void StartSignal::Give() {
 
 ChildProgram::ChildProgram(const ChildStart& start) {
     // All memory is allocated before the fork.
-    const std::string settings = "XDG_CONFIG_HOME=" + PathText(start.SettingsFolder);
-    // What a killed program leaves there goes with the folder.
-    std::string temporary = "TMPDIR=" + PathText(start.SettingsFolder.parent_path());
+    std::vector<std::string> environment = {
+        "XDG_CONFIG_HOME=" + PathText(start.SettingsFolder),
+        // What a killed program leaves there goes with the folder.
+        "TMPDIR=" + PathText(start.SettingsFolder.parent_path()),
+    };
+    environment.insert(environment.end(), start.Environment.begin(), start.Environment.end());
     std::vector<std::string> arguments = {PathText(start.Program)};
     arguments.insert(arguments.end(), start.Arguments.begin(), start.Arguments.end());
     std::vector<char*> pointers;
@@ -118,24 +121,30 @@ ChildProgram::ChildProgram(const ChildStart& start) {
     for (std::string& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
-    std::string environment = settings;
 
     m_errors = NamelessFile();
     m_output = NamelessFile();
     // The leak detector of a sanitizer traces the process itself and cannot in one that is traced.
     std::string withoutLeakDetector = "ASAN_OPTIONS=detect_leaks=0";
 
+    int alive[2] = {-1, -1};
+    if (::pipe2(alive, O_CLOEXEC) != 0) std::abort();
+    m_alive = alive[0];
+
     m_process = ::fork();
     if (m_process < 0) std::abort();
     if (m_process > 0) {
+        ::close(alive[1]);
         ::setpgid(m_process, m_process); // whoever comes first, this process or the child
         return;
     }
     ::setpgid(0, 0);
-    ::putenv(environment.data());
-    ::putenv(temporary.data());
+    for (std::string& variable : environment)
+        ::putenv(variable.data());
     ::dup2(m_errors, STDERR_FILENO);
     ::dup2(m_output, STDOUT_FILENO);
+    ::fcntl(alive[1], F_SETFD, 0); // all that it starts keep it open
+    ::alarm(start.LongestTime);
     if (start.LongestFile) {
         const rlimit none{0, 0};
         ::setrlimit(RLIMIT_CORE, &none);
@@ -168,6 +177,7 @@ ChildProgram::~ChildProgram() {
     }
     ::close(m_errors);
     ::close(m_output);
+    ::close(m_alive);
 }
 
 void ChildProgram::Kill() const {
@@ -225,6 +235,14 @@ int ChildProgram::Wait() {
     if (m_process > 0) m_peakMemory = static_cast<std::uint64_t>(used.ru_maxrss) * 1024; // it is in KiB
     m_process = -1;
     return WIFEXITED(m_status) ? WEXITSTATUS(m_status) : -1;
+}
+
+int ChildProgram::WaitForAll() {
+    const int status = Wait();
+    std::array<char, 1> none{};
+    while (::read(m_alive, none.data(), none.size()) != 0) { // 0 = nobody has it open any more
+    }
+    return status;
 }
 
 std::string ChildProgram::Errors() const {

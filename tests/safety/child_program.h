@@ -28,9 +28,11 @@ struct ChildStart {
     std::filesystem::path Program{};
     std::vector<std::string> Arguments{};
     std::filesystem::path SettingsFolder{};     ///< instead of the user's own; temporary files go beside it
+    std::vector<std::string> Environment{};     ///< more of it, as NAME=value
     std::optional<std::uint64_t> LongestFile{}; ///< bytes; a write beyond them kills the child
     std::optional<std::uint64_t> MostMemory{};  ///< bytes of address space
     int LockError = 0;                          ///< errno with which each lock fails; 0 = locks work
+    unsigned LongestTime = 0;                   ///< seconds until it is killed; 0 = never
     const StartSignal* Signal = nullptr;        ///< the child waits for it
     bool IsTraced = false;                      ///< it stops at its start: RunToChange takes it on
 };
@@ -57,6 +59,8 @@ public:
     void Release() const;
     /// Waits for the end. Returns the exit status; -1 = it was killed.
     int Wait();
+    /// Waits for the end of the programs that it started as well.
+    int WaitForAll();
     /// What it wrote to its error output.
     std::string Errors() const;
     /// What it wrote to its standard output.
@@ -70,5 +74,6 @@ private:
     std::uint64_t m_peakMemory = 0;
     int m_errors = -1; ///< its error output, in a file without a name
     int m_output = -1; ///< the same for its standard output
+    int m_alive = -1;  ///< a pipe that ends with the last program that it started
 };
 } // namespace mact

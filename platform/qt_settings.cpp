@@ -85,8 +85,11 @@ std::optional<std::string> WithValue(const std::string& content, const QString& 
         OsFiles files;
         return folder.isValid() && ReplaceFile(files, PathFromUtf8(pathOf(name).toStdString()), bytes);
     };
-    if (!put("settings.conf", content)) return {};
+    if (!put("settings.conf", content) || !put("same.conf", content)) return {};
     QSettings settings(pathOf("settings.conf"), QSettings::NativeFormat);
+    // Qt takes a file that it fails to read for an empty one.
+    const QSettings same(pathOf("same.conf"), QSettings::NativeFormat);
+    if (!HoldSameValues(settings, same)) return {};
     settings.setValue(key, value);
     settings.sync();
     OsFiles files;

@@ -218,6 +218,10 @@ protected:
             moments.push_back(
                 {.Time = std::chrono::duration_cast<Clock::duration>(share(random) * m_usualTime)});
         std::ranges::shuffle(moments, random);
+        // At a change first: at a time it may have ended, and on a busy machine the sample is small.
+        std::ranges::iter_swap(moments.begin(), std::ranges::find_if(moments, [](const Moment& moment) {
+                                   return moment.Change != 0;
+                               }));
         return moments;
     }
 

@@ -35,6 +35,11 @@ std::filesystem::path Tidied(const std::filesystem::path& folder) {
     return tidied;
 }
 
+std::string VolumeText(double volume) {
+    const bool isWhole = volume == std::trunc(volume);
+    return isWhole ? WholeNumberText(static_cast<std::int64_t>(volume)) : NumberText(volume);
+}
+
 Done StartCopy(AppContext& app, const std::filesystem::path& target) {
     const std::filesystem::path programFolder = Tidied(app.ProgramFolder);
     const std::filesystem::path script = programFolder / BackupScriptName;
@@ -51,19 +56,18 @@ bool IsBackupFolderDefined(AppContext& app) {
     return IsFolderAt(PathFromUtf8(app.Settings.Read(Settings::Backup, Settings::Path)));
 }
 
-std::int64_t BackupVolume(std::string_view text) {
+double BackupVolume(std::string_view text) {
     const std::optional<double> number = ParseNumber(text);
     if (!number || std::abs(*number) > LargestVolume) return 1;
-    return static_cast<std::int64_t>(RoundTo(*number, 0));
+    // Beyond 15 digits the text of a fraction stays the same when the number is counted up.
+    return *number == std::trunc(*number) ? *number : ParseNumber(NumberText(*number)).value_or(1);
 }
 
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
     // The next number is saved first: whatever fails afterwards, no later backup uses this one.
-    const std::int64_t volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
-    ShowFailure(app,
-                app.Settings.Write(Settings::Backup, Settings::BackupVolume, WholeNumberText(volume + 1)));
-    const std::filesystem::path target =
-        Tidied(BaseFolder(app)) / ("talvor_backupset_" + WholeNumberText(volume));
+    const double volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
+    ShowFailure(app, app.Settings.Write(Settings::Backup, Settings::BackupVolume, VolumeText(volume + 1)));
+    const std::filesystem::path target = Tidied(BaseFolder(app)) / ("talvor_backupset_" + VolumeText(volume));
     const Done created = app.Files.CreateFolder(target);
     if (!created) {
         ShowError(app, created.error());

@@ -2,7 +2,6 @@
 
 #include "base/app_context.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -32,7 +31,7 @@ void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder)
 /// What the Exit button does first: a backup without a message if AUTO_BACKUP is exactly "1".
 void BackUpOnExit(AppContext& app);
 
-/// The number of the next set, from the text of BK_VOLUME: rounded to a whole number, halves to even;
-/// negative numbers are allowed. 1 if the text is not a number, or is beyond +-9,007,199,254,740,991.
-std::int64_t BackupVolume(std::string_view text);
+/// The number of the next set, from the text of BK_VOLUME; fractions and negative numbers are allowed. 1 if
+/// the text is not a number, or is beyond +-9,007,199,254,740,991.
+double BackupVolume(std::string_view text);
 } // namespace mact

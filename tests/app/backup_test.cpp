@@ -63,7 +63,7 @@ TEST_F(BackupTest, EachSetHasTheNextNumber) {
 struct VolumeCase {
     const char* Name;
     const char* Text;
-    std::int64_t Volume;
+    double Volume;
 };
 void PrintTo(const VolumeCase& given, std::ostream* out) {
     *out << given.Name;
@@ -72,9 +72,11 @@ constexpr VolumeCase VolumeCases[] = {
     {"Missing",            "",                  1                },
     {"Whole",              "12",                12               },
     {"WithBlanksAround",   " 7\t",              7                },
-    {"HalfToEven",         "1.5",               2                },
-    {"HalfToEvenBelow",    "2.5",               2                },
+    {"Fraction",           "2.5",               2.5              },
+    {"SmallFraction",      "1e-5",              0.00001          },
+    {"FractionOfItsText",  "123456789012345.5", 123456789012346  },
     {"Negative",           "-3",                -3               },
+    {"NegativeFraction",   "-0.5",              -0.5             },
     {"NegativeZero",       "-0",                0                },
     {"Scientific",         "1e3",               1000             },
     {"Largest",            "9007199254740991",  9007199254740991 },
@@ -91,6 +93,33 @@ TEST_P(BackupVolumeTest, IsReadAs) {
 }
 INSTANTIATE_TEST_SUITE_P(Texts, BackupVolumeTest, testing::ValuesIn(VolumeCases),
                          [](const auto& given) { return given.param.Name; });
+
+TEST_F(BackupTest, AFractionIsUsedAsItIsAndCountedUp) {
+    Volume() = "2.5";
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "2.5"));
+    EXPECT_EQ(Volume(), "3.5");
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "3.5"));
+    EXPECT_EQ(Volume(), "4.5");
+}
+
+TEST_F(BackupTest, ANegativeFractionIsCountedUpBeyondZero) {
+    Volume() = "-0.25";
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "-0.25"));
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "0.75"));
+    EXPECT_EQ(Volume(), "1.75");
+}
+
+TEST_F(BackupTest, NegativeZeroIsZero) {
+    Volume() = "-0";
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "0"));
+    EXPECT_EQ(Volume(), "1");
+}
+
+TEST_F(BackupTest, AFractionTooLongForItsTextIsCountedUpAllTheSame) {
+    Volume() = "123456789012345.5"; // 15 digits are written
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "123456789012346"));
+    EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "123456789012347"));
+}
 
 TEST_F(BackupTest, TheLargestVolumeHasANextOne) {
     Volume() = "9007199254740991";

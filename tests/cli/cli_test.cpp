@@ -332,6 +332,12 @@ TEST_F(CliTest, AFileThatCannotBeCopiedIsNamedAndTheOthersAreCopied) {
     EXPECT_EQ(copied, expected);
 }
 
+TEST_F(CliTest, ABackupsNumberMayBeAFraction) {
+    SetSettings("[BACKUP]\nBK_VOLUME=2.5\n");
+    EXPECT_EQ(Run({"backup"}).Output, PathText(Folder / "talvor_backupset_2.5") + "\n");
+    EXPECT_EQ(Run({"backup"}).Output, PathText(Folder / "talvor_backupset_3.5") + "\n");
+}
+
 TEST_F(CliTest, ABackupSetThatIsThereIsToldAndGetsTheFilesAllTheSame) {
     std::filesystem::create_directory(Folder / "talvor_backupset_1");
     const ProgramRun run = Run({"backup"});

@@ -1,10 +1,13 @@
 #include "app/backup.h"
 
+#include "app/backup_copy.h"
+#include "app/backup_note.h"
 #include "app/backup_script.h"
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/settings.h"
 #include "base/text.h"
+#include "store/data_folder.h"
 
 #include <cmath>
 #include <system_error>
@@ -40,14 +43,36 @@ std::string VolumeText(double volume) {
     return isWhole ? WholeNumberText(static_cast<std::int64_t>(volume)) : NumberText(volume);
 }
 
-Done StartCopy(AppContext& app, const std::filesystem::path& target) {
-    const std::filesystem::path programFolder = Tidied(app.ProgramFolder);
-    const std::filesystem::path script = programFolder / BackupScriptName;
-    const Result<std::string> line = app.Programs.ScriptText(BackupLine(programFolder, target));
+/// Creates the folder of the next set. Shows its failures; empty if there is no such folder in the end.
+std::optional<std::filesystem::path> CreateSet(AppContext& app) {
+    // The next number is saved first: whatever fails afterwards, no later backup uses this one.
+    const double volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
+    ShowFailure(app, app.Settings.Write(Settings::Backup, Settings::BackupVolume, VolumeText(volume + 1)));
+    const std::filesystem::path set = Tidied(BaseFolder(app)) / ("talvor_backupset_" + VolumeText(volume));
+    const Done created = app.Files.CreateFolder(set);
+    if (created) return set;
+    ShowError(app, created.error());
+    if (!IsFolderAt(set)) return std::nullopt; // otherwise the existing folder gets the files
+    // What an earlier attempt could not copy would be taken for failures of this one.
+    static_cast<void>(app.Files.Remove(set / BackupFailuresName));
+    return set;
+}
+
+std::filesystem::path ScriptFile(const AppContext& app) {
+    return Tidied(app.ProgramFolder) / BackupScriptName;
+}
+
+/// Notes what the set should hold and writes the script that copies it.
+Result<std::vector<FileForSet>> PrepareCopy(AppContext& app, const std::filesystem::path& set) {
+    const Result<std::vector<FileForSet>> files = FilesForSet(DataFolder(app));
+    if (!files) return files.error();
+    const Done noted = WriteBackupNote(app, set, *files);
+    if (!noted) return noted.error();
+    const Result<std::string> line = app.Programs.ScriptText(BackupLine(Tidied(app.ProgramFolder), set));
     if (!line) return line.error(); // a character that the console's character set lacks
-    const Done written = ReplaceFile(app.Files, script, *line + std::string(ScriptLineEnd));
-    if (!written) return written;
-    return app.Programs.Start(BackupStart(script));
+    const Done written = ReplaceFile(app.Files, ScriptFile(app), *line + std::string(ScriptLineEnd));
+    if (!written) return written.error();
+    return *files;
 }
 
 } // namespace
@@ -64,20 +89,31 @@ double BackupVolume(std::string_view text) {
 }
 
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
-    // The next number is saved first: whatever fails afterwards, no later backup uses this one.
-    const double volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
-    ShowFailure(app, app.Settings.Write(Settings::Backup, Settings::BackupVolume, VolumeText(volume + 1)));
-    const std::filesystem::path target = Tidied(BaseFolder(app)) / ("talvor_backupset_" + VolumeText(volume));
-    const Done created = app.Files.CreateFolder(target);
-    if (!created) {
-        ShowError(app, created.error());
-        if (!IsFolderAt(target)) return std::nullopt; // otherwise the existing folder gets the files
-    }
-    const Done started = StartCopy(app, target);
-    if (ShowFailure(app, started)) return std::nullopt;
+    const std::optional<std::filesystem::path> set = CreateSet(app);
+    if (!set || ShowFailure(app, PrepareCopy(app, *set))) return std::nullopt;
+    if (ShowFailure(app, app.Programs.Start(BackupStart(ScriptFile(app))))) return std::nullopt;
     // Shown while the copy is still running, on purpose: it names the folder, and Exit need not wait.
-    if (isTold) ShowInformation(app, "Backup has been completed in folder " + PathText(target));
-    return target;
+    if (isTold) ShowInformation(app, "Backup has been completed in folder " + PathText(*set));
+    return set;
+}
+
+std::optional<std::filesystem::path> RunBackupToItsEnd(AppContext& app) {
+    const std::optional<std::filesystem::path> set = CreateSet(app);
+    if (!set) return std::nullopt;
+    const Result<std::vector<FileForSet>> files = PrepareCopy(app, *set);
+    if (ShowFailure(app, files)) return std::nullopt;
+    std::vector<std::string> sentences;
+    for (const Failure& failure : CopyIntoSet(app.Files, DataFolder(app), *files, *set)) {
+        ShowError(app, failure);
+        sentences.push_back(SentenceOf(failure));
+    }
+    if (sentences.empty()) {
+        RemoveBackupNote(app, *set);
+        return set;
+    }
+    // The note says that the set is incomplete, even if this cannot be written.
+    static_cast<void>(WriteBackupFailures(app.Files, *set, sentences));
+    return std::nullopt;
 }
 
 void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder) {

@@ -20,9 +20,14 @@ bool IsBackupFolderDefined(AppContext& app);
 ///
 /// Failures are shown. The backup goes on if the number of the next set cannot be saved, and if a folder of
 /// the set's name exists: it gets the files all the same, since a backup on exit has no second chance. The
-/// backup ends if there is no folder to copy into, or if the script cannot be written or started. Then no
-/// older script is run, no completion is announced, and the result is empty; a folder that was created stays.
+/// backup ends if there is no folder to copy into, if the data folder cannot be read, if what the set should
+/// hold cannot be noted (backup_note.h), or if the script cannot be written or started. Then no older script
+/// is run, no completion is announced, and the result is empty; a folder that was created stays.
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold);
+
+/// The same, but copies the files itself instead of starting the script, and returns once all of them are in
+/// the set. The result is also empty if one is not: each is shown, and written down in the set.
+std::optional<std::filesystem::path> RunBackupToItsEnd(AppContext& app);
 
 /// What the main window's button does. Without a backup folder the user is asked whether to define one, which
 /// `defineFolder` does. No backs up into the program folder; Cancel makes no backup.

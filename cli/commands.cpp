@@ -193,7 +193,7 @@ ExitStatus CheckDataFolder(AppContext& app) {
 }
 
 ExitStatus BackUp(AppContext& app) {
-    const std::optional<std::filesystem::path> set = RunBackup(app, false); // ConsolePrograms waits for it
+    const std::optional<std::filesystem::path> set = RunBackupToItsEnd(app);
     if (!set) return StatusFailed;
     std::cout << PathText(*set) << '\n';
     return StatusDone;

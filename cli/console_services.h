@@ -19,11 +19,10 @@ private:
     bool m_hasShownFailure = false;
 };
 
-/// A program without a window is run to its end; a status other than 0 is a failure, with what the program
-/// wrote to its error output as the message. One with a window, the browser, is not started.
+/// Starts nothing: the browser is not wanted, and a backup copies the files itself.
 class ConsolePrograms : public ProgramStarter {
 public:
-    Done Start(const ProgramStart& start) override;
+    Done Start(const ProgramStart&) override { return Success(); }
 #ifdef _WIN32
     Result<std::string> ScriptText(std::string_view utf8Text) override;
 #endif

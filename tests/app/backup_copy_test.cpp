@@ -47,6 +47,8 @@ public:
     std::filesystem::path Set(const char* number) const {
         return Base / (std::string("talvor_backupset_") + number);
     }
+    /// The last thing that a copy does with a complete set is to remove the note of what it should hold.
+    bool HasEnded() const { return !std::filesystem::exists(App.ProgramFolder / "backup.mact.note"); }
 
 private:
     QString m_before;
@@ -111,7 +113,8 @@ private slots:
         WriteContent(program.Base / "other", "untouched");
         const auto expected = FilesIn(program.Data());
         QVERIFY(RunBackup(program.App, false));
-        QTRY_VERIFY_WITH_TIMEOUT(FilesIn(program.Set("1")) == expected, LongestWait);
+        QTRY_VERIFY_WITH_TIMEOUT(program.HasEnded(), LongestWait);
+        QVERIFY(FilesIn(program.Set("1")) == expected);
         QVERIFY(FilesIn(program.Data()) == expected);
         QCOMPARE(FilesIn(program.Base), (std::map<std::string, std::string>{
                                             {"other", "untouched"}
@@ -132,9 +135,9 @@ private slots:
         QCOMPARE(expected.size(), std::size_t(12));
         std::filesystem::create_directory(program.Data() / "folder");
         std::filesystem::create_directory_symlink(program.Base, program.Data() / "link to a folder");
-        std::filesystem::create_symlink("nowhere", program.Data() / "broken link");
         QVERIFY(RunBackup(program.App, false));
-        QTRY_VERIFY_WITH_TIMEOUT(FilesIn(program.Set("1")) == expected, LongestWait);
+        QTRY_VERIFY_WITH_TIMEOUT(program.HasEnded(), LongestWait);
+        QVERIFY(FilesIn(program.Set("1")) == expected);
         QVERIFY(!std::filesystem::exists(program.Set("1") / "folder"));
         QVERIFY(!std::filesystem::exists(program.Set("1") / "link to a folder"));
         QCOMPARE(CountNamed(program.Folder.Path(), "x"), 0);
@@ -147,9 +150,8 @@ private slots:
         const auto time = std::filesystem::last_write_time(file) - std::chrono::hours(50);
         std::filesystem::last_write_time(file, time);
         QVERIFY(RunBackup(program.App, false));
-        const auto copy = program.Set("1") / "1_usage.talvor";
-        QTRY_VERIFY_WITH_TIMEOUT(
-            std::filesystem::exists(copy) && std::filesystem::last_write_time(copy) == time, LongestWait);
+        QTRY_VERIFY_WITH_TIMEOUT(program.HasEnded(), LongestWait);
+        QVERIFY(std::filesystem::last_write_time(program.Set("1") / "1_usage.talvor") == time);
     }
 
     void Two_backups_make_two_sets() {
@@ -157,11 +159,13 @@ private slots:
         WriteContent(program.Data() / "1_usage.talvor", "before");
         QVERIFY(RunBackup(program.App, false));
         const auto before = FilesIn(program.Data());
-        QTRY_VERIFY_WITH_TIMEOUT(FilesIn(program.Set("1")) == before, LongestWait);
+        QTRY_VERIFY_WITH_TIMEOUT(program.HasEnded(), LongestWait);
+        QVERIFY(FilesIn(program.Set("1")) == before);
         WriteContent(program.Data() / "1_usage.talvor", "after");
         QVERIFY(RunBackup(program.App, false));
         const auto after = FilesIn(program.Data());
-        QTRY_VERIFY_WITH_TIMEOUT(FilesIn(program.Set("2")) == after, LongestWait);
+        QTRY_VERIFY_WITH_TIMEOUT(program.HasEnded(), LongestWait);
+        QVERIFY(FilesIn(program.Set("2")) == after);
         QVERIFY(FilesIn(program.Set("1")) == before);
     }
 
@@ -171,7 +175,8 @@ private slots:
         WriteContent(program.Data() / "1_usage.talvor", EveryByte());
         const auto set = RunBackup(program.App, false);
         QVERIFY(set);
-        QTRY_VERIFY_WITH_TIMEOUT(FilesIn(*set) == FilesIn(program.Data()), LongestWait);
+        QTRY_VERIFY_WITH_TIMEOUT(program.HasEnded(), LongestWait);
+        QVERIFY(FilesIn(*set) == FilesIn(program.Data()));
     }
 };
 } // namespace mact

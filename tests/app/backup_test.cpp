@@ -227,6 +227,24 @@ TEST_F(BackupTest, WithoutAFolderToCopyIntoNothingIsStarted) {
     EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "2"));
 }
 
+TEST_F(BackupTest, ADataFolderThatCannotBeReadIsAFailureAndNothingIsStarted) {
+    std::filesystem::remove(App.ProgramFolder / "data");
+    EXPECT_FALSE(RunBackup(App, true));
+    EXPECT_EQ(ShownTexts(),
+              std::vector<std::string>{"Cannot read the folder \"" + PathText(App.ProgramFolder / "data") +
+                                       "\": " + ReasonOf(std::errc::no_such_file_or_directory, 3) + "."});
+    EXPECT_TRUE(Programs.Started.empty());
+}
+
+TEST_F(BackupTest, ANoteThatCannotBeWrittenIsAFailureAndNothingIsStarted) {
+    std::filesystem::create_directory(ProgramFile("backup.mact.note"));
+    EXPECT_FALSE(RunBackup(App, true));
+    EXPECT_EQ(ShownTexts(),
+              std::vector<std::string>{"Cannot open the file \"" + PathText(ProgramFile("backup.mact.note")) +
+                                       "\": Is a directory."});
+    EXPECT_TRUE(Programs.Started.empty());
+}
+
 TEST_F(BackupTest, AScriptThatCannotBeWrittenIsAFailureAndNothingIsStarted) {
     std::filesystem::create_directory(ProgramFile("backup.bat"));
     EXPECT_FALSE(RunBackup(App, true));

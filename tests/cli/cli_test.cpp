@@ -328,8 +328,34 @@ TEST_F(CliTest, AFileThatCannotBeCopiedIsNamedAndTheOthersAreCopied) {
     EXPECT_EQ(CountLines(run.Errors), 1);
     EXPECT_NE(run.Errors.find("\"" + PathText(Folder / "data" / "bad") + "\""), std::string::npos);
     auto copied = FilesIn(Folder / "talvor_backupset_1");
-    copied.erase("bad");
+    EXPECT_EQ(copied["incomplete.txt"], run.Errors.substr(0, run.Errors.size() - 1) + "\r\n");
+    copied.erase("incomplete.txt");
     EXPECT_EQ(copied, expected);
+    EXPECT_TRUE(std::filesystem::exists(Folder / "backup.mact.note"));
+}
+
+TEST_F(CliTest, ABrokenLinkIsAFileThatCannotBeCopied) {
+    AddShop();
+    const auto expected = FilesIn(Folder / "data");
+    std::filesystem::create_symlink("nowhere", Folder / "data" / "broken link");
+    const ProgramRun run = Run({"backup"});
+    EXPECT_EQ(run.Status, 1);
+    EXPECT_EQ(run.Output, "");
+    EXPECT_EQ(run.Errors, "Cannot back up the file \"" + PathText(Folder / "data" / "broken link") +
+                              "\": No such file or directory.\n");
+    auto copied = FilesIn(Folder / "talvor_backupset_1");
+    copied.erase("incomplete.txt");
+    EXPECT_EQ(copied, expected);
+}
+
+TEST_F(CliTest, ABackupLeavesOutTemporaryFilesAndTakesUndoFilesAlong) {
+    AddShop();
+    WriteContent(Folder / "data" / "1_usage.talvor.mact.undo", "undo");
+    const auto expected = FilesIn(Folder / "data");
+    WriteContent(Folder / "data" / "1_additional.talvor.mact.tmp", "temporary");
+    EXPECT_EQ(Run({"backup"}).Status, 0);
+    EXPECT_EQ(FilesIn(Folder / "talvor_backupset_1"), expected);
+    EXPECT_FALSE(std::filesystem::exists(Folder / "backup.mact.note"));
 }
 
 TEST_F(CliTest, ABackupsNumberMayBeAFraction) {

@@ -135,10 +135,10 @@ LastBackup LookAtLastBackup(AppContext& app) {
         }
         isWrittenDown = static_cast<bool>(WriteBackupFailures(app.Files, note->Set, missing));
     }
-    const std::string what =
-        isWrittenDown ? "the file " + std::string(BackupFailuresName) + " in it says what is missing."
-                      : "files missing or cut short: " + std::to_string(missing.size()) + '.';
-    return {.Warning = "The last backup, in the folder " + PathText(note->Set) + ", is incomplete: " + what +
-                       " Please make a new backup."};
+    const std::string count =
+        missing.size() == 1 ? "1 file is" : std::to_string(missing.size()) + " files are";
+    const std::string what = isWrittenDown ? "see " + PathText(note->Set / BackupFailuresName)
+                                           : count + " missing or cut short in " + PathText(note->Set);
+    return {.Warning = "The last backup is incomplete: " + what + ". Please make a new one."};
 }
 } // namespace mact

@@ -1,6 +1,7 @@
 #include "app/frm_main.h"
 
 #include "app/backup.h"
+#include "app/backup_note.h"
 #include "app/frm_about.h"
 #include "app/frm_config.h"
 #include "app/ui_frm_main.h"
@@ -11,14 +12,19 @@
 #include "store/additional_names.h"
 #include "store/frm_company.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QSvgRenderer>
+
+#include <chrono>
+#include <utility>
 
 namespace mact {
 namespace {
 
 constexpr QSize PictureSize{560, 190};
+constexpr auto BetweenLooks = std::chrono::seconds(15); // at a backup that may be running
 
 } // namespace
 
@@ -32,6 +38,8 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
     ConnectButtons();
     ShowCurrentCompany();
     layout()->setSizeConstraint(QLayout::SetFixedSize);
+    m_nextLook.setSingleShot(true);
+    connect(&m_nextLook, &QTimer::timeout, this, &frmMain::LookAtBackup);
 }
 
 frmMain::~frmMain() = default;
@@ -74,7 +82,10 @@ void frmMain::ConnectButtons() {
         ShowConfiguration(m_app, this);
     };
     opens(m_ui->cmd_Config, configure);
-    opens(m_ui->cmd_Backup, [this, configure] { BackUpOnRequest(m_app, configure); });
+    opens(m_ui->cmd_Backup, [this, configure] {
+        BackUpOnRequest(m_app, configure);
+        m_nextLook.start(BetweenLooks);
+    });
     opens(m_ui->cmd_Abount, [this] { ShowAbout(m_app, this); });
     connect(m_ui->cmd_Exit, &QPushButton::clicked, this, &frmMain::Exit);
 }
@@ -82,6 +93,25 @@ void frmMain::ConnectButtons() {
 void frmMain::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) ShowCurrentCompany();
+}
+
+void frmMain::paintEvent(QPaintEvent* event) {
+    QWidget::paintEvent(event);
+    if (std::exchange(m_isPainted, true)) return;
+    m_nextLook.start(0); // only now, so that the window appears without waiting for a backup's disk
+}
+
+void frmMain::LookAtBackup() {
+    const LastBackup backup = LookAtLastBackup(m_app);
+    const QString warning = QString::fromStdString(backup.Warning);
+    if (warning != m_ui->lbl_Backup->text()) {
+        m_ui->lbl_Backup->setText(warning);
+        m_ui->lbl_Backup->setAccessibleName(warning);
+        m_ui->lbl_Backup->setVisible(!warning.isEmpty());
+        QAccessibleEvent appeared(m_ui->lbl_Backup, QAccessible::Alert); // nothing has the focus there
+        if (!warning.isEmpty()) QAccessible::updateAccessibility(&appeared);
+    }
+    if (backup.IsUnderWay) m_nextLook.start(BetweenLooks);
 }
 
 void frmMain::ShowCurrentCompany() {

@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -19,9 +20,13 @@ class frmMain : public QWidget {
 public:
     explicit frmMain(AppContext& app);
     ~frmMain() override;
+    /// Warns of a backup that turned out incomplete, in lbl_Backup. Happens by itself once the window is
+    /// painted, and again later while the backup's copy may be running.
+    void LookAtBackup();
 
 protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void ConnectButtons();
@@ -33,5 +38,7 @@ private:
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmMain> m_ui;
+    QTimer m_nextLook{this}; ///< at the last backup
+    bool m_isPainted = false;
 };
 } // namespace mact

@@ -67,9 +67,8 @@ protected:
         return LookAtLastBackup(App).Warning;
     }
     std::string WarningOfFailures() const {
-        return "The last backup, in the folder " + PathText(Set) +
-               ", is incomplete: the file incomplete.txt in it says what is missing. Please make a new "
-               "backup.";
+        return "The last backup is incomplete: see " + PathText(Set / "incomplete.txt") +
+               ". Please make a new one.";
     }
     void ExpectFailure(const ProgramRun& run, const std::string& file, const std::string& reason) {
         EXPECT_EQ(run.Status, 1);
@@ -348,9 +347,8 @@ TEST_F(BackupShell, ADiskTooFullForTheFailuresIsSaidAtTheNextStart) {
     FillUp(Base / "filler");
     EXPECT_EQ(Copy().Status, 1);
     EXPECT_EQ(FilesIn(Set).size(), 0U);
-    EXPECT_EQ(WarningLater(),
-              "The last backup, in the folder " + PathText(Set) +
-                  ", is incomplete: files missing or cut short: 3. Please make a new backup.");
+    EXPECT_EQ(WarningLater(), "The last backup is incomplete: 3 files are missing or cut short in " +
+                                  PathText(Set) + ". Please make a new one.");
     EXPECT_EQ(FilesIn(Set).size(), 0U);
 }
 

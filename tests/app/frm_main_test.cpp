@@ -1,3 +1,4 @@
+#include "app/backup.h"
 #include "app/frm_config.h"
 #include "app/frm_main.h"
 #include "app/startup.h"
@@ -28,6 +29,17 @@ bool IsEnabled(const frmMain& window, const char* button) {
 struct NewProgram : TestProgram {
     NewProgram() { App.CurrentCompanyId = 0; }
 };
+
+/// The copy of the last backup wrote down that a file is not in the set.
+void LeaveAnIncompleteBackup(TestProgram& program) {
+    const auto set = RunBackup(program.App, false);
+    if (!set) qFatal("There is no backup");
+    WriteContent(*set / "incomplete.txt", "Cannot back up the file.\r\n");
+}
+
+bool IsWarningShown(const frmMain& window) {
+    return !Named<QLabel>(window, "lbl_Backup").isHidden();
+}
 
 /// Counts the windows that are asked whether they may close.
 class CloseWatcher : public QObject {
@@ -208,6 +220,95 @@ private slots:
         Named<QPushButton>(window, "cmd_Backup").click();
         QVERIFY(program.Programs.Started.empty());
         QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+    }
+
+    void An_incomplete_backup_is_said_in_the_window_once_it_is_painted() {
+        TestProgram program;
+        LeaveAnIncompleteBackup(program);
+        frmMain window(program.App);
+        QVERIFY(!IsWarningShown(window));
+        window.show();
+        QTRY_VERIFY(IsWarningShown(window));
+        const auto& label = Named<QLabel>(window, "lbl_Backup");
+        QCOMPARE(label.text().toStdString(),
+                 "The last backup is incomplete: see " +
+                     PathText(program.ProgramFile("talvor_backupset_1") / "incomplete.txt") +
+                     ". Please make a new one.");
+        QCOMPARE(label.accessibleName(), label.text());
+        QCOMPARE(label.textFormat(), Qt::PlainText);
+        QVERIFY(label.height() >= label.heightForWidth(label.width()));
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void An_incomplete_backup_moves_no_control_of_the_window() {
+        TestProgram program;
+        frmMain window(program.App);
+        window.show();
+        QTest::qWait(0);
+        const QSize size = window.size();
+        const auto places = [](const frmMain& of) {
+            QList<QRect> rectangles;
+            for (const char* name : {"Picture1", "lbl_Company", "Frame1", "cmd_Material", "cmd_Exit"})
+                rectangles << Named<QWidget>(of, name).geometry();
+            return rectangles;
+        };
+        const QList<QRect> before = places(window);
+        LeaveAnIncompleteBackup(program);
+        frmMain other(program.App);
+        other.show();
+        QTRY_VERIFY(IsWarningShown(other));
+        QTRY_VERIFY(other.height() > size.height());
+        QCOMPARE(other.width(), size.width());
+        QCOMPARE(places(other), before);
+    }
+
+    void Without_an_incomplete_backup_the_window_says_nothing() {
+        TestProgram program;
+        LeaveAnIncompleteBackup(program);
+        std::filesystem::remove_all(program.ProgramFile("talvor_backupset_1")); // a stick that was pulled out
+        frmMain window(program.App);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::qWait(50);
+        QVERIFY(!IsWarningShown(window));
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void A_newer_complete_backup_ends_the_warning_at_the_next_start() {
+        TestProgram program;
+        LeaveAnIncompleteBackup(program);
+        QVERIFY(RunBackupToItsEnd(program.App));
+        frmMain window(program.App);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::qWait(50);
+        QVERIFY(!IsWarningShown(window));
+    }
+
+    void A_newer_complete_backup_ends_the_warning_in_the_same_window_too() {
+        TestProgram program;
+        LeaveAnIncompleteBackup(program);
+        frmMain window(program.App);
+        window.LookAtBackup();
+        QVERIFY(IsWarningShown(window));
+        QVERIFY(RunBackupToItsEnd(program.App));
+        window.LookAtBackup();
+        QVERIFY(!IsWarningShown(window));
+        QCOMPARE(Named<QLabel>(window, "lbl_Backup").accessibleName(), QString());
+    }
+
+    void After_a_backup_the_window_looks_again_later() {
+        TestProgram program;
+        program.Prompts.Answers = {PromptAnswer::No};
+        frmMain window(program.App);
+        const auto* nextLook = window.findChild<QTimer*>();
+        QVERIFY(!nextLook->isActive());
+        Named<QPushButton>(window, "cmd_Backup").click();
+        QVERIFY(nextLook->isActive());
+        QCOMPARE(nextLook->interval(), 15'000);
+        window.LookAtBackup(); // the copy, which the scripted services did not start, may be running
+        QVERIFY(nextLook->isActive());
+        QVERIFY(!IsWarningShown(window));
     }
 
     void About_says_what_the_program_is_and_OK_closes_it() {

@@ -38,12 +38,9 @@ protected:
         Wait();
         return LookAtLastBackup(App);
     }
-    std::string Incomplete(const std::string& what) const {
-        return "The last backup, in the folder " + PathText(Set) + ", is incomplete: " + what +
-               " Please make a new backup.";
-    }
     std::string IncompleteAsWrittenDown() const {
-        return Incomplete("the file incomplete.txt in it says what is missing.");
+        return "The last backup is incomplete: see " + PathText(Set / "incomplete.txt") +
+               ". Please make a new one.";
     }
 };
 
@@ -185,9 +182,20 @@ TEST_F(LastBackupTest, WhatCannotBeWrittenDownIsCounted) {
     files.Limits[Set / "incomplete.txt"].LongestFile = 10;
     AppContext app{Prompts, Settings, Programs, Dialogs, Calendar, files, App.ProgramFolder};
     Wait();
-    EXPECT_EQ(LookAtLastBackup(app).Warning, Incomplete("files missing or cut short: 2."));
+    EXPECT_EQ(LookAtLastBackup(app).Warning,
+              "The last backup is incomplete: 2 files are missing or cut short in " + PathText(Set) +
+                  ". Please make a new one.");
     EXPECT_FALSE(std::filesystem::exists(Set / "incomplete.txt"));
     EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+TEST_F(LastBackupTest, ASingleFileThatCannotBeWrittenDownIsCountedAsOne) {
+    RunBackup(App, false);
+    CopyAll();
+    std::filesystem::remove(Set / "companies.talvor");
+    std::filesystem::create_directory(Set / "incomplete.txt");
+    EXPECT_EQ(LookLater().Warning, "The last backup is incomplete: 1 file is missing or cut short in " +
+                                       PathText(Set) + ". Please make a new one.");
 }
 
 TEST_F(LastBackupTest, ADamagedNoteSaysAsMuchAsCanBeRead) {

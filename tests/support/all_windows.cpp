@@ -1,5 +1,7 @@
 #include "tests/support/all_windows.h"
 
+#include "app/backup.h"
+#include "app/backup_note.h"
 #include "app/frm_about.h"
 #include "app/frm_config.h"
 #include "app/frm_main.h"
@@ -27,6 +29,8 @@
 #include <QListWidget>
 #include <QProgressBar>
 
+#include <fstream>
+
 namespace mact {
 namespace {
 
@@ -38,8 +42,7 @@ void Type(const QWidget& window, const char* edit, const QString& text) {
     Named<QLineEdit>(window, edit).setText(text);
 }
 
-void OpenMain(AppContext& app, QWidget*) {
-    frmMain window(app);
+void ShowUntilClosed(frmMain& window) {
     window.show();
     QEventLoop untilClosed;
     QTimer::singleShot(0, &untilClosed, [&] { // after InWindow's timer, which works with the window
@@ -47,6 +50,20 @@ void OpenMain(AppContext& app, QWidget*) {
         untilClosed.quit();
     });
     untilClosed.exec();
+}
+
+void OpenMain(AppContext& app, QWidget*) {
+    frmMain window(app);
+    ShowUntilClosed(window);
+}
+
+/// After a backup that turned out incomplete.
+void OpenMainWithWarning(AppContext& app, QWidget*) {
+    const auto set = RunBackup(app, false);
+    if (set) std::ofstream(*set / BackupFailuresName) << "Cannot back up a file.\r\n";
+    frmMain window(app);
+    window.LookAtBackup();
+    ShowUntilClosed(window);
 }
 
 void OpenMainWithoutCompany(AppContext& app, QWidget* parent) {
@@ -150,6 +167,7 @@ const std::vector<WindowState>& AllWindows() {
     static const std::vector<WindowState> windows{
         {"frmMain",                 OpenMain,               AsItOpens         },
         {"frmMain_no_company",      OpenMainWithoutCompany, AsItOpens         },
+        {"frmMain_warning",         OpenMainWithWarning,    AsItOpens         },
         {"frmAbout",                ShowAbout,              AsItOpens         },
         {"frmCompany",              ShowCompanies,          SelectCompanyLine },
         {"frmCompany_edit",         ShowCompanies,          EditCompany       },

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QSvgWidget>
 #include <QTest>
 
@@ -39,6 +40,13 @@ void LeaveAnIncompleteBackup(TestProgram& program) {
 
 bool IsWarningShown(const frmMain& window) {
     return !Named<QLabel>(window, "lbl_Backup").isHidden();
+}
+
+/// Shows the window and waits until it has looked at the last backup.
+void ShowUntilItHasLooked(frmMain& window) {
+    QSignalSpy looked(window.findChild<QTimer*>(), &QTimer::timeout);
+    window.show();
+    QVERIFY(looked.count() > 0 || looked.wait());
 }
 
 /// Counts the windows that are asked whether they may close.
@@ -243,8 +251,7 @@ private slots:
     void An_incomplete_backup_moves_no_control_of_the_window() {
         TestProgram program;
         frmMain window(program.App);
-        window.show();
-        QTest::qWait(0);
+        ShowUntilItHasLooked(window);
         const QSize size = window.size();
         const auto places = [](const frmMain& of) {
             QList<QRect> rectangles;
@@ -267,9 +274,7 @@ private slots:
         LeaveAnIncompleteBackup(program);
         std::filesystem::remove_all(program.ProgramFile("talvor_backupset_1")); // a stick that was pulled out
         frmMain window(program.App);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        QTest::qWait(50);
+        ShowUntilItHasLooked(window);
         QVERIFY(!IsWarningShown(window));
         QVERIFY(program.Prompts.Shown.empty());
     }
@@ -279,9 +284,7 @@ private slots:
         LeaveAnIncompleteBackup(program);
         QVERIFY(RunBackupToItsEnd(program.App));
         frmMain window(program.App);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        QTest::qWait(50);
+        ShowUntilItHasLooked(window);
         QVERIFY(!IsWarningShown(window));
     }
 

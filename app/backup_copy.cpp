@@ -104,8 +104,9 @@ Done CopyOpenFile(FileAccess& files, OpenedFile& file, const std::filesystem::pa
         static_cast<void>(RemoveFromSet(files, target)); // the first failure is the one to report
         return copied;
     }
-    std::error_code ignored; // a file system need not let a time be set
-    std::filesystem::last_write_time(target, std::filesystem::last_write_time(source, ignored), ignored);
+    std::error_code error; // ignored: a file system need not let a time be set
+    const auto time = std::filesystem::last_write_time(source, error);
+    if (!error) std::filesystem::last_write_time(target, time, error);
     return Success();
 }
 

@@ -58,11 +58,10 @@ bool HasFailures(const BackupNote& note) {
     });
 }
 
-bool IsUnderWay(const AppContext& app, const BackupNote& note) {
+bool IsUnderWay(const AppContext& app, const BackupNote& note, std::filesystem::file_time_type now) {
     std::vector<std::filesystem::path> written = {NoteFile(app), note.Set};
     for (const NotedFile& file : note.Files)
         written.push_back(note.Set / file.Name);
-    const auto now = std::filesystem::file_time_type::clock::now();
     return std::ranges::any_of(written, [&](const std::filesystem::path& path) {
         std::error_code error;
         const auto age = now - std::filesystem::last_write_time(path, error);
@@ -122,13 +121,13 @@ Done WriteBackupFailures(FileAccess& files, const std::filesystem::path& set,
     return written;
 }
 
-LastBackup LookAtLastBackup(AppContext& app) {
+LastBackup LookAtLastBackup(AppContext& app, std::filesystem::file_time_type now) {
     const std::optional<BackupNote> note = ReadBackupNote(app);
     if (!note || !IsFolderAt(note->Set)) return {};
     bool isWrittenDown = HasFailures(*note);
     const std::vector<std::string> missing = WhatIsMissing(*note);
     if (!isWrittenDown) {
-        if (IsUnderWay(app, *note)) return {.IsUnderWay = true};
+        if (IsUnderWay(app, *note, now)) return {.IsUnderWay = true};
         if (missing.empty()) {
             RemoveBackupNote(app, note->Set);
             return {};

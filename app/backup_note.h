@@ -46,5 +46,7 @@ struct LastBackup {
 };
 /// Compares the set with its note. Removes the note of a complete set; writes down in an incomplete one what
 /// is missing, unless its copy did. Of a set that is gone (a stick that was pulled out) nothing is said.
-LastBackup LookAtLastBackup(AppContext& app);
+LastBackup
+LookAtLastBackup(AppContext& app,
+                 std::filesystem::file_time_type now = std::filesystem::file_time_type::clock::now());
 } // namespace mact

@@ -57,14 +57,8 @@ protected:
     }
     /// What the next start says, a while after the copy has ended.
     std::string WarningLater() {
-        const auto before = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-        for (const auto& path : {ProgramFile("backup.mact.note"), Set}) {
-            std::error_code ignored;
-            for (const auto& entry : std::filesystem::directory_iterator(path, ignored))
-                std::filesystem::last_write_time(entry, before, ignored);
-            std::filesystem::last_write_time(path, before, ignored);
-        }
-        return LookAtLastBackup(App).Warning;
+        const auto later = std::filesystem::file_time_type::clock::now() + std::chrono::hours(1);
+        return LookAtLastBackup(App, later).Warning;
     }
     std::string WarningOfFailures() const {
         return "The last backup is incomplete: see " + PathText(Set / "incomplete.txt") +

@@ -248,6 +248,23 @@ private slots:
         QVERIFY(program.Prompts.Shown.empty());
     }
 
+    void A_backup_that_was_cut_short_is_said_and_written_down() {
+        TestProgram program;
+        WriteContent(program.DataFile("1_usage.talvor"), std::string(32, 'u'));
+        const auto set = RunBackup(program.App, false);
+        QVERIFY(set);
+        WriteContent(*set / "1_usage.talvor", "uuu");
+        const auto earlier = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+        for (const auto& path : {*set / "1_usage.talvor", *set, program.ProgramFile("backup.mact.note")})
+            std::filesystem::last_write_time(path, earlier);
+        frmMain window(program.App);
+        window.show();
+        QTRY_VERIFY(IsWarningShown(window));
+        QCOMPARE(ContentOf(*set / "incomplete.txt"),
+                 std::string("The file \"1_usage.talvor\" is cut short: it has 3 bytes instead of 32.\r\n"));
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
     void An_incomplete_backup_moves_no_control_of_the_window() {
         TestProgram program;
         frmMain window(program.App);

@@ -25,19 +25,10 @@ protected:
         for (const auto& [name, content] : FilesIn(App.ProgramFolder / "data"))
             WriteContent(Set / name, content);
     }
-    /// Makes everything an hour older than it is.
-    void Wait() const {
-        const auto earlier = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-        std::error_code ignored; // one of them may be missing
-        for (const auto& entry : std::filesystem::directory_iterator(Set, ignored))
-            std::filesystem::last_write_time(entry, earlier, ignored);
-        for (const auto& path : {Set, ProgramFile("backup.mact.note")})
-            std::filesystem::last_write_time(path, earlier, ignored);
+    static std::filesystem::file_time_type AnHourLater() {
+        return std::filesystem::file_time_type::clock::now() + std::chrono::hours(1);
     }
-    LastBackup LookLater() {
-        Wait();
-        return LookAtLastBackup(App);
-    }
+    LastBackup LookLater() { return LookAtLastBackup(App, AnHourLater()); }
     std::string IncompleteAsWrittenDown() const {
         return "The last backup is incomplete: see " + PathText(Set / "incomplete.txt") +
                ". Please make a new one.";
@@ -131,9 +122,10 @@ TEST_F(LastBackupTest, FailuresInPlaceOfACopyOfThatNameCount) {
 TEST_F(LastBackupTest, ACopyThatMayStillBeRunningIsNotJudged) {
     RunBackup(App, false);
     EXPECT_TRUE(LookAtLastBackup(App).IsUnderWay);
-    Wait();
-    WriteContent(Set / "1_usage.talvor", "us"); // being written
-    const LastBackup found = LookAtLastBackup(App);
+    const auto later = AnHourLater();
+    WriteContent(Set / "1_usage.talvor", "us"); // still being written
+    std::filesystem::last_write_time(Set / "1_usage.talvor", later - std::chrono::seconds(59));
+    const LastBackup found = LookAtLastBackup(App, later);
     EXPECT_TRUE(found.IsUnderWay);
     EXPECT_EQ(found.Warning, "");
     EXPECT_TRUE(IsNoteThere());
@@ -181,8 +173,7 @@ TEST_F(LastBackupTest, WhatCannotBeWrittenDownIsCounted) {
     LimitedFiles files;
     files.Limits[Set / "incomplete.txt"].LongestFile = 10;
     AppContext app{Prompts, Settings, Programs, Dialogs, Calendar, files, App.ProgramFolder};
-    Wait();
-    EXPECT_EQ(LookAtLastBackup(app).Warning,
+    EXPECT_EQ(LookAtLastBackup(app, AnHourLater()).Warning,
               "The last backup is incomplete: 2 files are missing or cut short in " + PathText(Set) +
                   ". Please make a new one.");
     EXPECT_FALSE(std::filesystem::exists(Set / "incomplete.txt"));
@@ -255,9 +246,7 @@ TEST_F(LastBackupTest, LinksInTheSetAreNoneOfItsFilesAndAreNotFollowed) {
     std::filesystem::remove(Set / "companies.talvor");
     std::filesystem::create_symlink(other, Set / "companies.talvor");
     std::filesystem::create_symlink(other, Set / "incomplete.txt");
-    Wait();
-    std::filesystem::last_write_time(other, std::filesystem::last_write_time(Set));
-    EXPECT_EQ(LookAtLastBackup(App).Warning, IncompleteAsWrittenDown());
+    EXPECT_EQ(LookLater().Warning, IncompleteAsWrittenDown());
     EXPECT_EQ(ContentOf(other), "untouched");
     EXPECT_EQ(ContentOf(Set / "incomplete.txt"), "The file \"companies.talvor\" is missing.\r\n");
 }

@@ -209,6 +209,24 @@ TEST_F(KilledProgram, InTheMiddleOfAWriteLeavesAPieceThatTheNextStartMends) {
     }
 }
 
+/// The note of what the set should hold outlives the copy, so that the next start sees what is missing.
+TEST_F(KilledProgram, InTheMiddleOfABackupLeavesItsNoteAndTheNextBackupWorks) {
+    const std::string materials = Folder.Data("1_materials.talvor") + std::string(20 * 1444, 'm');
+    WriteContent(Folder.DataFile("1_materials.talvor"), materials);
+    ChildStart start = Folder.Start({"backup"});
+    start.LongestFile = materials.size() - 1;
+    ChildProgram program(start);
+    EXPECT_EQ(program.Wait(), -1);
+    const std::filesystem::path note = Folder.Path() / "backup.mact.note";
+    EXPECT_NE(ContentOf(note).find("1_materials.talvor"), std::string::npos);
+    const std::filesystem::path copy = Folder.Path() / "talvor_backupset_1" / "1_materials.talvor";
+    EXPECT_LT(ContentOf(copy).size(), materials.size());
+    EXPECT_EQ(Folder.Data("1_materials.talvor"), materials);
+    Folder.Run({"backup"});
+    EXPECT_EQ(ContentOf(Folder.Path() / "talvor_backupset_2" / "1_materials.talvor"), materials);
+    EXPECT_FALSE(std::filesystem::exists(note));
+}
+
 TEST_F(KilledProgram, BeforeARenameLeavesTheOldNamesAndATemporaryFileThatIsReplaced) {
     const std::filesystem::path temporary = Folder.LeaveATemporaryFile();
     EXPECT_EQ(Folder.Data("1_additional.talvor"), "a|b|c|d|e|f\r\n");

@@ -77,6 +77,7 @@ Done CheckHasSameBytes(OpenedFile& file, OpenedFile& copy) {
 Done RemoveFromSet(FileAccess& files, const std::filesystem::path& path) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
+    if (!std::filesystem::status_known(status)) return Failure{"look for the file", path, error.message()};
     return std::filesystem::exists(status) ? files.Remove(path) : Success();
 }
 

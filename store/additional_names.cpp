@@ -33,7 +33,7 @@ std::string_view TakeValue(std::string_view& text) {
 } // namespace
 
 // Only the last value, on purpose: of names with a comma only the end survives.
-std::string LastCommaSeparatedValue(std::string_view text) {
+std::string_view LastCommaSeparatedValue(std::string_view text) {
     std::string_view last;
     while (!text.empty()) {
         last = TakeValue(text);
@@ -44,7 +44,7 @@ std::string LastCommaSeparatedValue(std::string_view text) {
             text.remove_prefix(text.starts_with("\r\n") ? 2 : 1);
         }
     }
-    return std::string(last);
+    return last;
 }
 
 Done ReadAdditionalNames(AppContext& app) {
@@ -55,9 +55,18 @@ Done ReadAdditionalNames(AppContext& app) {
         app.AdditionalNames = UnusedNames;
         return ReplaceFile(app.Files, path, '"' + std::string(UnusedNames) + "\"\r\n");
     }
-    const Result<std::string> content = ReadWholeFile(app.Files, path);
+    Result<std::string> content = ReadWholeFile(app.Files, path);
     if (!content) return content.error();
-    app.AdditionalNames = LastCommaSeparatedValue(*content);
+    // Cut out where it stands: a damaged file, perhaps of 64 MB, is not to be in memory twice.
+    const std::string_view last = LastCommaSeparatedValue(*content);
+    if (!last.empty()) {
+        const auto start = static_cast<std::size_t>(last.data() - content->data());
+        content->resize(start + last.size());
+        content->erase(0, start);
+    } else {
+        content->clear();
+    }
+    app.AdditionalNames = std::move(*content);
     return Success();
 }
 
@@ -73,11 +82,13 @@ Done SaveAdditionalNames(const DataFiles& data, const PollutantNames& names) {
     return ReplaceFile(data.Files, AdditionalNamesFile(data), line + "\r\n");
 }
 
+bool AreSix(std::string_view names) {
+    return std::ranges::count(names, '|') == 5;
+}
+
 PollutantNames SplitAdditionalNames(std::string_view names) {
     PollutantNames six;
-    std::vector<std::string_view> pieces = Split(names, '|');
-    if (pieces.size() != six.size()) pieces = Split(UnusedNames, '|');
-    std::ranges::copy(pieces, six.begin());
+    std::ranges::copy(Split(AreSix(names) ? names : UnusedNames, '|'), six.begin());
     return six;
 }
 

@@ -42,8 +42,15 @@ bool MayCreate(std::uint64_t flags) {
     return (flags & (O_CREAT | O_TRUNC)) != 0;
 }
 
+/// Whether a process's open file has a name: pipes have none, and a sanitizer writes to some.
+bool IsFile(pid_t process, std::uint64_t descriptor) {
+    std::error_code ignored;
+    const std::string link = "/proc/" + std::to_string(process) + "/fd/" + std::to_string(descriptor);
+    return std::filesystem::read_symlink(link, ignored).is_absolute();
+}
+
 /// Whether the system call that a traced process begins changes a file, or makes a change last.
-bool IsChange(const __ptrace_syscall_info& call) {
+bool IsChange(pid_t process, const __ptrace_syscall_info& call) {
     switch (call.entry.nr) {
 #ifdef SYS_open
     case SYS_open:
@@ -56,6 +63,7 @@ bool IsChange(const __ptrace_syscall_info& call) {
 #endif
     case SYS_write:
     case SYS_writev:
+        return IsFile(process, call.entry.args[0]);
     case SYS_pwrite64:
     case SYS_pwritev:
     case SYS_ftruncate:
@@ -106,7 +114,7 @@ void StartSignal::Give() {
     }
 }
 
-ChildProgram::ChildProgram(const ChildStart& start) {
+ChildProgram::ChildProgram(const ChildStart& start) : m_countsReads(start.CountsReads) {
     // All memory is allocated before the fork.
     std::vector<std::string> environment = {
         "XDG_CONFIG_HOME=" + PathText(start.SettingsFolder),
@@ -215,8 +223,9 @@ int ChildProgram::RunToChange(int number) {
             signal = 0;
             __ptrace_syscall_info call{};
             ::ptrace(PTRACE_GET_SYSCALL_INFO, m_process, sizeof(call), &call);
-            const bool isChange = call.op == PTRACE_SYSCALL_INFO_ENTRY && IsChange(call);
-            if (isChange && ++changes == number) return changes;
+            const bool isBegin = call.op == PTRACE_SYSCALL_INFO_ENTRY;
+            const bool isRead = m_countsReads && call.entry.nr == SYS_pread64;
+            if (isBegin && (isRead || IsChange(m_process, call)) && ++changes == number) return changes;
         }
         ::ptrace(PTRACE_SYSCALL, m_process, nullptr, signal);
     }

@@ -35,6 +35,7 @@ struct ChildStart {
     unsigned LongestTime = 0;                   ///< seconds until it is killed; 0 = never
     const StartSignal* Signal = nullptr;        ///< the child waits for it
     bool IsTraced = false;                      ///< it stops at its start: RunToChange takes it on
+    bool CountsReads = false;                   ///< reading counts as a change does, and stops it too
 };
 
 /// A child process. It leads a process group, so that killing it kills what it has started too.
@@ -72,8 +73,9 @@ private:
     pid_t m_process = -1; ///< -1 = it has ended
     int m_status = 0;     ///< as waitpid reports it
     std::uint64_t m_peakMemory = 0;
-    int m_errors = -1; ///< its error output, in a file without a name
-    int m_output = -1; ///< the same for its standard output
-    int m_alive = -1;  ///< a pipe that ends with the last program that it started
+    int m_errors = -1;  ///< its error output, in a file without a name
+    int m_output = -1;  ///< the same for its standard output
+    int m_alive = -1;   ///< a pipe that ends with the last program that it started
+    bool m_countsReads; ///< as in ChildStart
 };
 } // namespace mact

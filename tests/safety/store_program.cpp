@@ -58,13 +58,15 @@ bool SaveCompanyNumber(AppContext& app, std::int16_t id, const std::string& name
     return static_cast<ScriptedPrompts&>(app.Prompts).Shown.empty();
 }
 
-/// Does it again while another copy holds the file for longer than a writer waits. Rests for a moment then:
-/// beside a writer that never does, readers are told that the file is in use.
+/// As a quick user would. Without it no reader would ever find the files at rest.
+constexpr auto AfterAStep = std::chrono::milliseconds(20);
+
+/// Does it again while another copy holds the file for longer than a writer waits.
 bool Persist(AppContext& app, const std::function<bool()>& operation) {
     auto& shown = static_cast<ScriptedPrompts&>(app.Prompts).Shown;
     for (;;) {
         if (operation()) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            std::this_thread::sleep_for(AfterAStep);
             return true;
         }
         if (shown.size() != 1 ||

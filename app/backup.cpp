@@ -43,6 +43,12 @@ std::string VolumeText(double volume) {
     return isWhole ? WholeNumberText(static_cast<std::int64_t>(volume)) : NumberText(volume);
 }
 
+/// False for a link: it could lead into the data folder, whose files would be replaced with their own copies.
+bool IsFolderOfItsOwn(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(std::filesystem::symlink_status(path, ignored));
+}
+
 /// Creates the folder of the next set. Shows its failures; empty if there is no such folder in the end.
 std::optional<std::filesystem::path> CreateSet(AppContext& app) {
     // The next number is saved first: whatever fails afterwards, no later backup uses this one.
@@ -52,7 +58,7 @@ std::optional<std::filesystem::path> CreateSet(AppContext& app) {
     const Done created = app.Files.CreateFolder(set);
     if (created) return set;
     ShowError(app, created.error());
-    if (!IsFolderAt(set)) return std::nullopt; // otherwise the existing folder gets the files
+    if (!IsFolderOfItsOwn(set)) return std::nullopt; // otherwise the existing folder gets the files
     // What an earlier attempt could not copy would be taken for failures of this one.
     static_cast<void>(app.Files.Remove(set / BackupFailuresName));
     return set;

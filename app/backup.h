@@ -19,10 +19,10 @@ bool IsBackupFolderDefined(AppContext& app);
 /// Starts the copy into the next set and returns the set's folder; with `isTold`, a message names it.
 ///
 /// Failures are shown. The backup goes on if the number of the next set cannot be saved, and if a folder of
-/// the set's name exists: it gets the files all the same, since a backup on exit has no second chance. The
-/// backup ends if there is no folder to copy into, if the data folder cannot be read, if what the set should
-/// hold cannot be noted (backup_note.h), or if the script cannot be written or started. Then no older script
-/// is run, no completion is announced, and the result is empty; a folder that was created stays.
+/// the set's name exists (no link): it gets the files all the same, since a backup on exit has no second
+/// chance. The backup ends if there is no folder to copy into, if the data folder cannot be read, if what the
+/// set should hold cannot be noted (backup_note.h), or if the script cannot be written or started. Then no
+/// older script is run, no completion is announced, and the result is empty; a folder that was created stays.
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold);
 
 /// The same, but copies the files itself instead of starting the script, and returns once all of them are in

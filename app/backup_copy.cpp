@@ -158,6 +158,11 @@ Result<std::vector<FileForSet>> FilesForSet(const std::filesystem::path& dataFol
 std::vector<Failure> CopyIntoSet(FileAccess& files, const std::filesystem::path& dataFolder,
                                  const std::vector<FileForSet>& filesForSet,
                                  const std::filesystem::path& set) {
+    std::error_code ignored; // folders that cannot be compared fail below
+    if (std::filesystem::equivalent(dataFolder, set, ignored))
+        return {
+            {"back up into the folder", set, "it is the data folder itself"}
+        };
     std::vector<Failure> failures;
     for (const FileForSet& file : filesForSet) {
         const auto copy = IsUndoFile(file.Name) ? CopyUndoFile : CopyDataFile;

@@ -83,6 +83,7 @@ copy_data_file() (
 )
 
 cd -- "$from/" || exit 1
+[ ! "$to" -ef . ] || exit 1 # its files would be replaced with their own copies
 listed=$(LC_ALL=C find . -mindepth 1 -maxdepth 1 ! -name '*.mact.tmp' ! -name '*.mact.undo' -printf x 2>&1) ||
   fail "read the folder \"$from\"" "$listed"
 seen=

@@ -214,6 +214,16 @@ TEST_F(BackupShell, LinksInTheSetToTheDataFilesThemselvesAreReplaced) {
     EXPECT_EQ(std::filesystem::hard_link_count(DataFile("1_usage.talvor")), 1U);
 }
 
+TEST_F(BackupShell, ALinkToTheDataFolderInTheSetsPlaceIsLeftAlone) {
+    const auto expected = FilesIn(Data());
+    ASSERT_EQ(RunBackup(App, false), Set);
+    std::filesystem::remove(Set);
+    std::filesystem::create_directory_symlink(Data(), Set);
+    Replace("cp", "exit 1"); // were the files removed first, they would be gone
+    EXPECT_EQ(Copy().Status, 1);
+    EXPECT_EQ(FilesIn(Data()), expected);
+}
+
 TEST_F(BackupShell, ALinkInTheFailuresPlaceIsReplacedAndNeverFollowed) {
     const std::filesystem::path other = Folder.Path() / "other";
     WriteContent(other, "untouched");

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace mact {
 namespace {
 
@@ -226,6 +228,24 @@ TEST_F(BackupTest, WithoutAFolderToCopyIntoNothingIsStarted) {
     EXPECT_EQ(Script(), "an older one");
     EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "2"));
 }
+
+#ifndef _WIN32
+TEST_F(BackupTest, ALinkInTheSetsPlaceIsNotFollowed) {
+    const std::filesystem::path target = SetIn(App.ProgramFolder, "1");
+    WriteContent(DataFile("companies.talvor"), "x");
+    std::filesystem::create_directory_symlink("data", target);
+    for (const auto& run : {std::function([&] { return RunBackup(App, true); }),
+                            std::function([&] { return RunBackupToItsEnd(App); })}) {
+        Volume() = "1";
+        Prompts.Shown.clear();
+        EXPECT_FALSE(run());
+        EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot create the folder \"" + PathText(target) +
+                                                         "\": File exists."});
+    }
+    EXPECT_TRUE(Programs.Started.empty());
+    EXPECT_EQ(ContentOf(DataFile("companies.talvor")), "x");
+}
+#endif
 
 TEST_F(BackupTest, ADataFolderThatCannotBeReadIsAFailureAndNothingIsStarted) {
     std::filesystem::remove(App.ProgramFolder / "data");

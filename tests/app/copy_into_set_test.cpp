@@ -190,6 +190,14 @@ TEST_F(CopyIntoSetTest, AFolderInACopysPlaceIsAFailure) {
     EXPECT_EQ(FilesIn(Set).size(), 1U);
 }
 
+TEST_F(CopyIntoSetTest, TheDataFolderItselfIsNoSet) {
+    const auto expected = FilesIn(Data);
+    Set = Data / "." / ".." / "data";
+    EXPECT_EQ(Copy(), std::vector<std::string>{"Cannot back up into the folder \"" + PathText(Set) +
+                                               "\": it is the data folder itself."});
+    EXPECT_EQ(FilesIn(Data), expected);
+}
+
 TEST_F(CopyIntoSetTest, EachFileIsLockedWhileItIsCopiedAndOnlyThen) {
     const auto isLocked = [this](const char* name) {
         OsFiles files;

@@ -1,5 +1,7 @@
 #include "cli/console_services.h"
 
+#include "base/text.h"
+
 #include <iostream>
 
 #ifdef _WIN32

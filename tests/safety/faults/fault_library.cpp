@@ -250,7 +250,8 @@ DIR* opendir(const char* path) {
     NEXT(opendir);
     return Fails(CallKind::Open, "opendir", AT_FDCWD, path) ? nullptr : next(path);
 }
-// What programs call that were built with checks of their buffers.
+// What programs call that were built with checks of their buffers. The names are the C library's.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 int __open_2(const char* path, int flags) {
     static auto* const next = Next<int(const char*, int)>("__open_2");
     return Fails(CallKind::Open, "__open_2", AT_FDCWD, path) ? -1 : next(path, flags);
@@ -267,6 +268,7 @@ int __openat64_2(int folder, const char* path, int flags) {
     static auto* const next = Next<int(int, const char*, int)>("__openat64_2");
     return Fails(CallKind::Open, "__openat64_2", folder, path) ? -1 : next(folder, path, flags);
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 ssize_t read(int file, void* bytes, size_t length) {
     NEXT(read);
@@ -283,6 +285,7 @@ ssize_t pread64(int file, void* bytes, size_t length, off64_t offset) {
     const Allowed allowed = Limit(CallKind::Read, "pread64", file, length);
     return allowed.Fails ? -1 : next(file, bytes, allowed.Length, offset);
 }
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 ssize_t __read_chk(int file, void* bytes, size_t length, size_t room) {
     static auto* const next = Next<ssize_t(int, void*, size_t, size_t)>("__read_chk");
     const Allowed allowed = Limit(CallKind::Read, "__read_chk", file, length);

@@ -298,7 +298,7 @@ int main(int argc, char* argv[]) {
     MessageReader reader;
     qApp->installEventFilter(&reader);
     const QStringList arguments = QCoreApplication::arguments();
-    const QString folder = arguments.at(2);
+    const QString& folder = arguments.at(2);
     QtPrompts prompts;
     QtSettings settings;
     QtPrograms programs;

@@ -68,16 +68,17 @@ std::filesystem::path ScriptFile(const AppContext& app) {
     return Tidied(app.ProgramFolder) / BackupScriptName;
 }
 
-/// Notes what the set should hold and writes the script that copies it.
+/// Writes the script that copies the set, then notes what the set should hold.
 Result<std::vector<FileForSet>> PrepareCopy(AppContext& app, const std::filesystem::path& set) {
     const Result<std::vector<FileForSet>> files = FilesForSet(DataFolder(app));
     if (!files) return files.error();
-    const Done noted = WriteBackupNote(app, set, *files);
-    if (!noted) return noted.error();
     const Result<std::string> line = app.Programs.ScriptText(BackupLine(Tidied(app.ProgramFolder), set));
     if (!line) return line.error(); // a character that the console's character set lacks
     const Done written = ReplaceFile(app.Files, ScriptFile(app), *line + std::string(ScriptLineEnd));
     if (!written) return written.error();
+    // Last: of a copy that is not started, which is shown, the next start need not warn.
+    const Done noted = WriteBackupNote(app, set, *files);
+    if (!noted) return noted.error();
     return *files;
 }
 
@@ -97,7 +98,10 @@ double BackupVolume(std::string_view text) {
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
     const std::optional<std::filesystem::path> set = CreateSet(app);
     if (!set || ShowFailure(app, PrepareCopy(app, *set))) return std::nullopt;
-    if (ShowFailure(app, app.Programs.Start(BackupStart(ScriptFile(app))))) return std::nullopt;
+    if (ShowFailure(app, app.Programs.Start(BackupStart(ScriptFile(app))))) {
+        RemoveBackupNote(app, *set);
+        return std::nullopt;
+    }
     // Shown while the copy is still running, on purpose: it names the folder, and Exit need not wait.
     if (isTold) ShowInformation(app, "Backup has been completed in folder " + PathText(*set));
     return set;

@@ -274,6 +274,7 @@ TEST_F(BackupTest, AScriptThatCannotBeWrittenIsAFailureAndNothingIsStarted) {
                                        "\": Is a directory."});
     EXPECT_TRUE(Programs.Started.empty());
     EXPECT_TRUE(std::filesystem::is_directory(SetIn(App.ProgramFolder, "1")));
+    EXPECT_FALSE(std::filesystem::exists(ProgramFile("backup.mact.note")));
 }
 
 TEST_F(BackupTest, AFullDiskKeepsTheOlderScriptAndDoesNotStartIt) {
@@ -293,6 +294,7 @@ TEST_F(BackupTest, AScriptThatCannotBeStartedIsAFailureAndNoCompletion) {
     Programs.FailsWith = Failure{.Reason = "Cannot start"};
     EXPECT_FALSE(RunBackup(App, true));
     EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot start."});
+    EXPECT_FALSE(std::filesystem::exists(ProgramFile("backup.mact.note")));
     EXPECT_TRUE(std::filesystem::is_directory(SetIn(App.ProgramFolder, "1")));
 }
 

@@ -150,6 +150,7 @@ protected:
         if (operation.Does == Kind::Records)
             return name == FileOf(operation) || name == FileOf(operation) + ".mact.undo";
         if (isBackup && (name.starts_with(KilledSet) || name == FileOf(operation))) return true;
+        if (isBackup && name.starts_with("program/backup.mact.note")) return true; // of the set
         return (isBackup || operation.Does == Kind::Settings) && name.starts_with(SettingsFile() + '.');
     }
     static bool IsReplaced(const std::string& name) {

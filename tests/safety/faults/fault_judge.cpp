@@ -39,6 +39,10 @@ bool IsSettings(const std::string& name) {
 bool IsInBackupSet(const std::string& name) {
     return name.find("talvor_backupset_") != std::string::npos;
 }
+/// The note of what a set should hold stays until the set is known to be complete.
+bool IsNoteOfBackup(const std::string& name) {
+    return name.ends_with("/backup.mact.note");
+}
 
 std::set<std::string> NamesIn(std::initializer_list<const FileTree*> trees) {
     std::set<std::string> names;
@@ -117,7 +121,8 @@ bool IsOldOrNew(const SweptTask& task, const SoundRuns& sound, const std::string
     const auto after = Content(sound.Once.Files, name);
     const auto present = Content(files, name);
     if (IsSame(name, present, before) || IsSame(name, present, after)) return true;
-    if (IsInBackupSet(name)) return true; // what a set holds that failed does not matter
+    // What a set holds that failed does not matter.
+    if (IsInBackupSet(name) || (task.IsBackup && IsNoteOfBackup(name))) return true;
     if (!present || !after) return false;
     if (IsLog(name)) return IsLeadingLines(*present, *after);
     if (IsSettings(name)) return IsEachOldOrNew(*present, before.value_or(""), *after);
@@ -244,6 +249,7 @@ bool MustWork(const SweptTask& task, const CallFault& fault, const ShopRun& run)
 bool IsSoundAfterNextRun(const SweptTask& task, const SoundRuns& sound, const std::string& name,
                          const FileTree& left, const FileTree& next) {
     if (task.IsBackup && (IsInBackupSet(name) || name.ends_with("/backup.bat"))) return true;
+    if (task.IsBackup && IsNoteOfBackup(name)) return !next.contains(name);
     if (name.ends_with(UndoSuffix)) { // a void one stays until the file is written to
         const std::string ofFile = name.substr(0, name.size() - std::string_view(UndoSuffix).size());
         return !next.contains(name) || Content(next, ofFile) == Content(left, ofFile);
@@ -269,8 +275,15 @@ Problems JudgeFaultyRun(const SweptTask& task, const SoundRuns& sound, const Cal
     const bool isTold = run.Status == StatusFailed || (!run.Errors.empty() && !task.IsCopiedLater);
     if (isTold && !MustWork(task, fault, run)) return JudgeFailed(task, sound, fault, run, unremoved);
     Problems problems = Differences(sound.Once.Files, run.Files, unremoved);
-    if (task.IsCopiedLater && IsToldInSet(sound, run))
-        std::erase_if(problems, [](const std::string& problem) { return IsInBackupSet(problem); });
+    // The next start compares the set with its note: it removes the note of a complete set.
+    const bool isNoted =
+        std::ranges::any_of(run.Files, [](const auto& file) { return IsNoteOfBackup(file.first); });
+    const bool isToldLater = task.IsCopiedLater && (isNoted || IsToldInSet(sound, run));
+    std::erase_if(problems, [&](const std::string& problem) {
+        if (problem.find("/backup.mact.note ") != std::string::npos)
+            return isToldLater || (task.IsBackup && IsSetComplete(run));
+        return isToldLater && IsInBackupSet(problem);
+    });
     if (run.Status != sound.Once.Status) problems.push_back("status " + std::to_string(run.Status));
     if (!run.Errors.empty() && !task.IsCopiedLater)
         problems.emplace_back("a message although there was no failure");

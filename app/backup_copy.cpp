@@ -1,5 +1,6 @@
 #include "app/backup_copy.h"
 
+#include "base/interrupted.h"
 #include "base/text.h"
 
 #include <algorithm>
@@ -34,7 +35,8 @@ Failure CannotBackUp(const std::filesystem::path& file, const std::string& reaso
 /// Empty if it is nothing that a set gets.
 std::optional<FileForSet> Described(const std::filesystem::path& file) {
     std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    const std::filesystem::file_status status =
+        WhileInterrupted(error, [&](std::error_code& given) { return std::filesystem::status(file, given); });
     FileForSet described{.Name = file.filename()};
     if (std::filesystem::is_regular_file(status)) {
         const std::uintmax_t length = std::filesystem::file_size(file, error);
@@ -76,7 +78,8 @@ Done CheckHasSameBytes(OpenedFile& file, OpenedFile& copy) {
 /// Frees a name in the set, whatever it stands for.
 Done RemoveFromSet(FileAccess& files, const std::filesystem::path& path) {
     std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
+    const std::filesystem::file_status status = WhileInterrupted(
+        error, [&](std::error_code& given) { return std::filesystem::symlink_status(path, given); });
     if (!std::filesystem::status_known(status)) return Failure{"look for the file", path, error.message()};
     return std::filesystem::exists(status) ? files.Remove(path) : Success();
 }

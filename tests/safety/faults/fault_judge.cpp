@@ -4,6 +4,7 @@
 #include "tests/safety/shop_operations.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <optional>
 #include <regex>
@@ -17,6 +18,11 @@ constexpr int StatusFailed = 1;
 constexpr const char* UndoSuffix = ".mact.undo";
 
 using Problems = std::vector<std::string>;
+
+/// What the next start tells of a backup that is not known to be complete.
+bool IsNote(const std::string& name) {
+    return name == "program/backup.mact.note";
+}
 
 /// The bytes of a file; empty if there is none.
 std::optional<std::string> Content(const FileTree& files, const std::string& name) {
@@ -39,11 +45,6 @@ bool IsSettings(const std::string& name) {
 bool IsInBackupSet(const std::string& name) {
     return name.find("talvor_backupset_") != std::string::npos;
 }
-/// The note of what a set should hold stays until the set is known to be complete.
-bool IsNoteOfBackup(const std::string& name) {
-    return name.ends_with("/backup.mact.note");
-}
-
 std::set<std::string> NamesIn(std::initializer_list<const FileTree*> trees) {
     std::set<std::string> names;
     for (const FileTree* tree : trees)
@@ -122,7 +123,7 @@ bool IsOldOrNew(const SweptTask& task, const SoundRuns& sound, const std::string
     const auto present = Content(files, name);
     if (IsSame(name, present, before) || IsSame(name, present, after)) return true;
     // What a set holds that failed does not matter.
-    if (IsInBackupSet(name) || (task.IsBackup && IsNoteOfBackup(name))) return true;
+    if (IsInBackupSet(name) || (task.IsBackup && IsNote(name))) return true;
     if (!present || !after) return false;
     if (IsLog(name)) return IsLeadingLines(*present, *after);
     if (IsSettings(name)) return IsEachOldOrNew(*present, before.value_or(""), *after);
@@ -162,7 +163,8 @@ Problems JudgeMessage(const SweptTask& task, const CallFault& fault, const ShopR
     for (std::string line; std::getline(lines, line);)
         if (!IsSentence(line)) return {"the message does not say what, where and why"};
     const std::string reason = std::generic_category().message(fault.Error);
-    if (errors.starts_with("Cannot save the setting")) return {}; // whose reason is in the program's words
+    // Some reasons are in the program's own words.
+    if (errors.starts_with("Cannot save the setting") || fault.Error == ENOLCK) return {};
     if (errors.find(reason) == std::string::npos) return {"the message does not give the reason " + reason};
     return {};
 }
@@ -224,15 +226,9 @@ Problems JudgeFailed(const SweptTask& task, const SoundRuns& sound, const CallFa
 std::string Unremoved(const CallFault& fault, const ShopRun& run) {
     constexpr std::string_view shop = "/shop/";
     const std::size_t at = run.StruckPath.find(shop);
-    if (fault.Kind != CallKind::Unlink || at == std::string::npos) return {};
-    return run.StruckPath.substr(at + shop.size());
-}
-
-/// A text in the set's folder, beside what was copied, says what is missing.
-bool IsToldInSet(const SoundRuns& sound, const ShopRun& run) {
-    return std::ranges::any_of(run.Files, [&](const auto& file) {
-        return IsInBackupSet(file.first) && !file.second.empty() && !sound.Once.Files.contains(file.first);
-    });
+    if (at == std::string::npos) return {};
+    const std::string name = run.StruckPath.substr(at + shop.size());
+    return fault.Kind == CallKind::Unlink || IsNote(name) ? name : "";
 }
 
 /// Whether the program has to go on as if nothing had happened. Other programs treat interruptions as they
@@ -249,7 +245,7 @@ bool MustWork(const SweptTask& task, const CallFault& fault, const ShopRun& run)
 bool IsSoundAfterNextRun(const SweptTask& task, const SoundRuns& sound, const std::string& name,
                          const FileTree& left, const FileTree& next) {
     if (task.IsBackup && (IsInBackupSet(name) || name.ends_with("/backup.bat"))) return true;
-    if (task.IsBackup && IsNoteOfBackup(name)) return !next.contains(name);
+    if (task.IsBackup && IsNote(name)) return !next.contains(name);
     if (name.ends_with(UndoSuffix)) { // a void one stays until the file is written to
         const std::string ofFile = name.substr(0, name.size() - std::string_view(UndoSuffix).size());
         return !next.contains(name) || Content(next, ofFile) == Content(left, ofFile);
@@ -276,8 +272,7 @@ Problems JudgeFaultyRun(const SweptTask& task, const SoundRuns& sound, const Cal
     if (isTold && !MustWork(task, fault, run)) return JudgeFailed(task, sound, fault, run, unremoved);
     Problems problems = Differences(sound.Once.Files, run.Files, unremoved);
     // The next start compares the set with its note: it removes the note of a complete set.
-    const bool isNoted =
-        std::ranges::any_of(run.Files, [](const auto& file) { return IsNoteOfBackup(file.first); });
+    const bool isNoted = std::ranges::any_of(run.Files, [](const auto& file) { return IsNote(file.first); });
     const bool isToldLater = task.IsCopiedLater && (isNoted || IsToldInSet(sound, run));
     std::erase_if(problems, [&](const std::string& problem) {
         if (problem.find("/backup.mact.note ") != std::string::npos)

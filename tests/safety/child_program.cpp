@@ -147,6 +147,7 @@ ChildProgram::ChildProgram(const ChildStart& start) : m_countsReads(start.Counts
         return;
     }
     ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // a test that is killed leaves none behind
     for (std::string& variable : environment)
         ::putenv(variable.data());
     ::dup2(m_errors, STDERR_FILENO);

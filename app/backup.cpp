@@ -23,9 +23,10 @@ constexpr std::string_view NoFolderDefined =
 /// 2^53 - 1: a double holds every whole number up to here exactly, and the next one too.
 constexpr double LargestVolume = 9007199254740991.0;
 
-std::filesystem::path BaseFolder(AppContext& app) {
-    if (!IsBackupFolderDefined(app)) return app.ProgramFolder;
-    return PathFromUtf8(app.Settings.Read(Settings::Backup, Settings::Path));
+/// The folder that `setting` names, if there is such a folder.
+std::optional<std::filesystem::path> ExistingFolder(const std::string& setting) {
+    const std::filesystem::path folder = PathFromUtf8(setting);
+    return IsFolderAt(folder) ? std::optional(folder) : std::nullopt;
 }
 
 /// The absolute path without doubled separators: in the script's line these show where the first path ends.
@@ -51,10 +52,16 @@ bool IsFolderOfItsOwn(const std::filesystem::path& path) {
 
 /// Creates the folder of the next set. Shows its failures; empty if there is no such folder in the end.
 std::optional<std::filesystem::path> CreateSet(AppContext& app) {
+    // Settings that cannot be read are not taken for unset: the set would go to another place.
+    const Result<std::string> folder = app.Settings.TryRead(Settings::Backup, Settings::Path);
+    if (ShowFailure(app, folder)) return std::nullopt;
+    const Result<std::string> number = app.Settings.TryRead(Settings::Backup, Settings::BackupVolume);
+    if (ShowFailure(app, number)) return std::nullopt;
     // The next number is saved first: whatever fails afterwards, no later backup uses this one.
-    const double volume = BackupVolume(app.Settings.Read(Settings::Backup, Settings::BackupVolume));
+    const double volume = BackupVolume(*number);
     ShowFailure(app, app.Settings.Write(Settings::Backup, Settings::BackupVolume, VolumeText(volume + 1)));
-    const std::filesystem::path set = Tidied(BaseFolder(app)) / ("talvor_backupset_" + VolumeText(volume));
+    const std::filesystem::path set = Tidied(ExistingFolder(*folder).value_or(app.ProgramFolder)) /
+                                      ("talvor_backupset_" + VolumeText(volume));
     const Done created = app.Files.CreateFolder(set);
     if (created) return set;
     ShowError(app, created.error());
@@ -85,7 +92,7 @@ Result<std::vector<FileForSet>> PrepareCopy(AppContext& app, const std::filesyst
 } // namespace
 
 bool IsBackupFolderDefined(AppContext& app) {
-    return IsFolderAt(PathFromUtf8(app.Settings.Read(Settings::Backup, Settings::Path)));
+    return ExistingFolder(app.Settings.Read(Settings::Backup, Settings::Path)).has_value();
 }
 
 double BackupVolume(std::string_view text) {
@@ -127,7 +134,9 @@ std::optional<std::filesystem::path> RunBackupToItsEnd(AppContext& app) {
 }
 
 void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder) {
-    if (!IsBackupFolderDefined(app)) {
+    const Result<std::string> folder = app.Settings.TryRead(Settings::Backup, Settings::Path);
+    if (ShowFailure(app, folder)) return;
+    if (!ExistingFolder(*folder)) {
         const PromptAnswer answer = app.Prompts.Show(
             {std::string(NoFolderDefined), PromptKind::Question, PromptButtons::YesNoCancel});
         if (answer == PromptAnswer::Cancel) return;
@@ -137,6 +146,7 @@ void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder)
 }
 
 void BackUpOnExit(AppContext& app) {
-    if (app.Settings.Read(Settings::Backup, Settings::AutoBackup) == "1") RunBackup(app, false);
+    const Result<std::string> isAutomatic = app.Settings.TryRead(Settings::Backup, Settings::AutoBackup);
+    if (!ShowFailure(app, isAutomatic) && *isAutomatic == "1") RunBackup(app, false);
 }
 } // namespace mact

@@ -7,13 +7,17 @@
 namespace mact {
 Configuration ReadConfiguration(AppContext& app) {
     Configuration configuration;
-    configuration.BackupFolder = app.Settings.Read(Settings::Backup, Settings::Path);
+    const auto read = [&](std::string_view section, std::string_view key) {
+        const Result<std::string> value = app.Settings.TryRead(section, key);
+        if (!value) configuration.Unread = value.error();
+        return value ? *value : std::string();
+    };
+    configuration.BackupFolder = read(Settings::Backup, Settings::Path);
     if (!IsFolderAt(PathFromUtf8(configuration.BackupFolder)))
         configuration.BackupFolder = PathText(app.ProgramFolder);
     // Any text for 1, such as 1.0, shows as ticked; BackUpOnExit wants exactly "1", which a save writes.
-    configuration.IsBackedUpOnExit =
-        ParseNumber(app.Settings.Read(Settings::Backup, Settings::AutoBackup)) == 1.0;
-    configuration.Browser = app.Settings.Read(Settings::Browser, Settings::Path);
+    configuration.IsBackedUpOnExit = ParseNumber(read(Settings::Backup, Settings::AutoBackup)) == 1.0;
+    configuration.Browser = read(Settings::Browser, Settings::Path);
     if (!IsFileAt(PathFromUtf8(configuration.Browser))) configuration.Browser.clear();
     return configuration;
 }

@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,8 @@ namespace mact {
 struct Configuration {
     std::string BackupFolder;
     bool IsBackedUpOnExit = false;
-    std::string Browser; ///< full path of the program; empty = reports are not opened
+    std::string Browser;             ///< full path of the program; empty = reports are not opened
+    std::optional<Failure> Unread{}; ///< why the settings could not be read; what is above is then not theirs
 };
 
 /// The current settings, but with the program folder in place of a missing backup folder, and no browser in

@@ -27,6 +27,7 @@ frmConfig::frmConfig(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmConfig>()) {
     m_ui->setupUi(this);
     const Configuration configuration = ReadConfiguration(app);
+    m_unread = configuration.Unread;
     m_ui->dir_backup->setText(ShownPath(configuration.BackupFolder));
     m_ui->chk_auto->setChecked(configuration.IsBackedUpOnExit);
     m_ui->txt_browser->setText(ShownPath(configuration.Browser));
@@ -76,6 +77,10 @@ void frmConfig::SaveSettings() {
 
 void ShowConfiguration(AppContext& app, QWidget* parent) {
     frmConfig window(app, parent);
-    ShowModally(app, window);
+    // A save would put what is shown in the place of what could not be read.
+    if (window.Unread())
+        ShowError(app, *window.Unread());
+    else
+        ShowModally(app, window);
 }
 } // namespace mact

@@ -5,6 +5,7 @@
 #include <QDialog>
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class frmConfig;
@@ -20,6 +21,9 @@ public:
     frmConfig(AppContext& app, QWidget* parent);
     ~frmConfig() override;
 
+    /// Why the settings could not be read; the window must then not be shown.
+    const std::optional<Failure>& Unread() const { return m_unread; }
+
 private:
     void ChooseFolder();
     void ChooseBrowser();
@@ -28,6 +32,7 @@ private:
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmConfig> m_ui;
+    std::optional<Failure> m_unread;
 };
 
 /// `app.AdditionalNames` must already be loaded from the current company's file.

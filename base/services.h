@@ -49,7 +49,12 @@ public:
 class SettingsStore : public Service {
 public:
     /// An unset key reads as the empty text.
-    virtual std::string Read(std::string_view section, std::string_view key) = 0;
+    virtual Result<std::string> TryRead(std::string_view section, std::string_view key) = 0;
+    /// The same for what can do without: a setting that cannot be read counts as unset.
+    std::string Read(std::string_view section, std::string_view key) {
+        const Result<std::string> value = TryRead(section, key);
+        return value ? *value : std::string();
+    }
     /// On disk when it succeeds.
     virtual Done Write(std::string_view section, std::string_view key, std::string_view value) = 0;
 };

@@ -82,14 +82,16 @@ std::map<std::int16_t, CompanyFiles> FilesOfCompanies(const std::set<std::string
     return companies;
 }
 
-void CheckRememberedCompany(SettingsStore& settings, const std::optional<CompanyIds>& companies,
+Done CheckRememberedCompany(SettingsStore& settings, const std::optional<CompanyIds>& companies,
                             const FindingTaker& take) {
-    const std::string remembered = settings.Read(Settings::Company, Settings::Default);
-    if (remembered.empty() || !companies) return; // none, or no list to look it up in
-    const std::optional<std::int16_t> companyId = ParseInt16(remembered);
+    const Result<std::string> remembered = settings.TryRead(Settings::Company, Settings::Default);
+    if (!remembered) return remembered.error();
+    if (remembered->empty() || !companies) return Success(); // none, or no list to look it up in
+    const std::optional<std::int16_t> companyId = ParseInt16(*remembered);
     if (!companyId || !companies->contains(*companyId))
         FileFindings("settings", take)
-            .Add("the remembered company " + Quoted(CodePageFromUtf8(remembered)) + " does not exist");
+            .Add("the remembered company " + Quoted(CodePageFromUtf8(*remembered)) + " does not exist");
+    return Success();
 }
 
 /// The name by which the program opens a file: on Windows, names that differ only in case are the same file.
@@ -185,7 +187,9 @@ std::vector<Failure> CheckData(const AppContext& app, const FindingTaker& take) 
     const Result<std::set<std::string>> names = NamesIn(folder);
     if (!names) return {names.error()};
     std::vector<Failure> failures;
-    CheckRememberedCompany(app.Settings, CheckAllFiles(app, *names, take, failures), take);
+    const std::optional<CompanyIds> companies = CheckAllFiles(app, *names, take, failures);
+    const Done checked = CheckRememberedCompany(app.Settings, companies, take);
+    if (!checked) failures.push_back(checked.error());
     return failures;
 }
 } // namespace mact

@@ -189,9 +189,12 @@ void FlushFolderOf(const std::filesystem::path& path) {
 /// Removes what has the name of a file of our own and is none: a link, or a file with several names.
 Done RemoveForeign(const std::filesystem::path& path) {
     struct stat status {};
-    const bool isThere = Retry([&] { return ::lstat(path.c_str(), &status); }) == 0;
+    if (Retry([&] { return ::lstat(path.c_str(), &status); }) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR) return Success();
+        return DescribeError("look for the file", path, errno);
+    }
     const bool isOurs = S_ISREG(status.st_mode) && status.st_nlink == 1;
-    if (!isThere || isOurs || S_ISDIR(status.st_mode)) return Success(); // opening a folder fails by itself
+    if (isOurs || S_ISDIR(status.st_mode)) return Success(); // opening a folder fails by itself
     if (Retry([&] { return ::unlink(path.c_str()); }) != 0 && errno != ENOENT)
         return DescribeError("remove the file", path, errno);
     return Success();
@@ -210,8 +213,11 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
     if (descriptor < 0) return DescribeError("open the file", path, errno);
     // Without O_TRUNC, since opening again must not empty what another copy has put there.
     std::unique_ptr<OpenedFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
-    if (Retry([&] { return ::fstat(descriptor, &status); }) != 0)
-        return DescribeError("open the file", path, errno);
+    if (Retry([&] { return ::fstat(descriptor, &status); }) != 0) {
+        const int error = errno;
+        if (isNew && mode == OpenMode::Own) ::unlink(path.c_str());
+        return DescribeError("open the file", path, error);
+    }
     // Opening a folder for reading succeeds.
     if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
     if (isNew) FlushFolderOf(path);

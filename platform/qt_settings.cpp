@@ -37,7 +37,7 @@ public:
     }
 };
 
-QVariant ReadValue(const QString& key) {
+Result<QVariant> ReadValue(const QString& key) {
     return UserSettings().value(key);
 }
 
@@ -61,12 +61,23 @@ QString QtPath(const std::filesystem::path& path) {
 
 /// Made anew for each value: another running copy may have written. Anything but a file holds no settings,
 /// and opening a pipe would never return; nor does a file that would not fit in memory.
-QVariant ReadValue(const QString& key) {
+Result<QVariant> ReadValue(const QString& key) {
     const std::filesystem::path path = SettingsFile();
+    const Result<bool> isThere = IsAnythingAt(path);
+    if (!isThere) return isThere.error();
     std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored)) return {};
-    if (std::filesystem::file_size(path, ignored) > LongestSmallFile) return {}; // the most if it fails
-    return QSettings(QtPath(path), QSettings::NativeFormat).value(key);
+    if (!std::filesystem::is_regular_file(path, ignored)) return QVariant();
+    if (std::filesystem::file_size(path, ignored) > LongestSmallFile)
+        return QVariant(); // the most if it fails
+    OsFiles files;
+    const Result<std::string> content = ReadWholeFile(files, path, LongestSmallFile);
+    if (!content) return content.error();
+    const QSettings settings(QtPath(path), QSettings::NativeFormat);
+    // Qt takes a file that it fails to read for an empty one.
+    const bool hasValues = content->find('=') != std::string::npos;
+    if (hasValues && settings.allKeys().isEmpty())
+        return Failure{"read the settings in the file", path, "it cannot be read, or is not a settings file"};
+    return settings.value(key);
 }
 
 bool HoldSameValues(const QSettings& left, const QSettings& right) {
@@ -162,11 +173,12 @@ std::filesystem::path SettingsFile() {
 #endif
 }
 
-std::string QtSettings::Read(std::string_view section, std::string_view key) {
-    const QVariant value = ReadValue(KeyText(section, key));
-    // Qt reads a value with an unquoted comma, from a file edited by hand, as a list.
-    if (value.typeId() == QMetaType::QStringList) return value.toStringList().join(u',').toStdString();
-    return value.toString().toStdString();
+Result<std::string> QtSettings::TryRead(std::string_view section, std::string_view key) {
+    return ReadValue(KeyText(section, key)).transform([](const QVariant& value) {
+        // Qt reads a value with an unquoted comma, from a file edited by hand, as a list.
+        const bool isList = value.typeId() == QMetaType::QStringList;
+        return (isList ? value.toStringList().join(u',') : value.toString()).toStdString();
+    });
 }
 
 Done QtSettings::Write(std::string_view section, std::string_view key, std::string_view value) {

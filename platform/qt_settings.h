@@ -17,7 +17,7 @@ public:
     explicit QtSettings(std::filesystem::path programFolder = {})
         : m_programFolder(std::move(programFolder)) {}
 
-    std::string Read(std::string_view section, std::string_view key) override;
+    Result<std::string> TryRead(std::string_view section, std::string_view key) override;
     Done Write(std::string_view section, std::string_view key, std::string_view value) override;
 
 private:

@@ -84,7 +84,9 @@ Done SelectCompany(AppContext& app, const CompanyRecord& company) {
 }
 
 Done RestoreCompany(AppContext& app) {
-    const std::string remembered = app.Settings.Read(Settings::Company, Settings::Default);
+    const Result<std::string> setting = app.Settings.TryRead(Settings::Company, Settings::Default);
+    if (!setting) return setting.error();
+    const std::string& remembered = *setting;
     if (remembered.empty()) return Success(); // none was ever selected
     const std::optional<std::int16_t> companyId = ParseInt16(remembered);
     if (!companyId)

@@ -38,8 +38,9 @@ Result<FileStates> ReadStates(FileAccess& files, const std::vector<std::filesyst
     return states;
 }
 
-void WaitForWriter() {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+void WaitForWriter(int tries) {
+    constexpr auto first = std::chrono::milliseconds(20);
+    std::this_thread::sleep_for(first * tries * tries);
 }
 
 Failure InUse(const std::filesystem::path& path) {

@@ -18,8 +18,8 @@ namespace mact {
 using FileStates = std::vector<std::string>;
 Result<FileStates> ReadStates(FileAccess& files, const std::vector<std::filesystem::path>& paths);
 
-/// To be called between two tries.
-void WaitForWriter();
+/// To be called after each try but the last; longer each time.
+void WaitForWriter(int tries);
 /// The Failure after the last one.
 Failure InUse(const std::filesystem::path& path);
 
@@ -39,7 +39,7 @@ auto ReadSteadily(FileAccess& files, const std::vector<std::filesystem::path>& p
         const auto changed = std::ranges::mismatch(*before, *after).in1;
         if (changed == before->end()) return result;
         if (tries == mostTries) return InUse(paths[static_cast<std::size_t>(changed - before->begin())]);
-        WaitForWriter();
+        WaitForWriter(tries);
     }
 }
 

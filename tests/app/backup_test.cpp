@@ -49,6 +49,19 @@ TEST_F(BackupTest, TheFirstOneWithoutSettingsIsSet1InTheProgramFolder) {
     EXPECT_EQ(Script(), ScriptTo(target));
 }
 
+TEST_F(BackupTest, SettingsThatCannotBeReadAreNotTakenForUnset) {
+    Settings.FailsToReadWith = Failure{.Doing = "read the settings"};
+    for (const auto& backUp : std::vector<std::function<void()>>{
+             [&] { EXPECT_FALSE(RunBackup(App, true)); }, [&] { EXPECT_FALSE(RunBackupToItsEnd(App)); },
+             [&] { BackUpOnRequest(App, [] { FAIL(); }); }, [&] { BackUpOnExit(App); }}) {
+        Prompts.Shown.clear();
+        backUp();
+        EXPECT_EQ(ShownTexts(), std::vector<std::string>{"Cannot read the settings."});
+        EXPECT_FALSE(std::filesystem::exists(ProgramFile("talvor_backupset_1")));
+        EXPECT_FALSE(Settings.Values.contains({"BACKUP", "BK_VOLUME"}));
+    }
+}
+
 TEST_F(BackupTest, AVolumeThatIsNoNumberIs1) {
     Volume() = "abc";
     EXPECT_EQ(RunBackup(App, true), SetIn(App.ProgramFolder, "1"));

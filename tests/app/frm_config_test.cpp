@@ -51,6 +51,13 @@ class frm_config_test : public QObject {
     Q_OBJECT
 
 private slots:
+    void Settings_that_cannot_be_read_are_told_and_no_window_can_overwrite_them() {
+        ConfigProgram program;
+        program.Settings.FailsToReadWith = Failure{.Doing = "read the settings"};
+        ShowConfiguration(program.App, nullptr); // would wait for ever if it showed the window
+        QCOMPARE(program.ShownTexts(), std::vector<std::string>{"Cannot read the settings."});
+    }
+
     void Has_the_words_that_belong_to_it() {
         ConfigProgram program;
         const frmConfig window(program.App, nullptr);

@@ -154,6 +154,23 @@ private slots:
 #endif
     }
 
+    void A_settings_file_that_cannot_be_read_is_a_failure_and_not_empty() {
+#ifdef _WIN32
+        QSKIP("The registry is no file.");
+#else
+        SettingsFolder folder;
+        std::filesystem::create_directories(folder.File().parent_path());
+        std::filesystem::create_symlink(folder.File(), folder.File()); // leads to itself
+        const Result<std::string> value = folder.Settings.TryRead("COMPANY", "DEFAULT");
+        QVERIFY(!value);
+        QVERIFY(value.error().Path == folder.File());
+        QCOMPARE(folder.Settings.Read("COMPANY", "DEFAULT"), std::string());
+        std::filesystem::remove(folder.File());
+        WriteContent(folder.File(), "not a section = not a setting");
+        QVERIFY(folder.Settings.TryRead("COMPANY", "DEFAULT"));
+#endif
+    }
+
     void A_comma_in_a_file_that_was_edited_by_hand_stays() {
 #ifdef _WIN32
         QSKIP("The registry is no file.");

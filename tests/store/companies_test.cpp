@@ -116,5 +116,12 @@ TEST_F(CompaniesTest, ASelectionThatCannotBeRememberedIsAFailureAndHoldsForNow) 
     EXPECT_EQ(ShownTexts(), Names{"Cannot write the settings."});
 }
 
+TEST_F(CompaniesTest, ARememberedCompanyThatCannotBeReadIsAFailure) {
+    Settings.FailsToReadWith = Failure{.Doing = "read the settings"};
+    const Done restored = RestoreCompany(App);
+    ASSERT_FALSE(restored);
+    EXPECT_EQ(restored.error().Doing, "read the settings");
+}
+
 } // namespace
 } // namespace mact

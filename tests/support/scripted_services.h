@@ -34,9 +34,11 @@ public:
 class ScriptedSettings : public SettingsStore {
 public:
     std::map<std::pair<std::string, std::string>, std::string> Values;
-    std::optional<Failure> FailsWith{};
+    std::optional<Failure> FailsWith{}; ///< what is written
+    std::optional<Failure> FailsToReadWith{};
 
-    std::string Read(std::string_view section, std::string_view key) override {
+    Result<std::string> TryRead(std::string_view section, std::string_view key) override {
+        if (FailsToReadWith) return *FailsToReadWith;
         const auto found = Values.find({std::string(section), std::string(key)});
         return found == Values.end() ? std::string{} : found->second;
     }

@@ -231,6 +231,13 @@ std::string Unremoved(const CallFault& fault, const ShopRun& run) {
     return fault.Kind == CallKind::Unlink || IsNote(name) ? name : "";
 }
 
+/// A text in the set's folder, beside what was copied, says what is missing.
+bool IsToldInSet(const SoundRuns& sound, const ShopRun& run) {
+    return std::ranges::any_of(run.Files, [&](const auto& file) {
+        return IsInBackupSet(file.first) && !file.second.empty() && !sound.Once.Files.contains(file.first);
+    });
+}
+
 /// Whether the program has to go on as if nothing had happened. Other programs treat interruptions as they
 /// like; the standard library does not repeat what looks at a path, nor Qt all that it does for its own use.
 bool MustWork(const SweptTask& task, const CallFault& fault, const ShopRun& run) {

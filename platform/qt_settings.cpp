@@ -63,12 +63,13 @@ QString QtPath(const std::filesystem::path& path) {
 /// and opening a pipe would never return; nor does a file that would not fit in memory.
 Result<QVariant> ReadValue(const QString& key) {
     const std::filesystem::path path = SettingsFile();
-    const Result<bool> isThere = IsAnythingAt(path);
-    if (!isThere) return isThere.error();
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(path, ignored)) return QVariant();
-    if (std::filesystem::file_size(path, ignored) > LongestSmallFile)
-        return QVariant(); // the most if it fails
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (status.type() == std::filesystem::file_type::not_found) return QVariant();
+    const bool isFile = std::filesystem::is_regular_file(status);
+    const std::uintmax_t length = isFile ? std::filesystem::file_size(path, error) : 0;
+    if (error) return Failure{"look for the file", path, error.message()};
+    if (!isFile || length > LongestSmallFile) return QVariant();
     OsFiles files;
     const Result<std::string> content = ReadWholeFile(files, path, LongestSmallFile);
     if (!content) return content.error();

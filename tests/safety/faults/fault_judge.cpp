@@ -164,7 +164,9 @@ Problems JudgeMessage(const SweptTask& task, const CallFault& fault, const ShopR
         if (!IsSentence(line)) return {"the message does not say what, where and why"};
     const std::string reason = std::generic_category().message(fault.Error);
     // Some reasons are in the program's own words.
-    if (errors.starts_with("Cannot save the setting") || fault.Error == ENOLCK) return {};
+    if (errors.starts_with("Cannot save the setting") || errors.starts_with("Cannot read the settings") ||
+        fault.Error == ENOLCK)
+        return {};
     if (errors.find(reason) == std::string::npos) return {"the message does not give the reason " + reason};
     return {};
 }

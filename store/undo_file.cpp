@@ -37,8 +37,12 @@ std::uint64_t Checksum(std::string_view bytes, std::uint64_t seed) {
         for (std::size_t turn = 0; turn < sums.size(); ++turn)
             sums[turn] = mix(sums[turn], LoadLittleEndian<std::uint64_t>(bytes.substr(turn * 8, 8)));
     std::uint64_t sum = mix(mix(mix(sums[0], sums[1]), sums[2]), sums[3]);
-    for (const char character : bytes)
-        sum = mix(sum, static_cast<unsigned char>(character));
+    for (; bytes.size() >= 8; bytes.remove_prefix(8))
+        sum = mix(sum, LoadLittleEndian<std::uint64_t>(bytes));
+    std::uint64_t last = 0; // zero bytes fill it up; the count is in the sum already
+    for (std::size_t index = 0; index < bytes.size(); ++index)
+        last |= static_cast<std::uint64_t>(static_cast<unsigned char>(bytes[index])) << (8 * index);
+    sum = mix(sum, last);
     return sum ^ sum >> 32U;
 }
 
@@ -58,10 +62,13 @@ template <class Integer> Integer Take(std::string_view& bytes) {
 /// can leave each sector as it was; and slots, since another program that adds records adds whole ones.
 template <class Visitor>
 bool ForEachPart(std::uint64_t start, std::uint64_t end, std::uint64_t slotLength, const Visitor& visit) {
-    const auto next = [](std::uint64_t at, std::uint64_t unit) { return (at / unit + 1) * unit; };
+    std::uint64_t sectorEnd = (start / SectorLength + 1) * SectorLength;
+    std::uint64_t slotEnd = (start / slotLength + 1) * slotLength;
     for (std::uint64_t at = start; at < end;) {
-        const std::uint64_t partEnd = std::min({next(at, SectorLength), next(at, slotLength), end});
+        const std::uint64_t partEnd = std::min({sectorEnd, slotEnd, end});
         if (!visit(at, partEnd)) return false;
+        if (partEnd == sectorEnd) sectorEnd += SectorLength;
+        if (partEnd == slotEnd) slotEnd += slotLength;
         at = partEnd;
     }
     return true;
@@ -92,6 +99,7 @@ std::string HeadBytes(const PlannedChange& change, std::uint64_t number) {
 std::string AnnouncementBytes(const Appended& appended, std::uint64_t number, std::uint64_t slotLength) {
     if (appended.Bytes.empty()) return {};
     std::string rest;
+    rest.reserve(appended.Bytes.size() / 64); // a part of materials has 361 bytes on average, one of usage 32
     Append(rest, appended.Offset);
     Append(rest, std::uint64_t{appended.Bytes.size()});
     ForEachPart(appended.Offset, appended.Offset + appended.Bytes.size(), slotLength,

@@ -6,7 +6,7 @@ namespace mact {
 namespace {
 
 /// Bytes. Of records, much is written at once: before each write the undo file is told and flushed.
-constexpr std::size_t RecordsLength = std::size_t{1} << 24;
+constexpr std::size_t RecordsLength = std::size_t{1} << 22;
 constexpr std::size_t LongestSlot = 4096;
 constexpr std::size_t LogLength = std::size_t{1} << 20;
 

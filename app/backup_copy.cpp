@@ -2,6 +2,7 @@
 
 #include "base/interrupted.h"
 #include "base/text.h"
+#include "store/undo_file.h"
 
 #include <algorithm>
 #include <set>
@@ -11,21 +12,15 @@
 namespace mact {
 namespace {
 
-constexpr std::string_view UndoSuffix = ".mact.undo";
 constexpr std::size_t PieceLength = std::size_t{1} << 20U; // bytes read and written at once
 
 bool IsTemporary(const std::filesystem::path& name) {
     return PathText(name).ends_with(PathText(TemporaryFor({})));
 }
 
-std::filesystem::path UndoFileFor(std::filesystem::path dataFile) {
-    dataFile += UndoSuffix;
-    return dataFile;
-}
-
 std::filesystem::path WithoutUndoSuffix(const std::filesystem::path& name) {
     const std::string text = PathText(name);
-    return PathFromUtf8(std::string_view(text).substr(0, text.size() - UndoSuffix.size()));
+    return PathFromUtf8(std::string_view(text).substr(0, text.size() - PathText(UndoFileOf({})).size()));
 }
 
 Failure CannotBackUp(const std::filesystem::path& file, const std::string& reason) {
@@ -133,13 +128,13 @@ Done CopyDataFile(FileAccess& files, const std::filesystem::path& source,
     Done copied = file ? (*file)->Lock() : Done(file.error());
     if (copied) copied = CopyOpenFile(files, **file, source, target);
     if (!copied) return CannotBackUp(source, ClauseOf(copied.error()));
-    return CopyUndoFile(files, UndoFileFor(source), UndoFileFor(target)); // the lock outlasts it
+    return CopyUndoFile(files, UndoFileOf(source), UndoFileOf(target)); // the lock outlasts it
 }
 
 } // namespace
 
 bool IsUndoFile(const std::filesystem::path& name) {
-    return PathText(name).ends_with(UndoSuffix);
+    return PathText(name).ends_with(PathText(UndoFileOf({})));
 }
 
 Result<std::vector<FileForSet>> FilesForSet(const std::filesystem::path& dataFolder) {

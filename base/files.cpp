@@ -86,14 +86,14 @@ Done ReplaceFile(FileAccess& files, const std::filesystem::path& path, std::stri
     if (!wasThere) return CannotWrite(target, wasThere.error());
     const Result<std::unique_ptr<OpenedFile>> file = files.Open(temporary, OpenMode::Own);
     if (!file) return CannotWrite(target, file.error());
-    // Before there is anything to read, since the file may be private.
-    if (std::filesystem::exists(status)) CopyPermissions(status, temporary);
     // Emptied only once it is locked: another running copy may be about to rename it into place.
     const Done locked = (*file)->Lock();
     if (!locked) {
         if (!*wasThere) static_cast<void>(files.Remove(temporary)); // one that was there may be that copy's
         return CannotWrite(target, locked.error());
     }
+    // Before there is anything to read, since the file may be private; and on the locked file.
+    if (std::filesystem::exists(status)) CopyPermissions(status, temporary);
     Done replaced = (*file)->CutTo(0);
     // WriteAll flushes: after a crash, a file renamed before that could be empty.
     if (replaced) replaced = WriteAll(**file, content);

@@ -33,8 +33,8 @@ public:
     virtual Done Lock() = 0;
     /// When the content last changed, in units of the system's: good only for being compared.
     virtual Result<std::int64_t> TimeOfChange() = 0;
-    /// Makes TimeOfChange later than `earlier`, since two changes in quick succession can leave it the same.
-    virtual Done MakeLaterThan(std::int64_t earlier) = 0;
+    /// Makes TimeOfChange differ from `earlier`: two changes in quick succession can leave it the same.
+    virtual Done MakeTimeDifferFrom(std::int64_t earlier) = 0;
 };
 
 enum class OpenMode {

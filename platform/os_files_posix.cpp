@@ -59,16 +59,20 @@ public:
         return std::int64_t{status.st_mtim.tv_sec} * NanosecondsPerSecond + status.st_mtim.tv_nsec;
     }
 
-    Done MakeLaterThan(std::int64_t earlier) override {
+    Done MakeTimeDifferFrom(std::int64_t earlier) override {
         const Result<std::int64_t> present = TimeOfChange();
         if (!present) return present.error();
-        if (*present > earlier) return Success();
+        if (*present != earlier) return Success();
         const std::int64_t later = earlier + 1000; // as fine as any file system's
         const struct timespec times[] = {
             {0,                            UTIME_OMIT                  },
             {later / NanosecondsPerSecond, later % NanosecondsPerSecond},
         };
-        if (Retry([&] { return ::futimens(m_descriptor, times); }) != 0)
+        if (Retry([&] { return ::futimens(m_descriptor, times); }) == 0) return Success();
+        // Who may write, but does not own the file, may only set the present time; the clock has to move
+        // first.
+        std::this_thread::sleep_for(WaitBetweenTries);
+        if (Retry([&] { return ::futimens(m_descriptor, nullptr); }) != 0)
             return DescribeError("set the time of the file", m_path, errno);
         return Success();
     }
@@ -177,13 +181,15 @@ int Flags(OpenMode mode) {
 }
 
 /// A new or renamed file survives a crash only if its folder is flushed too. Not every file system can do
-/// that, and the file's own content does not depend on it, so a refusal is ignored.
-void FlushFolderOf(const std::filesystem::path& path) {
+/// that, which is ignored; a disk that fails at it is a Failure.
+Done FlushFolderOf(const std::filesystem::path& path) {
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
     const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-    if (descriptor < 0) return;
-    Retry([&] { return ::fsync(descriptor); });
+    if (descriptor < 0) return Success(); // a folder may be one that can be written to, but not be read
+    const int error = Retry([&] { return ::fsync(descriptor); }) == 0 ? 0 : errno;
     ::close(descriptor);
+    if (error != EIO && error != ENOSPC && error != EDQUOT) return Success();
+    return DescribeError("write to the disk what was changed in the folder", folder, error);
 }
 
 /// Removes what has the name of a file of our own and is none: a link, or a file with several names.
@@ -220,15 +226,16 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
     }
     // Opening a folder for reading succeeds.
     if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
-    if (isNew) FlushFolderOf(path);
-    return file;
+    const Done flushed = isNew ? FlushFolderOf(path) : Success();
+    if (flushed) return file;
+    ::unlink(path.c_str());
+    return flushed.error();
 }
 
 Done OsFiles::Rename(const std::filesystem::path& from, const std::filesystem::path& to) {
     if (Retry([&] { return ::rename(from.c_str(), to.c_str()); }) != 0)
         return DescribeError("replace the file", to, errno);
-    FlushFolderOf(to);
-    return Success();
+    return FlushFolderOf(to);
 }
 
 Done OsFiles::Remove(const std::filesystem::path& path) {
@@ -255,7 +262,6 @@ Done OsFiles::CreateFolder(const std::filesystem::path& path) {
     constexpr mode_t permissions = 0777; // less the user's umask
     if (Retry([&] { return ::mkdir(path.c_str(), permissions); }) != 0)
         return DescribeError("create the folder", path, errno);
-    FlushFolderOf(path);
-    return Success();
+    return FlushFolderOf(path);
 }
 } // namespace mact

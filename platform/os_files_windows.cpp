@@ -119,11 +119,14 @@ public:
         return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32U | time.dwLowDateTime);
     }
 
-    Done MakeLaterThan(std::int64_t earlier) override {
+    Done MakeTimeDifferFrom(std::int64_t earlier) override {
         const Result<std::int64_t> present = TimeOfChange();
         if (!present) return present.error();
-        if (*present > earlier) return Success();
-        const auto later = static_cast<std::uint64_t>(earlier) + 10; // one microsecond
+        if (*present != earlier) return Success(); // the system may set it only when the file is closed
+        FILETIME now{};
+        ::GetSystemTimeAsFileTime(&now);
+        const auto later = std::max(std::uint64_t{now.dwHighDateTime} << 32U | now.dwLowDateTime,
+                                    static_cast<std::uint64_t>(earlier) + 10); // one microsecond
         const FILETIME time{static_cast<DWORD>(later & 0xFFFF'FFFF), static_cast<DWORD>(later >> 32U)};
         if (!::SetFileTime(m_handle, nullptr, nullptr, &time))
             return DescribeError("set the time of the file", m_path, ::GetLastError());
@@ -241,6 +244,18 @@ private:
     bool m_isLocked = false;
 };
 
+/// Repeats what fails while a removed file is still there because somebody has it open: a copy of the program
+/// that reads, or a virus scanner. `fails` returns the system's error, 0 if there is none.
+template <class Call> DWORD WhileBeingRemoved(const Call& fails) {
+    const auto giveUpAt = std::chrono::steady_clock::now() + LongestWaitForLock;
+    for (;;) {
+        const DWORD error = fails();
+        const bool mayBeRemoved = error == ERROR_ACCESS_DENIED || error == ERROR_DELETE_PENDING;
+        if (!mayBeRemoved || std::chrono::steady_clock::now() >= giveUpAt) return error;
+        std::this_thread::sleep_for(WaitBetweenTries);
+    }
+}
+
 /// Removes what has the name of a file of our own and is none: a link, or a file with several names.
 Done RemoveForeign(const std::filesystem::path& path) {
     if (OsFiles().KindOfName(path) == NameKind::Plain) return Success();
@@ -256,8 +271,13 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
         if (!removed) return removed.error();
     }
     const Opening opening = OpeningFor(mode);
-    HANDLE handle = OpenHandle(path, opening);
-    if (handle == INVALID_HANDLE_VALUE) return DescribeRefusedOpening(path, ::GetLastError());
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    const auto open = [&] {
+        handle = OpenHandle(path, opening);
+        return handle == INVALID_HANDLE_VALUE ? ::GetLastError() : 0;
+    };
+    const DWORD error = mode == OpenMode::Own ? WhileBeingRemoved(open) : open();
+    if (error != 0) return DescribeRefusedOpening(path, error);
     return std::unique_ptr<OpenedFile>(std::make_unique<WindowsFile>(handle, path, opening));
 }
 
@@ -275,10 +295,12 @@ Done OsFiles::Remove(const std::filesystem::path& path) {
 }
 
 Result<bool> OsFiles::HasOwn(const std::filesystem::path& path) {
-    const DWORD attributes = ::GetFileAttributesW(path.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES)
-        return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0;
-    const DWORD error = ::GetLastError();
+    DWORD attributes = INVALID_FILE_ATTRIBUTES;
+    const DWORD error = WhileBeingRemoved([&] {
+        attributes = ::GetFileAttributesW(path.c_str());
+        return attributes == INVALID_FILE_ATTRIBUTES ? ::GetLastError() : 0;
+    });
+    if (error == 0) return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0;
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     return DescribeError("look for the file", path, error);
 }

@@ -87,29 +87,33 @@ bool HoldSameValues(const QSettings& left, const QSettings& right) {
            std::ranges::all_of(keys, [&](const QString& key) { return left.value(key) == right.value(key); });
 }
 
-/// The content of a settings file with one value more, or changed; empty if Qt cannot make it. Qt works on a
-/// copy in a folder of its own, since on a disk that is almost full it can leave an empty file in place of
-/// the old one.
-std::optional<std::string> WithValue(const std::string& content, const QString& key, const QString& value) {
+/// The content of a settings file with one value more, or changed. Qt works on a copy in a folder of its own,
+/// since on a disk that is almost full it can leave an empty file in place of the old one.
+Result<std::string> WithValue(const std::string& content, const QString& key, const QString& value) {
+    const Failure notWritten{.Reason = "a temporary file cannot be written"};
+    const Failure noSettings{.Reason = "it is not a settings file"};
     const QTemporaryDir folder;
     const auto pathOf = [&](const char* name) { return folder.filePath(QString::fromLatin1(name)); };
     const auto put = [&](const char* name, const std::string& bytes) {
         OsFiles files;
         return folder.isValid() && ReplaceFile(files, PathFromUtf8(pathOf(name).toStdString()), bytes);
     };
-    if (!put("settings.conf", content) || !put("same.conf", content)) return {};
+    if (!put("settings.conf", content) || !put("same.conf", content)) return notWritten;
     QSettings settings(pathOf("settings.conf"), QSettings::NativeFormat);
     // Qt takes a file that it fails to read for an empty one.
     const QSettings same(pathOf("same.conf"), QSettings::NativeFormat);
-    if (!HoldSameValues(settings, same)) return {};
+    if (!HoldSameValues(settings, same)) return noSettings;
     settings.setValue(key, value);
     settings.sync();
+    if (settings.status() != QSettings::NoError)
+        return settings.status() == QSettings::FormatError ? noSettings : notWritten;
     OsFiles files;
     const auto changed = ReadWholeFile(files, PathFromUtf8(pathOf("settings.conf").toStdString()));
-    if (settings.status() != QSettings::NoError || !changed || !put("again.conf", *changed)) return {};
-    const QSettings again(pathOf("again.conf"),
-                          QSettings::NativeFormat); // what was written, not what was meant
-    return HoldSameValues(settings, again) ? std::optional(*changed) : std::nullopt;
+    if (!changed || !put("again.conf", *changed)) return notWritten;
+    // What was written, not what was meant.
+    const QSettings again(pathOf("again.conf"), QSettings::NativeFormat);
+    if (!HoldSameValues(settings, again)) return notWritten;
+    return *changed;
 }
 
 /// Why the settings file cannot be replaced; empty if it can.
@@ -143,8 +147,8 @@ std::string Save(const QString& key, const QString& value, const std::filesystem
     const std::filesystem::file_time_type timeBefore = std::filesystem::last_write_time(path, ignored);
     const Result<std::string> before = ReadWholeFile(files, path, LongestSmallFile);
     if (!before) return cannotBeWritten;
-    const std::optional<std::string> after = WithValue(*before, key, value);
-    if (!after) return "it is not a settings file";
+    const Result<std::string> after = WithValue(*before, key, value);
+    if (!after) return after.error().Reason;
     if (!ReplaceFile(files, path, *after)) return cannotBeWritten;
     // Qt does not read a file again whose size and time, in ms, are those that it knows.
     const auto timeAfter =

@@ -46,7 +46,10 @@ Result<AdditionalHapData> ReadAdditionalHap(const AppContext& app, const ReportM
 Result<AdditionalHapData> FetchAdditionalHap(AppContext& app, const ReportPeriod& period) {
     const Result<ReportMonths> months = MonthsOf(period);
     if (!months) return months.error();
-    return ReadSteadily(app, [&]() -> Result<AdditionalHapData> {
+    const DataFiles data(app);
+    const std::vector<std::filesystem::path> files{MaterialsFile(data), UsageFile(data),
+                                                   AdditionalNamesFile(data)};
+    return ReadSteadily(app.Files, files, [&]() -> Result<AdditionalHapData> {
         const Done named = ReadAdditionalNames(app);
         if (!named) return named.error();
         return ReadAdditionalHap(app, *months);

@@ -127,8 +127,11 @@ std::optional<CompliantRow> LimitTable::RowOf(const MaterialRecord& material) co
 }
 
 Result<CompliantMaterialsData> FetchCompliantMaterials(const AppContext& app, const ReportPeriod& period) {
-    Result<CompliantMaterialsData> data =
-        ReadSteadily(app, [&] { return period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period); });
+    const DataFiles files(app);
+    std::vector<std::filesystem::path> read{HapContentsFile(files), MaterialsFile(files)};
+    if (!period.EndText.empty()) read.push_back(UsageFile(files));
+    Result<CompliantMaterialsData> data = ReadSteadily(
+        app.Files, read, [&] { return period.EndText.empty() ? FetchAll(app) : FetchUsed(app, period); });
     if (!data) return data;
     const Done checked = CheckNumbers(data->Rows);
     if (!checked) return checked.error();

@@ -60,7 +60,10 @@ Result<MaterialsByMethod> ReadMaterialsByMethod(const DataFiles& data) {
 Result<AverageInputs> ReadAverageInputs(const AppContext& app, const ReportPeriod& period) {
     const Result<ReportMonths> months = MonthsOf(period);
     if (!months) return months.error();
-    return ReadSteadily(app, [&]() -> Result<AverageInputs> {
+    const DataFiles data(app);
+    const std::vector<std::filesystem::path> files{HapContentsFile(data), MaterialsFile(data),
+                                                   UsageFile(data)};
+    return ReadSteadily(app.Files, files, [&]() -> Result<AverageInputs> {
         const Result<std::vector<HapContentRecord>> rows = ReadHapContents(app);
         if (!rows) return rows.error();
         Result<MaterialsByMethod> materials = ReadMaterialsByMethod(app);

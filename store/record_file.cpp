@@ -120,10 +120,9 @@ Done RecordFile::WriteOver(const Replaced& replaced, std::string_view bytes) {
 }
 
 Done RecordFile::Flush() {
-    // Who reads meanwhile compares the times, to see that something changed.
-    Done flushed = m_time ? m_file->MakeLaterThan(*m_time) : Success();
-    if (flushed) flushed = m_file->Flush(); // a full disk may show only here
-    return flushed;
+    // Who reads meanwhile compares the times, to see that something changed. No reason to refuse a save.
+    if (m_time) static_cast<void>(m_file->MakeTimeDifferFrom(*m_time));
+    return m_file->Flush(); // a full disk may show only here
 }
 
 Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
@@ -139,6 +138,7 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
     if (written) {
         m_undo.reset();
         m_count = std::max(m_count, number);
+        m_before.Length = std::max(m_before.Length, replaced->Start + slot.size());
         return written;
     }
     if (TakeBackForGood(*replaced)) return written;
@@ -147,8 +147,8 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
 
 bool RecordFile::TakeBackForGood(const Replaced& replaced) {
     if (!TakeBack(replaced)) return false;
-    // If this fails, the undo file stays, which leads to the same.
-    if (Flush()) static_cast<void>(m_undo->End());
+    // If this fails, the undo file stays, which leads to the same. If not, it would change nothing any more.
+    if (Flush() && !m_undo->End()) m_undo->Remove();
     m_undo.reset();
     return true;
 }
@@ -178,6 +178,7 @@ Done RecordFile::AppendSlots(std::string_view slots) {
     if (isFirst && !m_undo) return written; // nothing has been changed
     const std::uint64_t stored = (written ? slots.size() : LengthWritten(start, slots.size())) / m_slotLength;
     m_count = static_cast<std::int16_t>(m_count + static_cast<std::int64_t>(stored));
+    m_before.Length = std::max(m_before.Length, start + stored * m_slotLength);
     if (written) return written;
     // Slots that reached the file whole stay, and are counted by now. A piece of the next one has to go: from
     // about half its length on it would count as a record. Without a whole slot, everything is undone.
@@ -185,13 +186,20 @@ Done RecordFile::AppendSlots(std::string_view slots) {
                              : isFirst  ? TakeBackForGood(*replaced)
                                         : TakeBack(*replaced);
     if (isTakenBack) return written;
+    m_hasPiece = true;
     return InDoubt(written.error(), "from record " + std::to_string(m_count + 1) + " on");
 }
 
 Done RecordFile::FinishAppending() {
+    // A piece that could not be cut off is tried once more; while it is there, the undo file must stay.
+    if (m_hasPiece && !m_file->CutTo(StartOf(m_count + 1))) {
+        m_undo.reset();
+        return Success(); // the append has failed already
+    }
     const Done flushed = Flush();
     if (!m_undo) return flushed;
     const Done ended = m_undo->End();
+    if (!ended) m_undo->Remove(); // what was appended is to stay
     m_undo.reset();
     return flushed ? ended : flushed;
 }

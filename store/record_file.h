@@ -116,6 +116,7 @@ private:
     std::size_t m_slotLength;
     std::int16_t m_count = 0;
     OldState m_before{};                  ///< as the file was opened; for reading, what is in it
+    bool m_hasPiece = false;              ///< a part of a slot was appended and could not be cut off
     std::optional<UndoFile> m_undo{};     ///< of the change under way
     std::optional<std::int64_t> m_time{}; ///< when the file had last changed before it
 };

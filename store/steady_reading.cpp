@@ -17,12 +17,13 @@ Result<std::string> ReadState(FileAccess& files, const std::filesystem::path& pa
     if (!file) return file.error();
     const Result<std::string> mark = ReadUndoMark(files, path);
     if (!mark) return mark.error();
+    if (!mark->empty()) return mark; // whatever is written meanwhile, the state before it is what is read
     const Result<std::uint64_t> length = (*file)->Length();
     if (!length) return length.error();
     const Result<std::int64_t> time = (*file)->TimeOfChange();
     if (!time) return time.error();
-    if (*length == 0 && mark->empty()) return std::string(); // like a missing one, which reading creates
-    return std::to_string(*length) + ' ' + std::to_string(*time) + ' ' + *mark;
+    if (*length == 0) return std::string(); // like a missing one, which reading creates
+    return std::to_string(*length) + ' ' + std::to_string(*time);
 }
 
 } // namespace

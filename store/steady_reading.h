@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/files.h"
-#include "store/data_folder.h"
 #include "store/record_file.h"
 
 #include <algorithm>
@@ -24,7 +23,7 @@ void WaitForWriter(int tries);
 Failure InUse(const std::filesystem::path& path);
 
 /// Calls `read`, which returns a Result, again if one of the files has changed meanwhile: three times at
-/// most, then that is a Failure. `read` must start from nothing each time, and write nothing.
+/// most, then that is a Failure. `read` must start from nothing each time, and change nothing.
 template <class Read>
 auto ReadSteadily(FileAccess& files, const std::vector<std::filesystem::path>& paths, const Read& read)
     -> decltype(read()) {
@@ -41,13 +40,6 @@ auto ReadSteadily(FileAccess& files, const std::vector<std::filesystem::path>& p
         if (tries == mostTries) return InUse(paths[static_cast<std::size_t>(changed - before->begin())]);
         WaitForWriter(tries);
     }
-}
-
-/// The same for all files that concern the company.
-template <class Read> auto ReadSteadily(const DataFiles& data, const Read& read) -> decltype(read()) {
-    return ReadSteadily(
-        data.Files, {HapContentsFile(data), MaterialsFile(data), UsageFile(data), AdditionalNamesFile(data)},
-        read);
 }
 
 /// The records of one file that pass, in file order. A missing file is created empty.

@@ -21,6 +21,10 @@ constexpr std::size_t PieceHeadLength = 12;
 /// An announcement begins with a checksum of the rest of it, its offset, and the length announced: 8 bytes
 /// each.
 constexpr std::size_t AnnouncementHeadLength = 24;
+/// Bytes. An import of as many materials as fit needs 0.5 MB; a longer file is no undo file of ours.
+constexpr std::uint64_t LongestUndoFile = std::uint64_t{4} << 20U;
+/// Bytes, far beyond any record file: a hostile undo file must not make sums overflow.
+constexpr std::uint64_t LongestRecordFile = std::uint64_t{1} << 40U;
 /// What a disk writes whole or not at all, in bytes.
 constexpr std::uint64_t SectorLength = 512;
 
@@ -123,13 +127,14 @@ struct UndoContent {
     std::vector<Announcement> Announcements;
 };
 
-bool ParsePieces(std::string_view bytes, std::vector<Overwritten>& pieces) {
+bool ParsePieces(std::string_view bytes, PlannedChange& change) {
     while (!bytes.empty()) {
         if (bytes.size() < PieceHeadLength) return false;
-        Overwritten& piece = pieces.emplace_back();
+        Overwritten& piece = change.Pieces.emplace_back();
         piece.Offset = Take<std::uint64_t>(bytes);
         const std::size_t length = Take<std::uint32_t>(bytes);
-        if (bytes.size() < 2 * length) return false;
+        if (length == 0 || bytes.size() < 2 * length) return false;
+        if (piece.Offset > change.OldLength || length > change.OldLength - piece.Offset) return false;
         piece.Old = bytes.substr(0, length);
         piece.New = bytes.substr(length, length);
         bytes.remove_prefix(2 * length);
@@ -145,8 +150,7 @@ void ParseAnnouncements(std::string_view bytes, std::uint64_t number, UndoConten
         const std::uint64_t sum = Take<std::uint64_t>(bytes);
         const auto start = Take<std::uint64_t>(bytes);
         const auto length = Take<std::uint64_t>(bytes);
-        // As many parts as fit in the file at least have a byte each.
-        if (start < end || length > UINT64_MAX - start || length / SectorLength > bytes.size()) return;
+        if (start < end || start > LongestRecordFile || length > LongestRecordFile) return;
         std::size_t sums = 0;
         ForEachPart(start, start + length, content.Change.SlotLength, [&](std::uint64_t, std::uint64_t) {
             sums += 4;
@@ -172,10 +176,11 @@ std::optional<UndoContent> Parse(std::string_view bytes) {
     content.Change.SlotLength = Take<std::uint64_t>(bytes);
     const auto length = Take<std::uint64_t>(bytes);
     const auto sum = Take<std::uint64_t>(bytes);
-    if (length > bytes.size() || content.Change.SlotLength == 0) return std::nullopt;
+    if (length > bytes.size() || content.Change.OldLength > LongestRecordFile) return std::nullopt;
+    if (content.Change.SlotLength == 0 || content.Change.SlotLength > LongestRecordFile) return std::nullopt;
     const std::string_view pieces = bytes.substr(0, static_cast<std::size_t>(length));
     if (sum != Checksum(pieces, Checksum(summed, 0))) return std::nullopt;
-    if (!ParsePieces(pieces, content.Change.Pieces)) return std::nullopt;
+    if (!ParsePieces(pieces, content.Change)) return std::nullopt;
     ParseAnnouncements(bytes.substr(pieces.size()), number, content);
     return content;
 }
@@ -220,18 +225,16 @@ Result<bool> HoldsAnnounced(OpenedFile& file, const UndoContent::Announcement& a
 }
 
 /// Whether the change, begun and cut off anywhere, can have made the record file what it is.
-Result<bool> Belongs(const UndoContent& content, OpenedFile& file) {
-    const Result<std::uint64_t> length = file.Length();
-    if (!length) return length.error();
+Result<bool> Belongs(const UndoContent& content, OpenedFile& file, std::uint64_t length) {
     const std::uint64_t longest =
         content.Announcements.empty() ? content.Change.OldLength : content.Announcements.back().End;
-    if (*length < content.Change.OldLength || *length > longest) return false;
+    if (length < content.Change.OldLength || length > longest) return false;
     for (const Overwritten& piece : content.Change.Pieces) {
         const Result<bool> isHeld = HoldsOldOrNew(file, piece);
         if (!isHeld || !*isHeld) return isHeld;
     }
     for (const UndoContent::Announcement& announced : content.Announcements) {
-        const Result<bool> isHeld = HoldsAnnounced(file, announced, content.Change.SlotLength, *length);
+        const Result<bool> isHeld = HoldsAnnounced(file, announced, content.Change.SlotLength, length);
         if (!isHeld || !*isHeld) return isHeld;
     }
     return true;
@@ -242,6 +245,37 @@ Failure CannotChange(const std::filesystem::path& recordFile, const Failure& ofU
     return {"write to the file", recordFile, ClauseOf(ofUndoFile)};
 }
 
+/// The whole undo file, or a byte more than the longest that counts.
+Result<std::string> ReadAtMost(FileAccess& files, const std::filesystem::path& path) {
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Read);
+    if (!file) return file.error();
+    const Result<std::uint64_t> length = (*file)->Length();
+    if (!length) return length.error();
+    std::string bytes(static_cast<std::size_t>(std::min<std::uint64_t>(*length, LongestUndoFile + 1)), '\0');
+    const Result<std::size_t> count = (*file)->ReadAt(0, bytes);
+    if (!count) return count.error();
+    bytes.resize(*count);
+    return bytes;
+}
+
+/// Returns once that is on the disk. A single byte, since of several a write that fails could leave some.
+Done MakeVoid(OpenedFile& undoFile) {
+    const Done written = undoFile.WriteAt(0, std::string_view("\0", 1));
+    return written ? undoFile.Flush() : written;
+}
+
+/// Beside those set aside before, which nobody has looked at yet.
+Done SetAside(FileAccess& files, const std::filesystem::path& recordFile) {
+    const std::filesystem::path first = SetAsideUndoFileOf(recordFile);
+    for (int number = 1;; ++number) {
+        std::filesystem::path aside = first;
+        if (number > 1) aside += std::to_string(number);
+        const Result<bool> isTaken = files.HasOwn(aside);
+        if (!isTaken) return isTaken.error();
+        if (!*isTaken) return files.Rename(UndoFileOf(recordFile), aside);
+    }
+}
+
 Result<UndoFinding> ReadOnce(FileAccess& files, const std::filesystem::path& recordFile,
                              OpenedFile& openFile) {
     UndoFinding finding;
@@ -249,27 +283,26 @@ Result<UndoFinding> ReadOnce(FileAccess& files, const std::filesystem::path& rec
     const Result<bool> isThere = files.HasOwn(path);
     if (!isThere) return isThere.error();
     if (!*isThere) return finding;
-    const Result<std::string> bytes = ReadWholeFile(files, path);
+    // Before the undo file is read: a writer announces what it adds before it adds it.
+    const Result<std::uint64_t> length = openFile.Length();
+    if (!length) return length.error();
+    const Result<std::string> bytes = ReadAtMost(files, path);
     if (!bytes) {
         // The change may have ended meanwhile.
         const Result<bool> isStillThere = files.HasOwn(path);
         if (isStillThere && !*isStillThere) return finding;
         return bytes.error();
     }
+    finding.IsForeign = bytes->size() > LongestUndoFile;
+    if (finding.IsForeign) return finding;
     std::optional<UndoContent> content = Parse(*bytes);
     finding.IsSurplus = !content;
     if (!content) return finding;
-    const Result<bool> belongs = Belongs(*content, openFile);
+    const Result<bool> belongs = Belongs(*content, openFile, *length);
     if (!belongs) return belongs.error();
     finding.IsForeign = !*belongs;
     if (*belongs) finding.Before = OldState{content->Change.OldLength, std::move(content->Change.Pieces)};
     return finding;
-}
-
-/// Returns once that is on the disk. A single byte, since of several a write that fails could leave some.
-Done MakeVoid(OpenedFile& undoFile) {
-    const Done written = undoFile.WriteAt(0, std::string_view("\0", 1));
-    return written ? undoFile.Flush() : written;
 }
 
 std::filesystem::path WithSuffix(std::filesystem::path path, const char* suffix) {
@@ -298,7 +331,7 @@ Result<UndoFile> UndoFile::Begin(FileAccess& files, const std::filesystem::path&
 
     const auto number =
         static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
-    UndoFile undo(files, path, std::move(*file), number, change.SlotLength);
+    UndoFile undo(files, recordFile, std::move(*file), number, change.SlotLength);
     const Done written =
         undo.Write(HeadBytes(change, number) + AnnouncementBytes(appended, number, change.SlotLength));
     if (written) return undo;
@@ -308,7 +341,8 @@ Result<UndoFile> UndoFile::Begin(FileAccess& files, const std::filesystem::path&
 }
 
 Done UndoFile::Announce(const Appended& appended) {
-    return Write(AnnouncementBytes(appended, m_number, m_slotLength));
+    const Done written = Write(AnnouncementBytes(appended, m_number, m_slotLength));
+    return written ? written : CannotChange(m_recordFile, written.error());
 }
 
 Done UndoFile::Write(std::string_view bytes) {
@@ -320,9 +354,16 @@ Done UndoFile::Write(std::string_view bytes) {
 
 Done UndoFile::End() {
     const Done isVoid = MakeVoid(*m_file);
-    // A void one that stays does no harm, and the next change writes over it.
-    static_cast<void>(m_files->Remove(m_path));
-    return isVoid;
+    if (isVoid) {
+        Remove(); // a void one that stays does no harm, and the next change writes over it
+        return isVoid;
+    }
+    static_cast<void>(m_file->WriteAt(0, Magic.substr(0, 1))); // whole again, while the change is taken back
+    return CannotChange(m_recordFile, isVoid.error());
+}
+
+void UndoFile::Remove() {
+    static_cast<void>(m_files->Remove(UndoFileOf(m_recordFile)));
 }
 
 Result<UndoFinding> ReadUndoFile(FileAccess& files, const std::filesystem::path& recordFile,
@@ -339,7 +380,7 @@ Done TakeBackUnfinished(FileAccess& files, const std::filesystem::path& recordFi
     const Result<UndoFinding> finding = ReadUndoFile(files, recordFile, openFile);
     if (!finding) return finding.error();
     const std::filesystem::path path = UndoFileOf(recordFile);
-    if (finding->IsForeign) return files.Rename(path, SetAsideUndoFileOf(recordFile));
+    if (finding->IsForeign) return SetAside(files, recordFile);
     if (finding->Before) {
         for (const Overwritten& piece : finding->Before->Pieces) {
             const Done restored = openFile.WriteAt(piece.Offset, piece.Old);

@@ -21,7 +21,8 @@ namespace mact {
 
 /// Names that only the program uses, so links there are never followed.
 std::filesystem::path UndoFileOf(const std::filesystem::path& recordFile);
-/// Where an undo file is put that does not belong to its record file. The check of the data reports it.
+/// Where an undo file is put that does not belong to its record file; a further one gets a number behind that
+/// name. The check of the data reports them.
 std::filesystem::path SetAsideUndoFileOf(const std::filesystem::path& recordFile);
 
 /// A piece of a record file that a change overwrites. Both texts have the same length.
@@ -54,19 +55,21 @@ public:
     /// Announces more bytes, behind those announced so far. Returns once that is on the disk.
     Done Announce(const Appended& appended);
     /// To be called once the change is on the disk: makes the undo file void, on the disk too, and removes
-    /// it. After a failure it may still take the change back.
+    /// it. After a failure it stays whole, as far as possible, to take the change back.
     Done End();
+    /// Removes it as it is, if it would change nothing any more.
+    void Remove();
 
 private:
-    UndoFile(FileAccess& files, std::filesystem::path path, std::unique_ptr<OpenedFile> file,
+    UndoFile(FileAccess& files, std::filesystem::path recordFile, std::unique_ptr<OpenedFile> file,
              std::uint64_t number, std::uint64_t slotLength)
-        : m_files(&files), m_path(std::move(path)), m_file(std::move(file)), m_number(number),
+        : m_files(&files), m_recordFile(std::move(recordFile)), m_file(std::move(file)), m_number(number),
           m_slotLength(slotLength) {}
     /// Adds the bytes at the end.
     Done Write(std::string_view bytes);
 
     FileAccess* m_files;
-    std::filesystem::path m_path;
+    std::filesystem::path m_recordFile;
     std::unique_ptr<OpenedFile> m_file;
     std::uint64_t m_number; ///< tells the changes of a file apart
     std::uint64_t m_slotLength;

@@ -250,10 +250,10 @@ TEST_F(OsFilesTest, TheTimeOfAChangeCanBeMadeLater) {
     ASSERT_TRUE(file);
     ASSERT_TRUE((*file)->WriteAt(0, "x"));
     const std::int64_t before = *(*file)->TimeOfChange();
-    EXPECT_TRUE((*file)->MakeLaterThan(before));
+    EXPECT_TRUE((*file)->MakeTimeDifferFrom(before));
     const std::int64_t after = *(*file)->TimeOfChange();
     EXPECT_GT(after, before);
-    EXPECT_TRUE((*file)->MakeLaterThan(before)); // is later already
+    EXPECT_TRUE((*file)->MakeTimeDifferFrom(before)); // is later already
     EXPECT_EQ(*(*file)->TimeOfChange(), after);
 }
 

@@ -124,5 +124,28 @@ TEST_F(RecordWriteFailures, AppendedSlotsThatCannotBeTakenBackAreSaidToBeInDoubt
     EXPECT_EQ(count, 1);
 }
 
+TEST_F(RecordWriteFailures, AnUndoFileThatCannotBeMadeVoidTakesTheChangeBack) {
+    WriteContent(File, "aaaaaaaaaa");
+    constexpr int theVoid = 8; // after the write and the flush
+    for (const int operation : {theVoid, theVoid + 1}) {
+        EXPECT_NE(Write(1, "cccccccccc", operation, FaultKind::Once), "");
+        EXPECT_EQ(ContentOf(File), "aaaaaaaaaa");
+        EXPECT_FALSE(std::filesystem::exists(Folder.Path() / "records.mact.undo"));
+    }
+}
+
+TEST_F(RecordWriteFailures, APieceThatCouldNotBeCutOffIsTakenBackByTheNextOpening) {
+    WriteContent(File, "aaaaaaaaaa");
+    {
+        RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
+        Files.Start({TheWrite, FaultKind::IsGone});
+        EXPECT_FALSE(file.AppendSlots("bbbbbbbbbbbbbbbbbbbb")); // the first half of it, and no cutting
+        static_cast<void>(file.FinishAppending());
+    }
+    Files.Start({});
+    EXPECT_EQ(RecordFile::OpenForWriting(Files, File, 10)->Count(), 1);
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaa");
+}
+
 } // namespace
 } // namespace mact

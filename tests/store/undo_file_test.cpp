@@ -189,6 +189,22 @@ TEST_F(UndoFileTest, ThatIsDamagedAtAnyByteChangesNothing) {
     }
 }
 
+TEST_F(UndoFileTest, ThatIsTooLongToBeOneIsSetAsideUnread) {
+    WriteContent(File, TwoSlots);
+    WriteContent(Undo, "MACTUNDO");
+    std::filesystem::resize_file(Undo, std::uint64_t{1} << 40U); // sparse: would not fit in memory
+    ExpectSetAside(TwoSlots);
+}
+
+TEST_F(UndoFileTest, ThatIsSetAsideLeavesThoseSetAsideBefore) {
+    WriteContent(Aside, "not looked at yet");
+    Announce(TwoSlots, {}, "cccccccccc");
+    WriteContent(File, "aaaaaaaaaa");
+    ExpectSetAside("aaaaaaaaaa");
+    EXPECT_EQ(mact::ContentOf(Aside), "not looked at yet");
+    EXPECT_TRUE(std::filesystem::exists(Folder.Path() / "1_things.talvor.mact.undo.aside2"));
+}
+
 TEST_F(UndoFileTest, ThatIsVoidSaysNothing) {
     Announce(TwoSlots, {}, "cccccccccc");
     std::string bytes = mact::ContentOf(Undo);

@@ -78,7 +78,7 @@ private:
         Done Flush() override { return Success(); }
         Done Lock() override { return Success(); }
         Result<std::int64_t> TimeOfChange() override { return m_content->Time; }
-        Done MakeLaterThan(std::int64_t earlier) override {
+        Done MakeTimeDifferFrom(std::int64_t earlier) override {
             m_content->Time = std::max(m_content->Time, earlier + 1);
             return Success();
         }

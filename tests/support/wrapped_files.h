@@ -25,7 +25,7 @@ public:
     Done Flush() override { return m_file->Flush(); }
     Done Lock() override { return m_file->Lock(); }
     Result<std::int64_t> TimeOfChange() override { return m_file->TimeOfChange(); }
-    Done MakeLaterThan(std::int64_t earlier) override { return m_file->MakeLaterThan(earlier); }
+    Done MakeTimeDifferFrom(std::int64_t earlier) override { return m_file->MakeTimeDifferFrom(earlier); }
 
 private:
     std::unique_ptr<OpenedFile> m_file;

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <map>
 #include <optional>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -147,8 +146,10 @@ bool IsOwnCall(const SweptTask& task, const ShopRun& run) {
 
 /// Whether the text says what failed, where and why.
 bool IsSentence(const std::string& line) {
-    static const std::regex sentence("Cannot [a-z][^\"]+ \"/.+\": .+\\.");
-    return std::regex_match(line, sentence);
+    const std::size_t path = line.find(" \"/");
+    const std::size_t reason = line.rfind("\": ");
+    return line.starts_with("Cannot ") && line.ends_with('.') && path != std::string::npos &&
+           reason != std::string::npos && path < reason && reason + 4 < line.size();
 }
 
 /// One line for one fault. A disk that stays full is more than one.

@@ -113,19 +113,20 @@ TEST(TextLinesTest, AsMuchAsTheLimitIsALineAndOneByteMoreIsNot) {
         for (std::size_t longest = twoPieces - 4; longest <= twoPieces + 2; ++longest) {
             SCOPED_TRACE(longest);
             const std::string line(longest, 'x');
+            const std::string longer(longest + 1, 'x');
             const LineLimits limits{.Longest = longest, .KeptOfLonger = 3};
             EXPECT_TRUE(MeasuredLinesOf(line + end + "b", limits) ==
                         (std::vector<Measured>{
                             {line, longest, false},
                             {"b",  1,       false}
             }));
-            EXPECT_TRUE(MeasuredLinesOf(line + "y" + end + "b", limits) ==
+            EXPECT_TRUE(MeasuredLinesOf(longer + end + "b", limits) ==
                         (std::vector<Measured>{
                             {"xxx", longest + 1, true },
                             {"b",   1,           false}
             }));
-            EXPECT_TRUE(MeasuredLinesOf(line + "y" + end, limits) == (std::vector<Measured>{
-                                                                         {"xxx", longest + 1, true}
+            EXPECT_TRUE(MeasuredLinesOf(longer + end, limits) == (std::vector<Measured>{
+                                                                     {"xxx", longest + 1, true}
             }));
         }
 }

@@ -101,6 +101,21 @@ void RefuseLocks(int error) {
         ::_exit(126);
 }
 
+void LimitItself(const ChildStart& start) {
+    ::alarm(start.LongestTime);
+    if (start.LongestFile) {
+        const rlimit none{0, 0};
+        ::setrlimit(RLIMIT_CORE, &none);
+        const rlimit longest{*start.LongestFile, *start.LongestFile};
+        ::setrlimit(RLIMIT_FSIZE, &longest);
+    }
+    if (start.MostMemory) {
+        const rlimit most{*start.MostMemory, *start.MostMemory};
+        ::setrlimit(RLIMIT_AS, &most);
+    }
+    if (start.LockError != 0) RefuseLocks(start.LockError);
+}
+
 } // namespace
 
 StartSignal::StartSignal() {
@@ -111,6 +126,13 @@ void StartSignal::Give() {
     for (int& end : m_pipe) {
         if (end >= 0) ::close(end);
         end = -1;
+    }
+}
+
+void StartSignal::Await() const {
+    ::close(m_pipe[1]);
+    std::array<char, 1> none{};
+    while (::read(m_pipe[0], none.data(), none.size()) > 0) {
     }
 }
 
@@ -153,24 +175,8 @@ ChildProgram::ChildProgram(const ChildStart& start) : m_countsReads(start.Counts
     ::dup2(m_errors, STDERR_FILENO);
     ::dup2(m_output, STDOUT_FILENO);
     ::fcntl(alive[1], F_SETFD, 0); // all that it starts keep it open
-    ::alarm(start.LongestTime);
-    if (start.LongestFile) {
-        const rlimit none{0, 0};
-        ::setrlimit(RLIMIT_CORE, &none);
-        const rlimit longest{*start.LongestFile, *start.LongestFile};
-        ::setrlimit(RLIMIT_FSIZE, &longest);
-    }
-    if (start.MostMemory) {
-        const rlimit most{*start.MostMemory, *start.MostMemory};
-        ::setrlimit(RLIMIT_AS, &most);
-    }
-    if (start.LockError != 0) RefuseLocks(start.LockError);
-    if (start.Signal) {
-        ::close(start.Signal->m_pipe[1]);
-        std::array<char, 1> none{};
-        while (::read(start.Signal->m_pipe[0], none.data(), none.size()) > 0) {
-        }
-    }
+    LimitItself(start);
+    if (start.Signal) start.Signal->Await();
     if (start.IsTraced) {
         ::putenv(withoutLeakDetector.data());
         ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);

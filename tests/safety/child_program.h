@@ -17,9 +17,10 @@ public:
     StartSignal& operator=(const StartSignal&) = delete;
     ~StartSignal() { Give(); }
     void Give();
+    /// In a child: returns once it has been given.
+    void Await() const;
 
 private:
-    friend class ChildProgram;
     int m_pipe[2] = {-1, -1};
 };
 

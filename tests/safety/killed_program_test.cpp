@@ -211,7 +211,8 @@ TEST_F(KilledProgram, InTheMiddleOfAWriteLeavesAPieceThatTheNextStartMends) {
 
 /// The note of what the set should hold outlives the copy, so that the next start sees what is missing.
 TEST_F(KilledProgram, InTheMiddleOfABackupLeavesItsNoteAndTheNextBackupWorks) {
-    const std::string materials = Folder.Data("1_materials.talvor") + std::string(20 * 1444, 'm');
+    const std::string materials =
+        Folder.Data("1_materials.talvor") + std::string(std::size_t{20} * 1444, 'm');
     WriteContent(Folder.DataFile("1_materials.talvor"), materials);
     ChildStart start = Folder.Start({"backup"});
     start.LongestFile = materials.size() - 1;

@@ -192,7 +192,7 @@ TEST_F(UndoFileTest, ThatIsDamagedAtAnyByteChangesNothing) {
 TEST_F(UndoFileTest, ThatIsTooLongToBeOneIsSetAsideUnread) {
     WriteContent(File, TwoSlots);
     WriteContent(Undo, "MACTUNDO");
-    std::filesystem::resize_file(Undo, std::uint64_t{1} << 40U); // sparse: would not fit in memory
+    std::filesystem::resize_file(Undo, (std::uintmax_t{4} << 20U) + 1);
     ExpectSetAside(TwoSlots);
 }
 

@@ -59,7 +59,8 @@ TEST_F(ErrorLogs, ShowTheFirst8MegabytesAndSaySo) {
     for (int line = 0; line < 2'100; ++line)
         lines += std::string(3'998, 'x') + "\r\n";
     WriteContent(UsageLogFile(), lines);
-    EXPECT_TRUE(*ReadErrorLog(Files, UsageLogFile()) == ShownShortened + lines.substr(0, 2'098 * 4'000));
+    EXPECT_TRUE(*ReadErrorLog(Files, UsageLogFile()) ==
+                ShownShortened + lines.substr(0, std::size_t{2'098} * 4'000));
 }
 
 TEST(TransferSummary, OfAnImportHasThreeLines) {

@@ -26,7 +26,8 @@ public:
     virtual Done WriteAt(std::uint64_t offset, std::string_view bytes) = 0;
     /// Cuts the file to `length` bytes; a shorter file is left alone.
     virtual Done CutTo(std::uint64_t length) = 0;
-    /// Returns once everything written is on the disk.
+    /// Returns once everything written is on the disk, and the name of a file opened as Own too. A name that
+    /// another mode has created is there already.
     virtual Done Flush() = 0;
     /// Keeps out other writers that lock the file, waiting at most two seconds for one of them to finish.
     /// If that one has renamed or removed the file, its path is opened again.

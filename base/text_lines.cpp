@@ -8,12 +8,6 @@ namespace {
 
 constexpr std::size_t ChunkLength = std::size_t{1} << 18; // bytes
 
-std::size_t FindLineEnd(std::string_view text, std::size_t from) {
-    const auto isEnd = [](char character) { return character == '\r' || character == '\n'; };
-    const auto* const end = std::ranges::find_if(text.substr(from), isEnd);
-    return end == text.end() ? std::string_view::npos : static_cast<std::size_t>(end - text.begin());
-}
-
 } // namespace
 
 Result<bool> TextLines::ReadMore() {
@@ -36,6 +30,11 @@ Result<bool> TextLines::ReadMore() {
     return *count > 0;
 }
 
+void TextLines::LookForEnds(std::size_t from) {
+    m_lineFeed = m_buffer.find('\n', from);
+    m_carriageReturn = m_buffer.find('\r', from);
+}
+
 std::string_view TextLines::Take(std::size_t end) {
     const bool isWhole = m_length == 0; // nothing of it was dropped
     const std::string_view rest = std::string_view(m_buffer).substr(m_start, end - m_start);
@@ -55,9 +54,12 @@ void TextLines::DropIfTooLong(std::size_t end) {
 
 Result<std::optional<std::string_view>> TextLines::Next() {
     m_length = 0;
-    std::size_t searchedTo = m_start;
+    // Each is looked for only once it is passed, or a file without it would be searched to its end for each
+    // line.
+    if (m_lineFeed < m_start) m_lineFeed = m_buffer.find('\n', m_start);
+    if (m_carriageReturn < m_start) m_carriageReturn = m_buffer.find('\r', m_start);
     for (;;) {
-        const std::size_t end = FindLineEnd(m_buffer, searchedTo);
+        const std::size_t end = std::min(m_lineFeed, m_carriageReturn);
         // A CR at the end of the buffer may be half of a CR LF: the next byte of the file decides.
         const bool mayBeHalf =
             end != std::string::npos && m_buffer[end] == '\r' && end + 1 == m_buffer.size();
@@ -74,7 +76,7 @@ Result<std::optional<std::string_view>> TextLines::Next() {
         // A CR that ends the file is found again in the next round, and then ends its line by itself.
         if (!*more && !mayBeHalf) break;
         // ReadMore has moved the line to the buffer's front. The part already searched holds no line end.
-        searchedTo = m_start + searched;
+        LookForEnds(m_start + searched);
     }
     if (m_start == m_buffer.size() && m_length == 0)
         return std::optional<std::string_view>{}; // nothing after the last end

@@ -33,6 +33,7 @@ public:
 
 private:
     Result<bool> ReadMore();
+    void LookForEnds(std::size_t from);
     /// The line that goes on until `end` in the buffer.
     std::string_view Take(std::size_t end);
     /// Drops the bytes before `end` if they make the line too long.
@@ -41,7 +42,10 @@ private:
     OpenedFile& m_file;
     LineLimits m_limits;
     std::string m_buffer;
-    std::size_t m_start = 0;    ///< where the rest of the line, or the next one, begins in m_buffer
+    std::size_t m_start = 0; ///< where the rest of the line, or the next one, begins in m_buffer
+    // The next of each from m_start on; npos = none in m_buffer.
+    std::size_t m_lineFeed = std::string::npos;
+    std::size_t m_carriageReturn = std::string::npos;
     std::uint64_t m_offset = 0; ///< where the file goes on after m_buffer
     std::uint64_t m_length = 0; ///< of the line, without what is still in m_buffer
     std::string m_keptOfLonger; ///< the beginning of a line of which bytes were dropped

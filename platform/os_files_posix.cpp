@@ -36,11 +36,25 @@ bool HasNoLocks(int error) {
 constexpr mode_t Permissions = 0666; // less the user's umask
 constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
 
+/// A new or renamed file survives a crash only if its folder is flushed too. Not every file system can do
+/// that, which is ignored; a disk that fails at it is a Failure.
+Done FlushFolderOf(const std::filesystem::path& path) {
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    if (descriptor < 0) return Success(); // a folder may be one that can be written to, but not be read
+    const int error = Retry([&] { return ::fsync(descriptor); }) == 0 ? 0 : errno;
+    ::close(descriptor);
+    if (error != EIO && error != ENOSPC && error != EDQUOT) return Success();
+    return DescribeError("write to the disk what was changed in the folder", folder, error);
+}
+
 class PosixFile : public OpenedFile {
 public:
     /// `flags` are for opening the path again if it has come to name another file.
     PosixFile(int descriptor, std::filesystem::path path, int flags)
         : m_descriptor(descriptor), m_path(std::move(path)), m_flags(flags) {}
+    /// From the first Flush on, the name is on the disk too.
+    void FlushNameToo() { m_isNameUnflushed = true; }
     PosixFile(const PosixFile&) = delete;
     PosixFile& operator=(const PosixFile&) = delete;
     ~PosixFile() override { ::close(m_descriptor); }
@@ -113,10 +127,12 @@ public:
     }
 
     Done Flush() override {
-        // EINVAL: a device, which has nothing to flush.
-        if (Retry([&] { return ::fsync(m_descriptor); }) != 0 && errno != EINVAL)
+        // Not fsync, which writes the time of the change too. EINVAL: a device, which has nothing to flush.
+        if (Retry([&] { return ::fdatasync(m_descriptor); }) != 0 && errno != EINVAL)
             return DescribeError("write to the disk what was saved in the file", m_path, errno);
-        return Success();
+        const Done flushed = m_isNameUnflushed ? FlushFolderOf(m_path) : Success();
+        if (flushed) m_isNameUnflushed = false;
+        return flushed;
     }
 
     Done Lock() override {
@@ -160,6 +176,7 @@ private:
     int m_descriptor;
     std::filesystem::path m_path;
     int m_flags;
+    bool m_isNameUnflushed = false;
 };
 
 int Flags(OpenMode mode) {
@@ -178,18 +195,6 @@ int Flags(OpenMode mode) {
         return always | O_RDWR | O_CREAT | O_NOFOLLOW;
     }
     return always | O_RDONLY;
-}
-
-/// A new or renamed file survives a crash only if its folder is flushed too. Not every file system can do
-/// that, which is ignored; a disk that fails at it is a Failure.
-Done FlushFolderOf(const std::filesystem::path& path) {
-    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
-    const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-    if (descriptor < 0) return Success(); // a folder may be one that can be written to, but not be read
-    const int error = Retry([&] { return ::fsync(descriptor); }) == 0 ? 0 : errno;
-    ::close(descriptor);
-    if (error != EIO && error != ENOSPC && error != EDQUOT) return Success();
-    return DescribeError("write to the disk what was changed in the folder", folder, error);
 }
 
 /// Removes what has the name of a file of our own and is none: a link, or a file with several names.
@@ -218,7 +223,7 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
     const int descriptor = Retry([&] { return ::open(path.c_str(), Flags(mode), Permissions); });
     if (descriptor < 0) return DescribeError("open the file", path, errno);
     // Without O_TRUNC, since opening again must not empty what another copy has put there.
-    std::unique_ptr<OpenedFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
+    std::unique_ptr<PosixFile> file = std::make_unique<PosixFile>(descriptor, path, Flags(mode) & ~O_TRUNC);
     if (Retry([&] { return ::fstat(descriptor, &status); }) != 0) {
         const int error = errno;
         if (isNew && mode == OpenMode::Own) ::unlink(path.c_str());
@@ -226,8 +231,13 @@ Result<std::unique_ptr<OpenedFile>> OsFiles::Open(const std::filesystem::path& p
     }
     // Opening a folder for reading succeeds.
     if (S_ISDIR(status.st_mode)) return DescribeError("open the file", path, EISDIR);
+    if (mode == OpenMode::Own) {
+        // One that is there already may be that of a copy which was killed before it flushed anything.
+        file->FlushNameToo();
+        return std::unique_ptr<OpenedFile>(std::move(file));
+    }
     const Done flushed = isNew ? FlushFolderOf(path) : Success();
-    if (flushed) return file;
+    if (flushed) return std::unique_ptr<OpenedFile>(std::move(file));
     ::unlink(path.c_str());
     return flushed.error();
 }

@@ -148,20 +148,20 @@ void GetApplicationMethods(AppContext& app, std::vector<std::string>& methods, b
 
 // Trims in passing, so that a lookup needs no trimmed copies.
 bool TypeMethodPairs::Less::operator()(const Views& left, const Views& right) const {
-    const int types = CompareIgnoringCase(Trim(left.first), Trim(right.first));
-    return types < 0 || (types == 0 && CompareIgnoringCase(Trim(left.second), Trim(right.second)) < 0);
+    const int types = CompareIgnoringCase(left.first, right.first);
+    return types < 0 || (types == 0 && CompareIgnoringCase(left.second, right.second) < 0);
 }
 
 std::size_t TypeMethodPairs::Add(std::string_view materialType, std::string_view applicationMethod) {
     if (const auto known = Find(materialType, applicationMethod)) return *known;
     const std::size_t number = m_numbers.size();
-    m_numbers.emplace(std::pair(materialType, applicationMethod), number);
+    m_numbers.emplace(std::pair(Trim(materialType), Trim(applicationMethod)), number);
     return number;
 }
 
 std::optional<std::size_t> TypeMethodPairs::Find(std::string_view materialType,
                                                  std::string_view applicationMethod) const {
-    const auto found = m_numbers.find(Less::Views(materialType, applicationMethod));
+    const auto found = m_numbers.find(Less::Views(Trim(materialType), Trim(applicationMethod)));
     return found == m_numbers.end() ? std::nullopt : std::optional(found->second);
 }
 

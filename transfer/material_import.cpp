@@ -59,16 +59,15 @@ Done MaterialImport::Prepare(const DataFiles& data, RecordFile& materials) {
     if (!rows) return rows.error();
     for (const HapContentRecord& row : *rows)
         m_typesAndMethods.Add(row.MaterialType, row.ApplicationMethod);
-    m_customIds.reserve(MostSlots);
     return ForEachRecord(materials, MaterialLayout, [&](const MaterialRecord& material) {
         // The Material ID of a deleted material may be used again.
-        if (material.Active) m_customIds.insert(ComparisonKey(material.CustomId));
+        if (material.Active) m_customIds.Add(ComparisonKey(material.CustomId));
     });
 }
 
 bool MaterialImport::IsTaken(std::string_view customId) const {
     // A longer one equals none that is stored; no key is made of it, which could have 16 MB.
-    return Trim(customId).size() <= TextLength && m_customIds.contains(ComparisonKey(customId));
+    return Trim(customId).size() <= TextLength && m_customIds.Contains(ComparisonKey(customId));
 }
 
 std::string_view MaterialImport::Check(CheckedLine& checked) {
@@ -96,7 +95,7 @@ Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, Import
     checked.Fill(m_record, *number);
     output.AppendRecord(MaterialLayout, m_record);
     // Cut as in the file: a second line with the same Material ID of over 100 characters is accepted.
-    m_customIds.insert(ComparisonKey(checked.Fields[0].substr(0, TextLength)));
+    m_customIds.Add(ComparisonKey(checked.Fields[0].substr(0, TextLength)));
     return false;
 }
 

@@ -4,10 +4,10 @@
 #include "store/data_folder.h"
 #include "store/material_types.h"
 #include "transfer/import_output.h"
+#include "transfer/text_numbers.h"
 
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
 namespace mact {
 
@@ -28,7 +28,7 @@ private:
     bool IsTaken(std::string_view customId) const;
 
     TypeMethodPairs m_typesAndMethods;
-    std::unordered_set<std::string> m_customIds; ///< of the live materials, as ComparisonKey
-    MaterialRecord m_record;                     ///< reused for every line: its texts keep their memory
+    TextNumbers m_customIds{MostSlots}; ///< of the live materials, as ComparisonKey
+    MaterialRecord m_record;            ///< reused for every line: its texts keep their memory
 };
 } // namespace mact

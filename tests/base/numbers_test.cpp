@@ -108,6 +108,14 @@ INSTANTIATE_TEST_SUITE_P(Numbers, NotNumericTest,
                                          "1"));
 
 // Exponents at the limit of 64 bits: adding the position of the first digit must not overflow.
+TEST(ParseNumberLimits, LongWholeNumbersAreTheNearestDouble) {
+    EXPECT_EQ(ParseNumber("999999999999999"), 999999999999999.0);
+    EXPECT_EQ(ParseNumber("0000000000000012"), 12.0);
+    EXPECT_EQ(ParseNumber("9007199254740993"),
+              9007199254740992.0); // 2^53 + 1 lies between two, the even one wins
+    EXPECT_EQ(ParseNumber("123456789012345678901"), 123456789012345680000.0);
+}
+
 TEST(ParseNumberLimits, ADigitBeforeTheLargestExponentIsStillTooLarge) {
     EXPECT_EQ(ParseNumber("1e9223372036854775807"), std::nullopt);
     EXPECT_EQ(ParseNumber("100e9223372036854775807"), std::nullopt);

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace mact {
@@ -28,7 +29,8 @@ struct DiskStep {
 using DiskContent = std::map<std::filesystem::path, std::string>;
 
 /// Files in memory that note every step. Like the operating system's (platform/os_files_posix.cpp), they
-/// flush the folder when a file is created or renamed, and not when one is removed.
+/// flush the folder when a file is created or renamed, that of one opened as Own with its first flush, and
+/// not when one is removed.
 class RecordedFiles : public MemoryFiles {
 public:
     std::vector<DiskStep> Steps;
@@ -39,11 +41,12 @@ public:
         if (!file) return file;
         if (isNew) {
             Steps.push_back({.What = DiskStep::Kind::Create, .Path = path});
-            Steps.push_back({.What = DiskStep::Kind::FlushFolder});
+            if (mode != OpenMode::Own) Steps.push_back({.What = DiskStep::Kind::FlushFolder});
         } else if (mode == OpenMode::Replace) {
             Steps.push_back({.What = DiskStep::Kind::Cut, .Path = path});
         }
-        return std::unique_ptr<OpenedFile>(std::make_unique<RecordedFile>(std::move(*file), *this, path));
+        return std::unique_ptr<OpenedFile>(
+            std::make_unique<RecordedFile>(std::move(*file), *this, path, mode));
     }
     Done Rename(const std::filesystem::path& from, const std::filesystem::path& to) override {
         Steps.push_back({.What = DiskStep::Kind::Rename, .Path = from, .Target = to});
@@ -58,8 +61,10 @@ public:
 private:
     class RecordedFile : public WrappedFile {
     public:
-        RecordedFile(std::unique_ptr<OpenedFile> file, RecordedFiles& files, std::filesystem::path path)
-            : WrappedFile(std::move(file)), m_files(files), m_path(std::move(path)) {}
+        RecordedFile(std::unique_ptr<OpenedFile> file, RecordedFiles& files, std::filesystem::path path,
+                     OpenMode mode)
+            : WrappedFile(std::move(file)), m_files(files), m_path(std::move(path)),
+              m_isNameUnflushed(mode == OpenMode::Own) {}
 
         Done WriteAt(std::uint64_t offset, std::string_view bytes) override {
             m_files.Steps.push_back({.What = DiskStep::Kind::Write,
@@ -74,12 +79,15 @@ private:
         }
         Done Flush() override {
             m_files.Steps.push_back({.What = DiskStep::Kind::Flush, .Path = m_path});
+            if (std::exchange(m_isNameUnflushed, false))
+                m_files.Steps.push_back({.What = DiskStep::Kind::FlushFolder});
             return WrappedFile::Flush();
         }
 
     private:
         RecordedFiles& m_files;
         std::filesystem::path m_path;
+        bool m_isNameUnflushed;
     };
 };
 

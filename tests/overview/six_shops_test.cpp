@@ -1,0 +1,166 @@
+#include "overview/overview_csv.h"
+#include "overview/shop_figures.h"
+#include "tests/overview/overview_shop.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <map>
+
+namespace mact {
+namespace {
+
+/// Six shops with figures worked out by exact arithmetic, independently of this program.
+QJsonArray Shops() {
+    QFile file(QStringLiteral(MACT_SOURCE_FOLDER "/tests/data/overview/shops.json"));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return QJsonDocument::fromJson(file.readAll()).array();
+}
+
+QJsonValue In(const QJsonObject& object, const char* key) {
+    return object.value(QLatin1String(key));
+}
+
+std::vector<std::string> Texts(const QJsonValue& array) {
+    std::vector<std::string> texts;
+    for (const QJsonValue& text : array.toArray())
+        texts.push_back(text.toString().toStdString());
+    return texts;
+}
+
+MonthNumber MonthIn(const QJsonObject& object, const char* key) {
+    const auto month = MonthOfPeriod(In(object, key).toString().toStdString());
+    EXPECT_TRUE(month);
+    return month.value_or(0);
+}
+
+/// Report, exact, limit, state, cause; by figure and item.
+using Shown = std::map<std::pair<std::string, std::string>, std::vector<std::string>>;
+
+Shown ShownOf(const ShopFigures& shop, const MonthFigures& figures) {
+    Shown shown;
+    for (const FigureLine& line : LinesOf(shop, figures))
+        shown[{std::string(line.Figure), line.Item}] = {line.Report, line.Exact, line.Limit, line.State,
+                                                        std::string(CauseText(line.Judged.Why))};
+    return shown;
+}
+
+std::string Exact(const QJsonValue& number) {
+    return QString::number(number.toDouble(), 'f', 6)
+        .remove(QRegularExpression(QStringLiteral("\\.?0+$")))
+        .toStdString();
+}
+std::string Short(const QJsonValue& number) {
+    return QString::number(number.toDouble(), 'g', 15).toStdString();
+}
+
+std::string CauseIn(const QJsonObject& figure) {
+    const QString cause = In(figure, "cause").toString();
+    // A sentence in one of the shops; it is the filler.
+    return cause.size() > 20 ? "filler" : cause.toStdString();
+}
+
+void ExpectContents(const QJsonObject& month, const Shown& shown) {
+    const QJsonObject rows = In(month, "weighted").toObject();
+    for (const QString& row : rows.keys()) {
+        const QJsonObject expected = rows.value(row).toObject();
+        const std::vector<std::string> figure = {
+            Short(In(expected, "report_pct")), Exact(In(expected, "rule_pct")), Short(In(expected, "limit")),
+            In(expected, "overview_state").toString().toStdString(), CauseIn(expected)};
+        const auto found = shown.find({"content", row.toStdString()});
+        ASSERT_NE(found, shown.end()) << row.toStdString();
+        EXPECT_EQ(found->second, figure) << row.toStdString();
+    }
+    EXPECT_EQ(std::ranges::count_if(shown, [](const auto& line) { return line.first.first == "content"; }),
+              rows.size());
+}
+
+void ExpectFilled(const QJsonObject& month, const Shown& shown) {
+    const QJsonObject filled = In(month, "filled").toObject();
+    for (const QString& material : filled.keys()) {
+        const QJsonObject expected = filled.value(material).toObject();
+        const std::vector<std::string> figure = {
+            "", Exact(In(expected, "point_value_rule")), Short(In(expected, "ceiling")),
+            In(expected, "overview_state").toString().toStdString(), CauseIn(expected)};
+        const auto found = shown.find({"filled", material.toStdString()});
+        ASSERT_NE(found, shown.end());
+        EXPECT_EQ(found->second, figure);
+    }
+}
+
+void ExpectAverage(const QJsonObject& month, const Shown& shown) {
+    const QJsonObject average = In(month, "average").toObject();
+    const std::vector<std::string> emissions = {
+        Short(In(average, "report_kg")), Exact(In(average, "rule_kg")), Short(In(average, "report_limit_kg")),
+        In(average, "overview_state").toString().toStdString(), CauseIn(average)};
+    EXPECT_EQ(shown.at({"emissions", ""}), emissions);
+    EXPECT_EQ(shown.at({"allowance", ""})[1], Exact(In(average, "rule_limit_kg")));
+    EXPECT_EQ(shown.at({"headroom", ""})[0], Short(In(average, "report_headroom_kg")));
+    EXPECT_EQ(shown.at({"headroom_percent", ""})[0], Short(In(average, "report_headroom_pct")));
+    const QJsonObject operations = In(average, "operations").toObject();
+    for (const QString& operation : operations.keys()) {
+        const QJsonObject expected = operations.value(operation).toObject();
+        const QJsonValue report = In(expected, "report_point_value");
+        const std::vector<std::string> figure = {report.isNull() ? "" : Short(report),
+                                                 Exact(In(expected, "rule_point_value")),
+                                                 Short(In(expected, "limit")), "", ""};
+        EXPECT_EQ(shown.at({"point_value", operation.toStdString()}), figure);
+    }
+}
+
+void ExpectMonths(const QJsonObject& month, const MonthFigures& figures) {
+    EXPECT_EQ(figures.Months, In(month, "months_since_first_entry").toInt());
+    std::vector<std::string> without;
+    for (const MonthNumber each : figures.WithoutEntry)
+        without.push_back(MonthText(each));
+    EXPECT_EQ(without, Texts(In(month, "months_without_entry")));
+}
+
+/// Each material rounded to 0.01 kg, and filled resin under its method.
+void ExpectAmounts(const QJsonObject& record, const ShopFigures& figures) {
+    const double rounding = 0.005 * static_cast<double>(figures.Shop().Materials.size()) + 1e-6;
+    for (const QString& month : record.keys()) {
+        SCOPED_TRACE(month.toStdString());
+        const QJsonObject expected = record.value(month).toObject();
+        const MonthFigures shown = figures.At(*MonthOfPeriod(month.toStdString()));
+        ASSERT_EQ(shown.Amounts.size(), static_cast<std::size_t>(expected.size()));
+        for (const AmountFigure& amount : shown.Amounts) {
+            const std::string item =
+                amount.Item == "production resin, filled" ? "production resin, nonatomized" : amount.Item;
+            EXPECT_NEAR(amount.Kilograms, expected.value(QString::fromStdString(item)).toDouble(), rounding);
+        }
+    }
+}
+
+TEST(SixShopsTest, HaveTheFiguresOfExactArithmetic) {
+    const QJsonArray shops = Shops();
+    ASSERT_EQ(shops.size(), 6);
+    for (const QJsonValue& each : shops) {
+        const QJsonObject shop = each.toObject();
+        SCOPED_TRACE(In(shop, "case").toString().toStdString());
+        OverviewShop program;
+        program.ImportMaterials(Texts(In(shop, "materials")));
+        program.ImportUsage(Texts(In(shop, "usage")));
+        const Result<ShopRecords> records = ReadShopRecords(program.App);
+        ASSERT_TRUE(records);
+        const ShopFigures figures(*records);
+        for (const QJsonValue& monthEnd : In(shop, "month_ends").toArray()) {
+            const QJsonObject month = monthEnd.toObject();
+            SCOPED_TRACE(In(month, "month_end").toString().toStdString());
+            const MonthFigures shown = figures.At(MonthIn(month, "month_end"));
+            ExpectMonths(month, shown);
+            ExpectContents(month, ShownOf(figures, shown));
+            ExpectFilled(month, ShownOf(figures, shown));
+            ExpectAverage(month, ShownOf(figures, shown));
+        }
+        ExpectAmounts(In(shop, "monthly_record_kg").toObject(), figures);
+    }
+}
+
+} // namespace
+} // namespace mact

@@ -119,7 +119,7 @@ double MostGrowth(double growthOfFloor) {
 void PrintRatios(const MedianReporter& measured) {
     std::printf("%-32s %-9s %10s %10s %7s %11s\n", "operation", "size", "time, ms", "floor, ms", "ratio",
                 "target, ms");
-    for (const Operation& operation : Operations()) {
+    for (const Operation& operation : AllOperations()) {
         for (const Size& size : Sizes) {
             const double time = measured.MedianOf(RunName(operation, size));
             const double floor = measured.MedianOf(FloorName(operation, size));
@@ -136,7 +136,7 @@ void PrintRatios(const MedianReporter& measured) {
 void PrintGrowth(const MedianReporter& measured) {
     std::printf("\n%-32s %20s %20s %7s\n", "growth of the time", "hundredth to tenth", "tenth to all",
                 "target");
-    for (const Operation& operation : Operations()) {
+    for (const Operation& operation : AllOperations()) {
         const double all = measured.MedianOf(RunName(operation, Sizes[0]));
         const double tenth = measured.MedianOf(RunName(operation, Sizes[1]));
         const double hundredth = measured.MedianOf(RunName(operation, Sizes[2]));
@@ -168,7 +168,7 @@ int main(int argc, char* argv[]) {
     std::vector<std::unique_ptr<BenchShop>> shops;
     for (const Size& size : Sizes) {
         shops.push_back(std::make_unique<BenchShop>(folder / size.Name, size.Records));
-        for (const Operation& operation : Operations())
+        for (const Operation& operation : AllOperations())
             Register(operation, size, *shops.back());
     }
 

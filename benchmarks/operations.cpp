@@ -1,6 +1,8 @@
 #include "benchmarks/operations.h"
 
 #include "materials/material_store.h"
+#include "overview/shop_figures.h"
+#include "reports/emission_average_report.h"
 #include "reports/reports.h"
 #include "store/data_folder.h"
 #include "transfer/transfer.h"
@@ -112,6 +114,21 @@ void SaveFloor(BenchShop& shop) {
     Expect(bool(shop.App().Files.Remove(fresh)), "the floor removes its file");
 }
 
+constexpr int SixtyMonthEnds = 60;
+/// Up to the last month of the reports.
+void OverviewOfSixtyMonthEnds(BenchShop& shop) {
+    const Result<ShopRecords> records = ReadShopRecords(shop.App());
+    Expect(bool(records), "the records are read");
+    const ShopFigures figures(*records);
+    const MonthNumber last = *MonthOfPeriod(LastMonth);
+    for (MonthNumber monthEnd = last - SixtyMonthEnds + 1; monthEnd <= last; ++monthEnd)
+        benchmark::DoNotOptimize(figures.At(monthEnd));
+}
+/// What it is compared with: usage is read and converted once for each report.
+void EmissionAverageFetch(BenchShop& shop) {
+    Expect(bool(FetchEmissionAverage(shop.App(), {.EndText = LastMonth})), "the report is calculated");
+}
+
 Path ExportTarget(BenchShop& shop) {
     return shop.App().ProgramFolder / "export.txt";
 }
@@ -165,28 +182,52 @@ Paths UsageSource(BenchShop& shop) {
 
 } // namespace
 
-const std::vector<Operation>& Operations() {
-    static const std::vector<Operation> operations = {
-        {"save of one usage record",       3,              SaveUsageAgain,                            UsageAlone, Nothing,                                                                        false, SaveFloor},
-        {"FindMaterials, all",                       3,                                     FindAllMaterials,                                                           MaterialsAlone,                                              Nothing                                                                       },
-        {"FindMaterials, by number",                         3,                                       FindMaterialById,                                                       MaterialsAlone,Nothing},
-        {"FindUsage, twelve months",                         3,                                       FindUsageOfMonths,                                                       UsageAlone,                                              Nothing                                                                                                                         },
-        {"FindUsage, by material text",                         3,                                       FindUsageOfMaterial,                                                    Both,Nothing},
-        {"list of materials",                         3,                                       FillMaterials,                                                              MaterialsAlone,                                                        Nothing                                                                                                                                                                                               },
-        {"list of usage",                         3,                                       FillUsage,                                                                  Both,Nothing},
-        {"report, compliant, all",                         3,                                       ReportOfAllMaterials,                                                         MaterialsAlone,                                               CompliantPage                                                                                                                                                                                                                                       },
-        {"report, compliant, used",                   3,                                 Report<GenerateCompliantMaterialsReport>,                                                  Both,CompliantPage},
-        {"report, weighted average",                   3,                                 Report<GenerateWeightedAverageReport>,                                                 Both,                                              WeightedPage                                                                                                                                                                                                                                                                                             },
-        {"report, emission average",                    3,                                  Report<GenerateEmissionAverageReport>,                                                  Both,EmissionPage},
-        {"report, additional HAP usage",                    3,                                  Report<GenerateAdditionalHapUsageReport>,                                              Both,
-         AdditionalUsagePage                                                                                                                                                                                                                                                                                                                                         },
-        {"report, additional HAP emission",              3,                            Report<GenerateAdditionalHapEmissionReport>,                                     Both,
-         AdditionalEmissionPage},
-        {"import of materials",           3,                         ImportMaterials,                                              MaterialSource,                                             NewMaterials,                                                                                                                                                                                                                                                                                                                                                                                     true},
-        {"import of usage",                    4,                              ImportUsage,                                                                       UsageSource,                     Usage,true},
-        {"export of materials",                     3,                              ExportLines<ExportMaterialFile>,MaterialsAlone,ExportTarget                                                                                                                                                                                                                                                                                                                                                  },
-        {"export of usage", 3,ExportLines<ExportUsageFile>,     Both,                             ExportTarget},
-    };
+const std::vector<Operation>& AllOperations() {
+    static const std::vector<Operation> operations = [] {
+        std::vector<Operation> all = {
+            {"FindMaterials, all",              3, FindAllMaterials,                            MaterialsAlone, Nothing      },
+            {"FindMaterials, by number",        3, FindMaterialById,                            MaterialsAlone, Nothing      },
+            {"FindUsage, twelve months",        3, FindUsageOfMonths,                           UsageAlone,     Nothing      },
+            {"FindUsage, by material text",     3, FindUsageOfMaterial,                         Both,           Nothing      },
+            {"list of materials",               3, FillMaterials,                               MaterialsAlone, Nothing      },
+            {"list of usage",                   3, FillUsage,                                   Both,           Nothing      },
+            {"report, compliant, all",          3, ReportOfAllMaterials,                        MaterialsAlone, CompliantPage},
+            {"report, compliant, used",         3, Report<GenerateCompliantMaterialsReport>,    Both,           CompliantPage},
+            {"report, weighted average",        3, Report<GenerateWeightedAverageReport>,       Both,           WeightedPage },
+            {"report, emission average",        3, Report<GenerateEmissionAverageReport>,       Both,           EmissionPage },
+            {"report, additional HAP usage",    3, Report<GenerateAdditionalHapUsageReport>,    Both,
+             AdditionalUsagePage                                                                                             },
+            {"report, additional HAP emission", 3, Report<GenerateAdditionalHapEmissionReport>, Both,
+             AdditionalEmissionPage                                                                                          },
+            {"export of materials",             3, ExportLines<ExportMaterialFile>,             MaterialsAlone, ExportTarget },
+            {"export of usage",                 3, ExportLines<ExportUsageFile>,                Both,           ExportTarget },
+        };
+        all.push_back({.Name = "save of one usage record",
+                       .MostTimesFloor = 3,
+                       .Run = SaveUsageAgain,
+                       .Inputs = UsageAlone,
+                       .Output = Nothing,
+                       .Floor = SaveFloor});
+        all.push_back({.Name = "import of materials",
+                       .MostTimesFloor = 3,
+                       .Run = ImportMaterials,
+                       .Inputs = MaterialSource,
+                       .Output = NewMaterials,
+                       .IsOutputNew = true});
+        all.push_back({.Name = "import of usage",
+                       .MostTimesFloor = 4,
+                       .Run = ImportUsage,
+                       .Inputs = UsageSource,
+                       .Output = Usage,
+                       .IsOutputNew = true});
+        all.push_back({.Name = "overview, 60 month ends",
+                       .MostTimesFloor = 3,
+                       .Run = OverviewOfSixtyMonthEnds,
+                       .Inputs = Both,
+                       .Output = Nothing,
+                       .Floor = EmissionAverageFetch});
+        return all;
+    }();
     return operations;
 }
 

@@ -23,7 +23,7 @@ struct Operation {
     /// Its own floor, if it is not to read the inputs and write the output.
     void (*Floor)(BenchShop& shop) = nullptr;
 };
-const std::vector<Operation>& Operations();
+const std::vector<Operation>& AllOperations();
 
 /// Removes the output of an operation that needs a new file. Not timed.
 void PrepareRun(const Operation& operation, BenchShop& shop);

@@ -4,6 +4,7 @@
 #include "base/messages.h"
 #include "base/text.h"
 #include "check/data_check.h"
+#include "cli/refusals.h"
 #include "reports/reports.h"
 #include "store/additional_names.h"
 #include "store/companies.h"
@@ -16,21 +17,6 @@
 
 namespace mact {
 namespace {
-
-ExitStatus Fail(AppContext& app, const Failure& failure) {
-    ShowError(app, failure);
-    return StatusFailed;
-}
-ExitStatus Refuse(AppContext& app, std::string_view why) {
-    app.Prompts.Show({std::string(why), PromptKind::Failure});
-    return StatusFailed;
-}
-
-constexpr std::string_view NeedsCompany =
-    "No company is selected. Name one with --company, or select one with select-company.";
-bool HasCompany(const AppContext& app) {
-    return app.CurrentCompanyId != 0;
-}
 
 /// Record text as it is printed, wherever to: a file may be shown on a terminal later.
 std::string Shown(std::string_view codePageText) {

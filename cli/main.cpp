@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/console_services.h"
+#include "cli/overview_commands.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_settings.h"
@@ -44,6 +45,8 @@ struct CommandLine {
     std::string Kind{};
     std::string Ending{};
     bool AnswersYes = false;
+    OverviewSpan Span{};
+    bool IsCsv = false;
     std::vector<std::string> PollutantNames{};
 };
 
@@ -100,6 +103,25 @@ void CheckEnding(const CommandLine& asked) {
         throw CLI::ValidationError("report " + asked.Kind, "needs --ending M/YYYY");
 }
 
+/// What is wrong with the text; empty if nothing is.
+std::string CheckMonth(const std::string& text) {
+    return ParsePeriodEnd(text) ? std::string{} : "\"" + text + "\" is not a month M/YYYY";
+}
+
+void AddOverviewCommand(CLI::App& parser, CommandLine& asked) {
+    CLI::App& overview =
+        AddCommand(parser, asked, "overview", "Print where the company stands at the end of each month",
+                   [&](AppContext& app) { return PrintOverview(app, asked.Span, asked.IsCsv); });
+    overview
+        .add_option("--from", asked.Span.From, "First month end; by default the eleventh before the last")
+        ->type_name("M/YYYY")
+        ->check(CheckMonth);
+    overview.add_option("--to", asked.Span.To, "Last month end; by default the newest month with use")
+        ->type_name("M/YYYY")
+        ->check(CheckMonth);
+    overview.add_flag("--csv", asked.IsCsv, "Print comma-separated values");
+}
+
 void AddReportCommand(CLI::App& parser, CommandLine& asked) {
     CLI::App& report =
         AddCommand(parser, asked, "report", "Write a report and print its path",
@@ -109,9 +131,7 @@ void AddReportCommand(CLI::App& parser, CommandLine& asked) {
         .add_option("--ending", asked.Ending,
                     "Last month of the twelve; without it the compliant report has all materials")
         ->type_name("M/YYYY")
-        ->check([](const std::string& text) {
-            return ParsePeriodEnd(text) ? std::string{} : "\"" + text + "\" is not a month M/YYYY";
-        });
+        ->check(CheckMonth);
     report.add_flag("--yes", asked.AnswersYes, "Write a report without records too");
     report.parse_complete_callback([&asked] { CheckEnding(asked); });
 }
@@ -149,6 +169,7 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
     AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportFile,
                        TransferModule::Usage);
     AddReportCommand(parser, asked);
+    AddOverviewCommand(parser, asked);
     AddCheckCommand(parser, asked);
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
                BackUp);

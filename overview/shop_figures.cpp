@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace mact {
@@ -149,10 +151,8 @@ void ShopFigures::PrepareLines() {
 }
 
 void ShopFigures::SortUsage() {
-    // Sorted by number first, so that what is sorted is small.
     std::vector<std::size_t> places(m_shop.Usage.size());
-    for (std::size_t place = 0; place < places.size(); ++place)
-        places[place] = place;
+    std::iota(places.begin(), places.end(), std::size_t{0});
     // Stable, since the last digits of a sum depend on the order of its terms.
     std::ranges::stable_sort(places, {}, [&](std::size_t place) { return m_shop.Usage[place].MaterialId; });
     m_uses.reserve(places.size());
@@ -168,29 +168,36 @@ void ShopFigures::SortUsage() {
     m_entered.erase(repeated.begin(), repeated.end());
 }
 
+double ShopFigures::PoundsOf(const Use& use, const ShopMaterial& material) const {
+    const ShopUse& record = m_shop.Usage[use.Place];
+    const Result<double> pounds = ConvertQuantity(record.Quantity, material.Density, record.Unit, UnitLbs);
+    return pounds ? *pounds : NotANumber;
+}
+
 void ShopFigures::PrepareMaterials() {
     m_materials.reserve(m_shop.Materials.size());
+    std::unordered_set<std::int16_t> numbers;
     for (const ShopMaterial& material : m_shop.Materials) {
         Material& prepared = m_materials.emplace_back();
         const auto numberOf = [&](const Use& use) { return m_shop.Usage[use.Place].MaterialId; };
         const auto uses = std::ranges::equal_range(m_uses, material.MaterialId, {}, numberOf);
         prepared.FirstUse = static_cast<std::size_t>(uses.begin() - m_uses.begin());
         prepared.EndOfUses = static_cast<std::size_t>(uses.end() - m_uses.begin());
+        prepared.IsFirst = numbers.insert(material.MaterialId).second;
+        // Once, and not for each month end.
+        if (prepared.IsFirst)
+            for (Use& use : uses)
+                use.Pounds = PoundsOf(use, material);
         const auto pair = m_pairs.Find(material.MaterialType, material.ApplicationMethod);
         if (!pair) continue;
         prepared.Row = m_rowOfPair[*pair];
         const HapContentRecord& row = m_shop.Types[*prepared.Row];
         const double pointValue = row.EfCoefficient * std::pow(material.HapContent, row.EfExponent);
+        prepared.PointValueWithoutFiller = pointValue;
         prepared.PointValueReport = PointValue(row, material.HapContent);
         const bool isFilled = m_classes[*prepared.Row].Kind == UseKind::Filled;
         prepared.PointValueExact = isFilled ? pointValue * (100 - material.Filler) / 100 : pointValue;
     }
-}
-
-double ShopFigures::PointValueWithoutFiller(const UsedMaterial& used) const {
-    if (m_classes[used.Row].Kind != UseKind::Filled) return used.PointValueExact;
-    const HapContentRecord& row = m_shop.Types[used.Row];
-    return row.EfCoefficient * std::pow(m_shop.Materials[used.Material].HapContent, row.EfExponent);
 }
 
 std::optional<MonthNumber> ShopFigures::NewestUse() const {
@@ -211,12 +218,9 @@ template <class Counts> std::vector<UsedMaterial> ShopFigures::UsedWhere(const C
         double pounds = 0;
         for (std::size_t use = material.FirstUse; use < material.EndOfUses; ++use)
             if (counts(m_uses[use])) {
-                const ShopUse& record = m_shop.Usage[m_uses[use].Place];
-                const Result<double> converted =
-                    ConvertQuantity(record.Quantity, m_shop.Materials[number].Density, record.Unit, UnitLbs);
-                pounds += converted ? *converted : NotANumber;
-                // Even if a later quantity would cancel it.
-                if (!std::isfinite(pounds)) pounds = NotANumber;
+                pounds +=
+                    material.IsFirst ? m_uses[use].Pounds : PoundsOf(m_uses[use], m_shop.Materials[number]);
+                if (!std::isfinite(pounds)) pounds = NotANumber; // even if a later quantity would cancel it
             }
         if (pounds <= 0) continue;
         const bool isFinite = std::isfinite(pounds);
@@ -226,7 +230,8 @@ template <class Counts> std::vector<UsedMaterial> ShopFigures::UsedWhere(const C
                         .KgReport = isFinite ? AmountInKg(pounds) : NotANumber,
                         .MgReport = isFinite ? AmountInMg(pounds) : NotANumber,
                         .PointValueReport = material.PointValueReport,
-                        .PointValueExact = material.PointValueExact});
+                        .PointValueExact = material.PointValueExact,
+                        .PointValueWithoutFiller = material.PointValueWithoutFiller});
     }
     return used;
 }
@@ -266,7 +271,7 @@ void ShopFigures::AddFilled(const std::vector<UsedMaterial>& used, MonthFigures&
         const double limit = row.EmissionLimit;
         const bool isOverInReport = !IsCompliant(CompliantRow{
             .HapContent = m_shop.Materials[material.Material].HapContent, .HapLimit = LimitOf(row)});
-        const bool isOverWithoutFiller = IsAbove(PointValueWithoutFiller(material), limit);
+        const bool isOverWithoutFiller = IsAbove(material.PointValueWithoutFiller, limit);
         const bool hasAnswer =
             std::isfinite(material.PointValueExact) && std::isfinite(limit) && std::isfinite(material.Pounds);
         figures.Filled.push_back(

@@ -12,14 +12,15 @@ namespace mact {
 
 /// A material of a window, with what it was used for and its part in the figures.
 struct UsedMaterial {
-    std::size_t Material = 0;    ///< in ShopRecords::Materials
-    std::size_t Row = 0;         ///< the first with its type and method in ShopRecords::Types
-    double Pounds = 0;           ///< added up in file order; not a number if the sum is not finite
-    double KgReport = 0;         ///< as the weighted-average report rounds it
-    double MgReport = 0;         ///< as the emission-average report rounds it
-    double PointValueReport = 0; ///< kg/Mg
-    double PointValueExact = 0;  ///< kg/Mg; with the filler of a filled resin
-    double Megagrams() const;    ///< not rounded
+    std::size_t Material = 0;           ///< in ShopRecords::Materials
+    std::size_t Row = 0;                ///< the first with its type and method in ShopRecords::Types
+    double Pounds = 0;                  ///< added up in file order; not a number if the sum is not finite
+    double KgReport = 0;                ///< as the weighted-average report rounds it
+    double MgReport = 0;                ///< as the emission-average report rounds it
+    double PointValueReport = 0;        ///< kg/Mg
+    double PointValueExact = 0;         ///< kg/Mg; with the filler of a filled resin
+    double PointValueWithoutFiller = 0; ///< kg/Mg, not rounded
+    double Megagrams() const;           ///< not rounded
 };
 
 /// "type, method", as written in the material-type table.
@@ -58,13 +59,12 @@ public:
     /// The lines of the two averaging reports, in their order.
     const std::vector<ReportLine>& Lines() const { return m_lines; }
     const UseClass& ClassOfRow(std::size_t row) const { return m_classes[row]; }
-    /// Kg/Mg, not rounded.
-    double PointValueWithoutFiller(const UsedMaterial& used) const;
 
 private:
     struct Use {
-        std::size_t Place = 0;    ///< in ShopRecords::Usage
-        MonthNumber FirstEnd = 0; ///< the month ends whose windows it is in
+        double Pounds = 0;     ///< of the first material with its number; not a number if that is not finite
+        std::size_t Place = 0; ///< in ShopRecords::Usage
+        MonthNumber FirstEnd = 0; ///< the month ends in whose windows it is
         MonthNumber LastEnd = 0;
         std::optional<MonthNumber> Month{}; ///< empty if its period is no month
     };
@@ -72,13 +72,16 @@ private:
         std::optional<std::size_t> Row{};
         std::size_t FirstUse = 0; ///< in m_uses
         std::size_t EndOfUses = 0;
+        bool IsFirst = false; ///< with its number; in a damaged file several may have it
         double PointValueReport = 0;
         double PointValueExact = 0;
+        double PointValueWithoutFiller = 0;
     };
 
-    void SortUsage();
     void PrepareLines();
+    void SortUsage();
     void PrepareMaterials();
+    double PoundsOf(const Use& use, const ShopMaterial& material) const;
     template <class Counts> std::vector<UsedMaterial> UsedWhere(const Counts& counts) const;
     int MonthsUntil(MonthNumber monthEnd) const;
     std::vector<MonthNumber> MonthsWithoutEntry(MonthNumber monthEnd) const;

@@ -56,7 +56,7 @@ public:
         m_sums.IsAverageUsed = true;
         m_sums.Emissions.Exact += used.PointValueExact * used.Megagrams();
         m_sums.Allowance.Exact += limit * used.Megagrams();
-        m_sums.EmissionsWithoutFiller += m_figures.PointValueWithoutFiller(used) * used.Megagrams();
+        m_sums.EmissionsWithoutFiller += used.PointValueWithoutFiller * used.Megagrams();
     }
 
     /// In the order of the reports, since the last digits of a sum depend on it.

@@ -22,10 +22,6 @@ namespace {
 constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double Noise = 1e-9; // of a limit: what binary fractions may be off
 
-bool IsAbove(double exact, double limit) {
-    return exact > limit + std::abs(limit) * Noise;
-}
-
 bool IsTie(double emissions, double allowance) {
     return allowance > 0 && std::abs(allowance - emissions) <= allowance * Noise;
 }
@@ -118,6 +114,10 @@ void AddPointValues(const ShopFigures& shop, const WindowSums& sums, MonthFigure
 }
 
 } // namespace
+
+bool IsAbove(double exact, double limit) {
+    return exact > limit + std::abs(limit) * Noise;
+}
 
 std::string PairName(const HapContentRecord& row) {
     return std::string(Trim(row.MaterialType)) + ", " + std::string(Trim(row.ApplicationMethod));

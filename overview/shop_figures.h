@@ -23,6 +23,9 @@ struct UsedMaterial {
     double Megagrams() const;           ///< not rounded
 };
 
+/// Whether an exact figure is above its limit, by more than binary fractions may be off.
+bool IsAbove(double exact, double limit);
+
 /// "type, method", as written in the material-type table.
 std::string PairName(const HapContentRecord& row);
 

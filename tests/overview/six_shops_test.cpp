@@ -1,3 +1,4 @@
+#include "overview/outlook.h"
 #include "overview/overview_csv.h"
 #include "overview/shop_figures.h"
 #include "tests/overview/overview_shop.h"
@@ -137,6 +138,23 @@ void ExpectAmounts(const QJsonObject& record, const ShopFigures& figures) {
     }
 }
 
+/// As in "Table 2 pigmented gel coat", "filled FR-1" and "average".
+std::string TroubleName(const FirstTrouble& trouble) {
+    if (trouble.Figure == "emissions") return "average";
+    return (trouble.Figure == "content" ? "Table 2 " : "filled ") + trouble.Item;
+}
+
+void ExpectFirstTroubles(const QJsonObject& expected, const ShopFigures& figures,
+                         const std::vector<MonthFigures>& span) {
+    std::map<std::string, std::string> troubles;
+    for (const QString& name : expected.keys())
+        troubles[name.toStdString()] = expected.value(name).toString().toStdString();
+    std::map<std::string, std::string> shown;
+    for (const FirstTrouble& trouble : FirstTroubles(figures, span))
+        shown[TroubleName(trouble)] = MonthText(trouble.Month) + " (" + StateText(trouble.Is, 12) + ')';
+    EXPECT_EQ(shown, troubles);
+}
+
 TEST(SixShopsTest, HaveTheFiguresOfExactArithmetic) {
     const QJsonArray shops = Shops();
     ASSERT_EQ(shops.size(), 6);
@@ -149,6 +167,7 @@ TEST(SixShopsTest, HaveTheFiguresOfExactArithmetic) {
         const Result<ShopRecords> records = ReadShopRecords(program.App);
         ASSERT_TRUE(records);
         const ShopFigures figures(*records);
+        std::vector<MonthFigures> span;
         for (const QJsonValue& monthEnd : In(shop, "month_ends").toArray()) {
             const QJsonObject month = monthEnd.toObject();
             SCOPED_TRACE(In(month, "month_end").toString().toStdString());
@@ -157,7 +176,9 @@ TEST(SixShopsTest, HaveTheFiguresOfExactArithmetic) {
             ExpectContents(month, ShownOf(figures, shown));
             ExpectFilled(month, ShownOf(figures, shown));
             ExpectAverage(month, ShownOf(figures, shown));
+            span.push_back(shown);
         }
+        ExpectFirstTroubles(In(shop, "first_month_of_trouble").toObject(), figures, span);
         ExpectAmounts(In(shop, "monthly_record_kg").toObject(), figures);
     }
 }

@@ -1,6 +1,7 @@
 #include "overview/shop_records.h"
 
 #include "base/files.h"
+#include "base/text.h"
 #include "materials/material_record.h"
 #include "store/record_file.h"
 #include "store/steady_reading.h"
@@ -73,7 +74,7 @@ std::vector<std::filesystem::path> ShopFiles(const DataFiles& data) {
 
 Result<ShopRecords> ReadShopRecords(const DataFiles& data) {
     return ReadSteadily(data.Files, ShopFiles(data), [&]() -> Result<ShopRecords> {
-        ShopRecords shop;
+        ShopRecords shop{.UsageName = PathText(UsageFile(data).filename())};
         const Done types = ReadTypes(data, shop.Types);
         if (!types) return types.error();
         const Done materials = ReadLiveMaterials(data, shop.Materials);

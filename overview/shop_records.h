@@ -37,6 +37,7 @@ struct ShopRecords {
     std::vector<HapContentRecord> Types{}; ///< the material-type table, in file order
     std::vector<ShopMaterial> Materials{}; ///< in file order
     std::vector<ShopUse> Usage{};          ///< in file order
+    std::string UsageName{};               ///< the usage file's name, as in 1_usage.talvor; UTF-8
 };
 
 /// Reads the records as they stood at one time. Creates no file and locks none: a missing one counts as

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "base/result.h"
+#include "overview/month_figures.h"
+#include "overview/shop_figures.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace mact {
+
+/// Opens a figure of a month end into what it was calculated from, down to the usage records. The parts are
+/// added up anew, in the order and with the roundings of the figure itself; the last child of the root is
+/// their sum.
+
+struct TraceNode {
+    std::string Text{}; ///< UTF-8, one line
+    std::vector<TraceNode> Children{};
+};
+
+/// `figures` are the shop's. `figure` and `item` (code-page text, in any letter case) as in the CSV; "months"
+/// needs no item. A Failure that says which there are if there is no such figure or item.
+Result<TraceNode> TraceFigure(const ShopFigures& shop, const MonthFigures& figures, std::string_view figure,
+                              std::string_view item);
+
+/// A line for each node, two blanks further in than the one above it, each ending with LF; UTF-8.
+std::string TraceText(const TraceNode& root);
+} // namespace mact

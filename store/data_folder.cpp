@@ -28,4 +28,7 @@ std::filesystem::path UsageFile(const DataFiles& data) {
 std::filesystem::path AdditionalNamesFile(const DataFiles& data) {
     return CompanyFile(data, AdditionalNamesSuffix);
 }
+std::filesystem::path OverviewOptionsFile(const DataFiles& data) {
+    return CompanyFile(data, OverviewOptionsSuffix);
+}
 } // namespace mact

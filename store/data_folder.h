@@ -12,11 +12,12 @@ namespace mact {
 
 inline constexpr std::string_view HapContentsName = "hapcontents.talvor";
 inline constexpr std::string_view CompaniesName = "companies.talvor";
-inline constexpr std::string_view DataFileEnding = ".talvor"; // of all of them
+inline constexpr std::string_view DataFileEnding = ".talvor"; // of all but the overview's options
 // These follow the company's number.
 inline constexpr std::string_view MaterialsSuffix = "_materials.talvor";
 inline constexpr std::string_view UsageSuffix = "_usage.talvor";
 inline constexpr std::string_view AdditionalNamesSuffix = "_additional.talvor";
+inline constexpr std::string_view OverviewOptionsSuffix = "_overview.txt";
 
 std::filesystem::path DataFolder(const AppContext& app);
 
@@ -37,4 +38,5 @@ std::filesystem::path CompaniesFile(const DataFiles& data);
 std::filesystem::path MaterialsFile(const DataFiles& data);
 std::filesystem::path UsageFile(const DataFiles& data);
 std::filesystem::path AdditionalNamesFile(const DataFiles& data);
+std::filesystem::path OverviewOptionsFile(const DataFiles& data);
 } // namespace mact

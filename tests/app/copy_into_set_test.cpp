@@ -86,6 +86,13 @@ TEST_F(CopyIntoSetTest, TakesEveryFileWithItsLength) {
     EXPECT_EQ((*files)[1].Length, 9U);
 }
 
+TEST_F(CopyIntoSetTest, TakesTheOptionsOfTheOverviewToo) {
+    WriteContent(DataFile("1_overview.txt"), "start=3/2005\r\n");
+    EXPECT_EQ(Listed(), (std::vector<std::string>{"1_overview.txt", "1_usage.talvor", "companies.talvor"}));
+    EXPECT_EQ(Copy(), std::vector<std::string>{});
+    EXPECT_EQ(ContentOf(Set / "1_overview.txt"), "start=3/2005\r\n");
+}
+
 TEST_F(CopyIntoSetTest, LeavesOutFoldersAndTemporaryFiles) {
     std::filesystem::create_directory(DataFile("folder"));
     WriteContent(DataFile("companies.talvor.mact.tmp"), "temporary");

@@ -105,6 +105,13 @@ TEST_F(DataCheckTest, GoodFilesHaveNoFindings) {
     EXPECT_TRUE(Prompts.Shown.empty());
 }
 
+TEST_F(DataCheckTest, TheOptionsOfTheOverviewAreNoFinding) {
+    WriteGoodFiles();
+    WriteContent(DataFile("1_overview.txt"), "start=3/2005\r\n");
+    EXPECT_EQ(Check(), Lines{});
+    EXPECT_TRUE(Prompts.Shown.empty());
+}
+
 TEST_F(DataCheckTest, AMissingFolderIsAFindingAndIsNotCreated) {
     std::filesystem::remove_all(App.ProgramFolder);
     EXPECT_EQ(Check(),

@@ -1,0 +1,401 @@
+#include "overview/half_year_page.h"
+
+#include "base/text.h"
+#include "overview/overview_csv.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+namespace mact {
+namespace {
+
+using SixMonths = std::array<MonthFigures, MonthsOfHalfYear>;
+
+/// What a table shows at one month end. All texts are UTF-8.
+struct Cell {
+    std::string Report{};
+    std::string Exact{};
+    std::string State{};
+    Verdict Judged{};
+};
+/// A row of a table: one figure at the six month ends.
+struct FigureRow {
+    std::string Label{}; ///< UTF-8
+    std::string Limit{};
+    std::array<Cell, MonthsOfHalfYear> Cells{};
+};
+
+/// The operation of each row of Table 2.
+constexpr std::array<std::size_t, TableTwoRows.size()> OperationOfRow = {0, 0, 1, 2, 3, 3, 4};
+
+std::string Capitalized(std::string_view text) {
+    return UpperCase(text.substr(0, 1)) + std::string(text.substr(1));
+}
+
+std::string_view OptionName(const std::optional<OperationOption>& option) {
+    if (!option) return "none chosen";
+    switch (*option) {
+    case OperationOption::Average:
+        return "emission average";
+    case OperationOption::TableTwo:
+        return "weighted content by Table 2";
+    case OperationOption::Filled:
+        return "filled resin";
+    case OperationOption::Closed:
+        return "closed molding";
+    case OperationOption::NotUsed:
+        break;
+    }
+    return "not used";
+}
+
+std::string VerdictText(const Verdict& judged, int months) {
+    std::string text = StateText(judged.Is, months);
+    if (judged.Why != Cause::None) AppendAll(text, " (", CauseText(judged.Why), ")");
+    return text;
+}
+
+std::string CellHtml(const Cell& cell) {
+    std::string html = "<td class=\"number\">" + HtmlText(cell.Report);
+    if (!cell.Exact.empty()) AppendAll(html, "<small>", HtmlText(cell.Exact), "</small>");
+    const std::string_view look = cell.Judged.Is == State::Over      ? "over"
+                                  : cell.Judged.Is == State::Differs ? "differs"
+                                                                     : "other";
+    if (!cell.State.empty()) AppendAll(html, "<span class=\"", look, "\">", HtmlText(cell.State), "</span>");
+    return html + "</td>";
+}
+
+std::string MonthsHead(const std::vector<MonthNumber>& months) {
+    std::string html;
+    for (const MonthNumber month : months)
+        AppendAll(html, "<th scope=\"col\" class=\"number\">", ShortMonthName(month), "</th>");
+    return html + "</tr></thead>\r\n<tbody>\r\n";
+}
+
+std::string TableHtml(const std::vector<FigureRow>& rows, HalfYear half) {
+    const auto months = MonthEndsOf(half);
+    std::string html =
+        "<table class=\"figures\">\r\n<thead><tr><th scope=\"col\" class=\"label\">Twelve months ending</th>"
+        "<th scope=\"col\">Limit</th>" +
+        MonthsHead({months.begin(), months.end()});
+    for (const FigureRow& row : rows) {
+        AppendAll(html, "<tr><th scope=\"row\">", HtmlText(row.Label), "</th><td>", HtmlText(row.Limit),
+                  "</td>");
+        for (const Cell& cell : row.Cells)
+            html += CellHtml(cell);
+        html += "</tr>\r\n";
+    }
+    return html + "</tbody></table>\r\n";
+}
+
+/// Rows by what they stand for, in its order.
+template <class Key> using RowsBy = std::map<Key, FigureRow>;
+
+/// The cell of a month end. A new row says "not used" until a month end is filled in.
+template <class Key>
+Cell& CellOf(RowsBy<Key>& rows, const Key& key, const FigureRow& made, std::size_t month) {
+    const auto [row, isNew] = rows.try_emplace(key, made);
+    if (isNew)
+        for (Cell& cell : row->second.Cells)
+            cell.State = StateText(State::NotUsed, 0);
+    return row->second.Cells[month];
+}
+
+template <class Key> void Append(std::vector<FigureRow>& rows, RowsBy<Key> added) {
+    for (auto& row : added)
+        rows.push_back(std::move(row.second));
+}
+
+/// Which figures of a month end belong in a table: those of an operation, or of what a user added.
+using OfOperation = std::optional<std::size_t>;
+
+OfOperation OperationOf(const ContentFigure& content) {
+    return content.Row ? OfOperation(OperationOfRow[*content.Row]) : std::nullopt;
+}
+OfOperation OperationOf(const PointValueFigure& value) {
+    const auto* const found = std::ranges::find(Operations, std::string_view(value.Item));
+    if (found == Operations.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - Operations.begin());
+}
+OfOperation OperationOf(const FilledFigure& filled, const ShopFigures& shop) {
+    const auto row = shop.RowOf(filled.Material);
+    return row ? shop.ClassOfRow(*row).Operation : std::nullopt;
+}
+
+std::string NameOfMaterial(const ShopFigures& shop, std::size_t material) {
+    return Utf8FromCodePage(Trim(shop.Shop().Materials[material].CustomId));
+}
+
+RowsBy<std::size_t> ContentRows(const SixMonths& six, OfOperation operation) {
+    RowsBy<std::size_t> rows; // Table 2's first
+    for (std::size_t month = 0; month < six.size(); ++month)
+        for (const ContentFigure& content : six[month].Contents) {
+            if (OperationOf(content) != operation) continue;
+            const std::size_t place =
+                content.Row ? *content.Row : TableTwoRows.size() + content.Pair.value_or(0);
+            CellOf(rows, place,
+                   {.Label = "Content of " + Utf8FromCodePage(content.Item) + ", %",
+                    .Limit = content.Limit ? ReportText(*content.Limit) + " %" : "none"},
+                   month) = {.Report = ReportText(content.Content.Report),
+                             .Exact = ExactText(content.Content.Exact),
+                             .State = VerdictText(content.Judged, six[month].Months),
+                             .Judged = content.Judged};
+        }
+    return rows;
+}
+
+RowsBy<std::size_t> FilledRows(const ShopFigures& shop, const SixMonths& six, OfOperation operation) {
+    RowsBy<std::size_t> rows; // by material
+    for (std::size_t month = 0; month < six.size(); ++month)
+        for (const FilledFigure& filled : six[month].Filled) {
+            if (OperationOf(filled, shop) != operation) continue;
+            CellOf(
+                rows, filled.Material,
+                {.Label = "Point value of filled resin " + NameOfMaterial(shop, filled.Material) + ", kg/Mg",
+                 .Limit = ReportText(filled.Limit) + " kg/Mg"},
+                month) = {.Exact = ExactText(filled.PointValue),
+                          .State = VerdictText(filled.Judged, six[month].Months),
+                          .Judged = filled.Judged};
+        }
+    return rows;
+}
+
+RowsBy<std::string> PointValueRows(const SixMonths& six, OfOperation operation) {
+    RowsBy<std::string> rows;
+    for (std::size_t month = 0; month < six.size(); ++month)
+        for (const PointValueFigure& value : six[month].PointValues) {
+            if (OperationOf(value) != operation) continue;
+            CellOf(rows, value.Item,
+                   {.Label = "Point value of " + Utf8FromCodePage(value.Item) + ", kg/Mg",
+                    .Limit = ReportText(value.Limit) + " kg/Mg"},
+                   month) = {.Report = value.Report ? ReportText(*value.Report) : std::string(),
+                             .Exact = ExactText(value.Exact)};
+        }
+    return rows;
+}
+
+std::vector<FigureRow> RowsOf(const ShopFigures& shop, const SixMonths& six, OfOperation operation) {
+    std::vector<FigureRow> rows;
+    Append(rows, ContentRows(six, operation));
+    Append(rows, FilledRows(shop, six, operation));
+    Append(rows, PointValueRows(six, operation));
+    return rows;
+}
+
+std::string OperationsHtml(const PackSource& source, const ShopFigures& shop, const SixMonths& six,
+                           HalfYear half) {
+    std::string html =
+        "<h2>Operations</h2>\r\n<p>In each cell the figure of the reports stands first, below it the "
+        "one that is not rounded on the way.</p>\r\n";
+    for (std::size_t operation = 0; operation < Operations.size(); ++operation) {
+        const std::vector<FigureRow> rows = RowsOf(shop, six, operation);
+        const auto& option = source.Options.OptionOf[operation];
+        AppendAll(html, "<h3>", Capitalized(Operations[operation]),
+                  "</h3>\r\n<p>Option: ", OptionName(option), ".");
+        if (rows.empty()) html += " No use is recorded for these month ends.";
+        if (!rows.empty() && option == OperationOption::NotUsed) html += " Use is recorded all the same.";
+        html += "</p>\r\n";
+        if (!rows.empty()) html += TableHtml(rows, half);
+    }
+    const std::vector<FigureRow> added = RowsOf(shop, six, {});
+    if (!added.empty())
+        AppendAll(html, "<h3>Types added to the table</h3>\r\n<p>Judged by the table's own limits.</p>\r\n",
+                  TableHtml(added, half));
+    return html;
+}
+
+std::string AverageHtml(const SixMonths& six, HalfYear half) {
+    std::vector<FigureRow> rows{
+        {.Label = "Emissions, kg", .Limit = "allowance"},
+        {.Label = "Allowance, kg"                       },
+        {.Label = "Headroom, kg"},
+        {.Label = "Headroom, % of the allowance"                       }
+    };
+    for (std::size_t month = 0; month < six.size(); ++month) {
+        const AverageFigures& average = six[month].Average;
+        const Figure headroom = average.Headroom();
+        const Figure percent = average.HeadroomPercent();
+        rows[0].Cells[month] = {.Report = RoundedText(average.Emissions.Report),
+                                .Exact = ExactText(average.Emissions.Exact),
+                                .State = VerdictText(average.Judged, six[month].Months),
+                                .Judged = average.Judged};
+        rows[1].Cells[month] = {.Report = RoundedText(average.Allowance.Report),
+                                .Exact = ExactText(average.Allowance.Exact)};
+        rows[2].Cells[month] = {.Report = ReportText(headroom.Report), .Exact = ExactText(headroom.Exact)};
+        rows[3].Cells[month] = {.Report = ReportText(percent.Report), .Exact = ExactText(percent.Exact)};
+    }
+    return "<h2>Emission average of all operations</h2>\r\n" + TableHtml(rows, half);
+}
+
+std::string MonthsHtml(const SixMonths& six, HalfYear half) {
+    FigureRow count{.Label = "Months since the start month", .Limit = ReportText(WindowMonths)};
+    FigureRow without{.Label = "Months without any entry"};
+    for (std::size_t month = 0; month < six.size(); ++month) {
+        count.Cells[month].Report = ReportText(six[month].Months);
+        for (const MonthNumber each : six[month].WithoutEntry)
+            AppendAll(without.Cells[month].Report, without.Cells[month].Report.empty() ? "" : ", ",
+                      MonthText(each));
+    }
+    return "<h2>Months</h2>\r\n<p>A month without entry is not taken for one without use.</p>\r\n" +
+           TableHtml({count, without}, half);
+}
+
+/// Kg used of a material in the windows of the six month ends; empty where the figure is not in trouble.
+using KgOfMonths = std::array<std::optional<double>, MonthsOfHalfYear>;
+
+/// A figure that is over or differs at some month end.
+struct Trouble {
+    std::string Title{};                           ///< UTF-8
+    std::vector<std::size_t> Months{};             ///< of the six
+    std::vector<std::string> States{};             ///< of these
+    std::map<std::size_t, KgOfMonths> Materials{}; ///< in file order
+};
+/// The kinds of figures, in the order of the page, and a number among their kind.
+enum class TroubleKind { Content, Filled, Average };
+using TroubleKey = std::pair<TroubleKind, std::size_t>;
+using Troubles = std::map<TroubleKey, Trouble>;
+
+constexpr TroubleKey OfAverage{TroubleKind::Average, 0};
+
+/// A user's own pairs come after the rows of Table 2.
+TroubleKey KeyOfContent(std::optional<std::size_t> row, std::size_t pair) {
+    return {TroubleKind::Content, row ? *row : TableTwoRows.size() + pair};
+}
+
+void NoteTrouble(Troubles& troubles, TroubleKey key, std::string title, const Verdict& judged,
+                 std::size_t month) {
+    if (judged.Is != State::Over && judged.Is != State::Differs) return;
+    Trouble& trouble = troubles[key];
+    trouble.Title = std::move(title);
+    trouble.Months.push_back(month);
+    trouble.States.push_back(VerdictText(judged, WindowMonths));
+}
+
+/// If the figure is in trouble at the month end, the material is among those listed.
+void NoteMaterial(Troubles& troubles, TroubleKey key, const UsedMaterial& used, std::size_t month) {
+    const auto trouble = troubles.find(key);
+    if (trouble == troubles.end() || trouble->second.Months.back() != month) return;
+    trouble->second.Materials[used.Material][month] = used.KgReport;
+}
+
+void NoteTroubles(const ShopFigures& shop, const MonthFigures& figures, std::size_t month,
+                  Troubles& troubles) {
+    for (const ContentFigure& content : figures.Contents)
+        NoteTrouble(troubles, KeyOfContent(content.Row, content.Pair.value_or(0)),
+                    "Content of " + Utf8FromCodePage(content.Item), content.Judged, month);
+    for (const FilledFigure& filled : figures.Filled)
+        NoteTrouble(troubles, {TroubleKind::Filled, filled.Material},
+                    "Filled resin " + NameOfMaterial(shop, filled.Material), filled.Judged, month);
+    NoteTrouble(troubles, OfAverage, "Emission average of all operations", figures.Average.Judged, month);
+    if (troubles.empty()) return;
+    for (const UsedMaterial& used : shop.UsedInWindow(figures.MonthEnd)) {
+        const UseClass& its = shop.ClassOfRow(used.Row);
+        if (its.Kind == UseKind::ClosedMolding) continue;
+        NoteMaterial(troubles, OfAverage, used, month);
+        const bool isFilled = its.Kind == UseKind::Filled;
+        NoteMaterial(troubles,
+                     isFilled ? TroubleKey{TroubleKind::Filled, used.Material}
+                              : KeyOfContent(its.Row, used.Row),
+                     used, month);
+    }
+}
+
+std::string MaterialRowHtml(const ShopFigures& shop, std::size_t number, const KgOfMonths& kg,
+                            const std::vector<std::size_t>& months) {
+    const ShopMaterial& material = shop.Shop().Materials[number];
+    std::string html = "<tr><th scope=\"row\">" + HtmlOfCodePage(material.CustomId) + "</th><td>";
+    AppendAll(html, HtmlOfCodePage(material.MaterialType), ", ", HtmlOfCodePage(material.ApplicationMethod),
+              "</td><td class=\"number\">", ReportText(material.HapContent), "</td>");
+    for (const std::size_t month : months)
+        AppendAll(html, "<td class=\"number\">", kg[month] ? ReportText(*kg[month]) : std::string(), "</td>");
+    return html + "</tr>\r\n";
+}
+
+std::string TroubleHtml(const ShopFigures& shop, const Trouble& trouble, HalfYear half) {
+    const auto monthEnds = MonthEndsOf(half);
+    std::string html = "<h3>" + HtmlText(trouble.Title) + "</h3>\r\n<p>";
+    std::vector<MonthNumber> shown;
+    for (std::size_t index = 0; index < trouble.Months.size(); ++index) {
+        shown.push_back(monthEnds[trouble.Months[index]]);
+        AppendAll(html, index == 0 ? "" : "; ", ShortMonthName(shown.back()), ": ",
+                  HtmlText(trouble.States[index]));
+    }
+    AppendAll(
+        html,
+        ". Kilograms used in the twelve months ending:</p>\r\n<table>\r\n<thead><tr><th scope=\"col\">"
+        "Material</th><th scope=\"col\">Type and method</th><th scope=\"col\" class=\"number\">Content, %"
+        "</th>",
+        MonthsHead(shown));
+    for (const auto& [number, kg] : trouble.Materials)
+        html += MaterialRowHtml(shop, number, kg, trouble.Months);
+    return html + "</tbody></table>\r\n";
+}
+
+std::string BlankLines(int count) {
+    std::string html;
+    for (int line = 0; line < count; ++line)
+        html += "<div class=\"line\"></div>\r\n";
+    return html;
+}
+
+std::string DeviationsHtml(const ShopFigures& shop, const SixMonths& six, HalfYear half) {
+    Troubles troubles;
+    for (std::size_t month = 0; month < six.size(); ++month)
+        NoteTroubles(shop, six[month], month, troubles);
+    std::string html = "<h2>Deviations</h2>\r\n";
+    html += troubles.empty() ? "<p>No figure above is \"over\" or \"differs\".</p>\r\n"
+                             : "<p>The materials of every figure above that is \"over\" or "
+                               "\"differs\".</p>\r\n";
+    for (const auto& [key, trouble] : troubles)
+        html += TroubleHtml(shop, trouble, half);
+    if (!troubles.empty()) html += "<p>Cause, and what was done:</p>\r\n";
+    return html + BlankLines(4);
+}
+
+std::string HeadHtml(const PackSource& source, HalfYear half) {
+    const std::string name = Utf8FromCodePage(Trim(source.CompanyName));
+    const std::string period = HalfYearText(half);
+    std::string html = PageStart("Half-year pack, " + period + (name.empty() ? "" : ", " + name));
+    AppendAll(html, "<header>\r\n<h1>Half-year pack, ", period, "</h1>\r\n<p><b>", HtmlText(name), "</b><br>",
+              HtmlOfCodePage(source.CompanyLocation), "</p>\r\n");
+    if (source.Options.Address.empty())
+        html += "<div class=\"field\">Address<span></span></div>\r\n";
+    else
+        AppendAll(html, "<p>Address: ", HtmlText(source.Options.Address), "</p>\r\n");
+    AppendAll(html, "<p>Due 60 days after the half year, on <b>", DueDateText(half),
+              "</b>, unless your permit sets another date.</p>\r\n</header>\r\n");
+    return html;
+}
+
+std::string CertificationHtml() {
+    std::string html = "<h2>Certification</h2>\r\n<p>For the responsible official's own statement; this page "
+                       "makes none.</p>\r\n" +
+                       BlankLines(3);
+    for (const std::string_view field : {"Name and title", "Signature", "Date"})
+        AppendAll(html, "<div class=\"field\">", field, "<span></span></div>\r\n");
+    return html;
+}
+
+std::string FilesHtml(const PackSource& source) {
+    std::string html = "<h2>Data files</h2>\r\n<p>What the figures were calculated from.</p>\r\n"
+                       "<table>\r\n<thead><tr><th scope=\"col\">File</th><th scope=\"col\">SHA-256</th>"
+                       "</tr></thead>\r\n<tbody>\r\n";
+    for (const HashedFile& file : source.Files)
+        AppendAll(html, "<tr><th scope=\"row\">", HtmlText(file.Name), "</th><td class=\"digest\">",
+                  file.Digest.value_or("no such file"), "</td></tr>\r\n");
+    return html + "</tbody></table>\r\n";
+}
+
+} // namespace
+
+std::string PackPage(const PackSource& source, const ShopFigures& figures, HalfYear half) {
+    SixMonths six;
+    std::ranges::transform(MonthEndsOf(half), six.begin(),
+                           [&](MonthNumber monthEnd) { return figures.At(monthEnd); });
+    return HeadHtml(source, half) + MonthsHtml(six, half) + OperationsHtml(source, figures, six, half) +
+           AverageHtml(six, half) + DeviationsHtml(figures, six, half) +
+           "<h2>Changes in the process</h2>\r\n" + BlankLines(4) + CertificationHtml() + FilesHtml(source) +
+           PageEnd();
+}
+} // namespace mact

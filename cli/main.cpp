@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/console_services.h"
 #include "cli/overview_commands.h"
+#include "overview/half_year.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_settings.h"
@@ -47,6 +48,12 @@ struct CommandLine {
     bool AnswersYes = false;
     OverviewSpan Span{};
     bool IsCsv = false;
+    bool IsAll = false;
+    bool IsJson = false;
+    std::string MonthEnd{};
+    std::string Figure{};
+    std::string Item{};
+    std::string HalfYear{};
     std::vector<std::string> PollutantNames{};
 };
 
@@ -122,6 +129,35 @@ void AddOverviewCommand(CLI::App& parser, CommandLine& asked) {
     overview.add_flag("--csv", asked.IsCsv, "Print comma-separated values");
 }
 
+void AddStatusCommand(CLI::App& parser, CommandLine& asked) {
+    CLI::App& status =
+        AddCommand(parser, asked, "status", "Print in a line where the company stands",
+                   [&](AppContext& app) { return PrintStatus(app, asked.IsAll, asked.IsJson); });
+    status.add_flag("--all", asked.IsAll, "All companies, worst first");
+    status.add_flag("--json", asked.IsJson, "Print JSON");
+}
+
+void AddTraceCommand(CLI::App& parser, CommandLine& asked) {
+    CLI::App& trace = AddCommand(
+        parser, asked, "trace", "Print what a figure of a month end was calculated from",
+        [&](AppContext& app) { return PrintTrace(app, asked.MonthEnd, asked.Figure, asked.Item); });
+    trace.add_option("MONTH", asked.MonthEnd, "The month end, M/YYYY")->required()->check(CheckMonth);
+    trace.add_option("FIGURE", asked.Figure, "The figure, as in overview --csv")->required();
+    trace.add_option("ITEM", asked.Item, "Its item, as in overview --csv");
+}
+
+void AddHalfYearCommand(CLI::App& parser, CommandLine& asked) {
+    CLI::App& pack =
+        AddCommand(parser, asked, "half-year", "Write the half-year pack and print its paths",
+                   [&](AppContext& app) { return WriteHalfYear(app, asked.HalfYear, asked.AnswersYes); });
+    pack.add_option("HALF", asked.HalfYear, "1/2005 is January to June 2005, 2/2005 July to December")
+        ->required()
+        ->check([](const std::string& text) {
+            return ParseHalfYear(text) ? std::string{} : "\"" + text + "\" is not 1/YYYY or 2/YYYY";
+        });
+    pack.add_flag("--yes", asked.AnswersYes, "Replace a pack that is there");
+}
+
 void AddReportCommand(CLI::App& parser, CommandLine& asked) {
     CLI::App& report =
         AddCommand(parser, asked, "report", "Write a report and print its path",
@@ -170,6 +206,9 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
                        TransferModule::Usage);
     AddReportCommand(parser, asked);
     AddOverviewCommand(parser, asked);
+    AddStatusCommand(parser, asked);
+    AddTraceCommand(parser, asked);
+    AddHalfYearCommand(parser, asked);
     AddCheckCommand(parser, asked);
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
                BackUp);

@@ -2,9 +2,14 @@
 
 #include "base/text.h"
 #include "cli/refusals.h"
+#include "overview/company_status.h"
+#include "overview/half_year.h"
 #include "overview/overview_csv.h"
+#include "overview/overview_options.h"
 #include "overview/shop_figures.h"
+#include "overview/trace.h"
 #include "reports/report_period.h"
+#include "store/companies.h"
 
 #include <algorithm>
 #include <array>
@@ -68,13 +73,24 @@ void PrintTable(const std::vector<Row>& rows) {
     }
 }
 
+/// What of the user's options was not understood is told, and is no failure.
+Result<OverviewOptions> ReadOptions(const DataFiles& data) {
+    Result<OverviewOptions> options = ReadOverviewOptions(data);
+    if (options)
+        for (const std::string& sentence : options->NotUnderstood)
+            std::cerr << Printable(sentence) << '\n';
+    return options;
+}
+
 } // namespace
 
 ExitStatus PrintOverview(AppContext& app, const OverviewSpan& span, bool isCsv) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    const Result<OverviewOptions> options = ReadOptions(app);
+    if (!options) return Fail(app, options.error());
     const Result<ShopRecords> records = ReadShopRecords(app);
     if (!records) return Fail(app, records.error());
-    const ShopFigures shop(*records);
+    const ShopFigures shop(*records, options->Start);
     const std::optional<MonthEnds> monthEnds = MonthEndsOf(span, shop.NewestUse());
     if (monthEnds && monthEnds->First > monthEnds->Last) {
         std::cerr << "mact-cli: the months from " << MonthText(monthEnds->First) << " to "
@@ -94,6 +110,60 @@ ExitStatus PrintOverview(AppContext& app, const OverviewSpan& span, bool isCsv) 
                   << LongMonthName(monthEnd) << '\n';
         PrintTable(TableOf(shop, figures));
     }
+    return StatusDone;
+}
+
+ExitStatus PrintStatus(AppContext& app, bool isAll, bool isJson) {
+    std::vector<CompanyRecord> companies;
+    if (isAll) {
+        Result<std::vector<CompanyRecord>> found = ReadCompanies(app);
+        if (!found) return Fail(app, found.error());
+        companies = std::move(*found);
+    } else {
+        if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+        companies.push_back({.CompanyId = app.CurrentCompanyId, .CompanyName = app.CurrentCompanyName});
+    }
+    std::vector<CompanyStatus> statuses;
+    for (const CompanyRecord& company : companies) {
+        const DataFiles data(app.Files, DataFolder(app), company.CompanyId);
+        Result<CompanyStatus> status = ReadCompanyStatus(data, company.CompanyName);
+        if (status)
+            statuses.push_back(std::move(*status));
+        else
+            ShowError(app, status.error()); // and the others are told all the same
+    }
+    SortWorstFirst(statuses);
+    if (isJson) std::cout << StatusJson(statuses);
+    ExitStatus worst = statuses.empty() ? StatusUnknown : StatusDone;
+    for (const CompanyStatus& status : statuses) {
+        if (!isJson) std::cout << StatusLine(status) << '\n';
+        const Standing standing = StandingOf(status);
+        if (standing == Standing::Trouble) worst = StatusTrouble;
+        if (standing == Standing::Unknown && worst == StatusDone) worst = StatusUnknown;
+    }
+    return worst;
+}
+
+ExitStatus PrintTrace(AppContext& app, const std::string& monthEnd, const std::string& figure,
+                      const std::string& item) {
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    const Result<OverviewOptions> options = ReadOptions(app);
+    if (!options) return Fail(app, options.error());
+    const Result<ShopRecords> records = ReadShopRecords(app);
+    if (!records) return Fail(app, records.error());
+    const ShopFigures shop(*records, options->Start);
+    const MonthFigures figures = shop.At(*MonthOfText(monthEnd)); // the parser has accepted it
+    const Result<TraceNode> trace = TraceFigure(shop, figures, figure, CodePageFromUtf8(item));
+    if (!trace) return Fail(app, trace.error());
+    std::cout << TraceText(*trace);
+    return StatusDone;
+}
+
+ExitStatus WriteHalfYear(AppContext& app, const std::string& halfYear, bool mayReplace) {
+    if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    const Result<PackFiles> pack = WritePack(app, *ParseHalfYear(halfYear), mayReplace);
+    if (!pack) return Fail(app, pack.error());
+    std::cout << PathText(pack->Page) << '\n' << PathText(pack->Csv) << '\n';
     return StatusDone;
 }
 } // namespace mact

@@ -19,8 +19,8 @@ constexpr int RegularMonths = 6;             // of the window: a material that i
 constexpr std::size_t LeastMedianMonths = 3; // fewer say nothing of what is usual
 constexpr double UnusualFactor = 5;
 constexpr double LeastDensity = 7; // lb/gal
-constexpr double MostDensity = 16;
-constexpr double Noise = 1e-9; // what binary fractions may be off
+constexpr double MostDensity = 16; // as in the texts
+constexpr double Noise = 1e-9;     // what binary fractions may be off
 
 /// A place in a list, or none: places are counted from 1.
 using PlaceOrNone = std::size_t;
@@ -83,6 +83,13 @@ std::string_view WhatIsWrongWithDensity(double density) {
     return {};
 }
 
+/// As in "its density 5 is outside".
+std::string Of(std::string_view what, double number, std::string_view verdict) {
+    std::string text(what);
+    AppendAll(text, NumberText(number), " ", verdict);
+    return text;
+}
+
 class Search {
 public:
     Search(const ShopFigures& figures, MonthNumber monthEnd, std::int16_t companyId)
@@ -112,6 +119,7 @@ private:
         const auto row = m_figures.RowOf(place);
         return row ? &m_figures.ClassOfRow(*row) : nullptr;
     }
+    bool IsUsed(std::size_t place) const { return m_numbers[m_shop.Materials[place].MaterialId].IsUsed; }
     bool IsClosed(std::size_t place) const {
         const UseClass* const its = ClassOfMaterial(place);
         return its && its->Kind == UseKind::ClosedMolding;
@@ -205,7 +213,6 @@ private:
         LookAtSum(place, facts);
         LookAtFactor(place);
         LookAtDescription(place);
-        NoteClosedMolding(place, its);
     }
 
     void DistrustNumber(std::size_t place, PlaceOrNone other) {
@@ -217,43 +224,40 @@ private:
 
     void LookAtDensity(std::size_t place, bool isUsedInMgal) {
         const double density = m_shop.Materials[place].Density;
-        const std::string text = "its density " + NumberText(density) + ' ';
         const std::string_view wrong = WhatIsWrongWithDensity(density);
-        if (isUsedInMgal && !wrong.empty()) {
-            Distrust(place, text + std::string(wrong));
-        } else if (!(LeastDensity <= density && density <= MostDensity)) {
-            Look(place, text + "is outside " + NumberText(LeastDensity) + " to " + NumberText(MostDensity) +
-                            " lb/gal: " +
-                            (isUsedInMgal ? "its pounds follow from it"
-                                          : "no figure of these months needs it, since its use is in lbs"));
-        }
+        if (isUsedInMgal && !wrong.empty())
+            Distrust(place, Of("its density ", density, wrong));
+        else if (!(LeastDensity <= density && density <= MostDensity))
+            Look(place, Of("its density ", density,
+                           isUsedInMgal ? "is outside 7 to 16 lb/gal: its pounds follow from it"
+                                        : "is outside 7 to 16 lb/gal: no figure of these months needs it, "
+                                          "since its use is in lbs"));
     }
 
     void LookAtContent(std::size_t place, const UseClass* its) {
         if (its && its->Kind == UseKind::ClosedMolding) return;
         const double content = m_shop.Materials[place].HapContent;
-        const std::string text = "its HAP content " + NumberText(content) + ' ';
         const std::string_view wrong = WhatIsWrongWithContent(content);
-        if (!wrong.empty()) Distrust(place, text + std::string(wrong), Reach::AllButAmounts);
+        if (!wrong.empty()) Distrust(place, Of("its HAP content ", content, wrong), Reach::AllButAmounts);
         if (!its || !its->IsVacuumBagging || !its->Row) return;
         const TableTwoRow& row = TableTwoRows[*its->Row];
         if (content > row.HapLimit)
-            Look(place, text + "is above " + NumberText(row.HapLimit) + ", the limit of Table 2 for " +
-                            std::string(row.Name) + "; limits for vacuum bagging are not in Table 2");
+            Look(place, Of("its HAP content ", content,
+                           "is above " + NumberText(row.HapLimit) + ", the limit of Table 2 for " +
+                               std::string(row.Name) + "; limits for vacuum bagging are not in Table 2"));
     }
 
     void LookAtFiller(std::size_t place, const UseClass* its) {
         if (!its || its->Kind != UseKind::Filled) return;
         const double filler = m_shop.Materials[place].Filler;
-        const std::string text = "its filler " + NumberText(filler) + ' ';
         const std::string_view wrong = WhatIsWrongWithFiller(filler);
         if (!wrong.empty())
-            Distrust(place, text + std::string(wrong), Reach::AllButAmounts);
+            Distrust(place, Of("its filler ", filler, wrong), Reach::AllButAmounts);
         else if (filler == 0)
             Look(place, "it is a filled resin with filler 0, as an import leaves it: the exact figures take "
                         "it as neat");
         else
-            Look(place, text + "lowers the exact figures, but no report applies it");
+            Look(place, Of("its filler ", filler, "lowers the exact figures, but no report applies it"));
     }
 
     /// What comes of all its use in the window.
@@ -298,29 +302,30 @@ private:
         }
     }
 
-    void NoteClosedMolding(std::size_t place, const UseClass* its) {
-        if (its && its->Kind == UseKind::ClosedMolding) {
-            if (!m_firstClosed) m_firstClosed = place;
-            return;
-        }
-        if (m_hasCoat) return;
+    bool IsCoat(std::size_t place) const {
         const ShopMaterial& material = m_shop.Materials[place];
         const std::string type = UpperCase(material.MaterialType);
-        m_hasCoat = type.find("GEL") != std::string::npos || type.find("SKIN COAT") != std::string::npos ||
-                    UpperCase(material.Description).find("SKIN COAT") != std::string::npos;
+        return type.find("GEL") != std::string::npos || type.find("SKIN COAT") != std::string::npos ||
+               UpperCase(material.Description).find("SKIN COAT") != std::string::npos;
     }
 
     void LookAtClosedMolding() {
-        if (m_firstClosed && !m_hasCoat)
-            Look(*m_firstClosed, "closed molding is used, but no gel coat or skin coat in twelve months: if "
-                                 "there is any, its use is missing from the figures");
+        std::optional<std::size_t> firstClosed;
+        for (std::size_t place = 0; place < m_shop.Materials.size() && !firstClosed; ++place)
+            if (IsUsed(place) && IsClosed(place)) firstClosed = place;
+        if (!firstClosed) return;
+        for (std::size_t place = 0; place < m_shop.Materials.size(); ++place)
+            if (IsUsed(place) && !IsClosed(place) && IsCoat(place)) return;
+        Look(*firstClosed, "closed molding is used, but no gel coat or skin coat in twelve months: if there "
+                           "is any, its use is missing from the figures");
     }
 
     /// The material's use by month in the whole file, ascending. Notes those in the window that share a
     /// month.
-    std::vector<MonthUse> UseByMonth(std::size_t material) {
+    const std::vector<MonthUse>& UseByMonth(std::size_t material) {
         const ShopMaterial& record = m_shop.Materials[material];
-        std::vector<MonthUse> uses;
+        std::vector<MonthUse>& uses = m_monthUses;
+        uses.clear();
         for (PlaceOrNone next = m_numbers[record.MaterialId].FirstUse; next;
              next = m_uses[next - 1].NextOfMaterial) {
             const std::size_t use = next - 1;
@@ -330,36 +335,37 @@ private:
             uses.push_back({.Month = *m_uses[use].Month, .Use = use, .Pounds = pounds ? *pounds : 0});
         }
         std::ranges::stable_sort(uses, {}, &MonthUse::Month);
-        std::vector<MonthUse> months;
+        std::size_t months = 0;
         for (const MonthUse& use : uses) {
-            if (months.empty() || months.back().Month != use.Month) {
-                months.push_back(use);
+            if (months == 0 || uses[months - 1].Month != use.Month) {
+                uses[months++] = use;
                 continue;
             }
-            months.back().Pounds += use.Pounds;
-            m_uses[use.Use].EarlierOfMonth = months.back().Use + 1;
+            uses[months - 1].Pounds += use.Pounds;
+            m_uses[use.Use].EarlierOfMonth = uses[months - 1].Use + 1;
         }
-        return months;
+        uses.resize(months);
+        return uses;
     }
 
     void LookAtMonthsOf(std::size_t material) {
-        const std::vector<MonthUse> months = UseByMonth(material);
+        const std::vector<MonthUse>& months = UseByMonth(material);
         int usedMonths = 0;
         bool isInLastMonth = false;
-        std::vector<double> amounts;
+        m_amounts.clear();
         for (const MonthUse& month : months) {
             if (month.Month == m_monthEnd) isInLastMonth = true;
             if (!(month.Pounds > 0) || !std::isfinite(month.Pounds)) continue;
-            amounts.push_back(month.Pounds);
+            m_amounts.push_back(month.Pounds);
             if (IsInWindow(month.Month)) ++usedMonths;
         }
         // A quantity of 0 is an answer too.
         if (usedMonths >= RegularMonths && !isInLastMonth)
             Look(material, "it was used in " + WholeNumberText(usedMonths) +
                                " of the twelve months, but has no entry for " + MonthText(m_monthEnd));
-        if (amounts.size() < LeastMedianMonths) return;
-        const std::size_t count = amounts.size();
-        const double median = Median(amounts);
+        const std::size_t count = m_amounts.size();
+        if (count < LeastMedianMonths) return;
+        const double median = Median(m_amounts);
         for (const MonthUse& month : months)
             if (IsInWindow(month.Month) && month.Pounds > 0)
                 CompareWithMedian(material, month, median, count);
@@ -421,8 +427,9 @@ private:
     ByNumber<NumberFacts> m_numbers;
     std::vector<std::optional<UsedMaterial>> m_usedAs; ///< by material
     std::vector<UseFacts> m_uses;                      ///< as ShopRecords::Usage
-    std::optional<std::size_t> m_firstClosed{};
-    bool m_hasCoat = false; ///< a gel coat or skin coat is used
+    // Of one material; kept, so that not each takes memory anew.
+    std::vector<MonthUse> m_monthUses;
+    std::vector<double> m_amounts;
     std::vector<Attention> m_findings;
     std::vector<Attention> m_looks;
     std::vector<Attention> m_looksAtUse;

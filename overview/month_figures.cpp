@@ -12,7 +12,29 @@ double PercentOf(double part, double whole) {
     return part / whole * 100;
 }
 
+int Badness(State state) {
+    switch (state) {
+    case State::Over:
+        return 5;
+    case State::Differs:
+        return 4;
+    case State::None:
+        return 3;
+    case State::TooEarly:
+        return 2;
+    case State::Within:
+        return 1;
+    case State::NotUsed:
+        break;
+    }
+    return 0;
+}
+
 } // namespace
+
+State WorseOf(State left, State right) {
+    return Badness(right) > Badness(left) ? right : left;
+}
 
 double RoundDecimal(double number, double scale) {
     constexpr double noise = 1e-12; // of the scale

@@ -22,6 +22,9 @@ enum class State {
     TooEarly, ///< fewer than twelve months since the start month
     NotUsed,
 };
+/// The worse of two states: over, differs, none, too early, within, not used.
+State WorseOf(State left, State right);
+
 /// Why the two figures do not agree.
 enum class Cause {
     None,

@@ -13,6 +13,7 @@
 #include <limits>
 #include <numeric>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -136,10 +137,14 @@ ShopFigures::ShopFigures(const ShopRecords& shop, std::optional<MonthNumber> sta
 }
 
 void ShopFigures::PrepareLines() {
+    std::unordered_map<std::string, std::size_t> firstAdded;
     m_classes.reserve(m_shop.Types.size());
     for (std::size_t row = 0; row < m_shop.Types.size(); ++row) {
         const HapContentRecord& type = m_shop.Types[row];
         m_classes.push_back(ClassOf(type));
+        const bool isAdded = m_classes.back().Kind == UseKind::Content && !m_classes.back().Row;
+        m_firstAdded.push_back(
+            isAdded ? firstAdded.try_emplace(ComparisonKey(type.MaterialType), row).first->second : row);
         if (m_pairs.Add(type.MaterialType, type.ApplicationMethod) == m_rowOfPair.size())
             m_rowOfPair.push_back(row); // a new pair
     }

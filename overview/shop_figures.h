@@ -59,6 +59,8 @@ public:
     std::vector<std::size_t> UsesInWindow(std::size_t material, MonthNumber monthEnd) const;
     /// The row of the material-type table by which a material is judged; empty if it has none.
     std::optional<std::size_t> RowOf(std::size_t material) const { return m_materials[material].Row; }
+    /// The first row of the table that a user added and that has the type of `row`, itself such a row.
+    std::size_t FirstAddedRowOfType(std::size_t row) const { return m_firstAdded[row]; }
     /// The lines of the two averaging reports, in their order.
     const std::vector<ReportLine>& Lines() const { return m_lines; }
     const UseClass& ClassOfRow(std::size_t row) const { return m_classes[row]; }
@@ -94,11 +96,12 @@ private:
     const ShopRecords& m_shop;
     std::optional<MonthNumber> m_start;
     TypeMethodPairs m_pairs;
-    std::vector<std::size_t> m_rowOfPair; ///< the first row of each pair
-    std::vector<UseClass> m_classes;      ///< by row of the material-type table
-    std::vector<ReportLine> m_lines;      ///< in the order of the reports
-    std::vector<Use> m_uses;              ///< by material number, then in file order
-    std::vector<MonthNumber> m_entered;   ///< the months with a live record, ascending
-    std::vector<Material> m_materials;    ///< as in ShopRecords
+    std::vector<std::size_t> m_rowOfPair;  ///< the first row of each pair
+    std::vector<UseClass> m_classes;       ///< by row of the material-type table
+    std::vector<std::size_t> m_firstAdded; ///< by row; of rows that no user added, themselves
+    std::vector<ReportLine> m_lines;       ///< in the order of the reports
+    std::vector<Use> m_uses;               ///< by material number, then in file order
+    std::vector<MonthNumber> m_entered;    ///< the months with a live record, ascending
+    std::vector<Material> m_materials;     ///< as in ShopRecords
 };
 } // namespace mact

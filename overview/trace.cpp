@@ -215,7 +215,7 @@ Answer Tracer::Content(const ContentFigure& content) const {
     const std::vector<UsedMaterial> used = UsedWhere([&](const UsedMaterial& each) {
         const UseClass& its = ClassOf(each);
         if (its.Kind != UseKind::Content) return false;
-        return content.Row ? its.Row == content.Row : !its.Row && each.Row == content.Pair;
+        return content.Row ? its.Row == content.Row : each.Row == content.Pair;
     });
     Answer answer;
     ContentSums sums;
@@ -265,7 +265,7 @@ Answer Tracer::PointValueOf(std::size_t number) const {
         UsedWhere([&](const UsedMaterial& each) { return ClassOf(each).Kind != UseKind::ClosedMolding; }),
         number, [&](const UsedMaterial& each) {
             const UseClass& its = ClassOf(each);
-            return its.Operation ? *its.Operation : Operations.size() + FirstAddedRowOfType(m_shop, each.Row);
+            return its.Operation ? *its.Operation : Operations.size() + m_shop.FirstAddedRowOfType(each.Row);
         });
     Answer answer;
     OperationSums sums;

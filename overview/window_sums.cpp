@@ -51,7 +51,7 @@ public:
         if (its.Kind == UseKind::Content) AddToContent(used, its);
         const double limit = m_types[used.Row].EmissionLimit;
         AddTo(its.Operation ? m_sums.OperationOf[*its.Operation]
-                            : m_sums.OperationOfType[FirstAddedRowOfType(m_figures, used.Row)],
+                            : m_sums.OperationOfType[m_figures.FirstAddedRowOfType(used.Row)],
               used, limit);
         m_sums.IsAverageUsed = true;
         m_sums.Emissions.Exact += used.PointValueExact * used.Megagrams();
@@ -122,16 +122,6 @@ double ReportedContent(const ContentSums& sums) {
 
 double ExactContent(const ContentSums& sums) {
     return sums.PoundsOfHap / sums.Pounds;
-}
-
-std::size_t FirstAddedRowOfType(const ShopFigures& figures, std::size_t row) {
-    const std::vector<HapContentRecord>& types = figures.Shop().Types;
-    for (std::size_t other = 0; other < row; ++other) {
-        const UseClass& its = figures.ClassOfRow(other);
-        const bool isAdded = its.Kind == UseKind::Content && !its.Row;
-        if (isAdded && IsSameName(types[other].MaterialType, types[row].MaterialType)) return other;
-    }
-    return row;
 }
 
 WindowSums SumsOf(const ShopFigures& figures, const std::vector<UsedMaterial>& used) {

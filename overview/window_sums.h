@@ -45,7 +45,4 @@ WindowSums SumsOf(const ShopFigures& figures, const std::vector<UsedMaterial>& u
 /// Rounded as the weighted-average report does.
 double ReportedContent(const ContentSums& sums);
 double ExactContent(const ContentSums& sums);
-
-/// The first row of the table that a user added and that has the type of `row`, itself such a row.
-std::size_t FirstAddedRowOfType(const ShopFigures& figures, std::size_t row);
 } // namespace mact

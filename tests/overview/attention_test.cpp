@@ -565,7 +565,7 @@ TEST(AttentionAtTheLimit, EveryMaterialAndUseIsFoundFast) {
         shop.AddMaterial("PR-" + std::to_string(number)).HapContent = 0;
         shop.AddUse(static_cast<std::int16_t>(number), "12/2005", 1000, 3);
     }
-    EXPECT_LT(SecondsOf(shop, 2 * 32767), 2); // quadratic: minutes
+    EXPECT_LT(SecondsOf(shop, std::size_t{2} * 32767), 2); // quadratic: minutes
 }
 
 TEST(AttentionAtTheLimit, AllUseOfOneMonthIsFoundFast) {

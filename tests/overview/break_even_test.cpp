@@ -1,4 +1,5 @@
 #include "overview/break_even.h"
+#include "overview/what_if.h"
 #include "tests/overview/overview_shop.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +29,7 @@ QJsonValue In(const QJsonObject& object, const char* key) {
 
 std::vector<std::string> Texts(const QJsonValue& array) {
     std::vector<std::string> texts;
-    for (const QJsonValue& text : array.toArray())
+    for (const QJsonValue text : array.toArray())
         texts.push_back(text.toString().toStdString());
     return texts;
 }
@@ -63,7 +64,7 @@ protected:
 
 TEST_F(BreakEvenTest, SixShopsHaveTheContentsOfExactArithmetic) {
     int compared = 0;
-    for (const QJsonValue& each : Shops()) {
+    for (const QJsonValue each : Shops()) {
         const QJsonObject shop = each.toObject();
         SCOPED_TRACE(In(shop, "case").toString().toStdString());
         OverviewShop program;
@@ -85,6 +86,33 @@ TEST_F(BreakEvenTest, SixShopsHaveTheContentsOfExactArithmetic) {
         }
     }
     EXPECT_EQ(compared, 3 + 2 + 1 + 4 + 2 + 13);
+}
+
+TEST_F(BreakEvenTest, FillsTheLimitWhenItIsTriedOut) {
+    const std::vector<BreakEven> contents =
+        At2005({"G1|gel|Pigmented production gel|All|9|33|0|0|0|0|0|0|0|0|0|0|0|0|0",
+                "G2|gel|Pigmented production gel|All|9|30|0|0|0|0|0|0|0|0|0|0|0|0|0",
+                "PR|resin|Production resin|Non-Spray|9|36|0|0|0|0|0|0|0|0|0|0|0|0|0",
+                "FR|resin|Production resin (Filled)|Spray|9|30|0|0|0|0|0|0|0|0|0|0|0|0|20"},
+               {"G1|12|2005|1000|lbs", "G2|11|2005|0.3|mg", "PR|10|2005|9000|lbs", "FR|9|2005|4000|lbs"});
+    ASSERT_EQ(contents.size(), 4u);
+    const auto with = [&](std::size_t material, double content) {
+        const Result<ShopRecords> changed =
+            Applied(Shop, {
+                              {.Kind = WhatIfKind::Content,
+                               .MaterialId = Shop.Materials[material].MaterialId,
+                               .Number = content}
+        });
+        EXPECT_TRUE(changed);
+        return ShopFigures(*changed).At(MonthEnd);
+    };
+    for (const BreakEven& each : contents) {
+        const AverageFigures average = with(each.Material, each.OfAverage.value_or(0)).Average;
+        EXPECT_NEAR(average.Emissions.Exact, average.Allowance.Exact, 1e-9 * average.Allowance.Exact);
+        EXPECT_EQ(each.OfRow.has_value(), each.Material != 3); // the filled resin
+    }
+    EXPECT_NEAR(with(1, contents[1].OfRow.value_or(0)).Contents[1].Content.Exact, 33, 1e-9);
+    EXPECT_NEAR(with(2, contents[2].OfRow.value_or(0)).Contents[0].Content.Exact, 35, 1e-9);
 }
 
 TEST_F(BreakEvenTest, OfARowIsPossibleOnlyAboveZero) {

@@ -24,8 +24,8 @@ protected:
 TEST_F(OutlookTest, FindsTheMonthInWhichTheMeanOfThreeMonthsMakesTheAverageOver) {
     UseAllYear(Shop, 1, 1000);
     Use(Shop, 2, "12/2005", 3000);
-    // The mean of the three months is 1000 lb of each. With n more such months the window has 12,000 lb at 40 %
-    // and 3000 + 1000 n at 52 %; above 46 % it is once the latter is more than the former, with n = 10.
+    // The mean of the three months is 1000 lb of each. With n more such months the window has 12,000 lb at 40
+    // % and 3000 + 1000 n at 52 %; above 46 % it is once the latter is more than the former, with n = 10.
     EXPECT_EQ(MonthOver(), MonthNumberOf(2006, 10));
 }
 

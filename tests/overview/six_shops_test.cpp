@@ -29,7 +29,7 @@ QJsonValue In(const QJsonObject& object, const char* key) {
 
 std::vector<std::string> Texts(const QJsonValue& array) {
     std::vector<std::string> texts;
-    for (const QJsonValue& text : array.toArray())
+    for (const auto& text : array.toArray())
         texts.push_back(text.toString().toStdString());
     return texts;
 }
@@ -158,7 +158,7 @@ void ExpectFirstTroubles(const QJsonObject& expected, const ShopFigures& figures
 TEST(SixShopsTest, HaveTheFiguresOfExactArithmetic) {
     const QJsonArray shops = Shops();
     ASSERT_EQ(shops.size(), 6);
-    for (const QJsonValue& each : shops) {
+    for (const auto& each : shops) {
         const QJsonObject shop = each.toObject();
         SCOPED_TRACE(In(shop, "case").toString().toStdString());
         OverviewShop program;
@@ -168,7 +168,7 @@ TEST(SixShopsTest, HaveTheFiguresOfExactArithmetic) {
         ASSERT_TRUE(records);
         const ShopFigures figures(*records);
         std::vector<MonthFigures> span;
-        for (const QJsonValue& monthEnd : In(shop, "month_ends").toArray()) {
+        for (const auto& monthEnd : In(shop, "month_ends").toArray()) {
             const QJsonObject month = monthEnd.toObject();
             SCOPED_TRACE(In(month, "month_end").toString().toStdString());
             const MonthFigures shown = figures.At(MonthIn(month, "month_end"));

@@ -1,0 +1,130 @@
+#include "overview/answers.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "overview/overview_csv.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace mact {
+namespace {
+
+std::string Joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names)
+        text += (text.empty() ? "" : "; ") + name;
+    return text;
+}
+
+std::string Decimals(double number, int decimals) {
+    std::array<char, 400> buffer{}; // the largest double has 309 digits in front of the point
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                       std::chars_format::fixed, decimals);
+    return {buffer.data(), written.ptr};
+}
+
+Answer EveryMaterial(const MonthFigures& figures) {
+    Answer answer{.Question = "Every material within its limit",
+                  .Meaning = "One option is enough for each operation: materials within their limits need no "
+                             "averaging.",
+                  .Report = "Compliant Materials Report"};
+    std::vector<std::string> above;
+    for (const ContentFigure& content : figures.Contents)
+        if (!content.IsEveryMaterialWithin) above.push_back(Utf8FromCodePage(content.Item));
+    if (figures.Contents.empty()) {
+        answer.Is = State::NotUsed;
+        answer.Text = "Nothing was used that has a limit of its content.";
+    } else if (above.empty()) {
+        answer.Is = figures.Months < WindowMonths ? State::TooEarly : State::Within;
+        answer.Text = "No material in use is above its limit.";
+    } else {
+        answer.Is = figures.Months < WindowMonths ? State::TooEarly : State::Over;
+        answer.Text = "Not every material in use is within: " + Joined(above) + '.';
+    }
+    return answer;
+}
+
+Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures) {
+    Answer answer{.Question = "Weighted content of each row",
+                  .Meaning =
+                      "A row within its limit makes up for single materials above it; a row over its limit "
+                      "can still be in the average.",
+                  .Report = "Weighted-Average HAP Content Report"};
+    Verdict worst{.Is = State::NotUsed};
+    std::vector<std::string> trouble;
+    const auto add = [&](const std::string& item, const Verdict& verdict) {
+        if (WorseOf(worst.Is, verdict.Is) != worst.Is) worst = verdict;
+        if (WorseOf(State::None, verdict.Is) == verdict.Is)
+            trouble.push_back(item + ": " + StateInWords(verdict, figures.Months));
+    };
+    for (const ContentFigure& content : figures.Contents)
+        add(Utf8FromCodePage(content.Item), content.Judged);
+    for (const FilledFigure& filled : figures.Filled)
+        add(Utf8FromCodePage(Trim(shop.Shop().Materials[filled.Material].CustomId)), filled.Judged);
+    answer.Is = worst.Is;
+    if (trouble.empty())
+        answer.Text = worst.Is == State::NotUsed ? "Nothing was used that has a limit of its content."
+                                                 : StateInWords(worst, figures.Months) + '.';
+    else
+        answer.Text = Joined(trouble) + '.';
+    return answer;
+}
+
+Answer EmissionAverage(const MonthFigures& figures) {
+    const AverageFigures& average = figures.Average;
+    Answer answer{.Question = "Emissions against the allowance",
+                  .Is = average.Judged.Is,
+                  .Text = StateInWords(average.Judged, figures.Months) + '.',
+                  .Meaning =
+                      "The average lets one operation make up for another; it needs none of the other two.",
+                  .Report = "Emission-Average HAP Content Report"};
+    const std::string percent = PercentOfAllowance(average);
+    if (average.Judged.Is == State::NotUsed) answer.Text = "Nothing was used that is averaged.";
+    if (percent.empty() || average.Judged.Is == State::NotUsed) return answer;
+    const double left = average.Headroom().Report;
+    answer.Text += ' ' + percent + " of the allowance, " + GroupedText(std::abs(left)) + " kg " +
+                   (left < 0 ? "too much." : "left.");
+    return answer;
+}
+
+} // namespace
+
+std::string StateInWords(const Verdict& verdict, int months) {
+    if (verdict.Is == State::None) return "No answer: a number is too large or not a number";
+    if (verdict.Is == State::TooEarly)
+        return "Too early (" + WholeNumberText(months) + " of " + WholeNumberText(WindowMonths) + " months)";
+    std::string text = StateText(verdict.Is, months);
+    text[0] = UpperCase(text.substr(0, 1))[0];
+    if (verdict.Why != Cause::None) text += " (" + std::string(CauseText(verdict.Why)) + ')';
+    return text;
+}
+
+std::string PercentOfAllowance(const AverageFigures& average) {
+    const double percent = average.Emissions.Report / average.Allowance.Report * 100;
+    if (average.Allowance.Report == 0 || !std::isfinite(percent)) return {};
+    return Decimals(percent, 1) + " %";
+}
+
+std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figures) {
+    return {EveryMaterial(figures), WeightedContents(shop, figures), EmissionAverage(figures)};
+}
+
+std::string VerdictLine(const MonthFigures& figures, std::size_t attention) {
+    std::string line = ShortMonthName(figures.MonthEnd) + ": ";
+    const State state = figures.Average.Judged.Is;
+    const std::string percent = PercentOfAllowance(figures.Average);
+    if (state == State::TooEarly)
+        line += "too early to tell, " + WholeNumberText(figures.Months) + " of " +
+                WholeNumberText(WindowMonths) + " months";
+    else if (percent.empty())
+        line += state == State::NotUsed ? "nothing was used that is averaged" : "no answer";
+    else
+        line += "emission average " + percent + " of the allowance";
+    if (attention == 0) return line + "; nothing needs attention";
+    return line + "; " + WholeNumberText(static_cast<std::int64_t>(attention)) +
+           (attention == 1 ? " point needs attention" : " points need attention");
+}
+} // namespace mact

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "overview/shop_figures.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace mact {
+
+/// A month end's figures in words. All texts are UTF-8. They say what the arithmetic gives, and never that a
+/// shop is compliant: that is the responsible official's to say.
+
+/// One of the three ways in which the rule judges.
+struct Answer {
+    std::string Question{}; ///< "Every material within its limit"
+    State Is = State::None; ///< the worst of what it is made of
+    std::string Text{};     ///< the state in words, with what matters most
+    std::string Meaning{};  ///< one sentence: what it means, and how it relates to the other two
+    std::string Report{};   ///< which report shows it
+};
+/// Every material, the weighted contents, the emissions.
+std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figures);
+
+/// The state in words for people: "Within", "Over", "Differs (rounding)", "Too early (3 of 12 months)".
+std::string StateInWords(const Verdict& verdict, int months);
+
+/// The reported emissions in percent of the allowance, with one decimal, as in "99.0 %"; empty without an
+/// allowance.
+std::string PercentOfAllowance(const AverageFigures& average);
+
+/// The main window's line: "DEC 2005: emission average 99.0 % of the allowance; 2 points need attention".
+std::string VerdictLine(const MonthFigures& figures, std::size_t attention);
+} // namespace mact

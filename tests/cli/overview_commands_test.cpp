@@ -122,5 +122,74 @@ TEST_F(OverviewCommands, ChangeNoFileOfTheDataFolder) {
     EXPECT_EQ(FilesIn(Folder / "data"), before);
 }
 
+TEST_F(OverviewCommands, TheStatusIsOneLineAndItsExitStatusTheAnswer) {
+    AddShop();
+    // The newest use is of June 2006, whose twelve months lack five entries.
+    EXPECT_EQ(Run({"status"}).Output, "1|Acme|6/2006|within|not used|within|2.86|5|0\n");
+    EXPECT_EQ(Run({"status"}).Status, 0);
+    ASSERT_EQ(Run({"add-company", "Second", "Dock 2"}).Output, "2\n");
+    const ProgramRun second = Run({"--company", "2", "status"});
+    EXPECT_EQ(second.Output, "2|Second||not used|not used|not used||0|0\n");
+    EXPECT_EQ(second.Status, 6);
+    const ProgramRun all = Run({"status", "--all"});
+    EXPECT_TRUE(all.Output.starts_with("2|Second|"));
+    EXPECT_EQ(all.Status, 6);
+    EXPECT_TRUE(Run({"status", "--json"})
+                    .Output.starts_with("[\n  {\"id\": 1, \"name\": \"Acme\", \"month\": \"6/2006\""));
+}
+
+TEST_F(OverviewCommands, TroubleOfOneCompanyIsTheStatusOfAll) {
+    AddShop();
+    ASSERT_EQ(Run({"add-company", "Second", "Dock 2"}).Output, "2\n");
+    std::string over(OneMaterial);
+    over.replace(over.find("|34|"), 4, "|36|");
+    WriteContent(Temporary.Path() / "over.txt", over);
+    const std::string usage = PathText(Temporary.Path() / "usage.txt");
+    ASSERT_EQ(Run({"--company", "2", "import-materials", PathText(Temporary.Path() / "over.txt")}).Status, 0);
+    ASSERT_EQ(Run({"--company", "2", "import-usage", usage}).Status, 0);
+    const ProgramRun all = Run({"status", "--all"});
+    EXPECT_TRUE(all.Output.starts_with("2|Second|6/2006|over|not used|over|"));
+    EXPECT_EQ(all.Status, 5);
+}
+
+TEST_F(OverviewCommands, TheStartMonthThatTheUserSetCounts) {
+    AddShop();
+    WriteContent(Folder / "data" / "1_overview.txt", "start=3/2006\n");
+    EXPECT_EQ(Run({"status"}).Output,
+              "1|Acme|6/2006|too early (4 of 12)|not used|too early (4 of 12)|2.86|3|0\n");
+    EXPECT_EQ(Run({"status"}).Status, 6);
+    EXPECT_NE(Run({"overview", "--csv"}).Output.find("\n6/2006,months,3/2006 4/2006 5/2006,4,"),
+              std::string::npos);
+}
+
+TEST_F(OverviewCommands, ATraceLeadsToTheUsageRecords) {
+    AddShop();
+    const ProgramRun run = Run({"trace", "12/2005", "content", "production resin, nonatomized"});
+    EXPECT_EQ(run.Status, 0);
+    EXPECT_NE(
+        run.Output.find("1_usage.talvor, record 12, period \"12/2005\": 2204.6 lbs = 2204.6 lb = 1000 kg\n"),
+        std::string::npos);
+    EXPECT_TRUE(run.Output.ends_with("  Sum: report 34 %, exact 34 %\n"));
+    const ProgramRun none = Run({"trace", "12/2005", "content", "clear gel coat"});
+    EXPECT_EQ(none.Status, 1);
+    EXPECT_NE(none.Errors.find("production resin, nonatomized"), std::string::npos); // says which there are
+    EXPECT_EQ(Run({"trace", "12/05", "content"}).Status, 2);
+}
+
+TEST_F(OverviewCommands, AHalfYearPackIsReplacedOnlyWithYes) {
+    AddShop();
+    const std::filesystem::path page = Folder / "half-year" / "1" / "2005-2.htm";
+    const std::filesystem::path csv = Folder / "half-year" / "1" / "2005-2.csv";
+    EXPECT_EQ(Run({"half-year", "2/2005"}).Output, PathText(page) + '\n' + PathText(csv) + '\n');
+    const std::string kept = ContentOf(csv);
+    EXPECT_NE(kept.find("12/2005,emissions,,512.16,512.181418,552,kg,within,\r\n"), std::string::npos);
+    WriteContent(csv, "changed");
+    EXPECT_EQ(Run({"half-year", "2/2005"}).Status, 1);
+    EXPECT_EQ(ContentOf(csv), "changed");
+    EXPECT_EQ(Run({"half-year", "2/2005", "--yes"}).Status, 0);
+    EXPECT_EQ(ContentOf(csv), kept);
+    EXPECT_EQ(Run({"half-year", "3/2005"}).Status, 2);
+}
+
 } // namespace
 } // namespace mact

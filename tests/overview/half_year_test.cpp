@@ -170,6 +170,48 @@ TEST_F(HalfYearPackTest, DeviationsListTheMaterialsOfWhatIsOver) {
          "class=\"number\">1360.79</td></tr>"});
 }
 
+// 0.014 * 36^2.425 * 0.8 = 66.565866 kg/Mg against 46, and 36 % against the table's 28; 400 lb are 181.44 kg.
+TEST_F(HalfYearPackTest, AFilledResinStandsByItsOperation) {
+    ImportMaterials({"FR|filled|Production resin (Filled)|Spray|9|36|0|0|0|0|0|0|0|0|0|0|0|0|20"});
+    ImportUsage({"FR|12|2005|400|lbs"});
+    ExpectContains(
+        Page(),
+        {"Point value of filled resin FR, kg/Mg</th><td>46 kg/Mg</td><td class=\"number\"><span "
+         "class=\"other\">not used</span></td>",
+         "<td class=\"number\"><small>66.565866</small><span class=\"over\">over</span></td>",
+         "<h3>Filled resin FR</h3>\r\n<p>DEC 2005: over. ",
+         "<th scope=\"row\">FR</th><td>Production resin (Filled), Spray</td><td class=\"number\">36</td><td "
+         "class=\"number\">181.44</td></tr>"});
+}
+
+TEST_F(HalfYearPackTest, WhatDiffersIsADeviationWithItsCause) {
+    ImportMaterials(
+        {"VB|bag|Production resin|Spray (Vacuum bagging after roll-out)|9|29|0|0|0|0|0|0|0|0|0|0|0|0|0"});
+    ImportUsage({"VB|12|2005|400|lbs"}); // the table's limit is 30, Table 2's 28
+    ExpectContains(Page(), {"29<small>29</small><span class=\"differs\">differs (vacuum bagging)</span>",
+                            "<h3>Content of production resin, atomized</h3>\r\n<p>DEC 2005: differs (vacuum "
+                            "bagging). Kilograms",
+                            "<th scope=\"row\">VB</th>"});
+}
+
+TEST_F(HalfYearPackTest, ATypeThatAUserAddedHasASectionOfItsOwn) {
+    const HapContentRecord added{.MaterialType = "Hull <wax>",
+                                 .HapLimit = 12.5,
+                                 .ApplicationMethod = "Brush",
+                                 .EfCoefficient = 1,
+                                 .EfExponent = 1,
+                                 .EmissionLimit = 20};
+    WriteContent(DataFile("hapcontents.talvor"),
+                 ContentOf(DataFile("hapcontents.talvor")) + Pack(HapContentLayout, added));
+    ImportMaterials({"HW|wax|Hull <wax>|Brush|9|13|0|0|0|0|0|0|0|0|0|0|0|0|0"});
+    ImportUsage({"HW|12|2005|400|lbs"});
+    ExpectContains(Page(), {"<h3>Types added to the table</h3>",
+                            "Content of Hull &lt;wax&gt;, Brush, %</th><td>12.5 %</td>",
+                            "Point value of Hull &lt;wax&gt;, kg/Mg</th><td>20 kg/Mg</td>",
+                            "<h3>Content of Hull &lt;wax&gt;, Brush</h3>\r\n<p>DEC 2005: over. ",
+                            "<th scope=\"row\">HW</th><td>Hull &lt;wax&gt;, Brush</td>"});
+}
+
 TEST_F(HalfYearPackTest, WithoutTroubleDeviationsAreBlankLines) {
     const std::string page = Page({2005, 1});
     ExpectContains(page, {"No figure above is \"over\" or \"differs\".</p>\r\n<div class=\"line\"></div>",

@@ -51,7 +51,7 @@ std::string HeadroomText(const CompanyStatus& status) {
 }
 
 std::string JsonObject(const CompanyStatus& status) {
-    const auto orNull = [](std::string text) { return text.empty() ? "null" : text; };
+    const auto orNull = [](const std::string& text) { return text.empty() ? "null" : text; };
     const auto state = [&](State of) { return JsonText(StateText(of, status.Months)); };
     std::string json = "{\"id\": " + WholeNumberText(status.CompanyId);
     json += ", \"name\": " + JsonText(Utf8FromCodePage(Trim(status.Name)));

@@ -169,8 +169,7 @@ void ShopFigures::SortUsage() {
         if (m_uses.back().Month) m_entered.push_back(*m_uses.back().Month);
     }
     std::ranges::sort(m_entered);
-    const auto repeated = std::ranges::unique(m_entered);
-    m_entered.erase(repeated.begin(), repeated.end());
+    m_entered.erase(std::unique(m_entered.begin(), m_entered.end()), m_entered.end());
 }
 
 double ShopFigures::PoundsOf(const Use& use, const ShopMaterial& material) const {
@@ -185,14 +184,15 @@ void ShopFigures::PrepareMaterials() {
     for (const ShopMaterial& material : m_shop.Materials) {
         Material& prepared = m_materials.emplace_back();
         const auto numberOf = [&](const Use& use) { return m_shop.Usage[use.Place].MaterialId; };
-        const auto uses = std::ranges::equal_range(m_uses, material.MaterialId, {}, numberOf);
-        prepared.FirstUse = static_cast<std::size_t>(uses.begin() - m_uses.begin());
-        prepared.EndOfUses = static_cast<std::size_t>(uses.end() - m_uses.begin());
+        const auto first = std::ranges::lower_bound(m_uses, material.MaterialId, {}, numberOf);
+        const auto end = std::ranges::upper_bound(m_uses, material.MaterialId, {}, numberOf);
+        prepared.FirstUse = static_cast<std::size_t>(first - m_uses.begin());
+        prepared.EndOfUses = static_cast<std::size_t>(end - m_uses.begin());
         prepared.IsFirst = numbers.insert(material.MaterialId).second;
         // Once, and not for each month end.
         if (prepared.IsFirst)
-            for (Use& use : uses)
-                use.Pounds = PoundsOf(use, material);
+            for (auto use = first; use != end; ++use)
+                use->Pounds = PoundsOf(*use, material);
         const auto pair = m_pairs.Find(material.MaterialType, material.ApplicationMethod);
         if (!pair) continue;
         prepared.Row = m_rowOfPair[*pair];

@@ -71,6 +71,7 @@ TEST(CompanyStatusTest, TheWorstComesFirst) {
     };
     SortWorstFirst(companies);
     std::vector<int> order;
+    order.reserve(companies.size());
     for (const CompanyStatus& status : companies)
         order.push_back(status.CompanyId);
     EXPECT_EQ(order, (std::vector{3, 4, 2, 5, 6, 1}));

@@ -23,12 +23,6 @@ constexpr std::string_view NoFolderDefined =
 /// 2^53 - 1: a double holds every whole number up to here exactly, and the next one too.
 constexpr double LargestVolume = 9007199254740991.0;
 
-/// The folder that `setting` names, if there is such a folder.
-std::optional<std::filesystem::path> ExistingFolder(const std::string& setting) {
-    const std::filesystem::path folder = PathFromUtf8(setting);
-    return IsFolderAt(folder) ? std::optional(folder) : std::nullopt;
-}
-
 /// The absolute path without doubled separators: in the script's line these show where the first path ends.
 std::filesystem::path Tidied(const std::filesystem::path& folder) {
     std::error_code error;
@@ -55,12 +49,15 @@ std::optional<std::filesystem::path> CreateSet(AppContext& app) {
     // Settings that cannot be read are not taken for unset: the set would go to another place.
     const Result<std::string> folder = app.Settings.TryRead(Settings::Backup, Settings::Path);
     if (ShowFailure(app, folder)) return std::nullopt;
+    // Nor is a folder that cannot be seen taken for a missing one.
+    const Result<bool> isThere = LookForFolder(PathFromUtf8(*folder));
+    if (ShowFailure(app, isThere)) return std::nullopt;
     const Result<std::string> number = app.Settings.TryRead(Settings::Backup, Settings::BackupVolume);
     if (ShowFailure(app, number)) return std::nullopt;
     // The next number is saved first: whatever fails afterwards, no later backup uses this one.
     const double volume = BackupVolume(*number);
     ShowFailure(app, app.Settings.Write(Settings::Backup, Settings::BackupVolume, VolumeText(volume + 1)));
-    const std::filesystem::path set = Tidied(ExistingFolder(*folder).value_or(app.ProgramFolder)) /
+    const std::filesystem::path set = Tidied(*isThere ? PathFromUtf8(*folder) : app.ProgramFolder) /
                                       ("talvor_backupset_" + VolumeText(volume));
     const Done created = app.Files.CreateFolder(set);
     if (created) return set;
@@ -92,7 +89,9 @@ Result<std::vector<FileForSet>> PrepareCopy(AppContext& app, const std::filesyst
 } // namespace
 
 bool IsBackupFolderDefined(AppContext& app) {
-    return ExistingFolder(app.Settings.Read(Settings::Backup, Settings::Path)).has_value();
+    const Result<bool> isThere =
+        LookForFolder(PathFromUtf8(app.Settings.Read(Settings::Backup, Settings::Path)));
+    return !isThere || *isThere; // one that cannot be seen is defined all the same
 }
 
 double BackupVolume(std::string_view text) {
@@ -136,7 +135,8 @@ std::optional<std::filesystem::path> RunBackupToItsEnd(AppContext& app) {
 void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder) {
     const Result<std::string> folder = app.Settings.TryRead(Settings::Backup, Settings::Path);
     if (ShowFailure(app, folder)) return;
-    if (!ExistingFolder(*folder)) {
+    const Result<bool> isThere = LookForFolder(PathFromUtf8(*folder));
+    if (isThere && !*isThere) { // of one that cannot be seen the backup itself tells
         const PromptAnswer answer = app.Prompts.Show(
             {std::string(NoFolderDefined), PromptKind::Question, PromptButtons::YesNoCancel});
         if (answer == PromptAnswer::Cancel) return;

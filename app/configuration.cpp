@@ -13,12 +13,15 @@ Configuration ReadConfiguration(AppContext& app) {
         return value ? *value : std::string();
     };
     configuration.BackupFolder = read(Settings::Backup, Settings::Path);
-    if (!IsFolderAt(PathFromUtf8(configuration.BackupFolder)))
+    // One that cannot be seen may well be there: it is shown, so that a save does not put another in its
+    // place.
+    const auto isKnownToBeGone = [](const Result<bool>& isThere) { return isThere && !*isThere; };
+    if (isKnownToBeGone(LookForFolder(PathFromUtf8(configuration.BackupFolder))))
         configuration.BackupFolder = PathText(app.ProgramFolder);
     // Any text for 1, such as 1.0, shows as ticked; BackUpOnExit wants exactly "1", which a save writes.
     configuration.IsBackedUpOnExit = ParseNumber(read(Settings::Backup, Settings::AutoBackup)) == 1.0;
     configuration.Browser = read(Settings::Browser, Settings::Path);
-    if (!IsFileAt(PathFromUtf8(configuration.Browser))) configuration.Browser.clear();
+    if (isKnownToBeGone(LookForFile(PathFromUtf8(configuration.Browser)))) configuration.Browser.clear();
     return configuration;
 }
 

@@ -13,6 +13,14 @@ std::filesystem::file_status StatusOf(const std::filesystem::path& path, std::er
                             [&](std::error_code& given) { return std::filesystem::status(path, given); });
 }
 
+/// `doing` is what the Failure says if the system cannot tell.
+Result<std::filesystem::file_status> KnownStatusOf(const std::filesystem::path& path, const char* doing) {
+    std::error_code error;
+    const std::filesystem::file_status status = StatusOf(path, error);
+    if (status.type() == std::filesystem::file_type::none) return Failure{doing, path, error.message()};
+    return status;
+}
+
 Done WriteAll(OpenedFile& file, std::string_view content) {
     const Done written = file.WriteAt(0, content);
     if (!written) return written;
@@ -131,11 +139,21 @@ bool IsFolderAt(const std::filesystem::path& path) {
     return std::filesystem::is_directory(StatusOf(path, ignored));
 }
 
+Result<bool> LookForFile(const std::filesystem::path& path) {
+    return KnownStatusOf(path, "look for the file").transform([](const auto& status) {
+        return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+    });
+}
+
+Result<bool> LookForFolder(const std::filesystem::path& path) {
+    return KnownStatusOf(path, "look for the folder").transform([](const auto& status) {
+        return std::filesystem::is_directory(status);
+    });
+}
+
 Result<bool> IsAnythingAt(const std::filesystem::path& path) {
-    std::error_code error;
-    const std::filesystem::file_status status = StatusOf(path, error);
-    if (status.type() == std::filesystem::file_type::none)
-        return Failure{"look for the file", path, error.message()};
-    return std::filesystem::exists(status);
+    return KnownStatusOf(path, "look for the file").transform([](const auto& status) {
+        return std::filesystem::exists(status);
+    });
 }
 } // namespace mact

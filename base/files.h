@@ -93,6 +93,9 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
 /// Whether the path leads to a file (anything but a folder), or to a folder. Links are followed.
 bool IsFileAt(const std::filesystem::path& path);
 bool IsFolderAt(const std::filesystem::path& path);
+/// The same; a Failure if the system cannot tell, as after an input/output error.
+Result<bool> LookForFile(const std::filesystem::path& path);
+Result<bool> LookForFolder(const std::filesystem::path& path);
 /// Whether the path leads to anything. A Failure if the system cannot tell, as after an input/output error:
 /// what cannot be seen may well be there, so nothing must be created in its place.
 Result<bool> IsAnythingAt(const std::filesystem::path& path);

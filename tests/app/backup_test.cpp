@@ -49,6 +49,25 @@ TEST_F(BackupTest, TheFirstOneWithoutSettingsIsSet1InTheProgramFolder) {
     EXPECT_EQ(Script(), ScriptTo(target));
 }
 
+#ifndef _WIN32
+TEST_F(BackupTest, AFolderThatCannotBeSeenIsNotTakenForMissing) {
+    std::filesystem::create_symlink("loop", Folder.Path() / "loop"); // where it leads, the system cannot tell
+    const std::filesystem::path base = Folder.Path() / "loop";
+    Settings.Values[{"BACKUP", "PATH"}] = PathText(base);
+    for (const auto& backUp : std::vector<std::function<void()>>{
+             [&] { EXPECT_FALSE(RunBackup(App, true)); }, [&] { EXPECT_FALSE(RunBackupToItsEnd(App)); },
+             [&] { BackUpOnRequest(App, [] { FAIL(); }); }}) {
+        Prompts.Shown.clear();
+        backUp();
+        EXPECT_EQ(ShownTexts(),
+                  std::vector<std::string>{"Cannot look for the folder \"" + PathText(base) + "\": " +
+                                           ReasonOf(std::errc::too_many_symbolic_link_levels, 0) + '.'});
+        EXPECT_FALSE(std::filesystem::exists(ProgramFile("talvor_backupset_1")));
+    }
+    EXPECT_EQ(Volume(), ""); // no number is used up
+}
+#endif
+
 TEST_F(BackupTest, SettingsThatCannotBeReadAreNotTakenForUnset) {
     Settings.FailsToReadWith = Failure{.Doing = "read the settings"};
     for (const auto& backUp : std::vector<std::function<void()>>{

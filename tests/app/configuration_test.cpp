@@ -46,6 +46,18 @@ TEST_F(ConfigurationTest, ABackupFolderThatWasDeletedIsShownAsTheProgramFolder) 
     EXPECT_EQ(ReadConfiguration(App).BackupFolder, PathText(App.ProgramFolder));
 }
 
+#ifndef _WIN32
+TEST_F(ConfigurationTest, WhatCannotBeSeenIsShownAsItIsSet) {
+    std::filesystem::create_symlink("loop", Folder.Path() / "loop"); // where it leads, the system cannot tell
+    const std::string loop = PathText(Folder.Path() / "loop");
+    Settings.Values[{"BACKUP", "PATH"}] = loop;
+    Settings.Values[{"BROWSER", "PATH"}] = loop;
+    EXPECT_EQ(ReadConfiguration(App).BackupFolder, loop);
+    EXPECT_EQ(ReadConfiguration(App).Browser, loop);
+    EXPECT_FALSE(ReadConfiguration(App).Unread);
+}
+#endif
+
 TEST_F(ConfigurationTest, AFileIsNoBackupFolder) {
     BackupPath() = PathText(Browser);
     EXPECT_EQ(ReadConfiguration(App).BackupFolder, PathText(App.ProgramFolder));

@@ -35,7 +35,9 @@ std::vector<Failure> SaveConfiguration(SettingsStore& settings, const Configurat
         save(Settings::Backup, Settings::Path, configuration.BackupFolder);
     save(Settings::Backup, Settings::AutoBackup, configuration.IsBackedUpOnExit ? "1" : "0");
     const std::string_view browser = Trim(configuration.Browser);
-    if (browser.empty() || IsFileAt(PathFromUtf8(browser))) save(Settings::Browser, Settings::Path, browser);
+    const Result<bool> isThere = browser.empty() ? true : LookForFile(PathFromUtf8(browser));
+    if (!isThere) failures.push_back(isThere.error());
+    if (isThere && *isThere) save(Settings::Browser, Settings::Path, browser);
     return failures;
 }
 } // namespace mact

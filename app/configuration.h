@@ -21,8 +21,8 @@ struct Configuration {
 Configuration ReadConfiguration(AppContext& app);
 
 /// An empty backup folder is not saved. The browser is saved trimmed, if it is empty or an existing file; if
-/// not, the earlier setting stays without a message. A setting that cannot be saved does not hold up the
-/// others; there is a Failure for each.
+/// not, the earlier setting stays without a message, but if that cannot be told, it is a Failure. A setting
+/// that cannot be saved does not hold up the others; there is a Failure for each.
 [[nodiscard]] std::vector<Failure> SaveConfiguration(SettingsStore& settings,
                                                      const Configuration& configuration);
 } // namespace mact

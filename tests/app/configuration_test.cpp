@@ -55,6 +55,8 @@ TEST_F(ConfigurationTest, WhatCannotBeSeenIsShownAsItIsSet) {
     EXPECT_EQ(ReadConfiguration(App).BackupFolder, loop);
     EXPECT_EQ(ReadConfiguration(App).Browser, loop);
     EXPECT_FALSE(ReadConfiguration(App).Unread);
+    EXPECT_EQ(SaveConfiguration(Settings, {.BackupFolder = loop, .Browser = loop}).size(), 1U); // the browser
+    EXPECT_EQ(BrowserPath(), loop);
 }
 #endif
 

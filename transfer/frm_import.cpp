@@ -71,7 +71,9 @@ void frmImport::Browse() {
 void frmImport::Import() {
     if (IsWorking()) return; // the window still takes events during an import
     const std::filesystem::path source = TypedPath(m_ui->txt_SourceFile->text().toStdString());
-    if (IsFileAt(source))
+    const Result<bool> isThere = LookForFile(source);
+    if (ShowFailure(m_app, isThere)) return;
+    if (*isThere)
         RunImport(source);
     else
         ShowFormErrors(m_app, FileNotFound);

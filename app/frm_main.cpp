@@ -6,8 +6,10 @@
 #include "app/frm_config.h"
 #include "app/ui_frm_main.h"
 #include "dialogs/dialog_routines.h"
+#include "dialogs/link_label.h"
 #include "dialogs/pictures.h"
 #include "lists/frm_list.h"
+#include "overview/frm_overview.h"
 #include "reports/frm_reports.h"
 #include "store/additional_names.h"
 #include "store/frm_company.h"
@@ -15,6 +17,7 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QShortcut>
 #include <QSvgRenderer>
 
 #include <chrono>
@@ -33,13 +36,16 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
     setWindowTitle(QStringLiteral("EPA - MACT (HAP Content Reporting Application)"));
     m_ui->Picture1->load(PictureFile(QStringLiteral("picture")));
     m_ui->Picture1->setFixedSize(PictureSize);
-    m_ui->cmd_About->hide(); // does nothing; the About button is cmd_Abount
+    m_ui->cmd_About->hide();                 // does nothing; the About button is cmd_Abount
+    MakeRoomForLines(*m_ui->lbl_Verdict, 1); // or the controls would move
     SetIcons();
     ConnectButtons();
     ShowCurrentCompany();
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     m_nextLook.setSingleShot(true);
     connect(&m_nextLook, &QTimer::timeout, this, &frmMain::LookAtBackup);
+    m_nextVerdict.setSingleShot(true);
+    connect(&m_nextVerdict, &QTimer::timeout, this, &frmMain::StepVerdict);
 }
 
 frmMain::~frmMain() = default;
@@ -53,6 +59,7 @@ void frmMain::SetIcons() {
         {m_ui->cmd_Config,   "configuration"},
         {m_ui->cmd_Backup,   "backup"       },
         {m_ui->cmd_Abount,   "about"        },
+        {m_ui->cmd_Overview, "overview"     },
         {m_ui->cmd_Exit,     "exit"         },
     };
     for (const auto& [button, name] : icons)
@@ -87,6 +94,9 @@ void frmMain::ConnectButtons() {
         m_nextLook.start(BetweenLooks);
     });
     opens(m_ui->cmd_Abount, [this] { ShowAbout(m_app, this); });
+    opens(m_ui->cmd_Overview, [this] { ShowOverview(m_app, this); });
+    connect(new QShortcut(Qt::Key_F8, this), &QShortcut::activated, m_ui->cmd_Overview, &QPushButton::click);
+    connect(m_ui->lbl_Verdict, &LinkLabel::Followed, m_ui->cmd_Overview, &QPushButton::click);
     connect(m_ui->cmd_Exit, &QPushButton::clicked, this, &frmMain::Exit);
 }
 
@@ -99,6 +109,25 @@ void frmMain::paintEvent(QPaintEvent* event) {
     QWidget::paintEvent(event);
     if (std::exchange(m_isPainted, true)) return;
     m_nextLook.start(0); // only now, so that the window appears without waiting for a backup's disk
+    BeginVerdict();
+}
+
+void frmMain::BeginVerdict() {
+    if (!m_isPainted || !m_verdict.Begin(m_app)) return;
+    ShowVerdict(); // none, if it was of another company
+    m_nextVerdict.start(0);
+}
+
+void frmMain::StepVerdict() {
+    if (m_verdict.Step(m_app))
+        ShowVerdict();
+    else
+        m_nextVerdict.start(0);
+}
+
+void frmMain::ShowVerdict() {
+    m_ui->lbl_Verdict->setText(QString::fromStdString(m_verdict.Line()));
+    m_ui->lbl_Verdict->setEnabled(!m_verdict.Line().empty());
 }
 
 void frmMain::LookAtBackup() {
@@ -130,6 +159,7 @@ void frmMain::ShowCurrentCompany() {
         hasCompany ? FromCodePage("Current company: " + m_app.CurrentCompanyName + ", " +
                                   m_app.CurrentCompanyLocation)
                    : QStringLiteral("No company selected yet \u2013 choose Companies to add or select one."));
+    BeginVerdict();
 }
 
 void frmMain::Exit() {

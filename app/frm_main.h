@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/app_context.h"
+#include "overview/verdict.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -32,13 +33,19 @@ private:
     void ConnectButtons();
     void SetIcons();
     void ShowCurrentCompany();
+    /// Calculates the verdict in steps once the window is painted, if it may have changed.
+    void BeginVerdict();
+    void StepVerdict();
+    void ShowVerdict();
     /// Starts the automatic backup, whose copy goes on by itself, and ends the process at once: no window is
     /// asked whether it may close.
     void Exit();
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmMain> m_ui;
-    QTimer m_nextLook{this}; ///< at the last backup
+    QTimer m_nextLook{this};    ///< at the last backup
+    QTimer m_nextVerdict{this}; ///< the next step of the verdict
+    VerdictReader m_verdict;
     bool m_isPainted = false;
 };
 } // namespace mact

@@ -47,7 +47,8 @@ Answer EveryMaterial(const MonthFigures& figures) {
     return answer;
 }
 
-Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures) {
+Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures,
+                        const OverviewOptions& options) {
     Answer answer{.Question = "Weighted content of each row",
                   .Meaning =
                       "A row within its limit makes up for single materials above it; a row over its limit "
@@ -60,27 +61,37 @@ Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures) {
         if (WorseOf(State::None, verdict.Is) == verdict.Is)
             trouble.push_back(item + ": " + StateInWords(verdict, figures.Months));
     };
-    for (const ContentFigure& content : figures.Contents)
+    std::vector<std::string> narrow;
+    for (const ContentFigure& content : figures.Contents) {
         add(Utf8FromCodePage(content.Item), content.Judged);
+        if (IsNarrow(content, options)) narrow.push_back(Utf8FromCodePage(content.Item));
+    }
     for (const FilledFigure& filled : figures.Filled)
         add(Utf8FromCodePage(Trim(shop.Shop().Materials[filled.Material].CustomId)), filled.Judged);
     answer.Is = worst.Is;
-    if (trouble.empty())
-        answer.Text = worst.Is == State::NotUsed ? "Nothing was used that has a limit of its content."
-                                                 : StateInWords(worst, figures.Months) + '.';
-    else
+    answer.IsNarrow = worst.Is == State::Within && !narrow.empty();
+    if (worst.Is == State::NotUsed)
+        answer.Text = "Nothing was used that has a limit of its content.";
+    else if (!trouble.empty())
         answer.Text = Joined(trouble) + '.';
+    else if (answer.IsNarrow)
+        answer.Text = "Within, narrowly: " + Joined(narrow) + '.';
+    else
+        answer.Text = StateInWords(worst, figures.Months) + '.';
     return answer;
 }
 
-Answer EmissionAverage(const MonthFigures& figures) {
+Answer EmissionAverage(const MonthFigures& figures, const OverviewOptions& options) {
     const AverageFigures& average = figures.Average;
+    const bool isNarrow =
+        average.Judged.Is == State::Within && average.HeadroomPercent().Report < options.WarnHeadroom;
     Answer answer{.Question = "Emissions against the allowance",
                   .Is = average.Judged.Is,
-                  .Text = StateInWords(average.Judged, figures.Months) + '.',
+                  .Text = StateInWords(average.Judged, figures.Months) + (isNarrow ? ", narrowly." : "."),
                   .Meaning =
                       "The average lets one operation make up for another; it needs none of the other two.",
-                  .Report = "Emission-Average HAP Content Report"};
+                  .Report = "Emission-Average HAP Content Report",
+                  .IsNarrow = isNarrow};
     const std::string percent = PercentOfAllowance(average);
     if (average.Judged.Is == State::NotUsed) answer.Text = "Nothing was used that is averaged.";
     if (percent.empty() || average.Judged.Is == State::NotUsed) return answer;
@@ -102,14 +113,38 @@ std::string StateInWords(const Verdict& verdict, int months) {
     return text;
 }
 
+std::string PercentText(double percent) {
+    constexpr int mostDecimals = 6;
+    int decimals = 1;
+    while (percent != 100 && decimals < mostDecimals &&
+           Decimals(percent, decimals) == Decimals(100, decimals))
+        ++decimals;
+    return Decimals(percent, decimals) + " %";
+}
+
 std::string PercentOfAllowance(const AverageFigures& average) {
     const double percent = average.Emissions.Report / average.Allowance.Report * 100;
     if (average.Allowance.Report == 0 || !std::isfinite(percent)) return {};
-    return Decimals(percent, 1) + " %";
+    return PercentText(percent);
 }
 
-std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figures) {
-    return {EveryMaterial(figures), WeightedContents(shop, figures), EmissionAverage(figures)};
+bool IsNarrow(const ContentFigure& content, const OverviewOptions& options) {
+    return content.Judged.Is == State::Within && content.Limit &&
+           *content.Limit - content.Content.Report < options.WarnContent;
+}
+
+std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figures,
+                              const UntrustedFigures& untrusted, const OverviewOptions& options) {
+    std::vector<Answer> answers = {EveryMaterial(figures), WeightedContents(shop, figures, options),
+                                   EmissionAverage(figures, options)};
+    for (Answer& answer : answers) {
+        answer.Findings = &answer == &answers.back() ? untrusted.Average : untrusted.AnyContent;
+        if (answer.Findings == 0) continue;
+        std::string doubt = UntrustedText(answer.Findings);
+        doubt[0] = UpperCase(doubt.substr(0, 1))[0];
+        answer.Text += ' ' + doubt + '.';
+    }
+    return answers;
 }
 
 std::string VerdictLine(const MonthFigures& figures, std::size_t attention) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "overview/overview_options.h"
 #include "overview/shop_figures.h"
+#include "overview/untrusted_figures.h"
 
 #include <cstddef>
 #include <string>
@@ -13,21 +15,29 @@ namespace mact {
 
 /// One of the three ways in which the rule judges.
 struct Answer {
-    std::string Question{}; ///< "Every material within its limit"
-    State Is = State::None; ///< the worst of what it is made of
-    std::string Text{};     ///< the state in words, with what matters most
-    std::string Meaning{};  ///< one sentence: what it means, and how it relates to the other two
-    std::string Report{};   ///< which report shows it
+    std::string Question{};   ///< "Every material within its limit"
+    State Is = State::None;   ///< the worst of what it is made of
+    std::string Text{};       ///< the state in words, with what matters most
+    std::string Meaning{};    ///< one sentence: what it means, and how it relates to the other two
+    std::string Report{};     ///< which report shows it
+    bool IsNarrow = false;    ///< within, by less than the user wants to be warned of
+    std::size_t Findings = 0; ///< that make it untrustworthy
 };
 /// Every material, the weighted contents, the emissions.
-std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figures);
+std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figures,
+                              const UntrustedFigures& untrusted = {}, const OverviewOptions& options = {});
+
+/// Within, by fewer points of content below its limit than the user wants to be warned of.
+bool IsNarrow(const ContentFigure& content, const OverviewOptions& options);
 
 /// The state in words for people: "Within", "Over", "Differs (rounding)", "Too early (3 of 12 months)".
 std::string StateInWords(const Verdict& verdict, int months);
 
-/// The reported emissions in percent of the allowance, with one decimal, as in "99.0 %"; empty without an
-/// allowance.
+/// The reported emissions in percent of the allowance, as PercentText gives it; empty without an allowance.
 std::string PercentOfAllowance(const AverageFigures& average);
+
+/// With one decimal, or as many as it takes to tell it from 100: "99.0 %", "100.004 %".
+std::string PercentText(double percent);
 
 /// The main window's line: "DEC 2005: emission average 99.0 % of the allowance; 2 points need attention".
 std::string VerdictLine(const MonthFigures& figures, std::size_t attention);

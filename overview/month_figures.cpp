@@ -12,6 +12,8 @@ double PercentOf(double part, double whole) {
     return part / whole * 100;
 }
 
+} // namespace
+
 int Badness(State state) {
     switch (state) {
     case State::Over:
@@ -29,8 +31,6 @@ int Badness(State state) {
     }
     return 0;
 }
-
-} // namespace
 
 State WorseOf(State left, State right) {
     return Badness(right) > Badness(left) ? right : left;

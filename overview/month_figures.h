@@ -22,7 +22,8 @@ enum class State {
     TooEarly, ///< fewer than twelve months since the start month
     NotUsed,
 };
-/// The worse of two states: over, differs, none, too early, within, not used.
+/// Larger for a worse state: over, differs, none, too early, within, not used.
+int Badness(State state);
 State WorseOf(State left, State right);
 
 /// Why the two figures do not agree.

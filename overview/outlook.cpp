@@ -2,27 +2,17 @@
 
 #include "base/text.h"
 
-#include <algorithm>
 #include <deque>
+#include <string>
+#include <unordered_set>
+#include <utility>
 
 namespace mact {
 namespace {
 
-class Troubles {
-public:
-    void Add(std::string_view figure, std::string_view item, MonthNumber month, State state) {
-        if (state != State::Over && state != State::Differs) return;
-        const auto isKnown = [&](const FirstTrouble& known) {
-            return known.Figure == figure && known.Item == item;
-        };
-        if (std::ranges::none_of(m_found, isKnown))
-            m_found.push_back({std::string(figure), std::string(item), month, state});
-    }
-    std::vector<FirstTrouble> Take() { return std::move(m_found); }
-
-private:
-    std::vector<FirstTrouble> m_found;
-};
+bool IsTrouble(const Verdict& verdict) {
+    return verdict.Is == State::Over || verdict.Is == State::Differs;
+}
 
 /// What the use of a month adds to the sums of the average, kg.
 struct MonthSums {
@@ -52,16 +42,31 @@ bool IsOver(const std::deque<MonthSums>& window) {
 } // namespace
 
 std::vector<FirstTrouble> FirstTroubles(const ShopFigures& shop, const std::vector<MonthFigures>& span) {
-    Troubles troubles;
-    for (const MonthFigures& figures : span) {
-        for (const ContentFigure& content : figures.Contents)
-            troubles.Add("content", content.Item, figures.MonthEnd, content.Judged.Is);
-        for (const FilledFigure& filled : figures.Filled)
-            troubles.Add("filled", Trim(shop.Shop().Materials[filled.Material].CustomId), figures.MonthEnd,
-                         filled.Judged.Is);
-        troubles.Add("emissions", {}, figures.MonthEnd, figures.Average.Judged.Is);
+    std::vector<const MonthFigures*> figures;
+    for (const MonthFigures& each : span)
+        figures.push_back(&each);
+    return FirstTroubles(shop, figures);
+}
+
+std::vector<FirstTrouble> FirstTroubles(const ShopFigures& shop,
+                                        const std::vector<const MonthFigures*>& span) {
+    std::vector<FirstTrouble> found;
+    std::unordered_set<std::string> contents;
+    std::unordered_set<std::size_t> materials;
+    bool isAverageKnown = false;
+    for (const MonthFigures* figures : span) {
+        const MonthNumber month = figures->MonthEnd;
+        for (const ContentFigure& content : figures->Contents)
+            if (IsTrouble(content.Judged) && contents.insert(content.Item).second)
+                found.push_back({"content", content.Item, {}, month, content.Judged.Is});
+        for (const FilledFigure& filled : figures->Filled)
+            if (IsTrouble(filled.Judged) && materials.insert(filled.Material).second)
+                found.push_back({"filled", std::string(Trim(shop.Shop().Materials[filled.Material].CustomId)),
+                                 filled.Material, month, filled.Judged.Is});
+        if (IsTrouble(figures->Average.Judged) && !std::exchange(isAverageKnown, true))
+            found.push_back({"emissions", {}, {}, month, figures->Average.Judged.Is});
     }
-    return troubles.Take();
+    return found;
 }
 
 std::optional<MonthNumber> MonthOverIfUseGoesOn(const ShopFigures& shop) {

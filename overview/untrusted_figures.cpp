@@ -14,9 +14,12 @@ namespace {
 /// Where a figure is in its list, by what the list is sorted by.
 using Places = std::unordered_map<std::size_t, std::size_t>;
 
-void CountAt(const Places& places, std::size_t key, std::vector<std::size_t>& counts) {
+/// False if the figure is not in the list.
+bool CountAt(const Places& places, std::size_t key, std::vector<std::size_t>& counts) {
     const auto place = places.find(key);
-    if (place != places.end()) ++counts[place->second];
+    if (place == places.end()) return false;
+    ++counts[place->second];
+    return true;
 }
 
 class Counter {
@@ -111,6 +114,7 @@ private:
     void AddOfNoRow(const Attention& finding) {
         ++m_counts.Average;
         ++m_ofAnyContent;
+        if (!m_counts.Contents.empty()) ++m_counts.AnyContent;
         ++m_ofAnyPointValue;
         if (IsInAmounts(finding)) ++m_ofAnyAmount;
     }
@@ -125,8 +129,10 @@ private:
         ++m_counts.Average;
         CountAt(m_pointValues, PointValueKey(its, row), m_counts.PointValues);
         if (finding.Touches == Reach::AverageAlone) return;
-        if (its.Kind == UseKind::Content) CountAt(m_contents, ContentKey(its, row), m_counts.Contents);
-        CountAt(m_filled, *finding.Material, m_counts.Filled);
+        const bool isInContents =
+            its.Kind == UseKind::Content && CountAt(m_contents, ContentKey(its, row), m_counts.Contents);
+        const bool isInFilled = CountAt(m_filled, *finding.Material, m_counts.Filled);
+        if (isInContents || isInFilled) ++m_counts.AnyContent;
     }
 
     const ShopFigures& m_shop;

@@ -14,6 +14,7 @@ namespace mact {
 struct UntrustedFigures {
     std::vector<std::size_t> Contents{};    ///< as MonthFigures::Contents
     std::vector<std::size_t> Filled{};      ///< as MonthFigures::Filled
+    std::size_t AnyContent = 0;             ///< Contents and Filled together, each finding once
     std::size_t Average = 0;                ///< emissions, allowance and headroom
     std::vector<std::size_t> PointValues{}; ///< as MonthFigures::PointValues
     std::vector<std::size_t> Amounts{};     ///< as MonthFigures::Amounts

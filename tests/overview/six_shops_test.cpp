@@ -2,43 +2,14 @@
 #include "overview/overview_csv.h"
 #include "overview/shop_figures.h"
 #include "tests/overview/overview_shop.h"
+#include "tests/overview/six_shops.h"
 
 #include <gtest/gtest.h>
-
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QRegularExpression>
 
 #include <map>
 
 namespace mact {
 namespace {
-
-/// Six shops with figures worked out by exact arithmetic, independently of this program.
-QJsonArray Shops() {
-    QFile file(QStringLiteral(MACT_SOURCE_FOLDER "/tests/data/overview/shops.json"));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    return QJsonDocument::fromJson(file.readAll()).array();
-}
-
-QJsonValue In(const QJsonObject& object, const char* key) {
-    return object.value(QLatin1String(key));
-}
-
-std::vector<std::string> Texts(const QJsonValue& array) {
-    std::vector<std::string> texts;
-    for (const auto& text : array.toArray())
-        texts.push_back(text.toString().toStdString());
-    return texts;
-}
-
-MonthNumber MonthIn(const QJsonObject& object, const char* key) {
-    const auto month = MonthOfPeriod(In(object, key).toString().toStdString());
-    EXPECT_TRUE(month);
-    return month.value_or(0);
-}
 
 /// Report, exact, limit, state, cause; by figure and item.
 using Shown = std::map<std::pair<std::string, std::string>, std::vector<std::string>>;
@@ -49,21 +20,6 @@ Shown ShownOf(const ShopFigures& shop, const MonthFigures& figures) {
         shown[{std::string(line.Figure), line.Item}] = {line.Report, line.Exact, line.Limit, line.State,
                                                         std::string(CauseText(line.Judged.Why))};
     return shown;
-}
-
-std::string Exact(const QJsonValue& number) {
-    return QString::number(number.toDouble(), 'f', 6)
-        .remove(QRegularExpression(QStringLiteral("\\.?0+$")))
-        .toStdString();
-}
-std::string Short(const QJsonValue& number) {
-    return QString::number(number.toDouble(), 'g', 15).toStdString();
-}
-
-std::string CauseIn(const QJsonObject& figure) {
-    const QString cause = In(figure, "cause").toString();
-    // A sentence in one of the shops; it is the filler.
-    return cause.size() > 20 ? "filler" : cause.toStdString();
 }
 
 void ExpectContents(const QJsonObject& month, const Shown& shown) {
@@ -156,7 +112,7 @@ void ExpectFirstTroubles(const QJsonObject& expected, const ShopFigures& figures
 }
 
 TEST(SixShopsTest, HaveTheFiguresOfExactArithmetic) {
-    const QJsonArray shops = Shops();
+    const QJsonArray shops = SixShops();
     ASSERT_EQ(shops.size(), 6);
     for (const auto& each : shops) {
         const QJsonObject shop = each.toObject();

@@ -1,0 +1,47 @@
+#include "overview/attention_list.h"
+
+#include "overview/state_signs.h"
+
+#include <QApplication>
+
+#include <algorithm>
+
+namespace mact {
+
+void AttentionList::Show(std::vector<Attention> findings, std::vector<std::string> notes) {
+    beginResetModel();
+    m_findings = std::move(findings);
+    m_notes = std::move(notes);
+    m_untrusted =
+        static_cast<std::size_t>(std::ranges::count(m_findings, AttentionKind::NotTrusted, &Attention::Kind));
+    endResetModel();
+}
+
+int AttentionList::rowCount(const QModelIndex& parent) const {
+    if (parent.isValid()) return 0;
+    return std::max(1, static_cast<int>(m_findings.size() + m_notes.size()));
+}
+
+const Attention* AttentionList::FindingAt(int place) const {
+    const auto at = static_cast<std::size_t>(place);
+    if (at < m_untrusted) return &m_findings[at];
+    if (at < m_untrusted + m_notes.size() || at >= m_findings.size() + m_notes.size()) return nullptr;
+    return &m_findings[at - m_notes.size()];
+}
+
+QVariant AttentionList::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) return {};
+    const Attention* finding = FindingAt(index.row());
+    const bool isNothing = m_findings.empty() && m_notes.empty();
+    const bool isTrouble = finding && finding->Kind == AttentionKind::NotTrusted;
+    if (role == Qt::ForegroundRole && isTrouble) return ColourOf(State::Over, false, QApplication::palette());
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+    const QString text =
+        isNothing
+            ? tr("Nothing needs attention.")
+            : QString::fromStdString(finding ? finding->Text
+                                             : m_notes[static_cast<std::size_t>(index.row()) - m_untrusted]);
+    if (role == Qt::ToolTipRole) return text.toHtmlEscaped();
+    return SignOf(isNothing ? State::Within : isTrouble ? State::Over : State::NotUsed) + text;
+}
+} // namespace mact

@@ -1,0 +1,362 @@
+#include "overview/frm_overview.h"
+
+#include "base/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "dialogs/dialog_routines.h"
+#include "materials/frm_material.h"
+#include "overview/answers.h"
+#include "overview/frm_trace.h"
+#include "overview/kept_pack.h"
+#include "overview/month_reports.h"
+#include "overview/overview_csv.h"
+#include "overview/state_signs.h"
+#include "overview/statements.h"
+#include "overview/ui_frm_overview.h"
+#include "usage/frm_usage.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QEvent>
+#include <QHeaderView>
+#include <QShortcut>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace mact {
+namespace {
+
+constexpr int MostMonthsShown = 3 * WindowMonths;
+
+QString FromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+QString StatementLines() {
+    QStringList lines;
+    for (const std::string_view statement : OverviewStatements)
+        lines << QStringLiteral("%1. %2").arg(lines.size() + 1).arg(FromUtf8(statement));
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString KilogramsOf(const AverageFigures& average) {
+    const auto line = [](const char* name, const Figure& figure) {
+        return QString::fromLatin1(name) + FromUtf8(ReportText(RoundTo(figure.Report, 2))) +
+               QStringLiteral(" kg; not rounded: ") + FromUtf8(ExactText(figure.Exact)) +
+               QStringLiteral(" kg");
+    };
+    return line("Emissions ", average.Emissions) + QLatin1Char('\n') + line("Allowance ", average.Allowance);
+}
+
+MonthNumber CurrentMonth(AppContext& app) {
+    const std::chrono::year_month today = app.Calendar.CurrentMonth();
+    return MonthNumberOf(int{today.year()}, static_cast<int>(unsigned{today.month()}));
+}
+
+} // namespace
+
+frmOverview::frmOverview(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmOverview>()) {
+    m_ui->setupUi(this);
+    NumberItems(*m_ui->cbo_Month);
+    AcceptAnyYear(*m_ui->cbo_Year);
+    m_ui->lbl_Company->setText(FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation));
+    m_ui->tbl_Rows->setModel(&m_table);
+    m_ui->tbl_Rows->setItemDelegateForColumn(OverviewTable::Bar, &m_bar);
+    m_ui->tbl_Rows->sortByColumn(OverviewTable::Is, Qt::AscendingOrder);
+    m_ui->tbl_Rows->horizontalHeader()->setResizeContentsPrecision(50); // rows that are looked at
+    m_ui->tbl_Rows->verticalHeader()->hide();
+    m_ui->tbl_Rows->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+    m_ui->lst_Attention->setModel(&m_attention);
+    m_ui->split_Figures->setStretchFactor(0, 2);
+    m_ui->split_Figures->setStretchFactor(1, 3);
+    m_ui->split_Lower->setStretchFactor(0, 1);
+    m_ui->split_Lower->setStretchFactor(1, 1);
+    for (QLabel* question : {m_ui->lbl_Question1, m_ui->lbl_Question2, m_ui->lbl_Question3}) {
+        QFont bold = question->font();
+        bold.setBold(true);
+        question->setFont(bold);
+    }
+    m_ui->lbl_Statements->setText(StatementLines());
+    FoldStatements(true);
+    ConnectControls();
+    m_nextPack.setSingleShot(true);
+    connect(&m_nextPack, &QTimer::timeout, this, &frmOverview::CompareNextPack);
+    Load();
+}
+
+frmOverview::~frmOverview() = default;
+
+void frmOverview::ConnectControls() {
+    connect(m_ui->cmd_Previous, &QToolButton::clicked, this, [this] { StepMonths(-1); });
+    connect(m_ui->cmd_Next, &QToolButton::clicked, this, [this] { StepMonths(1); });
+    connect(new QShortcut(Qt::Key_PageUp, this), &QShortcut::activated, this, [this] { StepMonths(-1); });
+    connect(new QShortcut(Qt::Key_PageDown, this), &QShortcut::activated, this, [this] { StepMonths(1); });
+    connect(m_ui->cbo_Month, &QComboBox::currentIndexChanged, this, &frmOverview::ChooseMonth);
+    connect(m_ui->cbo_Year, &QComboBox::currentTextChanged, this, &frmOverview::ChooseMonth);
+    connect(m_ui->cbo_Span, &QComboBox::currentIndexChanged, this, &frmOverview::ShowChart);
+    connect(m_ui->tbl_Rows->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &frmOverview::ShowChart);
+    connect(m_ui->tbl_Rows, &QTableView::activated, this, &frmOverview::Why);
+    connect(m_ui->lst_Attention, &QListView::activated, this, &frmOverview::OpenAttention);
+    connect(m_ui->cmd_Statements, &QToolButton::toggled, this,
+            [this](bool isOpen) { FoldStatements(!isOpen); });
+    connect(m_ui->cmd_Why, &QPushButton::clicked, this, &frmOverview::Why);
+    connect(m_ui->cmd_Reports, &QPushButton::clicked, this, &frmOverview::MakeReports);
+    connect(m_ui->cmd_HalfYear, &QPushButton::clicked, this, &frmOverview::MakeHalfYear);
+    connect(m_ui->cmd_Copy, &QPushButton::clicked, this, &frmOverview::CopyTable);
+    connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void frmOverview::Load() {
+    const BusyCursor cursor;
+    Result<OverviewOptions> options = ReadOverviewOptions(m_app);
+    Result<ShopRecords> records = ReadShopRecords(m_app);
+    // A failure is said where the newest month stands otherwise, in no box.
+    QString failure;
+    if (!options) failure = FromUtf8(SentenceOf(options.error()));
+    if (!records) failure = FromUtf8(SentenceOf(records.error()));
+    m_options = options ? std::move(*options) : OverviewOptions{};
+    m_records = records ? std::move(*records) : ShopRecords{};
+    m_figures.clear();
+    m_shop = std::make_unique<ShopFigures>(m_records, m_options.Start);
+    const std::optional<MonthNumber> newest = m_shop->NewestUse();
+    m_ui->lbl_Newest->setText(
+        !failure.isEmpty() ? failure
+        : newest           ? tr("The newest month with use is %1.").arg(FromUtf8(LongMonthName(*newest)))
+                           : tr("No use is recorded yet."));
+    m_notes = m_options.NotUnderstood;
+    if (const auto over = MonthOverIfUseGoesOn(*m_shop))
+        m_notes.push_back("If use goes on as the mean of the last three months, material by material, the "
+                          "average is over in " +
+                          LongMonthName(*over) + " (looked ahead 24 months).");
+    if (m_month == 0) m_month = std::clamp(newest.value_or(CurrentMonth(m_app)), FirstMonthEnd, LastMonthEnd);
+    ShowMonth(m_month);
+    FindKeptPacks();
+}
+
+void frmOverview::FindKeptPacks() {
+    const Result<std::vector<HalfYear>> packs = KeptPacks(m_app);
+    m_packs = packs ? *packs : std::vector<HalfYear>{};
+    if (!packs) m_notes.push_back(SentenceOf(packs.error()));
+    if (!packs) ShowAttention();
+    std::ranges::reverse(m_packs);
+    if (!m_packs.empty()) m_nextPack.start(0);
+}
+
+void frmOverview::CompareNextPack() {
+    const HalfYear half = m_packs.back();
+    m_packs.pop_back();
+    const auto differences = ComparePack(m_app, *m_shop, half);
+    const std::string pack = "The half-year pack for " + HalfYearText(half);
+    if (!differences)
+        m_notes.push_back(SentenceOf(differences.error()));
+    else if (!differences->empty())
+        m_notes.push_back(pack + " no longer comes out the same: " +
+                          WholeNumberText(static_cast<std::int64_t>(differences->size())) +
+                          (differences->size() == 1 ? " figure differs." : " figures differ."));
+    if (!differences || !differences->empty()) ShowAttention();
+    if (!m_packs.empty()) m_nextPack.start(0);
+}
+
+const MonthFigures& frmOverview::FiguresOf(MonthNumber month) {
+    auto known = m_figures.find(month);
+    if (known == m_figures.end()) known = m_figures.emplace(month, m_shop->At(month)).first;
+    return known->second;
+}
+
+std::vector<const MonthFigures*> frmOverview::FiguresUntil(MonthNumber month, int months) {
+    std::vector<const MonthFigures*> figures;
+    for (MonthNumber each = std::max(month - months + 1, FirstMonthEnd); each <= month; ++each)
+        figures.push_back(&FiguresOf(each));
+    return figures;
+}
+
+void frmOverview::ShowMonth(MonthNumber month) {
+    m_month = month;
+    m_isShowing = true;
+    SelectListItem(*m_ui->cbo_Month, month % 12 + 1);
+    m_ui->cbo_Year->setEditText(QString::number(month / 12));
+    m_isShowing = false;
+    m_ui->cmd_Previous->setEnabled(month > FirstMonthEnd);
+    m_ui->cmd_Next->setEnabled(month < LastMonthEnd);
+    m_findings = FindAttention(*m_shop, month, m_app.CurrentCompanyId);
+    m_untrusted = CountUntrusted(*m_shop, FiguresOf(month), m_findings);
+    m_troubles = FirstTroubles(*m_shop, FiguresUntil(month, MostMonthsShown));
+    ShowAnswers();
+    ShowRows();
+    ShowChart();
+    ShowAttention();
+}
+
+void frmOverview::StepMonths(int months) {
+    ShowMonth(std::clamp(m_month + months, FirstMonthEnd, LastMonthEnd));
+}
+
+void frmOverview::ChooseMonth() {
+    if (m_isShowing) return;
+    const std::optional<std::int16_t> month = SelectedData(*m_ui->cbo_Month);
+    const int year = m_ui->cbo_Year->currentText().toInt();
+    if (!month || year < 1900 || year > 9999) return; // still being typed
+    ShowMonth(MonthNumberOf(year, *month));
+}
+
+void frmOverview::ShowAnswers() {
+    struct Card {
+        QFrame* Frame;
+        QLabel* Question;
+        QLabel* Text;
+        QLabel* Meaning;
+    };
+    const std::array<Card, 3> cards = {
+        {{m_ui->Frame_Answer1, m_ui->lbl_Question1, m_ui->lbl_Answer1, m_ui->lbl_Meaning1},
+         {m_ui->Frame_Answer2, m_ui->lbl_Question2, m_ui->lbl_Answer2, m_ui->lbl_Meaning2},
+         {m_ui->Frame_Answer3, m_ui->lbl_Question3, m_ui->lbl_Answer3, m_ui->lbl_Meaning3}}
+    };
+    const std::vector<Answer> answers = AnswersOf(*m_shop, FiguresOf(m_month), m_untrusted, m_options);
+    for (std::size_t index = 0; index < cards.size(); ++index) {
+        const Answer& answer = answers[index];
+        const Card& card = cards[index];
+        QString text = FromUtf8(answer.Text);
+        if (const auto first = FirstTroubleOfAverage(); first && index == cards.size() - 1)
+            text += tr(" Trouble since %1.").arg(FromUtf8(ShortMonthName(*first)));
+        card.Question->setText(FromUtf8(answer.Question));
+        card.Text->setText(SignOf(answer.Is) + text);
+        card.Meaning->setText(FromUtf8(answer.Meaning + " See the " + answer.Report + '.'));
+        card.Frame->setAccessibleName(card.Question->text());
+        card.Frame->setAccessibleDescription(text);
+        if (index == cards.size() - 1) card.Frame->setToolTip(KilogramsOf(FiguresOf(m_month).Average));
+        QPalette colours = card.Question->palette();
+        colours.setColor(QPalette::WindowText, ColourOf(answer.Is, answer.IsNarrow, palette()));
+        card.Text->setPalette(colours);
+    }
+}
+
+std::optional<MonthNumber> frmOverview::FirstTroubleOfAverage() const {
+    const auto first = std::ranges::find(m_troubles, "emissions", &FirstTrouble::Figure);
+    return first == m_troubles.end() ? std::nullopt : std::optional(first->Month);
+}
+
+void frmOverview::ShowRows() {
+    const std::optional<OverviewRow> selected = SelectedRow();
+    const MonthFigures& figures = FiguresOf(m_month);
+    m_isShowing = true;
+    m_table.Show(RowsOf(*m_shop, figures, m_untrusted, m_troubles, m_options), figures.Months);
+    if (selected) SelectRow(*selected);
+    m_isShowing = false;
+    if (m_areColumnsFitted) return; // they stay as the user may have set them
+    m_areColumnsFitted = m_table.rowCount() > 0;
+    m_ui->tbl_Rows->resizeColumnsToContents();
+}
+
+void frmOverview::SelectRow(const OverviewRow& row) {
+    for (int place = 0; place < m_table.rowCount(); ++place) {
+        const OverviewRow& each = m_table.RowAt(place);
+        if (each.Figure != row.Figure || each.Item != row.Item || each.Material != row.Material) continue;
+        m_ui->tbl_Rows->selectRow(place);
+        return;
+    }
+}
+
+std::optional<OverviewRow> frmOverview::SelectedRow() const {
+    const QModelIndexList selected = m_ui->tbl_Rows->selectionModel()->selectedRows();
+    if (selected.isEmpty()) return std::nullopt;
+    return m_table.RowAt(selected.front().row());
+}
+
+void frmOverview::ShowChart() {
+    if (m_isShowing) return;
+    const std::optional<OverviewRow> row = SelectedRow();
+    const int months = (m_ui->cbo_Span->currentIndex() + 1) * WindowMonths;
+    std::vector<ChartPoint> points;
+    for (const MonthFigures* figures : FiguresUntil(m_month, months)) {
+        const std::optional<ChartValue> at = row ? ValueAt(*row, *figures) : ValueOf(figures->Average);
+        ChartPoint point{.Month = FromUtf8(ShortMonthName(figures->MonthEnd))};
+        if (at && std::isfinite(at->Percent)) {
+            point.Value = at->Percent;
+            point.Text = FromUtf8(PercentText(at->Percent)) + QStringLiteral(", ") +
+                         FromUtf8(StateInWords(at->Judged, figures->Months)).toLower();
+            point.IsOver = at->Judged.Is == State::Over || at->Judged.Is == State::Differs;
+        }
+        points.push_back(std::move(point));
+    }
+    m_ui->cht_Months->Show(row ? tr("%1 in percent of its limit").arg(FromCodePage(row->Item))
+                               : tr("Emissions in percent of the allowance"),
+                           std::move(points));
+}
+
+void frmOverview::ShowAttention() {
+    m_attention.Show(m_findings, m_notes);
+}
+
+void frmOverview::OpenAttention() {
+    const QModelIndex current = m_ui->lst_Attention->currentIndex();
+    const Attention* finding = current.isValid() ? m_attention.FindingAt(current.row()) : nullptr;
+    if (!finding) return;
+    if (finding->Use)
+        EditUsage(m_app, m_records.Usage[*finding->Use].Record, this);
+    else if (finding->Material)
+        EditMaterial(m_app, m_records.Materials[*finding->Material].MaterialId, this);
+    else
+        return;
+    Load();
+    const int row = std::min(current.row(), m_attention.rowCount() - 1);
+    m_ui->lst_Attention->setCurrentIndex(m_attention.index(row));
+}
+
+void frmOverview::Why() {
+    const std::optional<OverviewRow> row = SelectedRow();
+    const Result<TraceNode> trace = TraceFigure(*m_shop, FiguresOf(m_month), row ? row->Figure : "emissions",
+                                                row ? row->Item : std::string());
+    if (ShowFailure(m_app, trace)) return;
+    ShowTrace(m_app, *trace, this);
+}
+
+void frmOverview::MakeReports() {
+    const BusyCursor cursor;
+    const MonthReports reports = WriteMonthReports(m_app, m_month);
+    for (const Failure& failure : reports.Failures)
+        ShowError(m_app, failure);
+    if (!reports.Index.empty())
+        ShowInformation(m_app, "The reports have been saved. Their index is\r\n" + PathText(reports.Index));
+}
+
+void frmOverview::MakeHalfYear() {
+    const HalfYear half{.Year = m_month / 12, .Half = m_month % 12 < 6 ? 1 : 2};
+    const Result<bool> isKept = IsPackKept(m_app, half);
+    if (ShowFailure(m_app, isKept)) return;
+    if (*isKept && m_app.Prompts.Show({"There is a half-year pack for " + HalfYearText(half) +
+                                           " already. Replace it with one from today's records?",
+                                       PromptKind::Question, PromptButtons::YesNo}) != PromptAnswer::Yes)
+        return;
+    const Result<PackFiles> pack = WritePack(m_app, half, *isKept);
+    if (ShowFailure(m_app, pack)) return;
+    ShowInformation(m_app, "The half-year pack for " + HalfYearText(half) + " has been saved as\r\n" +
+                               PathText(pack->Page) + "\r\n" + PathText(pack->Csv));
+}
+
+void frmOverview::CopyTable() {
+    QApplication::clipboard()->setText(m_table.Text());
+}
+
+void frmOverview::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_shop) ShowAnswers();
+}
+
+void frmOverview::FoldStatements(bool isFolded) {
+    m_ui->lbl_Statements->setHidden(isFolded);
+    m_ui->cmd_Statements->setArrowType(isFolded ? Qt::RightArrow : Qt::DownArrow);
+}
+
+void ShowOverview(AppContext& app, QWidget* parent) {
+    if (app.CurrentCompanyId == 0) {
+        ShowInformation(app, "Choose Companies first: add a company or select one.");
+        return;
+    }
+    frmOverview window(app, parent);
+    ShowModally(app, window);
+}
+} // namespace mact

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "base/app_context.h"
+#include "overview/attention_list.h"
+#include "overview/half_year.h"
+#include "overview/outlook.h"
+#include "overview/overview_options.h"
+#include "overview/overview_table.h"
+#include "overview/shop_figures.h"
+#include "overview/untrusted_figures.h"
+
+#include <QDialog>
+#include <QTimer>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace Ui {
+class frmOverview;
+}
+
+namespace mact {
+
+/// Where the shop stands at a month end: three answers, a chart, the rows worst first, and what needs
+/// attention. Reads the data files and changes none, but for the editors that it opens.
+class frmOverview : public QDialog {
+    Q_OBJECT
+
+public:
+    frmOverview(AppContext& app, QWidget* parent);
+    ~frmOverview() override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void ConnectControls();
+    /// Reads the records anew and shows the month again, or the newest with use.
+    void Load();
+    void ShowMonth(MonthNumber month);
+    void ShowAnswers();
+    void ShowRows();
+    void ShowChart();
+    void ShowAttention();
+    void StepMonths(int months);
+    void ChooseMonth();
+    void OpenAttention();
+    void Why();
+    void MakeReports();
+    void MakeHalfYear();
+    void CopyTable();
+    void FoldStatements(bool isFolded);
+    /// The kept half-year packs are compared after the window is shown, one at a time.
+    void FindKeptPacks();
+    void CompareNextPack();
+    std::optional<MonthNumber> FirstTroubleOfAverage() const;
+    std::optional<OverviewRow> SelectedRow() const;
+    void SelectRow(const OverviewRow& row);
+    const MonthFigures& FiguresOf(MonthNumber month);
+    std::vector<const MonthFigures*> FiguresUntil(MonthNumber month, int months);
+
+    AppContext& m_app;
+    std::unique_ptr<Ui::frmOverview> m_ui;
+    ShopRecords m_records;
+    OverviewOptions m_options;
+    std::unique_ptr<ShopFigures> m_shop;           ///< of m_records
+    std::map<MonthNumber, MonthFigures> m_figures; ///< those calculated so far
+    std::vector<Attention> m_findings;
+    std::vector<std::string> m_notes; ///< what needs attention and is of no record; UTF-8
+    UntrustedFigures m_untrusted;
+    std::vector<FirstTrouble> m_troubles;
+    std::vector<HalfYear> m_packs; ///< still to be compared, the last one next
+    QTimer m_nextPack{this};
+    OverviewTable m_table{this};
+    LimitBar m_bar{this};
+    AttentionList m_attention{this};
+    MonthNumber m_month = 0;
+    bool m_areColumnsFitted = false;
+    bool m_isShowing = false; ///< the controls are being filled
+};
+
+/// Without a company it says to choose one.
+void ShowOverview(AppContext& app, QWidget* parent);
+} // namespace mact

@@ -1,6 +1,7 @@
 #include "app/frm_main.h"
 #include "benchmarks/bench_shop.h"
 #include "dialogs/message_icons.h"
+#include "overview/verdict.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -19,7 +20,8 @@ using namespace mact;
 // mact_window_bench FOLDER
 //
 // Opens both lists of the shop that mact_bench made in FOLDER/all and types in them. Prints how long it takes
-// from the click to the painted window, and the longest time for which a key blocks the window.
+// from the click to the painted window, and the longest time for which a key blocks the window. Then the same
+// of the overview, where the key goes to another month or row, and of the steps of the main window's verdict.
 
 namespace {
 
@@ -36,17 +38,18 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-/// Calls `then` once the list in the next window to open has been painted.
+/// Calls `then` once the list of that name, in the next window to open, has been painted.
 class NextPaintedList : public QObject {
 public:
-    explicit NextPaintedList(std::function<void(QListWidget&)> then) : m_then(std::move(then)) {
+    NextPaintedList(const char* name, std::function<void(QAbstractItemView&)> then)
+        : m_name(QLatin1String(name)), m_then(std::move(then)) {
         qApp->installEventFilter(this);
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Paint && !m_isPainted) {
-            auto* list = qobject_cast<QListWidget*>(watched->parent());
-            if (list && list->viewport() == watched && list->objectName() == QLatin1String("lst_Main")) {
+            auto* list = qobject_cast<QAbstractItemView*>(watched->parent());
+            if (list && list->viewport() == watched && list->objectName() == m_name) {
                 m_isPainted = true;
                 // After all paint events of the window.
                 QTimer::singleShot(0, list, [this, list] { m_then(*list); });
@@ -56,7 +59,8 @@ public:
     }
 
 private:
-    std::function<void(QListWidget&)> m_then;
+    QLatin1String m_name;
+    std::function<void(QAbstractItemView&)> m_then;
     bool m_isPainted = false;
 };
 
@@ -86,7 +90,8 @@ Opened OpenAndType(frmMain& main, const char* button) {
     Opened opened;
     for (int round = 0; round < Rounds; ++round) {
         QElapsedTimer timer;
-        const NextPaintedList painted([&](QListWidget& list) {
+        const NextPaintedList painted("lst_Main", [&](QAbstractItemView& view) {
+            auto& list = static_cast<QListWidget&>(view);
             opened.OpenMs.push_back(Ms(timer));
             // The first of the texts, a later one, and one that no line begins with.
             for (const char* keys : {"gc-1", "x-31999", "zzz"}) {
@@ -100,6 +105,54 @@ Opened OpenAndType(frmMain& main, const char* button) {
         });
         timer.start();
         main.findChild<QPushButton*>(QLatin1String(button))->click();
+    }
+    return opened;
+}
+
+double MsOf(const std::function<void()>& act) {
+    QElapsedTimer timer;
+    timer.start();
+    act();
+    QApplication::processEvents();
+    return Ms(timer);
+}
+
+Opened OpenOverviewAndStep(frmMain& main) {
+    Opened opened;
+    for (int round = 0; round < Rounds; ++round) {
+        QElapsedTimer timer;
+        const NextPaintedList painted("tbl_Rows", [&](QAbstractItemView& table) {
+            opened.OpenMs.push_back(Ms(timer));
+            QApplication::processEvents();
+            const auto block = [&](const std::function<void()>& act) {
+                opened.LongestBlockMs = std::max(opened.LongestBlockMs, MsOf(act));
+            };
+            for (const char* button : {"cmd_Previous", "cmd_Previous", "cmd_Next"})
+                block([&] { table.window()->findChild<QAbstractButton*>(QLatin1String(button))->click(); });
+            auto* span = table.window()->findChild<QComboBox*>(QStringLiteral("cbo_Span"));
+            block([&] { table.setCurrentIndex(table.model()->index(table.model()->rowCount() - 1, 0)); });
+            block([&] { span->setCurrentIndex(2); });
+            block([&] { table.model()->sort(0); });
+            table.window()->close();
+        });
+        timer.start();
+        main.findChild<QPushButton*>(QStringLiteral("cmd_Overview"))->click();
+    }
+    return opened;
+}
+
+/// Reads the verdict as the main window does.
+Opened StepVerdict(AppContext& app) {
+    Opened opened;
+    for (int round = 0; round < Rounds; ++round) {
+        QElapsedTimer whole;
+        whole.start();
+        VerdictReader verdict;
+        bool isDone = !verdict.Begin(app);
+        while (!isDone)
+            opened.LongestBlockMs =
+                std::max(opened.LongestBlockMs, MsOf([&] { isDone = verdict.Step(app); }));
+        opened.OpenMs.push_back(Ms(whole));
     }
     return opened;
 }
@@ -125,9 +178,11 @@ int main(int argc, char* argv[]) {
     window.show();
     QApplication::processEvents();
 
-    std::printf("%-20s %22s %7s     %24s %7s\n", "list at the limit", "click to painted, ms", "target",
+    std::printf("%-20s %22s %7s     %24s %7s\n", "window at the limit", "click to painted, ms", "target",
                 "longest block, ms", "target");
     Print("materials", OpenAndType(window, "cmd_Material"));
     Print("usage", OpenAndType(window, "cmd_Usage"));
+    Print("overview", OpenOverviewAndStep(window));
+    Print("verdict", StepVerdict(shop.App()));
     return 0;
 }

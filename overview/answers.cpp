@@ -12,10 +12,14 @@
 namespace mact {
 namespace {
 
+/// The first few; there can be thousands of filled resins.
 std::string Joined(const std::vector<std::string>& names) {
+    constexpr std::size_t most = 7; // the rows of Table 2
     std::string text;
-    for (const std::string& name : names)
-        text += (text.empty() ? "" : "; ") + name;
+    for (std::size_t index = 0; index < std::min(names.size(), most); ++index)
+        text += (index == 0 ? "" : "; ") + names[index];
+    if (names.size() > most)
+        text += " and " + WholeNumberText(static_cast<std::int64_t>(names.size() - most)) + " more";
     return text;
 }
 

@@ -175,6 +175,15 @@ TEST_F(OverviewRowsTest, AnswersSayWhatIsNarrowAndWhatIsNotTrusted) {
     EXPECT_EQ(answers[2].Findings, 1U);
 }
 
+TEST_F(OverviewRowsTest, AnAnswerNamesSevenOfManyAndCountsTheRest) {
+    for (int number = 1; number <= 9; ++number)
+        Used("FR-" + std::to_string(number), 40, "Production resin (Filled)").Filler = 10;
+    const ShopFigures shop(Shop.Records);
+    const std::string text = AnswersOf(shop, shop.At(MadeShop::MonthEnd))[1].Text;
+    EXPECT_TRUE(text.starts_with("FR-1: Over; FR-2: Over; ")) << text;
+    EXPECT_TRUE(text.ends_with("; FR-7: Over and 2 more.")) << text;
+}
+
 TEST_F(OverviewRowsTest, AFindingInSeveralFiguresCountsOnceForTheirCard) {
     Used("GC", 30, "Pigmented production gel", "All");
     Used("PR", 20);

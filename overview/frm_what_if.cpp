@@ -78,10 +78,10 @@ frmWhatIf::frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, Mo
     m_steps.setObjectName(QStringLiteral("tmr_Steps"));
     AcceptCodePageText(*m_ui->txt_Number);
     NumberItems(*m_ui->cbo_FromMonth);
-    SelectListItem(*m_ui->cbo_FromMonth, m_last % 12 + 1);
+    SelectListItem(*m_ui->cbo_FromMonth, m_first % 12 + 1);
     m_ui->txt_FromYear->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), this));
-    m_ui->txt_FromYear->setText(QString::number(m_last / 12));
+    m_ui->txt_FromYear->setText(QString::number(m_first / 12));
     m_ui->txt_FromYear->setFixedWidth(fontMetrics().averageCharWidth() * 10);
     m_ui->lbl_Months->setText(
         m_last - m_first + 1 == WindowMonths
@@ -89,10 +89,16 @@ frmWhatIf::frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, Mo
             : tr("The month en&ds up to %1").arg(FromUtf8(ShortMonthName(m_last))));
     m_ui->lbl_Statement->setText(tr("Calculated with a copy of the records: nothing is saved. %1")
                                      .arg(FromUtf8(OverviewStatements.back())));
+    // So that no choice and no sentence moves what is below, or needs a taller window.
+    QSizePolicy keepsItsPlace = m_ui->lbl_From->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    m_ui->lbl_From->setSizePolicy(keepsItsPlace);
+    m_ui->lbl_From->setMinimumHeight(m_ui->cbo_FromMonth->sizeHint().height());
+    for (QLabel* label : {m_ui->lbl_Today, m_ui->lbl_Wrong, m_ui->lbl_BreakEven})
+        MakeRoomForLines(*label, 2);
     QTableWidget& table = *m_ui->tbl_Months;
     table.verticalHeader()->hide();
     table.verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 5 / 4);
-    table.horizontalHeader()->setStretchLastSection(true);
     table.setRowCount(m_last - m_first + 1);
     FillMaterials();
     ConnectControls();

@@ -337,7 +337,6 @@ private slots:
             AddNumber(window, "GC-110", Content, "29");
             Begin(window, "GC-110", Amount);
             Type(window, "txt_Number", "2");
-            Choose(window, "cbo_FromMonth", "JAN");
             Press(window, "cmd_Add");
             QCOMPARE(Changes(window),
                      QStringList({"The HAP content of GC-110 is 31 % instead of 33 %.",
@@ -406,8 +405,6 @@ private slots:
         QTest::newRow("factor") << int{Amount} << QStringLiteral("1e999")
                                 << QStringLiteral("The factor must be a number that is not negative, as in "
                                                   "0.5 for half as much.");
-        QTest::newRow("no use") << int{Amount} << QStringLiteral("2")
-                                << QStringLiteral("No use of GC-110 is recorded for DEC 2005 or later.");
     }
     void Bad_numbers_are_said_beside_the_field() {
         WhatIfProgram program;
@@ -438,6 +435,19 @@ private slots:
                          QStringLiteral("The month must be from JAN 1900 to DEC 9999."));
                 QVERIFY(!IsEnabled(window, "cmd_Add"));
             }
+        });
+    }
+
+    void An_amount_without_use_from_the_month_on_is_said() {
+        WhatIfProgram program;
+        InWhatIf(program, [](const frmWhatIf& window) {
+            Begin(window, "GC-110", Amount);
+            Type(window, "txt_Number", "2");
+            QVERIFY(IsEnabled(window, "cmd_Add")); // from the first of the twelve months on
+            Choose(window, "cbo_FromMonth", "FEB");
+            QCOMPARE(Shown(window, "lbl_Wrong"),
+                     QStringLiteral("No use of GC-110 is recorded for FEB 2005 or later."));
+            QVERIFY(!IsEnabled(window, "cmd_Add"));
         });
     }
 

@@ -89,17 +89,11 @@ frmWhatIf::frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, Mo
             : tr("The month en&ds up to %1").arg(FromUtf8(ShortMonthName(m_last))));
     m_ui->lbl_Statement->setText(tr("Calculated with a copy of the records: nothing is saved. %1")
                                      .arg(FromUtf8(OverviewStatements.back())));
-    // So that no choice and no sentence moves what is below, or needs a taller window.
-    QSizePolicy keepsItsPlace = m_ui->lbl_From->sizePolicy();
-    keepsItsPlace.setRetainSizeWhenHidden(true);
-    m_ui->lbl_From->setSizePolicy(keepsItsPlace);
-    m_ui->lbl_From->setMinimumHeight(m_ui->cbo_FromMonth->sizeHint().height());
-    for (QLabel* label : {m_ui->lbl_Today, m_ui->lbl_Wrong, m_ui->lbl_BreakEven})
-        MakeRoomForLines(*label, 2);
     QTableWidget& table = *m_ui->tbl_Months;
     table.verticalHeader()->hide();
     table.verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 5 / 4);
     table.setRowCount(m_last - m_first + 1);
+    MakeRoom();
     FillMaterials();
     ConnectControls();
     ShowKind();
@@ -109,6 +103,20 @@ frmWhatIf::frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, Mo
 }
 
 frmWhatIf::~frmWhatIf() = default;
+
+/// So that no choice and no sentence moves what is below, or needs a higher window than the one that opened.
+void frmWhatIf::MakeRoom() {
+    for (QWidget* field : std::initializer_list<QWidget*>{
+             m_ui->lbl_Number, m_ui->txt_Number, m_ui->lbl_Method, m_ui->cbo_Method, m_ui->lbl_Replacement,
+             m_ui->cbo_Replacement, m_ui->lbl_From, m_ui->cbo_FromMonth, m_ui->txt_FromYear}) {
+        QSizePolicy policy = field->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        field->setSizePolicy(policy);
+    }
+    MakeRoomForLines(*m_ui->lbl_Today, 2);
+    MakeRoomForLines(*m_ui->lbl_Wrong, 2);
+    MakeRoomForLines(*m_ui->lbl_BreakEven, 3);
+}
 
 void frmWhatIf::FillMaterials() {
     const std::vector<ShopMaterial>& materials = m_shop.Shop().Materials;
@@ -122,6 +130,9 @@ void frmWhatIf::FillMaterials() {
     ShowLines(*m_ui->cbo_Material, lines);
     m_ui->cbo_Replacement->setModel(m_ui->cbo_Material->model()); // 32,767 entries are enough once
     m_ui->cbo_Replacement->setCurrentIndex(-1);
+    // A short list, not one as high as the screen: for that, the box would look at every entry (70 ms).
+    for (QComboBox* combo : {m_ui->cbo_Material, m_ui->cbo_Replacement})
+        combo->setStyleSheet(QStringLiteral("QComboBox { combobox-popup: 0; }"));
     const std::vector<UsedMaterial> used = m_shop.UsedInWindow(m_last);
     SelectListItem(*m_ui->cbo_Material, used.empty() ? 0 : static_cast<int>(used.front().Material));
     for (QWidget* control :

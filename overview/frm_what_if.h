@@ -30,6 +30,7 @@ public:
 
 private:
     void ConnectControls();
+    void MakeRoom();
     void FillMaterials();
     /// Shows the fields of the kind of change, and takes the material's methods.
     void ShowKind();

@@ -91,7 +91,7 @@ CheckedWhatIf CheckAmount(const ShopRecords& changed, const ShopMaterial& materi
     if (!from || *from < FirstMonthEnd)
         return Wrong(WhatIfField::From, "The month must be from JAN 1900 to DEC 9999.");
     if (!IsUsed(changed, material, from))
-        return Wrong(WhatIfField::From, "No use of " + Shown(material.CustomId) + " is recorded for " +
+        return Wrong(WhatIfField::From, "There is no use of " + Shown(material.CustomId) + " in " +
                                             ShortMonthName(*from) + " or later.");
     return {
         .Change = WhatIfChange{
@@ -154,7 +154,7 @@ std::string AmountText(const ShopFigures& shop, std::size_t material, MonthNumbe
         sum += pounds ? *pounds : std::numeric_limits<double>::quiet_NaN();
     }
     const std::string kilograms = RoundedText(Kilograms(sum));
-    return kilograms.empty() ? "an amount that is no number" : kilograms + " kg";
+    return kilograms.empty() ? "no number" : kilograms + " kg";
 }
 
 std::string ReplacementToday(const ShopRecords& changed, const WhatIfEntry& entry) {
@@ -232,8 +232,8 @@ std::string StartingPoint(const ShopFigures& shop, const ShopRecords& changed, c
     case WhatIfKind::LeftOut:
         break;
     }
-    return "Today " + AmountText(shop, material, monthEnd) + " in the twelve months ending with " +
-           ShortMonthName(monthEnd) + '.';
+    return "The amount recorded for the twelve months ending with " + ShortMonthName(monthEnd) + " is " +
+           AmountText(shop, material, monthEnd) + '.';
 }
 
 std::string BreakEvenText(const ShopFigures& after, const std::vector<BreakEven>& breakEvens,

@@ -36,7 +36,8 @@ CheckedWhatIf CheckWhatIf(const ShopRecords& changed, const WhatIfEntry& entry);
 /// The application methods that the material-type table has for the material, in its order; code-page text.
 std::vector<std::string> MethodsFor(const ShopRecords& shop, std::size_t material);
 
-/// What the entry's change starts from: "Today 33 %; with the changes 31 %." `shop` has no changes.
+/// What the entry's change starts from: "Today 33 %; with the changes 31 %." `shop` has no changes, and
+/// amounts are those of its twelve months.
 std::string StartingPoint(const ShopFigures& shop, const ShopRecords& changed, const WhatIfEntry& entry,
                           MonthNumber monthEnd);
 

@@ -317,8 +317,9 @@ private slots:
         WhatIfProgram program;
         InWhatIf(program, [](const frmWhatIf& window) {
             Begin(window, "GC-110", LeftOut);
-            QCOMPARE(Shown(window, "lbl_Today"),
-                     QStringLiteral("Today 1000 kg in the twelve months ending with DEC 2005."));
+            QCOMPARE(
+                Shown(window, "lbl_Today"),
+                QStringLiteral("The amount recorded for the twelve months ending with DEC 2005 is 1000 kg."));
             Press(window, "cmd_Add");
             QCOMPARE(Changes(window), QStringList({"GC-110 is left out."}));
             QCOMPARE(Numbers(window), QStringLiteral("155.55 | 0 | -155.55"));
@@ -446,7 +447,7 @@ private slots:
             QVERIFY(IsEnabled(window, "cmd_Add")); // from the first of the twelve months on
             Choose(window, "cbo_FromMonth", "FEB");
             QCOMPARE(Shown(window, "lbl_Wrong"),
-                     QStringLiteral("No use of GC-110 is recorded for FEB 2005 or later."));
+                     QStringLiteral("There is no use of GC-110 in FEB 2005 or later."));
             QVERIFY(!IsEnabled(window, "cmd_Add"));
         });
     }

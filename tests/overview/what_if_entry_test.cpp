@@ -98,7 +98,7 @@ TEST_F(WhatIfEntryTest, AnAmountNeedsUseFromTheMonthOn) {
     EXPECT_EQ(checked.Change->Number, 0.5);
     EXPECT_EQ(checked.Change->From, MonthNumberOf(2005, 6));
     entry.Month = 7;
-    EXPECT_EQ(Wrong(entry), "No use of M-1 is recorded for JUL 2005 or later.");
+    EXPECT_EQ(Wrong(entry), "There is no use of M-1 in JUL 2005 or later.");
     EXPECT_EQ(Field(entry), WhatIfField::From);
 }
 
@@ -134,9 +134,9 @@ TEST_F(WhatIfEntryTest, TheAmountIsThatOfTheTwelveMonths) {
     Use(Shop, 1, "1/2005", OneMg);
     Use(Shop, 1, "12/2005", OneMg);
     const WhatIfEntry entry{.Material = Resin, .Kind = WhatIfKind::LeftOut};
-    EXPECT_EQ(Start(entry), "Today 2000 kg in the twelve months ending with DEC 2005.");
+    EXPECT_EQ(Start(entry), "The amount recorded for the twelve months ending with DEC 2005 is 2000 kg.");
     Shop.Usage.back().Quantity = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(Start(entry), "Today an amount that is no number in the twelve months ending with DEC 2005.");
+    EXPECT_EQ(Start(entry), "The amount recorded for the twelve months ending with DEC 2005 is no number.");
 }
 
 TEST_F(WhatIfEntryTest, NamesAreShownInUtf8) {

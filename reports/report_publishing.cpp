@@ -28,15 +28,6 @@ void ShowSavedAs(AppContext& app, const std::string& reportPath) {
     ShowInformation(app, text);
 }
 
-void OpenInBrowser(AppContext& app, const std::filesystem::path& report) {
-    const std::string browser = app.Settings.Read(Settings::Browser, Settings::Path);
-    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) { // one that is gone counts as none
-        ShowSavedAs(app, PathText(report));
-        return;
-    }
-    ShowFailure(app, app.Programs.Start(BrowserStart(browser, PathText(report))));
-}
-
 } // namespace
 
 bool UserWantsEmptyReport(AppContext& app) {
@@ -44,12 +35,21 @@ bool UserWantsEmptyReport(AppContext& app) {
                              PromptKind::Question, PromptButtons::YesNo}) == PromptAnswer::Yes;
 }
 
+void OpenReport(AppContext& app, const std::filesystem::path& page) {
+    const std::string browser = app.Settings.Read(Settings::Browser, Settings::Path);
+    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) { // one that is gone counts as none
+        ShowSavedAs(app, PathText(page));
+        return;
+    }
+    ShowFailure(app, app.Programs.Start(BrowserStart(browser, PathText(page))));
+}
+
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html) {
     const std::filesystem::path report = app.ProgramFolder / fileName;
     if (html) *html += "\r\n"; // of the page's only line
     const Done written = html ? ReplaceFile(app.Files, report, *html) : html.error();
     if (ShowFailure(app, written)) return ReportFailed;
-    OpenInBrowser(app, report);
+    OpenReport(app, report);
     return ReportPublished;
 }
 } // namespace mact

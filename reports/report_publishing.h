@@ -4,6 +4,7 @@
 #include "base/result.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -16,4 +17,8 @@ bool UserWantsEmptyReport(AppContext& app);
 /// says where it was saved. Returns ReportPublished or ReportFailed; if the browser does not start, that is
 /// shown, but the report is published. Without a page it shows why there is none and writes nothing.
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html);
+
+/// Opens a page that has been written in the configured browser or, without one, says where it was saved. A
+/// browser that does not start is shown.
+void OpenReport(AppContext& app, const std::filesystem::path& page);
 } // namespace mact

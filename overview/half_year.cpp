@@ -83,6 +83,14 @@ std::array<MonthNumber, MonthsOfHalfYear> MonthEndsOf(HalfYear half) {
     return months;
 }
 
+HalfYear NewestHalfYear(MonthNumber monthEnd) {
+    const HalfYear own{.Year = monthEnd / 12, .Half = monthEnd % 12 < 6 ? 1 : 2};
+    if (MonthEndsOf(own).back() == monthEnd) return own;
+    if (own.Half == 2) return {.Year = own.Year, .Half = 1};
+    const HalfYear before{.Year = own.Year - 1, .Half = 2};
+    return MonthEndsOf(before).back() >= FirstMonthEnd ? before : own;
+}
+
 std::string HalfYearText(HalfYear half) {
     return (half.Half == 1 ? "January to June " : "July to December ") + WholeNumberText(half.Year);
 }

@@ -27,6 +27,8 @@ inline constexpr std::size_t MonthsOfHalfYear = 6;
 std::optional<HalfYear> ParseHalfYear(std::string_view text);
 /// Its month ends, oldest first.
 std::array<MonthNumber, MonthsOfHalfYear> MonthEndsOf(HalfYear half);
+/// The newest half year that is over at the end of the month; before the first one, the month's own.
+HalfYear NewestHalfYear(MonthNumber monthEnd);
 /// "July to December 2005"
 std::string HalfYearText(HalfYear half);
 /// The sixtieth day after the half year: "1 March 2006".

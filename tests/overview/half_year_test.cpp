@@ -35,6 +35,21 @@ TEST(HalfYearTest, HasSixMonthEnds) {
     EXPECT_EQ(MonthEndsOf({2005, 2}).back(), MonthNumberOf(2005, 12));
 }
 
+TEST(HalfYearTest, TheNewestIsTheLastThatIsOver) {
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(2005, 6)), (HalfYear{2005, 1}));
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(2005, 7)), (HalfYear{2005, 1}));
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(2005, 11)), (HalfYear{2005, 1}));
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(2005, 12)), (HalfYear{2005, 2}));
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(2006, 1)), (HalfYear{2005, 2}));
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(2006, 5)), (HalfYear{2005, 2}));
+}
+
+TEST(HalfYearTest, TheNewestIsNeverBeforeTheFirst) {
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(1900, 5)), (HalfYear{1900, 1}));
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(1900, 6)), (HalfYear{1900, 1}));
+    EXPECT_EQ(NewestHalfYear(MonthNumberOf(1900, 7)), (HalfYear{1900, 1}));
+}
+
 TEST(HalfYearTest, IsDueOnTheSixtiethDayAfterIt) {
     EXPECT_EQ(DueDateText({2005, 1}), "29 August 2005"); // 31 days of July and 29
     EXPECT_EQ(DueDateText({2005, 2}), "1 March 2006");   // 31 of January, 28 of February and 1

@@ -2,8 +2,10 @@
 
 #include "base/result.h"
 #include "overview/month_figures.h"
+#include "overview/overview_csv.h"
 #include "overview/shop_figures.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +21,18 @@ struct TraceNode {
     std::vector<TraceNode> Children{};
 };
 
-/// `figures` are the shop's. `figure` and `item` (code-page text, in any letter case) as in the CSV; "months"
-/// needs no item. A Failure that says which there are if there is no such figure or item.
+/// The place of a figure in `lines`, those of `monthEnd`. `figure` and `item` (code-page text, in any letter
+/// case) as in the CSV; "months" needs no item. A Failure that says which there are if there is no such
+/// figure or item.
+Result<std::size_t> FindFigure(const std::vector<FigureLine>& lines, MonthNumber monthEnd,
+                               std::string_view figure, std::string_view item);
+
+/// `figures` are the shop's; `lines` are LinesOf both. A figure that has its name and item in common with
+/// another one can be traced by its place alone.
+TraceNode TraceLine(const ShopFigures& shop, const MonthFigures& figures,
+                    const std::vector<FigureLine>& lines, std::size_t place);
+
+/// Both in one. Of figures with the same name and item the first is meant.
 Result<TraceNode> TraceFigure(const ShopFigures& shop, const MonthFigures& figures, std::string_view figure,
                               std::string_view item);
 

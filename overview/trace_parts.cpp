@@ -62,6 +62,26 @@ std::string ExactPointValueFormula(const ShopFigures& shop, const UsedMaterial& 
                   TracedNumber(row.EfExponent), factor);
 }
 
+std::string ReportEmissionText(const ShopFigures& shop, const UsedMaterial& used) {
+    const HapContentRecord& row = shop.Shop().Types[used.Row];
+    const double content = shop.Shop().Materials[used.Material].HapContent;
+    const std::string pounds = TracedNumber(used.Pounds);
+    return LineOf("Report: p = ", ReportPointValueFormula(row, content), " = ",
+                  TracedNumber(used.PointValueReport), " kg/Mg; m = round2(", pounds,
+                  " / 2.2046 / 1000) = ", TracedNumber(used.MgReport),
+                  " Mg; p * m = ", TracedNumber(used.PointValueReport * used.MgReport),
+                  " kg; K * m = ", TracedNumber(row.EmissionLimit * used.MgReport), " kg");
+}
+
+std::string ExactEmissionText(const ShopFigures& shop, const UsedMaterial& used) {
+    const HapContentRecord& row = shop.Shop().Types[used.Row];
+    return LineOf("Exact: p = ", ExactPointValueFormula(shop, used), " = ",
+                  TracedNumber(used.PointValueExact), " kg/Mg; m = ", TracedNumber(used.Pounds),
+                  " / 2.2046 / 1000 = ", TracedNumber(used.Megagrams()),
+                  " Mg; p * m = ", TracedNumber(used.PointValueExact * used.Megagrams()),
+                  " kg; K * m = ", TracedNumber(row.EmissionLimit * used.Megagrams()), " kg");
+}
+
 std::string UseText(const ShopRecords& shop, const ShopUse& use) {
     return LineOf(shop.UsageName, ", record ", WholeNumberText(use.Record), ", period \"",
                   Printable(Utf8FromCodePage(use.Period)), "\": ", TracedNumber(use.Quantity), " ",

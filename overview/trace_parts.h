@@ -27,6 +27,10 @@ std::string ExactPointValueFormula(const ShopFigures& shop, const UsedMaterial& 
 /// round2(0.014 * 40^2.275)
 std::string ReportPointValueFormula(const HapContentRecord& row, double hapContent);
 
+/// What a material adds to emissions and allowance: p * m and K * m with their numbers filled in.
+std::string ReportEmissionText(const ShopFigures& shop, const UsedMaterial& used);
+std::string ExactEmissionText(const ShopFigures& shop, const UsedMaterial& used);
+
 /// A usage record with its file, number, period, quantity and unit as stored.
 std::string UseText(const ShopRecords& shop, const ShopUse& use);
 

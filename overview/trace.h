@@ -6,6 +6,7 @@
 #include "overview/shop_figures.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,7 +18,9 @@ namespace mact {
 /// their sum.
 
 struct TraceNode {
-    std::string Text{}; ///< UTF-8, one line
+    std::string Text{};                    ///< UTF-8, one line
+    std::optional<std::size_t> Use{};      ///< the record that the line stands for, in ShopRecords::Usage
+    std::optional<std::size_t> Material{}; ///< the same, in ShopRecords::Materials
     std::vector<TraceNode> Children{};
 };
 

@@ -92,7 +92,7 @@ TracedAnswer Tracer::Months() const {
                                                                       WholeNumberText(use.MaterialId))
                                                              : TracedText(material->second->CustomId);
         answer.Parts[static_cast<std::size_t>(*month - first)].Children.push_back(
-            {.Text = LineOf(UseText(m_shop.Shop(), use), " (", name, ")")});
+            {.Text = LineOf(UseText(m_shop.Shop(), use), " (", name, ")"), .Use = place});
     }
     answer.Report = WholeNumberText(static_cast<std::int64_t>(answer.Parts.size()));
     return answer;
@@ -227,7 +227,8 @@ TraceNode Tracer::ReportLines(const std::vector<UsedMaterial>& used, AverageFigu
             node.Children.push_back(
                 {.Text = LineOf(TracedText(MaterialOf(*each).CustomId),
                                 ": p * m = ", TracedNumber(pointValue), " * ", TracedNumber(each->MgReport),
-                                " = ", TracedNumber(pointValue * each->MgReport), " kg")});
+                                " = ", TracedNumber(pointValue * each->MgReport), " kg"),
+                 .Material = each->Material});
         }
         const double limit = line.Row.EmissionLimit;
         node.Text = LineOf(TracedText(line.Row.MaterialType), ", ", TracedText(line.Row.ApplicationMethod),

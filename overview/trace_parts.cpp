@@ -91,7 +91,7 @@ std::string UseText(const ShopRecords& shop, const ShopUse& use) {
 TraceNode MaterialNode(const ShopFigures& shop, const UsedMaterial& used,
                        const std::vector<std::string>& calculations, MonthNumber monthEnd,
                        bool isMonthAlone) {
-    TraceNode node{.Text = MaterialText(shop, used)};
+    TraceNode node{.Text = MaterialText(shop, used), .Material = used.Material};
     for (const std::string& calculation : calculations)
         node.Children.push_back({.Text = calculation});
     node.Children.push_back(
@@ -101,7 +101,7 @@ TraceNode MaterialNode(const ShopFigures& shop, const UsedMaterial& used,
         const ShopUse& use = records.Usage[place];
         if (isMonthAlone && MonthOfPeriod(use.Period) != monthEnd) continue;
         node.Children.push_back(
-            {.Text = ConvertedUseText(records, use, records.Materials[used.Material].Density)});
+            {.Text = ConvertedUseText(records, use, records.Materials[used.Material].Density), .Use = place});
     }
     return node;
 }

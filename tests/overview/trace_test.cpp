@@ -35,6 +35,16 @@ const std::string& LineWith(const TraceNode& node, std::string_view start) {
     return none;
 }
 
+/// The records that the lines stand for, from the top down, as in "M0 U1"; "-" for a line without one.
+std::string RecordsOf(const TraceNode& node) {
+    std::string text = "-";
+    if (node.Material) text = "M" + std::to_string(*node.Material);
+    if (node.Use) text = "U" + std::to_string(*node.Use);
+    for (const TraceNode& child : node.Children)
+        text += " " + RecordsOf(child);
+    return text;
+}
+
 /// The materials among the root's children.
 std::vector<const TraceNode*> MaterialsOf(const TraceNode& root) {
     std::vector<const TraceNode*> materials;
@@ -64,6 +74,13 @@ protected:
         const Result<TraceNode> traced = TraceFigure(shop, shop.At(monthEnd), figure, item);
         EXPECT_TRUE(traced);
         return traced ? TraceText(*traced) : "";
+    }
+    std::string Records(std::string_view figure, std::string_view item = "",
+                        MonthNumber monthEnd = MonthEnd) {
+        const ShopFigures shop(Shop);
+        const Result<TraceNode> traced = TraceFigure(shop, shop.At(monthEnd), figure, item);
+        EXPECT_TRUE(traced);
+        return traced ? RecordsOf(*traced) : "";
     }
     std::string Refusal(std::string_view figure, std::string_view item, MonthNumber monthEnd = MonthEnd) {
         const ShopFigures shop(Shop);
@@ -292,6 +309,48 @@ TEST_F(TraceTest, OfTwoFiguresWithOneNameTheFirstIsMeant) {
                   .find("\n  More than one figure has this name; this is the first.\n  Exact: "
                         "c * h^e * (100 - f) / 100 = 0.014 * 40^2.275"),
               std::string::npos);
+}
+
+// The title and two formulas; PR-A, which is the second material, with three lines of arithmetic and its
+// records, the second and third; PR-B, the fourth, with the fifth record; the sum.
+TEST_F(TraceTest, LinesNameTheRecordsThatTheyStandFor) {
+    EXPECT_EQ(Records("content", "production resin, nonatomized"), "- - - M1 - - - U1 U2 M3 - - - U4 -");
+    EXPECT_EQ(Records("amount", "production resin, nonatomized"), "- - M3 - - U4 -");
+    EXPECT_EQ(Records("filled", "FR-1"), "- - M2 - U3 -");
+}
+
+TEST_F(TraceTest, LinesOfTheReportNameTheirMaterials) {
+    Shop.Usage.resize(1);
+    EXPECT_EQ(Records("emissions"), "- - - M0 - - - U0 - - M0 -");
+}
+
+TEST_F(TraceTest, EntryOfAMonthNamesItsRecordEvenWithoutMaterial) {
+    Shop.Usage.resize(2);
+    Shop.Usage[1] = {.Record = 9, .MaterialId = 77, .Period = "2/2005"};
+    EXPECT_EQ(Records("months", "", MonthNumberOf(2005, 2)), "- - - U0 - U1 -");
+}
+
+TEST_F(TraceTest, EveryFigureIsFoundAtItsPlace) {
+    const ShopFigures shop(Shop);
+    const std::vector<FigureLine> lines = LinesOf(shop, shop.At(MonthEnd));
+    for (std::size_t place = 0; place < lines.size(); ++place) {
+        const Result<std::size_t> found = FindFigure(lines, MonthEnd, lines[place].Figure, lines[place].Item);
+        ASSERT_TRUE(found);
+        EXPECT_EQ(*found, place);
+    }
+}
+
+TEST_F(TraceTest, SecondFigureOfTheSameNameIsTracedByItsPlace) {
+    Shop.Materials[3].CustomId = "FR-1";
+    Shop.Materials[3].MaterialType = "Production resin (Filled)";
+    const ShopFigures shop(Shop);
+    const MonthFigures figures = shop.At(MonthEnd);
+    const std::vector<FigureLine> lines = LinesOf(shop, figures);
+    const Result<std::size_t> first = FindFigure(lines, MonthEnd, "filled", "FR-1");
+    ASSERT_TRUE(first);
+    const TraceNode second = TraceLine(shop, figures, lines, *first + 1);
+    EXPECT_EQ(second.Children.front().Text, "More than one figure has this name; this is number 2.");
+    EXPECT_EQ(RecordsOf(second), "- - - M3 - U4 -");
 }
 
 TEST_F(TraceTest, DamagedQuantityLeavesNoSum) {

@@ -1,49 +1,168 @@
 #include "overview/frm_trace.h"
 
+#include "base/messages.h"
+#include "base/text.h"
 #include "dialogs/dialog_routines.h"
+#include "materials/frm_material.h"
+#include "overview/trace_model.h"
+#include "overview/trace_words.h"
 #include "overview/ui_frm_trace.h"
+#include "usage/frm_usage.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDialog>
 #include <QHeaderView>
+#include <QKeyEvent>
+
+#include <utility>
 
 namespace mact {
 namespace {
 
-/// The children of an item are made when it is first opened: a trace can have as many as there are records.
-void AddChildren(QTreeWidgetItem& item, const TraceNode& node) {
-    for (const TraceNode& child : node.Children) {
-        auto* added = new QTreeWidgetItem(&item, {QString::fromStdString(child.Text)});
-        added->setToolTip(0, added->text(0));
-        added->setData(0, Qt::UserRole, QVariant::fromValue(reinterpret_cast<quintptr>(&child)));
-        if (!child.Children.empty()) added->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
-    }
+void Copy(const TraceNode& node) {
+    QApplication::clipboard()->setText(QString::fromStdString(TraceText(node)));
 }
 
-void OpenOnce(QTreeWidgetItem& item) {
-    if (item.childCount() > 0) return;
-    const auto* node = reinterpret_cast<const TraceNode*>(item.data(0, Qt::UserRole).value<quintptr>());
-    if (node) AddChildren(item, *node);
+bool HasRecord(const TraceNode& node) {
+    return node.Use || node.Material;
+}
+
+/// By itself the tree would keep each leaf in mind as open, which takes seconds for 32,767 materials.
+void UnfoldAll(QTreeView& tree, const QModelIndex& line) {
+    if (!line.parent().isValid()) return tree.expandAll();
+    tree.expand(line);
+    const QAbstractItemModel& model = *line.model();
+    for (int row = 0; row < model.rowCount(line); ++row)
+        if (const QModelIndex child = model.index(row, 0, line); model.hasChildren(child))
+            UnfoldAll(tree, child);
 }
 
 } // namespace
+
+frmTrace::frmTrace(AppContext& app, const ShopFigures& shop, const MonthFigures& figures,
+                   std::vector<FigureLine> lines, std::size_t place, QWidget* parent)
+    : QDialog(parent), m_app(app), m_shop(shop), m_figures(figures), m_lines(std::move(lines)),
+      m_ui(std::make_unique<Ui::frmTrace>()), m_model(new TraceModel(this)) {
+    m_ui->setupUi(this);
+    QTreeView& tree = *m_ui->tre_Parts;
+    tree.setModel(m_model);
+    tree.header()->setStretchLastSection(false);
+    tree.installEventFilter(this);
+    ListFigures();
+    m_ui->cbo_Figure->setCurrentIndex(static_cast<int>(place));
+    ShowFigure();
+    connect(m_ui->cbo_Figure, &QComboBox::currentIndexChanged, this, &frmTrace::ShowFigure);
+    connect(&tree, &QTreeView::doubleClicked, this, &frmTrace::OpenRecordOrUnfold);
+    connect(&tree, &QTreeView::collapsed, this, &frmTrace::CloseAllBelow, Qt::QueuedConnection);
+    connect(tree.selectionModel(), &QItemSelectionModel::currentChanged, this, &frmTrace::EnableButtons);
+    connect(m_ui->cmd_Open, &QPushButton::clicked, this, &frmTrace::OpenRecord);
+    connect(m_ui->cmd_Copy, &QPushButton::clicked, this, [this] { Copy(m_model->NodeAt({})); });
+    connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
+    m_ui->cbo_Figure->setFocus();
+}
+
+frmTrace::~frmTrace() = default;
+
+void frmTrace::ListFigures() {
+    ListLines figures;
+    for (const FigureLine& line : m_lines) {
+        const std::string name = FigureName(line, m_figures.MonthEnd);
+        const std::string outcome = FigureOutcome(line, m_figures.Months);
+        figures.push_back(
+            {.Text = CodePageFromUtf8(name + ": " + outcome), .ItemData = static_cast<int>(figures.size())});
+    }
+    ShowLines(*m_ui->cbo_Figure, figures);
+}
+
+void frmTrace::ShowFigure() {
+    const int row = m_ui->cbo_Figure->currentIndex();
+    if (row < 0) return;
+    const BusyCursor cursor;
+    const auto place = static_cast<std::size_t>(row);
+    m_ui->cbo_Figure->setToolTip(QStringLiteral("<qt>") + m_ui->cbo_Figure->currentText().toHtmlEscaped());
+    m_ui->lbl_Value->setText(
+        QString::fromStdString(FigureStatement(m_lines[place], m_figures.MonthEnd, m_figures.Months)));
+    m_model->Show(TraceLine(m_shop, m_figures, m_lines, place));
+    QTreeView& tree = *m_ui->tre_Parts;
+    const QModelIndex root = m_model->index(0, 0);
+    tree.header()->resizeSection(0, m_model->WidthOfLongest(tree.fontMetrics(), tree.indentation()));
+    tree.expand(root);
+    tree.setCurrentIndex(root);
+    EnableButtons();
+}
+
+void frmTrace::EnableButtons() {
+    const bool hasRecord = HasRecord(m_model->NodeAt(m_ui->tre_Parts->currentIndex()));
+    m_ui->cmd_Open->setEnabled(hasRecord);
+    m_ui->cmd_Open->setDefault(hasRecord);
+}
+
+// Opening the title again would else put what is open below each line in between, one line after the other,
+// which takes a second for 32,767 of them. Queued, since the tree goes on with its lines after it says this.
+void frmTrace::CloseAllBelow(const QModelIndex& line) {
+    if (!line.parent().isValid() && !m_ui->tre_Parts->isExpanded(line)) m_ui->tre_Parts->collapseAll();
+}
+
+void frmTrace::OpenRecordOrUnfold(const QModelIndex& line) {
+    if (HasRecord(m_model->NodeAt(line)))
+        OpenRecord();
+    else
+        m_ui->tre_Parts->setExpanded(line, !m_ui->tre_Parts->isExpanded(line));
+}
+
+void frmTrace::OpenRecord() {
+    const TraceNode& node = m_model->NodeAt(m_ui->tre_Parts->currentIndex());
+    const ShopRecords& records = m_shop.Shop();
+    int outcome = -1;
+    if (node.Use)
+        outcome = EditUsage(m_app, records.Usage[*node.Use].Record, this);
+    else if (node.Material)
+        outcome = EditMaterial(m_app, records.Materials[*node.Material].MaterialId, this);
+    if (outcome == 0) accept();
+}
+
+bool frmTrace::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != m_ui->tre_Parts || event->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(watched, event);
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    const QModelIndex line = m_ui->tre_Parts->currentIndex();
+    if (key.matches(QKeySequence::Copy)) { // by itself the tree would copy the line alone
+        Copy(m_model->NodeAt(line));
+        return true;
+    }
+    if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
+        OpenRecordOrUnfold(line);
+        return true;
+    }
+    if (key.key() == Qt::Key_Asterisk) {
+        UnfoldAll(*m_ui->tre_Parts, line);
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+bool ShowTrace(AppContext& app, const ShopFigures& shop, const MonthFigures& figures,
+               const std::string& figure, const std::string& item, QWidget* parent) {
+    std::vector<FigureLine> lines = LinesOf(shop, figures);
+    const Result<std::size_t> place = FindFigure(lines, figures.MonthEnd, figure, item);
+    if (ShowFailure(app, place)) return false;
+    frmTrace window(app, shop, figures, std::move(lines), *place, parent);
+    return ShowModally(app, window) == QDialog::Accepted;
+}
 
 void ShowTrace(AppContext& app, const TraceNode& trace, QWidget* parent) {
     QDialog window(parent);
     Ui::frmTrace controls;
     controls.setupUi(&window);
-    controls.tre_Parts->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    controls.tre_Parts->header()->setStretchLastSection(false);
-    auto* root = new QTreeWidgetItem(controls.tre_Parts, {QString::fromStdString(trace.Text)});
-    AddChildren(*root, trace);
-    root->setExpanded(true);
-    controls.tre_Parts->setCurrentItem(root);
-    QObject::connect(controls.tre_Parts, &QTreeWidget::itemExpanded, &window,
-                     [](QTreeWidgetItem* item) { OpenOnce(*item); });
-    QObject::connect(controls.cmd_Copy, &QPushButton::clicked, &window, [&trace] {
-        QApplication::clipboard()->setText(QString::fromStdString(TraceText(trace)));
-    });
+    for (QWidget* unused :
+         {static_cast<QWidget*>(controls.lbl_Figure), static_cast<QWidget*>(controls.cbo_Figure),
+          static_cast<QWidget*>(controls.lbl_Value), static_cast<QWidget*>(controls.cmd_Open)})
+        unused->hide();
+    auto* model = new TraceModel(&window);
+    model->Show(trace);
+    controls.tre_Parts->setModel(model);
+    controls.tre_Parts->expand(model->index(0, 0));
+    QObject::connect(controls.cmd_Copy, &QPushButton::clicked, &window, [&trace] { Copy(trace); });
     QObject::connect(controls.cmd_Close, &QPushButton::clicked, &window, &QDialog::reject);
     ShowModally(app, window);
 }

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "overview/trace_answers.h"
 #include "overview/trace_parts.h"
+#include "overview/trace_words.h"
 
 #include <algorithm>
 #include <iterator>
@@ -37,21 +38,12 @@ Failure NoSuchItem(std::string_view figure, std::string_view item, const std::st
                                       : "there is only that of " + items};
 }
 
-/// "report 33.29 %, exact 33.290001 %"
-std::string AnswerText(const std::string& report, const std::string& exact, std::string_view unit) {
-    if (report.empty() && exact.empty()) return "none";
-    std::string text;
-    if (!report.empty()) AppendAll(text, "report ", report, " ", unit);
-    if (!exact.empty()) AppendAll(text, text.empty() ? "" : ", ", "exact ", exact, " ", unit);
-    return text;
-}
-
 std::string TitleOf(const FigureLine& line, MonthNumber monthEnd) {
     const bool isMonthAlone = line.Figure == "amount";
     const bool hasItem = line.Figure != "months" && !line.Item.empty();
     std::string title = LineOf(line.Figure, hasItem ? " of " : "", hasItem ? TracedText(line.Item) : "",
                                isMonthAlone ? " in " : " in the twelve months to ", MonthText(monthEnd));
-    AppendAll(title, ": ", AnswerText(line.Report, line.Exact, line.Unit));
+    AppendAll(title, ": ", ValueText(line.Report, line.Exact, line.Unit));
     if (!line.Limit.empty()) AppendAll(title, "; limit ", line.Limit, " ", line.Unit);
     if (!line.State.empty()) AppendAll(title, "; ", line.State);
     if (line.Judged.Why != Cause::None) AppendAll(title, " (", CauseText(line.Judged.Why), ")");
@@ -109,7 +101,7 @@ TraceNode TraceLine(const ShopFigures& shop, const MonthFigures& figures,
     for (std::string& formula : answer.Formulas)
         root.Children.push_back({.Text = std::move(formula)});
     std::ranges::move(answer.Parts, std::back_inserter(root.Children));
-    root.Children.push_back({.Text = "Sum: " + AnswerText(answer.Report, answer.Exact, line.Unit)});
+    root.Children.push_back({.Text = "Sum: " + ValueText(answer.Report, answer.Exact, line.Unit)});
     return root;
 }
 

@@ -66,10 +66,9 @@ frmTrace::~frmTrace() = default;
 void frmTrace::ListFigures() {
     ListLines figures;
     for (const FigureLine& line : m_lines) {
-        const std::string name = FigureName(line, m_figures.MonthEnd);
-        const std::string outcome = FigureOutcome(line, m_figures.Months);
-        figures.push_back(
-            {.Text = CodePageFromUtf8(name + ": " + outcome), .ItemData = static_cast<int>(figures.size())});
+        std::string text = FigureName(line, m_figures.MonthEnd);
+        AppendAll(text, ": ", FigureOutcome(line, m_figures.Months));
+        figures.push_back({.Text = CodePageFromUtf8(text), .ItemData = static_cast<int>(figures.size())});
     }
     ShowLines(*m_ui->cbo_Figure, figures);
 }

@@ -157,12 +157,12 @@ private slots:
             QCOMPARE(Choice(window).currentText(), QStringLiteral("Content of pigmented gel coat: Within"));
             QCOMPARE(TextOf<QLabel>(window, "lbl_Value"),
                      "Twelve months ending December 2005: report 33 %, exact 33 %. Limit 33 %. Within.");
-            QCOMPARE(OpenLines(window),
-                     QStringList({GelCoatTitle,
-                                  "Report: round2((sum of a * h / 100) / (sum of a) * 100) = round2(330 / "
-                                  "1000 * 100) = 33 %",
-                                  "Exact: (sum of lb * h) / (sum of lb) = 72751.8 / 2204.6 = 33 %",
-                                  GelCoatLine, "Sum: report 33 %, exact 33 %"}));
+            const QString report = QStringLiteral(
+                "Report: round2((sum of a * h / 100) / (sum of a) * 100) = round2(330 / 1000 * 100) = 33 %");
+            const QString exact =
+                QStringLiteral("Exact: (sum of lb * h) / (sum of lb) = 72751.8 / 2204.6 = 33 %");
+            QCOMPARE(OpenLines(window), QStringList({GelCoatTitle, report, exact, GelCoatLine,
+                                                     QStringLiteral("Sum: report 33 %, exact 33 %")}));
             QCOMPARE(CurrentLine(window), GelCoatTitle);
             QCOMPARE(window.focusWidget(), static_cast<QWidget*>(&Choice(window)));
         });

@@ -75,15 +75,17 @@ public:
 };
 
 /// Which files a dialog offers.
-enum class FileKind { Text, Program };
+enum class FileKind { Text, Program, Pdf };
 
 /// The platform's standard dialogs. Each returns nothing if the user cancels.
 class FileDialogs : public Service {
 public:
     virtual std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title,
                                                                   FileKind kind) = 0;
-    /// A text file.
-    virtual std::optional<std::filesystem::path> ChooseFileToSave(const std::string& title) = 0;
+    /// A PDF whose name is given without an ending gets ".pdf"; the question whether to replace a file is
+    /// about that name.
+    virtual std::optional<std::filesystem::path> ChooseFileToSave(const std::string& title,
+                                                                  FileKind kind = FileKind::Text) = 0;
     /// An existing folder; `start` is shown first.
     virtual std::optional<std::filesystem::path> ChooseFolder(const std::string& title,
                                                               const std::filesystem::path& start) = 0;

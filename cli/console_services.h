@@ -33,7 +33,7 @@ public:
     std::optional<std::filesystem::path> ChooseFileToOpen(const std::string&, FileKind) override {
         return std::nullopt;
     }
-    std::optional<std::filesystem::path> ChooseFileToSave(const std::string&) override {
+    std::optional<std::filesystem::path> ChooseFileToSave(const std::string&, FileKind) override {
         return std::nullopt;
     }
     std::optional<std::filesystem::path> ChooseFolder(const std::string&,

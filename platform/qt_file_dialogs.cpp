@@ -20,6 +20,19 @@ QString Programs() {
 #endif
 }
 
+/// The names that the dialog offers first.
+QString FilterOf(FileKind kind) {
+    switch (kind) {
+    case FileKind::Text:
+        break;
+    case FileKind::Program:
+        return Programs();
+    case FileKind::Pdf:
+        return QStringLiteral("PDF files (*.pdf);;All files (*)");
+    }
+    return TextFiles();
+}
+
 std::optional<std::filesystem::path> PathOf(const QString& choice) {
     if (choice.isEmpty()) return {}; // cancelled
     return ToPath(choice);
@@ -30,13 +43,19 @@ std::optional<std::filesystem::path> PathOf(const QString& choice) {
 std::optional<std::filesystem::path> QtFileDialogs::ChooseFileToOpen(const std::string& title,
                                                                      FileKind kind) {
     return PathOf(QFileDialog::getOpenFileName(QApplication::activeWindow(), QString::fromStdString(title),
-                                               QString(),
-                                               kind == FileKind::Program ? Programs() : TextFiles()));
+                                               QString(), FilterOf(kind)));
 }
 
-std::optional<std::filesystem::path> QtFileDialogs::ChooseFileToSave(const std::string& title) {
-    return PathOf(QFileDialog::getSaveFileName(QApplication::activeWindow(), QString::fromStdString(title),
-                                               QString(), TextFiles()));
+std::optional<std::filesystem::path> QtFileDialogs::ChooseFileToSave(const std::string& title,
+                                                                     FileKind kind) {
+    QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(title), QString(),
+                       FilterOf(kind));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setSupportedSchemes({QStringLiteral("file")});
+    // Before the dialog asks whether to replace the file, which adding it later would not.
+    if (kind == FileKind::Pdf) dialog.setDefaultSuffix(QStringLiteral("pdf"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+    return PathOf(dialog.selectedFiles().constFirst());
 }
 
 std::optional<std::filesystem::path> QtFileDialogs::ChooseFolder(const std::string& title,

@@ -8,7 +8,7 @@ namespace mact {
 class QtFileDialogs : public FileDialogs {
 public:
     std::optional<std::filesystem::path> ChooseFileToOpen(const std::string& title, FileKind kind) override;
-    std::optional<std::filesystem::path> ChooseFileToSave(const std::string& title) override;
+    std::optional<std::filesystem::path> ChooseFileToSave(const std::string& title, FileKind kind) override;
     std::optional<std::filesystem::path> ChooseFolder(const std::string& title,
                                                       const std::filesystem::path& start) override;
 };

@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "dialogs/message_icons.h"
 #include "platform/qt_clock.h"
+#include "platform/qt_file_dialogs.h"
 #include "platform/qt_programs.h"
 #include "platform/qt_prompts.h"
 #include "platform/qt_settings.h"
@@ -8,7 +9,10 @@
 #include "tests/support/test_program.h"
 
 #include <QDate>
+#include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
@@ -35,6 +39,18 @@ class qt_services_test : public QObject {
         }
         std::filesystem::path File() const { return Folder.Path() / "MACT" / "TALVOR_QUME_APP.conf"; }
     };
+
+    /// The name of the file that the dialog chooses once `name` is typed.
+    static std::string ChosenName(FileKind kind, const char* name) {
+        const TemporaryFolder folder;
+        InNextModal<QFileDialog>([&](QFileDialog& window) {
+            window.setDirectory(QString::fromStdString(PathText(folder.Path())));
+            Named<QLineEdit>(window, "fileNameEdit").setText(QString::fromLatin1(name));
+            Named<QDialogButtonBox>(window, "buttonBox").button(QDialogButtonBox::Save)->click();
+        });
+        const auto chosen = QtFileDialogs().ChooseFileToSave("Save", kind);
+        return chosen && chosen->parent_path() == folder.Path() ? chosen->filename().string() : std::string();
+    }
 
 private slots:
     void A_setting_that_was_never_written_is_empty() {
@@ -287,6 +303,17 @@ private slots:
         QVERIFY(!started);
         QVERIFY(SentenceOf(started.error()).starts_with("Cannot start the program \"/no/such browser\": "));
 #endif
+    }
+
+    void A_PDF_gets_its_ending_if_none_is_typed() {
+        QCOMPARE(ChosenName(FileKind::Pdf, "december"), std::string("december.pdf"));
+        QCOMPARE(ChosenName(FileKind::Pdf, "december.PDF"), std::string("december.PDF"));
+        QCOMPARE(ChosenName(FileKind::Text, "usage"), std::string("usage"));
+    }
+
+    void A_cancelled_file_dialog_chooses_nothing() {
+        InNextModal<QFileDialog>([](QFileDialog& window) { window.close(); });
+        QVERIFY(!QtFileDialogs().ChooseFileToSave("Save", FileKind::Text));
     }
 
     void The_clock_tells_the_month_of_today() {

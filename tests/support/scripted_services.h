@@ -66,11 +66,15 @@ public:
     std::optional<std::filesystem::path> Choice{}; ///< empty = the user cancels
 
     std::filesystem::path FolderShownFirst{};
+    std::optional<FileKind> KindToSave{}; ///< that was last asked for
 
     std::optional<std::filesystem::path> ChooseFileToOpen(const std::string&, FileKind) override {
         return Choice;
     }
-    std::optional<std::filesystem::path> ChooseFileToSave(const std::string&) override { return Choice; }
+    std::optional<std::filesystem::path> ChooseFileToSave(const std::string&, FileKind kind) override {
+        KindToSave = kind;
+        return Choice;
+    }
     std::optional<std::filesystem::path> ChooseFolder(const std::string&,
                                                       const std::filesystem::path& start) override {
         FolderShownFirst = start;

@@ -73,6 +73,11 @@ void SetListButtons(QPushButton* primary = nullptr, QPushButton* second = nullpt
                     QPushButton* selection = nullptr, QPushButton* secondSelection = nullptr,
                     const QListWidget* list = nullptr);
 
+/// Keeps the window from becoming too small for its texts: wrapped ones need more height the narrower they
+/// are, which a dialog's own minimum size ignores. To be called again when they have changed while it is
+/// open.
+void LimitToTexts(QDialog& window);
+
 /// An editor's outcome for its opener: the number in its hidden lbl_result, or -1.
 int ResultOf(const QLabel& result);
 

@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QEvent>
 #include <QKeyEvent>
@@ -28,14 +29,6 @@ std::optional<QSize> ParseSize(std::string_view text) {
 
 std::string SizeText(const QSize& size) {
     return WholeNumberText(size.width()) + 'x' + WholeNumberText(size.height());
-}
-
-/// Wrapped texts need more height the narrower they are, which a dialog's own minimum size ignores.
-void LimitToTexts(QDialog& window) {
-    const QLayout* layout = window.layout();
-    if (!layout || !layout->hasHeightForWidth()) return;
-    const QSize least = layout->totalMinimumSize();
-    window.setMinimumSize(least.expandedTo({0, layout->totalMinimumHeightForWidth(least.width())}));
 }
 
 /// Keeps a wheel that is turned to scroll past a combo box from changing it unnoticed.
@@ -80,6 +73,14 @@ QSize OwnSize(const QDialog& window) {
 }
 
 } // namespace
+
+void LimitToTexts(QDialog& window) {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what has changed inside
+    const QLayout* layout = window.layout();
+    if (!layout || !layout->hasHeightForWidth()) return;
+    const QSize least = layout->totalMinimumSize();
+    window.setMinimumSize(least.expandedTo({0, layout->totalMinimumHeightForWidth(least.width())}));
+}
 
 int ShowModally(AppContext& app, QDialog& window, const QString& name) {
     LimitToTexts(window);

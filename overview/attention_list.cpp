@@ -1,6 +1,7 @@
 #include "overview/attention_list.h"
 
-#include "overview/state_signs.h"
+#include "overview/state_colours.h"
+#include "overview/state_sign.h"
 
 #include <QApplication>
 
@@ -36,12 +37,11 @@ QVariant AttentionList::data(const QModelIndex& index, int role) const {
     const bool isTrouble = finding && finding->Kind == AttentionKind::NotTrusted;
     if (role == Qt::ForegroundRole && isTrouble) return ColourOf(State::Over, false, QApplication::palette());
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
-    const QString text =
-        isNothing
-            ? tr("Nothing needs attention.")
-            : QString::fromStdString(finding ? finding->Text
-                                             : m_notes[static_cast<std::size_t>(index.row()) - m_untrusted]);
-    if (role == Qt::ToolTipRole) return text.toHtmlEscaped();
-    return SignOf(isNothing ? State::Within : isTrouble ? State::Over : State::NotUsed) + text;
+    const std::string text = isNothing ? "Nothing needs attention."
+                             : finding ? finding->Text
+                                       : m_notes[static_cast<std::size_t>(index.row()) - m_untrusted];
+    if (role == Qt::ToolTipRole) return QString::fromStdString(text).toHtmlEscaped();
+    const State state = isNothing ? State::Within : isTrouble ? State::Over : State::NotUsed;
+    return QString::fromStdString(std::string(SignOf(state)) + text);
 }
 } // namespace mact

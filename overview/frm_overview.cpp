@@ -6,11 +6,18 @@
 #include "dialogs/dialog_routines.h"
 #include "materials/frm_material.h"
 #include "overview/answers.h"
+#include "overview/frm_half_year.h"
+#include "overview/frm_overview_help.h"
+#include "overview/frm_overview_options.h"
 #include "overview/frm_trace.h"
+#include "overview/frm_what_if.h"
 #include "overview/kept_pack.h"
 #include "overview/month_reports.h"
 #include "overview/overview_csv.h"
-#include "overview/state_signs.h"
+#include "overview/overview_page.h"
+#include "overview/overview_print.h"
+#include "overview/state_colours.h"
+#include "overview/state_sign.h"
 #include "overview/statements.h"
 #include "overview/ui_frm_overview.h"
 #include "usage/frm_usage.h"
@@ -67,6 +74,7 @@ frmOverview::frmOverview(AppContext& app, QWidget* parent)
     m_ui->tbl_Rows->setItemDelegateForColumn(OverviewTable::Bar, &m_bar);
     m_ui->tbl_Rows->sortByColumn(OverviewTable::Is, Qt::AscendingOrder);
     m_ui->tbl_Rows->horizontalHeader()->setResizeContentsPrecision(50); // rows that are looked at
+    m_ui->tbl_Rows->horizontalHeader()->setStretchLastSection(true);
     m_ui->tbl_Rows->verticalHeader()->hide();
     m_ui->tbl_Rows->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
     m_ui->lst_Attention->setModel(&m_attention);
@@ -79,7 +87,9 @@ frmOverview::frmOverview(AppContext& app, QWidget* parent)
         bold.setBold(true);
         question->setFont(bold);
     }
-    m_ui->lbl_Statements->setText(StatementLines());
+    m_ui->txt_Statements->setPlainText(StatementLines());
+    m_ui->txt_Statements->setMinimumHeight(3 * fontMetrics().lineSpacing());
+    m_ui->txt_Statements->setMaximumHeight(6 * fontMetrics().lineSpacing());
     FoldStatements(true);
     ConnectControls();
     m_nextPack.setSingleShot(true);
@@ -104,8 +114,16 @@ void frmOverview::ConnectControls() {
     connect(m_ui->cmd_Statements, &QToolButton::toggled, this,
             [this](bool isOpen) { FoldStatements(!isOpen); });
     connect(m_ui->cmd_Why, &QPushButton::clicked, this, &frmOverview::Why);
+    connect(m_ui->cmd_WhatIf, &QPushButton::clicked, this,
+            [this] { ShowWhatIf(m_app, m_records, m_options, m_month, this); });
+    connect(m_ui->cmd_Print, &QPushButton::clicked, this, &frmOverview::Print);
+    connect(m_ui->cmd_Pdf, &QPushButton::clicked, this, &frmOverview::SavePdf);
+    connect(m_ui->cmd_Help, &QPushButton::clicked, this, [this] { ShowOverviewHelp(m_app, this); });
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, m_ui->cmd_Help,
+            &QPushButton::click);
     connect(m_ui->cmd_Reports, &QPushButton::clicked, this, &frmOverview::MakeReports);
-    connect(m_ui->cmd_HalfYear, &QPushButton::clicked, this, &frmOverview::MakeHalfYear);
+    connect(m_ui->cmd_HalfYear, &QPushButton::clicked, this, &frmOverview::ShowPacks);
+    connect(m_ui->cmd_Options, &QPushButton::clicked, this, &frmOverview::ChangeOptions);
     connect(m_ui->cmd_Copy, &QPushButton::clicked, this, &frmOverview::CopyTable);
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -189,6 +207,7 @@ void frmOverview::ShowMonth(MonthNumber month) {
     ShowRows();
     ShowChart();
     ShowAttention();
+    LimitToTexts(*this);
 }
 
 void frmOverview::StepMonths(int months) {
@@ -223,7 +242,7 @@ void frmOverview::ShowAnswers() {
         if (const auto first = FirstTroubleOfAverage(); first && index == cards.size() - 1)
             text += tr(" Trouble since %1.").arg(FromUtf8(ShortMonthName(*first)));
         card.Question->setText(FromUtf8(answer.Question));
-        card.Text->setText(SignOf(answer.Is) + text);
+        card.Text->setText(FromUtf8(SignOf(answer.Is)) + text);
         card.Meaning->setText(FromUtf8(answer.Meaning + " See the " + answer.Report + '.'));
         card.Frame->setAccessibleName(card.Question->text());
         card.Frame->setAccessibleDescription(text);
@@ -308,10 +327,35 @@ void frmOverview::OpenAttention() {
 
 void frmOverview::Why() {
     const std::optional<OverviewRow> row = SelectedRow();
-    const Result<TraceNode> trace = TraceFigure(*m_shop, FiguresOf(m_month), row ? row->Figure : "emissions",
-                                                row ? row->Item : std::string());
-    if (ShowFailure(m_app, trace)) return;
-    ShowTrace(m_app, *trace, this);
+    if (ShowTrace(m_app, *m_shop, FiguresOf(m_month), row ? row->Figure : "emissions",
+                  row ? row->Item : std::string(), this))
+        Load();
+}
+
+QString frmOverview::Page() {
+    const MonthFigures& figures = FiguresOf(m_month);
+    const std::vector<OverviewRow> rows = RowsOf(*m_shop, figures, m_untrusted, m_troubles, m_options);
+    return FromUtf8(OverviewPage({.CompanyName = m_app.CurrentCompanyName,
+                                  .CompanyLocation = m_app.CurrentCompanyLocation,
+                                  .Shop = *m_shop,
+                                  .Figures = figures,
+                                  .Rows = rows,
+                                  .Findings = m_findings,
+                                  .Notes = m_notes,
+                                  .Options = m_options,
+                                  .HasChart = true}));
+}
+
+void frmOverview::Print() {
+    PreviewOverview(m_app, Page(), m_ui->cht_Months->Picture(), this);
+}
+
+void frmOverview::SavePdf() {
+    const auto path = m_app.Dialogs.ChooseFileToSave("Save the overview as PDF", FileKind::Pdf);
+    if (!path) return;
+    const BusyCursor cursor;
+    static_cast<void>(
+        ShowFailure(m_app, WriteOverviewPdf(m_app, *path, Page(), m_ui->cht_Months->Picture())));
 }
 
 void frmOverview::MakeReports() {
@@ -323,22 +367,22 @@ void frmOverview::MakeReports() {
         ShowInformation(m_app, "The reports have been saved. Their index is\r\n" + PathText(reports.Index));
 }
 
-void frmOverview::MakeHalfYear() {
-    const HalfYear half{.Year = m_month / 12, .Half = m_month % 12 < 6 ? 1 : 2};
-    const Result<bool> isKept = IsPackKept(m_app, half);
-    if (ShowFailure(m_app, isKept)) return;
-    if (*isKept && m_app.Prompts.Show({"There is a half-year pack for " + HalfYearText(half) +
-                                           " already. Replace it with one from today's records?",
-                                       PromptKind::Question, PromptButtons::YesNo}) != PromptAnswer::Yes)
-        return;
-    const Result<PackFiles> pack = WritePack(m_app, half, *isKept);
-    if (ShowFailure(m_app, pack)) return;
-    ShowInformation(m_app, "The half-year pack for " + HalfYearText(half) + " has been saved as\r\n" +
-                               PathText(pack->Page) + "\r\n" + PathText(pack->Csv));
+void frmOverview::ShowPacks() {
+    ShowHalfYearPacks(m_app, *m_shop, m_month, this);
+    Load(); // a pack may have been made
+}
+
+void frmOverview::ChangeOptions() {
+    if (EditOverviewOptions(m_app, this)) Load();
 }
 
 void frmOverview::CopyTable() {
     QApplication::clipboard()->setText(m_table.Text());
+}
+
+void frmOverview::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    LimitToTexts(*this); // a splitter knows its least size only now
 }
 
 void frmOverview::changeEvent(QEvent* event) {
@@ -347,8 +391,9 @@ void frmOverview::changeEvent(QEvent* event) {
 }
 
 void frmOverview::FoldStatements(bool isFolded) {
-    m_ui->lbl_Statements->setHidden(isFolded);
+    m_ui->txt_Statements->setHidden(isFolded);
     m_ui->cmd_Statements->setArrowType(isFolded ? Qt::RightArrow : Qt::DownArrow);
+    LimitToTexts(*this);
 }
 
 void ShowOverview(AppContext& app, QWidget* parent) {

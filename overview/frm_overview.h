@@ -32,6 +32,7 @@ public:
     ~frmOverview() override;
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -47,8 +48,13 @@ private:
     void ChooseMonth();
     void OpenAttention();
     void Why();
+    /// The overview as HTML for paper.
+    QString Page();
+    void Print();
+    void SavePdf();
     void MakeReports();
-    void MakeHalfYear();
+    void ShowPacks();
+    void ChangeOptions();
     void CopyTable();
     void FoldStatements(bool isFolded);
     /// The kept half-year packs are compared after the window is shown, one at a time.

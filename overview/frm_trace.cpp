@@ -148,21 +148,4 @@ bool ShowTrace(AppContext& app, const ShopFigures& shop, const MonthFigures& fig
     frmTrace window(app, shop, figures, std::move(lines), *place, parent);
     return ShowModally(app, window) == QDialog::Accepted;
 }
-
-void ShowTrace(AppContext& app, const TraceNode& trace, QWidget* parent) {
-    QDialog window(parent);
-    Ui::frmTrace controls;
-    controls.setupUi(&window);
-    for (QWidget* unused :
-         {static_cast<QWidget*>(controls.lbl_Figure), static_cast<QWidget*>(controls.cbo_Figure),
-          static_cast<QWidget*>(controls.lbl_Value), static_cast<QWidget*>(controls.cmd_Open)})
-        unused->hide();
-    auto* model = new TraceModel(&window);
-    model->Show(trace);
-    controls.tre_Parts->setModel(model);
-    controls.tre_Parts->expand(model->index(0, 0));
-    QObject::connect(controls.cmd_Copy, &QPushButton::clicked, &window, [&trace] { Copy(trace); });
-    QObject::connect(controls.cmd_Close, &QPushButton::clicked, &window, &QDialog::reject);
-    ShowModally(app, window);
-}
 } // namespace mact

@@ -56,7 +56,4 @@ private:
 /// a record was saved in an editor. A figure that there is not is shown as an error.
 bool ShowTrace(AppContext& app, const ShopFigures& shop, const MonthFigures& figures,
                const std::string& figure, const std::string& item, QWidget* parent);
-
-/// The same for a trace alone, without its records.
-void ShowTrace(AppContext& app, const TraceNode& trace, QWidget* parent);
 } // namespace mact

@@ -1,6 +1,6 @@
 #include "overview/overview_chart.h"
 
-#include "overview/state_signs.h"
+#include "overview/state_colours.h"
 
 #include <QHelpEvent>
 #include <QPainter>
@@ -49,11 +49,23 @@ QString OverviewChart::TextOf(const ChartPoint& point) const {
     return point.Month + QStringLiteral(": ") + (point.Value ? point.Text : tr("no figure"));
 }
 
+QImage OverviewChart::Picture() const {
+    constexpr double sharper = 3; // than a screen
+    OverviewChart chart;
+    chart.setPalette(QPalette(Qt::white));
+    chart.Show(m_title, m_points);
+    chart.resize(chart.fontMetrics().averageCharWidth() * 100, chart.fontMetrics().height() * 14);
+    QImage picture(chart.size() * sharper, QImage::Format_RGB32);
+    picture.setDevicePixelRatio(sharper);
+    chart.render(&picture);
+    return picture;
+}
+
 QSize OverviewChart::sizeHint() const {
     return {fontMetrics().averageCharWidth() * 60, fontMetrics().height() * 10};
 }
 QSize OverviewChart::minimumSizeHint() const {
-    return {fontMetrics().averageCharWidth() * 30, fontMetrics().height() * 6};
+    return {fontMetrics().averageCharWidth() * 30, fontMetrics().height() * 5};
 }
 
 QRectF OverviewChart::PlotArea() const {

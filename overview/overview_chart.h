@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QString>
 #include <QWidget>
 
@@ -25,6 +26,8 @@ public:
     explicit OverviewChart(QWidget* parent = nullptr);
     /// `title` says what the values are.
     void Show(const QString& title, std::vector<ChartPoint> points);
+    /// As it is on paper: in light colours, and sharp when it is printed.
+    QImage Picture() const;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

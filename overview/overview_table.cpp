@@ -2,7 +2,8 @@
 
 #include "dialogs/dialog_routines.h"
 #include "overview/overview_csv.h"
-#include "overview/state_signs.h"
+#include "overview/state_colours.h"
+#include "overview/state_sign.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -18,8 +19,8 @@ constexpr double BarStart = 80; // percent of the limit
 constexpr double BarEnd = 110;
 constexpr double Last = std::numeric_limits<double>::infinity(); // in any order by number
 
-QString FromUtf8(const std::string& text) {
-    return QString::fromStdString(text);
+QString FromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size()));
 }
 
 /// What a column other than Item is sorted by. By the state the rows stay as they are, worst first.
@@ -91,7 +92,7 @@ int OverviewTable::columnCount(const QModelIndex& parent) const {
 }
 
 QString OverviewTable::CellText(const OverviewRow& row, int column) const {
-    const QString unit = QString::fromLatin1(UnitOf(row).data(), qsizetype(UnitOf(row).size()));
+    const QString unit = FromUtf8(UnitOf(row));
     switch (column) {
     case Item:
         return FromCodePage(row.Item);
@@ -106,7 +107,7 @@ QString OverviewTable::CellText(const OverviewRow& row, int column) const {
     case Headroom:
         return row.Headroom ? FromUtf8(RoundedText(*row.Headroom)) + QStringLiteral(" %") : QString();
     case Is:
-        return SignOf(row.Judged.Is) + FromUtf8(StateInWords(row, m_months));
+        return FromUtf8(SignOf(row.Judged.Is)) + FromUtf8(StateInWords(row, m_months));
     case FirstMonth:
         return row.Since ? FromUtf8(ShortMonthName(*row.Since)) : QString();
     default:

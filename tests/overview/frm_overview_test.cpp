@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
+#include <QTextEdit>
 #include <QToolButton>
 
 namespace mact {
@@ -422,13 +423,13 @@ private slots:
         YearShop program;
         frmOverview window(program.App, nullptr);
         window.show();
-        const auto& statements = Named<QLabel>(window, "lbl_Statements");
+        const auto& statements = Named<QTextEdit>(window, "txt_Statements");
         QVERIFY(!statements.isVisible());
         Press(window, "cmd_Statements");
         QVERIFY(statements.isVisible());
-        QVERIFY(
-            statements.text().startsWith(QLatin1String("1. Calculated from the records as they are now")));
-        QVERIFY(statements.text().contains(
+        QVERIFY(statements.toPlainText().startsWith(
+            QLatin1String("1. Calculated from the records as they are now")));
+        QVERIFY(statements.toPlainText().contains(
             QLatin1String("\n7. \"Within\" is arithmetic, not a finding of compliance.")));
         Press(window, "cmd_Statements");
         QVERIFY(!statements.isVisible());

@@ -10,6 +10,12 @@
 #include "materials/frm_emission_factor_help.h"
 #include "materials/frm_material.h"
 #include "materials/frm_other_pollutants.h"
+#include "overview/frm_half_year.h"
+#include "overview/frm_overview.h"
+#include "overview/frm_overview_help.h"
+#include "overview/frm_overview_options.h"
+#include "overview/frm_trace.h"
+#include "overview/frm_what_if.h"
 #include "reports/frm_reports.h"
 #include "store/frm_company.h"
 #include "store/frm_extra_pollutants_names.h"
@@ -28,6 +34,8 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QProgressBar>
+#include <QTableView>
+#include <QTreeView>
 
 #include <fstream>
 
@@ -107,6 +115,56 @@ void OpenUsage(AppContext& app, QWidget* parent) {
 
 void AsItOpens(const QWidget&) {}
 
+constexpr MonthNumber LastMonth = MonthNumberOf(2005, 12); // of the sample shop
+
+void OpenOverviewOptions(AppContext& app, QWidget* parent) {
+    EditOverviewOptions(app, parent);
+}
+
+void OpenDamagedOverviewOptions(AppContext& app, QWidget* parent) {
+    std::ofstream(app.ProgramFolder / "data" / "1_overview.txt")
+        << "start=13/2005\r\nwarn_content=" << std::string(200, 'x')
+        << "\r\noption.production resin=average\r\naddress=14 Slipway Road\r\n";
+    EditOverviewOptions(app, parent);
+}
+
+void OpenHalfYear(AppContext& app, QWidget* parent) {
+    std::error_code ignored;
+    std::filesystem::remove_all(app.ProgramFolder / "half-year", ignored);
+    const auto records = ReadShopRecords(app);
+    const ShopFigures shop(*records);
+    ShowHalfYearPacks(app, shop, shop.NewestUse().value_or(LastMonth), parent);
+}
+
+/// With one pack from other records and one that is damaged.
+void OpenKeptHalfYears(AppContext& app, QWidget* parent) {
+    std::error_code ignored;
+    std::filesystem::remove_all(app.ProgramFolder / "half-year", ignored);
+    const auto records = ReadShopRecords(app);
+    const ShopFigures shop(*records);
+    const HalfYear newest = NewestHalfYear(*shop.NewestUse());
+    static_cast<void>(WritePack(app, newest, true));
+    const HalfYear before{.Year = newest.Year - 1, .Half = newest.Half};
+    static_cast<void>(WritePack(app, before, true));
+    std::ofstream(PackFilesOf(app, before).Csv) << "no pack";
+    ShopRecords changed = *records;
+    for (auto& material : changed.Materials)
+        material.HapContent += 1;
+    const ShopFigures other(changed);
+    ShowHalfYearPacks(app, other, *shop.NewestUse(), parent);
+}
+
+void ChooseKeptPack(const QWidget& window) {
+    for (int i = 0; i < 20; ++i)
+        QCoreApplication::processEvents();
+    Named<QListWidget>(window, "lst_Packs").setCurrentRow(0);
+}
+void MakeAPack(const QWidget& window) {
+    Press(window, "cmd_Make");
+    for (int i = 0; i < 20; ++i)
+        QCoreApplication::processEvents();
+}
+
 void SelectCompanyLine(const QWidget& window) {
     Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
 }
@@ -161,39 +219,102 @@ void ChooseMonths(const QWidget& window) {
     Press(window, "opt_materials_1");
 }
 
+/// With the statements at its foot.
+void SelectWorstRow(const QWidget& window) {
+    Named<QTableView>(window, "tbl_Rows").selectRow(0);
+    Press(window, "cmd_Statements");
+}
+
+void OpenTrace(AppContext& app, QWidget* parent) {
+    const Result<ShopRecords> records = ReadShopRecords(app);
+    const ShopFigures shop(*records);
+    ShowTrace(app, shop, shop.At(LastMonth), "emissions", "", parent);
+}
+
+void SelectTracedRecord(const QWidget& window) {
+    auto& tree = Named<QTreeView>(window, "tre_Parts");
+    tree.setCurrentIndex(tree.model()->index(2, 0, tree.model()->index(0, 0)));
+}
+
+void OpenWhatIf(AppContext& app, QWidget* parent) {
+    const Result<ShopRecords> shop = ReadShopRecords(app);
+    ShowWhatIf(app, *shop, {}, LastMonth, parent);
+}
+
+/// Calculates in steps.
+void AsCalculated(const QWidget& window) {
+    while (Named<QTimer>(window, "tmr_Steps").isActive())
+        QCoreApplication::processEvents();
+}
+
+void ChooseChange(const QWidget& window, int kind) {
+    Named<QComboBox>(window, "cbo_Kind").setCurrentIndex(kind);
+    AsCalculated(window);
+}
+
+/// After a first change.
+void HalveAnAmount(const QWidget& window) {
+    Type(window, "txt_Number", QStringLiteral("24"));
+    Press(window, "cmd_Add");
+    ChooseChange(window, 4);
+    Type(window, "txt_Number", QStringLiteral("0.5"));
+}
+
+void ChangeMethod(const QWidget& window) {
+    ChooseChange(window, 3);
+}
+
+void ReplaceMaterial(const QWidget& window) {
+    ChooseChange(window, 5);
+}
+
 } // namespace
 
 const std::vector<WindowState>& AllWindows() {
     static const std::vector<WindowState> windows{
-        {"frmMain",                 OpenMain,               AsItOpens         },
-        {"frmMain_no_company",      OpenMainWithoutCompany, AsItOpens         },
-        {"frmMain_warning",         OpenMainWithWarning,    AsItOpens         },
-        {"frmAbout",                ShowAbout,              AsItOpens         },
-        {"frmCompany",              ShowCompanies,          SelectCompanyLine },
-        {"frmCompany_edit",         ShowCompanies,          EditCompany       },
-        {"frmExtraPollutantsNames", ShowAdditionalNames,    AsItOpens         },
-        {"frmMaterialTypes",        ShowMaterialTypes,      AsItOpens         },
-        {"frmMaterialTypes_new",    ShowMaterialTypes,      StartNewType      },
-        {"frmList_materials",       ShowMaterialList,       AsItOpens         },
-        {"frmList_usage",           ShowUsageList,          AsItOpens         },
-        {"frmList_usage_filtered",  ShowUsageList,          FilterUsage       },
-        {"frmMaterial_new",         OpenNewMaterial,        AsItOpens         },
-        {"frmMaterial_edit",        OpenMaterial,           GiveEmissionFactor},
-        {"frmMaterial_filled",      OpenFilledMaterial,     AsItOpens         },
-        {"frmOtherPollutants",      OpenOtherPollutants,    AsItOpens         },
-        {"frm_EmissionFactorHelp",  ShowEmissionFactorHelp, AsItOpens         },
-        {"frmUsage_new",            OpenNewUsage,           AsItOpens         },
-        {"frmUsage_edit",           OpenUsage,              AsItOpens         },
-        {"frmImport",               ShowMaterialImport,     AsItOpens         },
-        {"frmImport_path",          ShowMaterialImport,     TypeImportPath    },
-        {"frmImport_at_work",       ShowMaterialImport,     ShowImportAtWork  },
-        {"frmImport_errors",        ShowUsageImport,        ImportWithErrors  },
-        {"frmExport",               ShowMaterialExport,     AsItOpens         },
-        {"frmExport_done",          ShowUsageExport,        ExportToFile      },
-        {"frmErrorLog",             OpenErrorLog,           AsItOpens         },
-        {"frmConfig",               ShowConfiguration,      AsItOpens         },
-        {"frmReports",              ShowReportsForm,        AsItOpens         },
-        {"frmReports_month",        ShowReportsForm,        ChooseMonths      },
+        {"frmMain",                           OpenMain,                   AsItOpens         },
+        {"frmMain_no_company",                OpenMainWithoutCompany,     AsItOpens         },
+        {"frmMain_warning",                   OpenMainWithWarning,        AsItOpens         },
+        {"frmAbout",                          ShowAbout,                  AsItOpens         },
+        {"frmCompany",                        ShowCompanies,              SelectCompanyLine },
+        {"frmCompany_edit",                   ShowCompanies,              EditCompany       },
+        {"frmExtraPollutantsNames",           ShowAdditionalNames,        AsItOpens         },
+        {"frmMaterialTypes",                  ShowMaterialTypes,          AsItOpens         },
+        {"frmMaterialTypes_new",              ShowMaterialTypes,          StartNewType      },
+        {"frmList_materials",                 ShowMaterialList,           AsItOpens         },
+        {"frmList_usage",                     ShowUsageList,              AsItOpens         },
+        {"frmList_usage_filtered",            ShowUsageList,              FilterUsage       },
+        {"frmMaterial_new",                   OpenNewMaterial,            AsItOpens         },
+        {"frmMaterial_edit",                  OpenMaterial,               GiveEmissionFactor},
+        {"frmMaterial_filled",                OpenFilledMaterial,         AsItOpens         },
+        {"frmOtherPollutants",                OpenOtherPollutants,        AsItOpens         },
+        {"frm_EmissionFactorHelp",            ShowEmissionFactorHelp,     AsItOpens         },
+        {"frmUsage_new",                      OpenNewUsage,               AsItOpens         },
+        {"frmUsage_edit",                     OpenUsage,                  AsItOpens         },
+        {"frmImport",                         ShowMaterialImport,         AsItOpens         },
+        {"frmImport_path",                    ShowMaterialImport,         TypeImportPath    },
+        {"frmImport_at_work",                 ShowMaterialImport,         ShowImportAtWork  },
+        {"frmImport_errors",                  ShowUsageImport,            ImportWithErrors  },
+        {"frmExport",                         ShowMaterialExport,         AsItOpens         },
+        {"frmExport_done",                    ShowUsageExport,            ExportToFile      },
+        {"frmErrorLog",                       OpenErrorLog,               AsItOpens         },
+        {"frmConfig",                         ShowConfiguration,          AsItOpens         },
+        {"frmReports",                        ShowReportsForm,            AsItOpens         },
+        {"frmReports_month",                  ShowReportsForm,            ChooseMonths      },
+        {"frmOverview",                       ShowOverview,               AsItOpens         },
+        {"frmOverview_row",                   ShowOverview,               SelectWorstRow    },
+        {"frmOverviewOptions",                OpenOverviewOptions,        AsItOpens         },
+        {"frmOverviewOptions_not_understood", OpenDamagedOverviewOptions, AsItOpens         },
+        {"frmHalfYear",                       OpenHalfYear,               AsItOpens         },
+        {"frmHalfYear_made",                  OpenHalfYear,               MakeAPack         },
+        {"frmHalfYear_kept",                  OpenKeptHalfYears,          ChooseKeptPack    },
+        {"frmOverviewHelp",                   ShowOverviewHelp,           AsItOpens         },
+        {"frmTrace",                          OpenTrace,                  AsItOpens         },
+        {"frmTrace_record",                   OpenTrace,                  SelectTracedRecord},
+        {"frmWhatIf",                         OpenWhatIf,                 AsCalculated      },
+        {"frmWhatIf_amount",                  OpenWhatIf,                 HalveAnAmount     },
+        {"frmWhatIf_method",                  OpenWhatIf,                 ChangeMethod      },
+        {"frmWhatIf_replace",                 OpenWhatIf,                 ReplaceMaterial   },
     };
     return windows;
 }

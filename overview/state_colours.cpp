@@ -1,4 +1,4 @@
-#include "overview/state_signs.h"
+#include "overview/state_colours.h"
 
 namespace mact {
 namespace {
@@ -10,23 +10,6 @@ QColor Either(const QPalette& palette, const char* onLight, const char* onDark) 
 }
 
 } // namespace
-
-QString SignOf(State state) {
-    switch (state) {
-    case State::Within:
-        return QStringLiteral("\u2713 ");
-    case State::Over:
-        return QStringLiteral("\u25B2 ");
-    case State::Differs:
-        return QStringLiteral("\u2260 ");
-    case State::None:
-        return QStringLiteral("? ");
-    case State::TooEarly:
-    case State::NotUsed:
-        break;
-    }
-    return QStringLiteral("\u2013 ");
-}
 
 // Each has at least 4.5 to 1 against white, or against a base of #1e1e1e.
 QColor ColourOf(State state, bool isNarrow, const QPalette& palette) {

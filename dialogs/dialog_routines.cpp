@@ -147,6 +147,10 @@ std::filesystem::path ToPath(const QString& text) {
     return PathFromUtf8(QDir::toNativeSeparators(text).toStdString());
 }
 
+QString PlainToolTip(const QString& text) {
+    return QStringLiteral("<qt>") + text.toHtmlEscaped() + QStringLiteral("</qt>");
+}
+
 void AcceptCodePageText(QLineEdit& edit) {
     edit.setValidator(new CodePageValidator(&edit));
 }

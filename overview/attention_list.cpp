@@ -1,5 +1,6 @@
 #include "overview/attention_list.h"
 
+#include "dialogs/dialog_routines.h"
 #include "overview/state_colours.h"
 #include "overview/state_sign.h"
 
@@ -40,7 +41,7 @@ QVariant AttentionList::data(const QModelIndex& index, int role) const {
     const std::string text = isNothing ? "Nothing needs attention."
                              : finding ? finding->Text
                                        : m_notes[static_cast<std::size_t>(index.row()) - m_untrusted];
-    if (role == Qt::ToolTipRole) return QString::fromStdString(text).toHtmlEscaped();
+    if (role == Qt::ToolTipRole) return PlainToolTip(QString::fromStdString(text));
     const State state = isNothing ? State::Within : isTrouble ? State::Over : State::NotUsed;
     return QString::fromStdString(std::string(SignOf(state)) + text);
 }

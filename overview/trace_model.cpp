@@ -1,5 +1,7 @@
 #include "overview/trace_model.h"
 
+#include "dialogs/dialog_routines.h"
+
 #include <QFontMetrics>
 
 #include <algorithm>
@@ -74,7 +76,7 @@ QVariant TraceModel::data(const QModelIndex& index, int role) const {
     const QString text = QString::fromStdString(NodeAt(index).Text);
     if (role == Qt::DisplayRole) return text;
     // As rich text, since that breaks long lines; a record's own "<b>" is shown as it is.
-    if (role == Qt::ToolTipRole) return QString(QStringLiteral("<qt>") + text.toHtmlEscaped());
+    if (role == Qt::ToolTipRole) return PlainToolTip(text);
     return {};
 }
 } // namespace mact

@@ -1,6 +1,10 @@
 #include "overview/frm_overview.h"
 
 #include "materials/frm_material.h"
+#include "overview/frm_half_year.h"
+#include "overview/frm_overview_help.h"
+#include "overview/frm_overview_options.h"
+#include "overview/frm_what_if.h"
 #include "overview/half_year.h"
 #include "overview/overview_chart.h"
 #include "overview/overview_csv.h"
@@ -372,6 +376,80 @@ private slots:
             "\u2013 The half-year pack for July to December 2005 no longer comes out the same: ")));
     }
 
+    void Saved_options_hold_at_once() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        InNextModal<frmOverviewOptions>([](frmOverviewOptions& options) {
+            Named<QComboBox>(options, "cbo_StartMonth").setCurrentText(QStringLiteral("JUL"));
+            Named<QComboBox>(options, "cbo_StartYear").setEditText(QStringLiteral("2005"));
+            Press(options, "cmd_Save");
+        });
+        Press(window, "cmd_Options");
+        QVERIFY2(Answer(window, 3).startsWith(QStringLiteral("\u2013 Too early (6 of 12 months)")),
+                 qPrintable(Answer(window, 3)));
+    }
+
+    void A_pack_that_was_made_in_its_window_is_compared() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        InNextModal<frmHalfYear>([](frmHalfYear& packs) { Press(packs, "cmd_Make"); });
+        Press(window, "cmd_HalfYear");
+        QVERIFY(std::filesystem::exists(program.ProgramFile("half-year") / "1" / "2005-2.csv"));
+        WriteContent(program.ProgramFile("half-year") / "1" / "2005-2.csv", "no pack");
+        InNextModal<frmHalfYear>([](frmHalfYear&) {});
+        Press(window, "cmd_HalfYear");
+        QTRY_VERIFY(Attentions(window)[0].contains(QLatin1String("2005-2.csv")));
+    }
+
+    void What_if_and_help_open_from_it() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        window.show();
+        QStringList opened;
+        InNextModal<frmWhatIf>([&](frmWhatIf& what) { opened << what.windowTitle(); });
+        Press(window, "cmd_WhatIf");
+        QApplication::setActiveWindow(&window); // shortcuts are of the active window
+        InNextModal<frmOverviewHelp>([&](frmOverviewHelp& help) { opened << help.windowTitle(); });
+        QTest::keyClick(&window, Qt::Key_F1);
+        QCOMPARE(opened.size(), 2);
+        QCOMPARE(opened[0], QStringLiteral("What if: nothing is saved"));
+    }
+
+    void The_pages_are_previewed_and_saved_as_a_pdf() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        QString opened;
+        InNextModal<QDialog>([&](QDialog& preview) { opened = preview.objectName(); });
+        Press(window, "cmd_Print");
+        QCOMPARE(opened, QStringLiteral("frmPrintPreview"));
+        program.Dialogs.Choice = program.ProgramFile("overview.pdf");
+        Press(window, "cmd_Pdf");
+        QVERIFY(ContentOf(program.ProgramFile("overview.pdf")).starts_with("%PDF-"));
+        QVERIFY(program.Prompts.Shown.empty());
+        program.Dialogs.Choice = program.ProgramFile("data"); // a folder
+        Press(window, "cmd_Pdf");
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+    }
+
+    void A_pdf_that_is_not_wanted_after_all_is_not_written() {
+        YearShop program;
+        const auto before = FilesIn(program.App.ProgramFolder);
+        const frmOverview window(program.App, nullptr);
+        program.Dialogs.Choice.reset();
+        Press(window, "cmd_Pdf");
+        QCOMPARE(FilesIn(program.App.ProgramFolder), before);
+    }
+
+    void The_chart_on_paper_is_in_light_colours() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        QPalette dark(Qt::black);
+        window.setPalette(dark);
+        const QImage picture = Named<OverviewChart>(window, "cht_Months").Picture();
+        QCOMPARE(picture.pixelColor(2, 2), QColor(Qt::white));
+        QVERIFY(picture.width() >= 1000);
+    }
+
     void All_five_reports_go_to_a_folder_of_the_month() {
         YearShop program;
         const auto before = FilesIn(program.App.ProgramFolder);
@@ -442,6 +520,11 @@ private slots:
         window.show();
         for (const char* button : {"cmd_Previous", "cmd_Next", "cmd_Statements", "cmd_Copy", "cmd_Reports"})
             Press(window, button);
+        for (const char* button :
+             {"cmd_Why", "cmd_WhatIf", "cmd_HalfYear", "cmd_Print", "cmd_Options", "cmd_Help"}) {
+            InNextModal<QDialog>([](QDialog&) {});
+            Press(window, button);
+        }
         Named<QTableView>(window, "tbl_Rows").selectRow(0);
         QCOMPARE(FilesIn(program.App.ProgramFolder / "data"), before);
     }

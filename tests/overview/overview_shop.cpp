@@ -7,10 +7,18 @@
 #include "store/material_types.h"
 #include "transfer/transfer.h"
 
-#include <gtest/gtest.h>
+#include <cstdio>
+#include <cstdlib>
 
 namespace mact {
 namespace {
+
+/// Ends the test at once if the shop cannot be made: it serves tests of windows too, which know no EXPECT.
+void Require(bool isSo, const char* otherwise) {
+    if (isSo) return;
+    std::fprintf(stderr, "The test's shop cannot be made: %s\n", otherwise);
+    std::abort();
+}
 
 std::string Joined(const std::vector<std::string>& lines) {
     std::string text;
@@ -22,7 +30,7 @@ std::string Joined(const std::vector<std::string>& lines) {
 /// Stores the material again, with the filler.
 void SetFiller(AppContext& app, const std::string& customId, double filler) {
     std::vector<MaterialRecord> found;
-    ASSERT_TRUE(FindMaterials(app, {.CustomId = customId}, found));
+    Require(FindMaterials(app, {.CustomId = customId}, found), "a material is missing");
     const MaterialRecord& material = found.front();
     const MaterialEntry entry{.CustomId = material.CustomId,
                               .Description = material.Description,
@@ -33,15 +41,15 @@ void SetFiller(AppContext& app, const std::string& customId, double filler) {
                               .Contents = "0|0|0|0|0|0",
                               .Factors = "0|0|0|0|0|0",
                               .Filler = filler};
-    ASSERT_FALSE(SaveMaterial(app, entry, material.MaterialId));
+    Require(!SaveMaterial(app, entry, material.MaterialId), "a material was not saved");
 }
 
 } // namespace
 
 OverviewShop::OverviewShop() {
-    EXPECT_TRUE(CreateDefaultHapContents(App));
+    Require(bool(CreateDefaultHapContents(App)), "there are no material types");
     const Result<std::int16_t> company = AddNewCompany(App, "Acme Boats", "Port Ellery");
-    EXPECT_TRUE(company && *company == 1);
+    Require(company && *company == 1, "the company was not added");
 }
 
 void OverviewShop::ImportMaterials(const std::vector<std::string>& lines) {
@@ -50,7 +58,7 @@ void OverviewShop::ImportMaterials(const std::vector<std::string>& lines) {
     int processed = 0;
     int errors = 0;
     ImportMaterialFile(App, file, processed, errors, {});
-    EXPECT_EQ(errors, 0);
+    Require(errors == 0, "a line was rejected");
     for (const std::string& line : lines) {
         const std::vector<std::string_view> fields = Split(line, '|');
         if (fields.back() != "0")
@@ -64,6 +72,6 @@ void OverviewShop::ImportUsage(const std::vector<std::string>& lines) {
     int processed = 0;
     int errors = 0;
     ImportUsageFile(App, file, processed, errors, {});
-    EXPECT_EQ(errors, 0);
+    Require(errors == 0, "a line was rejected");
 }
 } // namespace mact

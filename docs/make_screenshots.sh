@@ -11,7 +11,7 @@ scales=(1 2)
 names=("${@:2}")
 if [ $# -eq 0 ]; then
   scales=(2)
-  names=(frmMain frmMaterial_edit frmReports)
+  names=(frmOverview frmMain frmMaterial_edit frmReports)
 fi
 
 install_missing "${run_packages[@]}"

@@ -3,6 +3,8 @@
 #include "dialogs/dialog_routines.h"
 #include "overview/ui_frm_overview_options.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QScreen>
 #include <QScrollBar>
 
@@ -48,7 +50,6 @@ frmOverviewOptions::frmOverviewOptions(AppContext& app, OverviewOptions options,
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
     FillForm();
     ShowNotUnderstood();
-    SizeToTexts();
 }
 
 frmOverviewOptions::~frmOverviewOptions() = default;
@@ -89,23 +90,27 @@ void frmOverviewOptions::ShowNotUnderstood() {
 }
 
 void frmOverviewOptions::SizeToTexts() {
-    // Fonts and titles take their room only once the frames are polished, which the layouts have to be told.
-    for (auto* frame : findChildren<QGroupBox*>()) {
-        frame->ensurePolished();
-        frame->layout()->invalidate();
-        frame->layout()->activate();
-    }
-    m_ui->layout_Form->invalidate();
-    m_ui->layout_Form->activate();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what has changed inside
     const QWidget& form = *m_ui->wid_Form;
     QScrollArea& scroll = *m_ui->scroll_Form;
-    const QSize around = sizeHint() - scroll.sizeHint();
+    const QMargins margins = layout()->contentsMargins();
+    const QSize around(margins.left() + margins.right(), margins.top() + margins.bottom() +
+                                                             layout()->spacing() +
+                                                             m_ui->layout_Buttons->sizeHint().height());
     const QSize room = screen()->availableSize() - around;
     const int leastWidth = form.minimumSizeHint().width();
     scroll.setMinimumWidth(
         std::min(leastWidth + scroll.verticalScrollBar()->sizeHint().width(), room.width()));
-    const int width = std::max(this->width() - around.width(), scroll.minimumWidth());
-    resize(QSize(width, form.layout()->totalHeightForWidth(width)) + around);
+    const int formWidth = std::max(width() - around.width(), scroll.minimumWidth());
+    const QSize whole = QSize(formWidth, form.layout()->totalHeightForWidth(formWidth)) + around;
+    const QSize before = size();
+    resize(before.expandedTo(whole).boundedTo(screen()->availableSize()));
+    move(pos() - QPoint(width() - before.width(), height() - before.height()) / 2); // the middle stays
+}
+
+void frmOverviewOptions::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    SizeToTexts(); // frames know only now what room their titles take
 }
 
 OverviewOptionsEntry frmOverviewOptions::ReadForm() const {

@@ -24,6 +24,9 @@ public:
     frmOverviewOptions(AppContext& app, OverviewOptions options, QWidget* parent);
     ~frmOverviewOptions() override;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void FillForm();
     void ShowNotUnderstood();

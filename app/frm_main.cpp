@@ -36,8 +36,8 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
     setWindowTitle(QStringLiteral("EPA - MACT (HAP Content Reporting Application)"));
     m_ui->Picture1->load(PictureFile(QStringLiteral("picture")));
     m_ui->Picture1->setFixedSize(PictureSize);
-    m_ui->cmd_About->hide();                 // does nothing; the About button is cmd_Abount
-    MakeRoomForLines(*m_ui->lbl_Verdict, 1); // or the controls would move
+    m_ui->cmd_About->hide(); // does nothing; the About button is cmd_Abount
+    MakeRoomForVerdict();
     SetIcons();
     ConnectButtons();
     ShowCurrentCompany();
@@ -49,6 +49,15 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
 }
 
 frmMain::~frmMain() = default;
+
+/// Or the controls would move when it appears.
+void frmMain::MakeRoomForVerdict() {
+    const QString longest =
+        QStringLiteral("DEC 2005: emission average 100.04 % of the allowance; 10000 points "
+                       "need attention");
+    const bool needsTwoLines = fontMetrics().horizontalAdvance(longest) > PictureSize.width();
+    MakeRoomForLines(*m_ui->lbl_Verdict, needsTwoLines ? 2 : 1);
+}
 
 void frmMain::SetIcons() {
     const std::pair<QPushButton*, const char*> icons[] = {
@@ -127,6 +136,7 @@ void frmMain::StepVerdict() {
 
 void frmMain::ShowVerdict() {
     m_ui->lbl_Verdict->setText(QString::fromStdString(m_verdict.Line()));
+    m_ui->lbl_Verdict->setAccessibleName(m_ui->lbl_Verdict->text());
     m_ui->lbl_Verdict->setEnabled(!m_verdict.Line().empty());
 }
 

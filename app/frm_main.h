@@ -32,6 +32,7 @@ protected:
 private:
     void ConnectButtons();
     void SetIcons();
+    void MakeRoomForVerdict();
     void ShowCurrentCompany();
     /// Calculates the verdict in steps once the window is painted, if it may have changed.
     void BeginVerdict();

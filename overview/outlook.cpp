@@ -43,6 +43,7 @@ bool IsOver(const std::deque<MonthSums>& window) {
 
 std::vector<FirstTrouble> FirstTroubles(const ShopFigures& shop, const std::vector<MonthFigures>& span) {
     std::vector<const MonthFigures*> figures;
+    figures.reserve(span.size());
     for (const MonthFigures& each : span)
         figures.push_back(&each);
     return FirstTroubles(shop, figures);

@@ -36,7 +36,8 @@ double SortKey(const OverviewRow& row, int column) {
     case OverviewTable::Headroom:
         return row.Headroom.value_or(Last);
     case OverviewTable::FirstMonth:
-        return row.Since ? *row.Since : Last;
+        if (!row.Since) return Last;
+        return static_cast<double>(*row.Since);
     default:
         return 0;
     }

@@ -1,3 +1,4 @@
+#include "dialogs/link_label.h"
 #include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
 
@@ -68,7 +69,7 @@ QList<QWidget*> Controls(const QWidget& window) {
         if (qobject_cast<QAbstractItemView*>(control->parentWidget())) continue; // a part of the view
         if (qobject_cast<QAbstractButton*>(control) || qobject_cast<QComboBox*>(control) ||
             qobject_cast<QAbstractItemView*>(control) || qobject_cast<QPlainTextEdit*>(control) ||
-            qobject_cast<QTextEdit*>(control) ||
+            qobject_cast<QTextEdit*>(control) || qobject_cast<LinkLabel*>(control) ||
             (qobject_cast<QLineEdit*>(control) && !qobject_cast<QComboBox*>(control->parentWidget())))
             controls << control;
     }

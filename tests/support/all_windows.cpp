@@ -52,12 +52,8 @@ void Type(const QWidget& window, const char* edit, const QString& text) {
 
 void ShowUntilClosed(frmMain& window) {
     window.show();
-    QEventLoop untilClosed;
-    QTimer::singleShot(0, &untilClosed, [&] { // after InWindow's timer, which works with the window
-        window.close();
-        untilClosed.quit();
-    });
-    untilClosed.exec();
+    while (window.isVisible())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void OpenMain(AppContext& app, QWidget*) {
@@ -114,6 +110,13 @@ void OpenUsage(AppContext& app, QWidget* parent) {
 }
 
 void AsItOpens(const QWidget&) {}
+
+/// Calculated after the window is painted.
+void WithVerdict(const QWidget& window) {
+    while (Named<QLabel>(window, "lbl_Verdict").text().isEmpty())
+        QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // the layout makes room for it
+}
 
 constexpr MonthNumber LastMonth = MonthNumberOf(2005, 12); // of the sample shop
 
@@ -272,9 +275,9 @@ void ReplaceMaterial(const QWidget& window) {
 
 const std::vector<WindowState>& AllWindows() {
     static const std::vector<WindowState> windows{
-        {"frmMain",                           OpenMain,                   AsItOpens         },
+        {"frmMain",                           OpenMain,                   WithVerdict       },
         {"frmMain_no_company",                OpenMainWithoutCompany,     AsItOpens         },
-        {"frmMain_warning",                   OpenMainWithWarning,        AsItOpens         },
+        {"frmMain_warning",                   OpenMainWithWarning,        WithVerdict       },
         {"frmAbout",                          ShowAbout,                  AsItOpens         },
         {"frmCompany",                        ShowCompanies,              SelectCompanyLine },
         {"frmCompany_edit",                   ShowCompanies,              EditCompany       },

@@ -74,6 +74,10 @@ Result<CompanyStatus> ReadCompanyStatus(const DataFiles& data, std::string name)
     if (!records) return records.error();
     const ShopFigures shop(*records, options->Start);
     CompanyStatus status{.CompanyId = data.CompanyId, .Name = std::move(name), .NewestUse = shop.NewestUse()};
+    // Without a month every record has a period that is empty or not understood: the same at any month end.
+    const MonthNumber monthEnd = status.NewestUse.value_or(FirstMonthEnd);
+    for (const Attention& finding : FindAttention(shop, monthEnd, data.CompanyId))
+        if (finding.Kind == AttentionKind::NotTrusted) ++status.Findings;
     if (!status.NewestUse) return status;
     const MonthFigures figures = shop.At(*status.NewestUse);
     status.Months = figures.Months;
@@ -89,8 +93,6 @@ Result<CompanyStatus> ReadCompanyStatus(const DataFiles& data, std::string name)
     status.Average = figures.Average.Judged.Is;
     KeepSmaller(status.SmallestHeadroom, figures.Average.HeadroomPercent().Exact);
     status.WithoutEntry = figures.WithoutEntry.size();
-    for (const Attention& finding : FindAttention(shop, *status.NewestUse, data.CompanyId))
-        if (finding.Kind == AttentionKind::NotTrusted) ++status.Findings;
     return status;
 }
 

@@ -15,11 +15,12 @@ namespace mact {
 /// Where a company stands at its newest month with use, in one line.
 struct CompanyStatus {
     std::int16_t CompanyId = 0;
-    std::string Name{};                     ///< code-page text
-    std::optional<MonthNumber> NewestUse{}; ///< empty without any use; the rest is then at its defaults
-    int Months = 0;                         ///< since the start month, 12 at most
-    State Rows = State::NotUsed;            ///< the worst of them
-    State Filled = State::NotUsed;          ///< the worst of the filled resins
+    std::string Name{}; ///< code-page text
+    /// Empty if no live usage record has a month; all but the findings is then at its defaults.
+    std::optional<MonthNumber> NewestUse{};
+    int Months = 0;                ///< since the start month, 12 at most
+    State Rows = State::NotUsed;   ///< the worst of them
+    State Filled = State::NotUsed; ///< the worst of the filled resins
     State Average = State::NotUsed;
     /// Of the average, the rows and the filled resins: what is left of the limit, exact, in percent of it.
     std::optional<double> SmallestHeadroom{};

@@ -61,6 +61,16 @@ TEST(CompanyStatusTest, WithoutDataAndBeforeTwelveMonthsNothingIsKnown) {
     EXPECT_EQ(StandingOf(*early), Standing::Unknown);
 }
 
+TEST(CompanyStatusTest, CountsWhatIsWrongWithRecordsOfNoMonth) {
+    OverviewShop shop;
+    shop.ImportMaterials({"R-1|resin|Production resin|Non-Spray|9|34|0|0|0|0|0|0|0|0|0|0|0|0|0"});
+    shop.ImportUsage({"R-1|03|2005|1000|lbs", "R-1|04|2005|1000|lbs"}); // in no report
+    const Result<CompanyStatus> status = ReadCompanyStatus(shop.App, "Acme");
+    ASSERT_TRUE(status);
+    EXPECT_EQ(StatusLine(*status), "1|Acme||not used|not used|not used||0|2");
+    EXPECT_EQ(StandingOf(*status), Standing::Unknown);
+}
+
 TEST(CompanyStatusTest, TheWorstComesFirst) {
     const auto made = [](std::int16_t number, State average, std::optional<double> headroom) {
         return CompanyStatus{.CompanyId = number, .Average = average, .SmallestHeadroom = headroom};

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "cli/refusals.h"
+#include "overview/answers.h"
 #include "overview/company_status.h"
 #include "overview/half_year.h"
 #include "overview/overview_csv.h"
@@ -98,7 +99,7 @@ ExitStatus PrintOverview(AppContext& app, const OverviewSpan& span, bool isCsv) 
         return StatusWrongUse;
     }
     if (isCsv) std::cout << OverviewCsvHeader();
-    if (!isCsv && !monthEnds) std::cout << "No use is recorded yet.\n";
+    if (!isCsv && !monthEnds) std::cout << NewestUseText(shop) << '\n';
     if (!monthEnds) return StatusDone;
     for (MonthNumber monthEnd = monthEnds->First; monthEnd <= monthEnds->Last; ++monthEnd) {
         const MonthFigures figures = shop.At(monthEnd);

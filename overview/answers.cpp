@@ -151,6 +151,13 @@ std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figur
     return answers;
 }
 
+std::string NewestUseText(const ShopFigures& shop) {
+    if (const auto newest = shop.NewestUse())
+        return "The newest month with use is " + LongMonthName(*newest) + '.';
+    if (shop.Shop().Usage.empty()) return "No use is recorded yet.";
+    return "Use is recorded, but none of it in a month that can be read.";
+}
+
 std::string VerdictLine(const MonthFigures& figures, std::size_t attention) {
     std::string line = ShortMonthName(figures.MonthEnd) + ": ";
     const State state = figures.Average.Judged.Is;

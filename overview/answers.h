@@ -39,6 +39,9 @@ std::string PercentOfAllowance(const AverageFigures& average);
 /// With one decimal, or as many as it takes to tell it from 100: "99.0 %", "100.004 %".
 std::string PercentText(double percent);
 
+/// "The newest month with use is December 2005.", or why there is none.
+std::string NewestUseText(const ShopFigures& shop);
+
 /// The main window's line: "DEC 2005: emission average 99.0 % of the allowance; 2 points need attention".
 std::string VerdictLine(const MonthFigures& figures, std::size_t attention);
 } // namespace mact

@@ -140,17 +140,14 @@ void frmOverview::Load() {
     m_records = records ? std::move(*records) : ShopRecords{};
     m_figures.clear();
     m_shop = std::make_unique<ShopFigures>(m_records, m_options.Start);
-    const std::optional<MonthNumber> newest = m_shop->NewestUse();
-    m_ui->lbl_Newest->setText(
-        !failure.isEmpty() ? failure
-        : newest           ? tr("The newest month with use is %1.").arg(FromUtf8(LongMonthName(*newest)))
-                           : tr("No use is recorded yet."));
+    m_ui->lbl_Newest->setText(failure.isEmpty() ? FromUtf8(NewestUseText(*m_shop)) : failure);
     m_notes = m_options.NotUnderstood;
     if (const auto over = MonthOverIfUseGoesOn(*m_shop))
         m_notes.push_back("If use goes on as the mean of the last three months, material by material, the "
                           "average is over in " +
                           LongMonthName(*over) + " (looked ahead 24 months).");
-    if (m_month == 0) m_month = std::clamp(newest.value_or(CurrentMonth(m_app)), FirstMonthEnd, LastMonthEnd);
+    if (m_month == 0)
+        m_month = std::clamp(m_shop->NewestUse().value_or(CurrentMonth(m_app)), FirstMonthEnd, LastMonthEnd);
     ShowMonth(m_month);
     FindKeptPacks();
 }

@@ -51,7 +51,7 @@ bool VerdictReader::Step(const AppContext& app) {
         return false;
     case Next::Calculate: {
         const std::optional<MonthNumber> newest = m_shop->NewestUse();
-        if (!newest) return Finish("No use is recorded yet.");
+        if (!newest) return Finish(NewestUseText(*m_shop));
         const std::size_t attention = FindAttention(*m_shop, *newest, m_companyId).size();
         return Finish(VerdictLine(m_shop->At(*newest), attention));
     }

@@ -1,5 +1,6 @@
 #include "overview/verdict.h"
 
+#include "overview/answers.h"
 #include "store/companies.h"
 #include "tests/overview/overview_shop.h"
 #include "tests/support/folder_content.h"
@@ -75,6 +76,15 @@ TEST_F(VerdictTest, AFailureIsItsSentenceUntilTheFileCanBeRead) {
     std::filesystem::rename(Program.ProgramFile("kept"), usage);
     EXPECT_TRUE(LineNow().starts_with("DEC 2005: ")) << LineNow();
     EXPECT_TRUE(Program.Prompts.Shown.empty());
+}
+
+TEST_F(VerdictTest, UseInNoMonthIsNotTakenForNone) {
+    Result<ShopRecords> shop = ReadShopRecords(Program.App);
+    ASSERT_TRUE(shop);
+    for (ShopUse& use : shop->Usage)
+        use.Period = "03/2005"; // not written M/YYYY
+    EXPECT_EQ(NewestUseText(ShopFigures(*shop)),
+              "Use is recorded, but none of it in a month that can be read.");
 }
 
 TEST_F(VerdictTest, CreatesAndChangesNothing) {

@@ -147,8 +147,10 @@ std::filesystem::path ToPath(const QString& text) {
     return PathFromUtf8(QDir::toNativeSeparators(text).toStdString());
 }
 
-QString PlainToolTip(const QString& text) {
-    return QStringLiteral("<qt>") + text.toHtmlEscaped() + QStringLiteral("</qt>");
+QString ToolTipOf(const QString& plainText) {
+    // The tag in front, since escaped text alone need not be taken for rich text: "&quot;" would be shown.
+    return QStringLiteral("<qt>") +
+           plainText.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>"));
 }
 
 void AcceptCodePageText(QLineEdit& edit) {

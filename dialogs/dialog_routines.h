@@ -32,8 +32,9 @@ std::string ToCodePage(const QString& text);
 QString FromPath(const std::filesystem::path& path);
 std::filesystem::path ToPath(const QString& text);
 
-/// A tool tip that shows the text as it is, "<b>" too, and wraps it.
-QString PlainToolTip(const QString& text);
+/// Plain text as a tool tip, which breaks its long lines. Given as it is, a tool tip with "<b>" would be
+/// bold.
+QString ToolTipOf(const QString& plainText);
 
 /// Turns typed or pasted characters that the code page lacks into "?", and line breaks and tabs into spaces.
 void AcceptCodePageText(QLineEdit& edit);

@@ -41,7 +41,7 @@ QVariant AttentionList::data(const QModelIndex& index, int role) const {
     const std::string text = isNothing ? "Nothing needs attention."
                              : finding ? finding->Text
                                        : m_notes[static_cast<std::size_t>(index.row()) - m_untrusted];
-    if (role == Qt::ToolTipRole) return PlainToolTip(QString::fromStdString(text));
+    if (role == Qt::ToolTipRole) return ToolTipOf(QString::fromStdString(text));
     const State state = isNothing ? State::Within : isTrouble ? State::Over : State::NotUsed;
     return QString::fromStdString(std::string(SignOf(state)) + text);
 }

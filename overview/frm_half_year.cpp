@@ -41,7 +41,8 @@ public:
         if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
         const PackDifference& difference = (*m_differences)[static_cast<std::size_t>(index.row())];
         const std::string* const texts[] = {&difference.Figure, &difference.Kept, &difference.Today};
-        return FromUtf8(*texts[index.column()]);
+        const QString text = FromUtf8(*texts[index.column()]);
+        return role == Qt::ToolTipRole ? ToolTipOf(text) : text;
     }
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
         if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
@@ -125,7 +126,7 @@ void frmHalfYear::MakePack() {
 void frmHalfYear::ShowMade(HalfYear half, const PackFiles& made) {
     m_ui->lbl_Made->setText(tr("The pack for %1 has been saved as\n%2\n%3")
                                 .arg(FromUtf8(HalfYearText(half)), FromPath(made.Page), FromPath(made.Csv)));
-    m_ui->lbl_Made->setToolTip(m_ui->lbl_Made->text());
+    m_ui->lbl_Made->setToolTip(ToolTipOf(m_ui->lbl_Made->text()));
     m_ui->lbl_Made->show();
     // The least size was that without this text.
     layout()->activate();
@@ -163,7 +164,7 @@ void frmHalfYear::CompareNextPack() {
     pack.Compared = ComparePack(m_app, m_shop, pack.Half);
     QListWidgetItem& item = *m_ui->lst_Packs->item(static_cast<int>(m_comparedCount));
     item.setText(LineOf(pack));
-    item.setToolTip(item.text());
+    item.setToolTip(ToolTipOf(item.text()));
     if (SelectedPack() == &pack) ShowDifferences();
     if (++m_comparedCount < m_packs.size()) m_comparing.start();
 }

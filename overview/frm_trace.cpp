@@ -78,7 +78,7 @@ void frmTrace::ShowFigure() {
     if (row < 0) return;
     const BusyCursor cursor;
     const auto place = static_cast<std::size_t>(row);
-    m_ui->cbo_Figure->setToolTip(PlainToolTip(m_ui->cbo_Figure->currentText()));
+    m_ui->cbo_Figure->setToolTip(ToolTipOf(m_ui->cbo_Figure->currentText()));
     m_ui->lbl_Value->setText(
         QString::fromStdString(FigureStatement(m_lines[place], m_figures.MonthEnd, m_figures.Months)));
     m_model->Show(TraceLine(m_shop, m_figures, m_lines, place));

@@ -258,7 +258,7 @@ void frmWhatIf::TakeChanges(std::vector<WhatIfChange> changes) {
     list.clear();
     for (const std::string& sentence : *sentences) {
         auto* item = new QListWidgetItem(FromUtf8(sentence), &list);
-        item->setToolTip(item->text());
+        item->setToolTip(ToolTipOf(item->text()));
     }
     list.setCurrentRow(-1);
     EnableListButtons();

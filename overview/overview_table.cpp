@@ -125,7 +125,7 @@ QVariant OverviewTable::data(const QModelIndex& index, int role) const {
         return CellText(row, index.column());
     case Qt::ToolTipRole:
         if (index.column() == Content) return tr("Not rounded: %1").arg(FromUtf8(ExactText(row.Exact)));
-        return isText ? PlainToolTip(CellText(row, index.column())) : QVariant();
+        return isText ? ToolTipOf(CellText(row, index.column())) : QVariant();
     case Qt::AccessibleTextRole:
         return index.column() == Bar && row.Headroom
                    ? tr("%1 % of the limit").arg(FromUtf8(RoundedText(100 - *row.Headroom)))

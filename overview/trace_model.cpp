@@ -75,8 +75,7 @@ QVariant TraceModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const QString text = QString::fromStdString(NodeAt(index).Text);
     if (role == Qt::DisplayRole) return text;
-    // As rich text, since that breaks long lines; a record's own "<b>" is shown as it is.
-    if (role == Qt::ToolTipRole) return PlainToolTip(text);
+    if (role == Qt::ToolTipRole) return ToolTipOf(text);
     return {};
 }
 } // namespace mact

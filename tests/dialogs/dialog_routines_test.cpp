@@ -41,6 +41,12 @@ class dialog_routines_test : public QObject {
     Q_OBJECT
 
 private slots:
+    void A_tool_tip_shows_its_text_as_it_is() {
+        const QString toolTip = ToolTipOf(QStringLiteral("\"A & <b>B</b>\"\nsecond"));
+        QVERIFY(Qt::mightBeRichText(toolTip)); // else the signs below would be shown
+        QCOMPARE(toolTip, QStringLiteral("<qt>&quot;A &amp; &lt;b&gt;B&lt;/b&gt;&quot;<br>second"));
+    }
+
     void Lines_are_shown_with_their_item_data_and_none_selected() {
         QListWidget list;
         ShowLines(list, ThreeLines);

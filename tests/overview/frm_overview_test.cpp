@@ -331,6 +331,19 @@ private slots:
         QCOMPARE(Cell(window, 0, 6), QStringLiteral("\u2713 Within"));
     }
 
+    void A_tool_tip_shows_quotes_as_quotes() {
+        OverviewShop program;
+        program.ImportMaterials({"PR-1|resin|Production resin|Non-Spray|60|34|0|0|0|0|0|0|0|0|0|0|0|0|0"});
+        program.ImportUsage(EachMonth("PR-1", 2005, 1000));
+        const frmOverview window(program.App, nullptr);
+        const QModelIndex finding = Named<QListView>(window, "lst_Attention").model()->index(0, 0);
+        const QString toolTip = finding.data(Qt::ToolTipRole).toString();
+        QVERIFY2(toolTip.contains(QLatin1String("&quot;PR-1&quot;")), qPrintable(toolTip));
+        QVERIFY(Qt::mightBeRichText(toolTip));
+        const QString state = Table(window).index(0, 6).data(Qt::ToolTipRole).toString();
+        QCOMPARE(state, QStringLiteral("<qt>\u2713 Within"));
+    }
+
     void Enter_on_a_finding_about_a_material_opens_its_editor() {
         OverviewShop program;
         program.ImportMaterials({"PR-1|resin|Production resin|Non-Spray|60|34|0|0|0|0|0|0|0|0|0|0|0|0|0"});

@@ -595,6 +595,17 @@ private slots:
         });
     }
 
+    void A_tool_tip_shows_a_name_as_it_is_written() {
+        WhatIfProgram program;
+        ShopRecords shop = ShopOf(program);
+        shop.Materials.front().CustomId = "<b>1";
+        InWhatIf(program, shop, [](const frmWhatIf& window) {
+            AddNumber(window, "<b>1", Content, "19");
+            QCOMPARE(Named<QListWidget>(window, "lst_Changes").item(0)->toolTip(),
+                     QStringLiteral("<qt>The HAP content of &lt;b&gt;1 is 19 % instead of 33 %."));
+        });
+    }
+
     void Of_materials_with_the_same_number_the_first_is_listed() {
         WhatIfProgram program;
         ShopRecords shop = ShopOf(program);

@@ -7,6 +7,7 @@
 #include "overview/trace_model.h"
 #include "overview/trace_words.h"
 #include "overview/ui_frm_trace.h"
+#include "store/additional_names.h"
 #include "usage/frm_usage.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace mact {
@@ -113,10 +115,12 @@ void frmTrace::OpenRecord() {
     const TraceNode& node = m_model->NodeAt(m_ui->tre_Parts->currentIndex());
     const ShopRecords& records = m_shop.Shop();
     int outcome = -1;
-    if (node.Use)
+    if (node.Use) {
         outcome = EditUsage(m_app, records.Usage[*node.Use].Record, this);
-    else if (node.Material)
+    } else if (node.Material) {
+        LoadAdditionalNames(m_app); // the editor shows them
         outcome = EditMaterial(m_app, records.Materials[*node.Material].MaterialId, this);
+    }
     if (outcome == 0) accept();
 }
 
@@ -146,6 +150,19 @@ bool ShowTrace(AppContext& app, const ShopFigures& shop, const MonthFigures& fig
     const Result<std::size_t> place = FindFigure(lines, figures.MonthEnd, figure, item);
     if (ShowFailure(app, place)) return false;
     frmTrace window(app, shop, figures, std::move(lines), *place, parent);
+    return ShowModally(app, window) == QDialog::Accepted;
+}
+
+bool ShowTraceOfRow(AppContext& app, const ShopFigures& shop, const MonthFigures& figures,
+                    const OverviewRow& row, QWidget* parent) {
+    const auto filled = row.Material
+                            ? std::ranges::find(figures.Filled, *row.Material, &FilledFigure::Material)
+                            : figures.Filled.end();
+    if (filled == figures.Filled.end()) return ShowTrace(app, shop, figures, row.Figure, row.Item, parent);
+    std::vector<FigureLine> lines = LinesOf(shop, figures);
+    const auto first = std::ranges::find(lines, "filled", &FigureLine::Figure); // in the same order
+    const auto place = (first - lines.begin()) + (filled - figures.Filled.begin());
+    frmTrace window(app, shop, figures, std::move(lines), static_cast<std::size_t>(place), parent);
     return ShowModally(app, window) == QDialog::Accepted;
 }
 } // namespace mact

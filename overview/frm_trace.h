@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 #include "overview/overview_csv.h"
+#include "overview/overview_rows.h"
 #include "overview/trace.h"
 
 #include <QDialog>
@@ -56,4 +57,8 @@ private:
 /// a record was saved in an editor. A figure that there is not is shown as an error.
 bool ShowTrace(AppContext& app, const ShopFigures& shop, const MonthFigures& figures,
                const std::string& figure, const std::string& item, QWidget* parent);
+/// The same for a row of the table. Several materials may have a Material ID in common: a filled resin is
+/// found by its place.
+bool ShowTraceOfRow(AppContext& app, const ShopFigures& shop, const MonthFigures& figures,
+                    const OverviewRow& row, QWidget* parent);
 } // namespace mact

@@ -1,6 +1,7 @@
 #include "materials/frm_material.h"
 #include "materials/material_store.h"
 #include "overview/frm_trace.h"
+#include "store/additional_names.h"
 #include "store/material_types.h"
 #include "tests/support/gui.h"
 #include "tests/support/test_program.h"
@@ -246,6 +247,43 @@ private slots:
         const Result<ShopRecords> records = ReadShopRecords(program.App);
         QVERIFY(bool(records));
         QCOMPARE(records->Materials[1].HapContent, 34.0);
+    }
+
+    void A_materials_editor_has_the_companys_own_pollutant_names() {
+        TraceProgram program;
+        program.AddUse();
+        QVERIFY(SaveAdditionalNames(program.App, {"A1", "A2", "A3", "A4", "A5", "A6"}));
+        program.App.AdditionalNames = "B1|B2|B3|B4|B5|B6"; // of the company before
+        InTrace(program, "point_value", "production resin", [&](frmTrace& window) {
+            Press(Tree(window), {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down});
+            InNextModal<frmMaterial>([](frmMaterial&) {});
+            OpenButton(window).click();
+        });
+        QCOMPARE(program.App.AdditionalNames, std::string("A1|A2|A3|A4|A5|A6"));
+    }
+
+    /// 0.014 * 34^2.275 = 42.68 kg/Mg and 0.014 * 60^2.275 = 155.39 kg/Mg.
+    void Of_filled_resins_with_the_same_id_the_chosen_row_is_shown() {
+        TraceProgram program;
+        for (const double content : {34.0, 60.0})
+            program.AddMaterial("FR", "Production resin (Filled)", "Non-Spray", 9, content);
+        program.AddUsage(3, "12/2005", 1000, UnitLbs);
+        program.AddUsage(4, "12/2005", 1000, UnitLbs);
+        const Result<ShopRecords> records = ReadShopRecords(program.App);
+        QVERIFY(bool(records));
+        const ShopFigures shop(*records);
+        const std::pair<std::size_t, const char*> resins[] = {
+            {2, "42.681785" },
+            {3, "155.389665"},
+        };
+        for (const auto& [material, value] : resins) {
+            InNextModal<frmTrace>([value = value](frmTrace& window) {
+                const std::string shown = TextOf<QLabel>(window, "lbl_Value");
+                QVERIFY2(shown.find(value) != std::string::npos, shown.c_str());
+            });
+            ShowTraceOfRow(program.App, shop, shop.At(MonthEnd),
+                           {.Figure = "filled", .Item = "FR", .Material = material}, nullptr);
+        }
     }
 
     void A_double_click_opens_the_record() {

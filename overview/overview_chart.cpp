@@ -110,8 +110,9 @@ void OverviewChart::DrawLimit(QPainter& painter) const {
     const double line = fontMetrics().height();
     painter.drawText(QRectF(0, limit - line / 2, area.left() - PointSize, line),
                      Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("100 %"));
-    painter.drawText(QRectF(0, area.bottom() - line / 2, area.left() - PointSize, line),
-                     Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("%1 %").arg(LeastShown()));
+    if (area.bottom() - limit >= line) // else the two would be one above the other
+        painter.drawText(QRectF(0, area.bottom() - line / 2, area.left() - PointSize, line),
+                         Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("%1 %").arg(LeastShown()));
     painter.drawLine(area.bottomLeft(), area.bottomRight());
 }
 

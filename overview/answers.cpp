@@ -12,14 +12,23 @@
 namespace mact {
 namespace {
 
-/// The first few; there can be thousands of filled resins.
+/// As it stands in a card, which is narrow; the table has the whole name.
+std::string CardName(std::string_view codePageText) {
+    constexpr std::size_t most = 32; // more than a row of Table 2 has
+    if (codePageText.size() <= most) return Utf8FromCodePage(codePageText);
+    return Utf8FromCodePage(codePageText.substr(0, most - 1)) + "\u2026";
+}
+
+/// The first few; there can be thousands of filled resins, and a card has to fit on a small screen.
 std::string Joined(const std::vector<std::string>& names) {
     constexpr std::size_t most = 7; // the rows of Table 2
+    constexpr std::size_t mostLetters = 200;
     std::string text;
-    for (std::size_t index = 0; index < std::min(names.size(), most); ++index)
-        text += (index == 0 ? "" : "; ") + names[index];
-    if (names.size() > most)
-        text += " and " + WholeNumberText(static_cast<std::int64_t>(names.size() - most)) + " more";
+    std::size_t count = 0;
+    for (; count < std::min(names.size(), most) && text.size() < mostLetters; ++count)
+        text += (count == 0 ? "" : "; ") + names[count];
+    if (names.size() > count)
+        text += " and " + WholeNumberText(static_cast<std::int64_t>(names.size() - count)) + " more";
     return text;
 }
 
@@ -37,7 +46,7 @@ Answer EveryMaterial(const MonthFigures& figures) {
                   .Report = "Compliant Materials Report"};
     std::vector<std::string> above;
     for (const ContentFigure& content : figures.Contents)
-        if (!content.IsEveryMaterialWithin) above.push_back(Utf8FromCodePage(content.Item));
+        if (!content.IsEveryMaterialWithin) above.push_back(CardName(content.Item));
     if (figures.Contents.empty()) {
         answer.Is = State::NotUsed;
         answer.Text = "Nothing was used that has a limit of its content.";
@@ -67,11 +76,11 @@ Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures,
     };
     std::vector<std::string> narrow;
     for (const ContentFigure& content : figures.Contents) {
-        add(Utf8FromCodePage(content.Item), content.Judged);
-        if (IsNarrow(content, options)) narrow.push_back(Utf8FromCodePage(content.Item));
+        add(CardName(content.Item), content.Judged);
+        if (IsNarrow(content, options)) narrow.push_back(CardName(content.Item));
     }
     for (const FilledFigure& filled : figures.Filled)
-        add(Utf8FromCodePage(Trim(shop.Shop().Materials[filled.Material].CustomId)), filled.Judged);
+        add(CardName(Trim(shop.Shop().Materials[filled.Material].CustomId)), filled.Judged);
     answer.Is = worst.Is;
     answer.IsNarrow = worst.Is == State::Within && !narrow.empty();
     if (worst.Is == State::NotUsed)

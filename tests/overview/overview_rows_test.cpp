@@ -184,6 +184,22 @@ TEST_F(OverviewRowsTest, AnAnswerNamesSevenOfManyAndCountsTheRest) {
     EXPECT_TRUE(text.ends_with("; FR-7: Over and 2 more.")) << text;
 }
 
+TEST_F(OverviewRowsTest, AnAnswerCutsLongNamesOff) {
+    Used(std::string(32, 'M'), 40, "Production resin (Filled)").Filler = 10;
+    Used(std::string(33, 'W'), 40, "Production resin (Filled)").Filler = 10;
+    const ShopFigures shop(Shop.Records);
+    EXPECT_EQ(AnswersOf(shop, shop.At(MadeShop::MonthEnd))[1].Text,
+              std::string(32, 'M') + ": Over; " + std::string(31, 'W') + "\u2026: Over.");
+}
+
+TEST_F(OverviewRowsTest, AnAnswerEndsAtTheNameThatMakesItLong) {
+    for (int number = 1; number <= 7; ++number) // 38 letters with the state, 40 with "; "
+        Used(std::to_string(number) + std::string(31, 'W'), 40, "Production resin (Filled)").Filler = 10;
+    const ShopFigures shop(Shop.Records);
+    const std::string text = AnswersOf(shop, shop.At(MadeShop::MonthEnd))[1].Text;
+    EXPECT_TRUE(text.ends_with("; 6" + std::string(31, 'W') + ": Over and 1 more.")) << text;
+}
+
 TEST_F(OverviewRowsTest, AFindingInSeveralFiguresCountsOnceForTheirCard) {
     Used("GC", 30, "Pigmented production gel", "All");
     Used("PR", 20);

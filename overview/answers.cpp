@@ -178,6 +178,8 @@ std::string VerdictLine(const MonthFigures& figures, std::size_t attention) {
         line += state == State::NotUsed ? "nothing was used that is averaged" : "no answer";
     else
         line += "emission average " + percent + " of the allowance";
+    if (state == State::Differs && !percent.empty()) // the percentage is the reports' alone
+        AppendAll(line, ", differs (", CauseText(figures.Average.Judged.Why), ")");
     if (attention == 0) return line + "; nothing needs attention";
     return line + "; " + WholeNumberText(static_cast<std::int64_t>(attention)) +
            (attention == 1 ? " point needs attention" : " points need attention");

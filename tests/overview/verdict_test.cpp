@@ -35,6 +35,19 @@ TEST_F(VerdictTest, SaysWhereTheShopStandsAtTheNewestMonthWithUse) {
     EXPECT_EQ(LineNow(), "DEC 2005: emission average 92.8 % of the allowance; nothing needs attention");
 }
 
+/// As reported 48.61 kg/Mg, of 46; with a filler of 20 % it is 38.89.
+TEST_F(VerdictTest, SaysThatTheAverageDiffers) {
+    Program.ImportMaterials(
+        {"FR-1|resin|Production resin (Filled)|Non-Spray|9|36|0|0|0|0|0|0|0|0|0|0|0|0|20"});
+    std::vector<std::string> lines;
+    for (int month = 1; month <= 12; ++month)
+        lines.push_back("FR-1|" + std::to_string(month) + "|2006|22046|lbs");
+    Program.ImportUsage(lines);
+    EXPECT_EQ(LineNow(),
+              "DEC 2006: emission average 105.7 % of the allowance, differs (filler); 1 point needs "
+              "attention");
+}
+
 TEST_F(VerdictTest, IsCalculatedAgainOnlyWhenAFileHasChanged) {
     LineNow();
     EXPECT_FALSE(Reader.Begin(Program.App));

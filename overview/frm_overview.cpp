@@ -20,17 +20,21 @@
 #include "overview/state_sign.h"
 #include "overview/statements.h"
 #include "overview/ui_frm_overview.h"
+#include "store/additional_names.h"
 #include "usage/frm_usage.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QShortcut>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <set>
+#include <utility>
 
 namespace mact {
 namespace {
@@ -106,10 +110,16 @@ void frmOverview::ConnectControls() {
     connect(new QShortcut(Qt::Key_PageDown, this), &QShortcut::activated, this, [this] { StepMonths(1); });
     connect(m_ui->cbo_Month, &QComboBox::currentIndexChanged, this, &frmOverview::ChooseMonth);
     connect(m_ui->cbo_Year, &QComboBox::currentTextChanged, this, &frmOverview::ChooseMonth);
+    // A year that was not typed to its end would stand above the figures of another one.
+    connect(m_ui->cbo_Year->lineEdit(), &QLineEdit::editingFinished, this,
+            [this] { m_ui->cbo_Year->setEditText(QString::number(m_month / 12)); });
     connect(m_ui->cbo_Span, &QComboBox::currentIndexChanged, this, &frmOverview::ShowChart);
     connect(m_ui->tbl_Rows->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &frmOverview::ShowChart);
-    connect(m_ui->tbl_Rows, &QTableView::activated, this, &frmOverview::Why);
+    connect(m_ui->tbl_Rows, &QTableView::activated, this, [this](const QModelIndex& row) {
+        m_ui->tbl_Rows->selectRow(row.row()); // one that merely has the keyboard focus too
+        Why();
+    });
     connect(m_ui->lst_Attention, &QListView::activated, this, &frmOverview::OpenAttention);
     connect(m_ui->cmd_Statements, &QToolButton::toggled, this,
             [this](bool isOpen) { FoldStatements(!isOpen); });
@@ -133,26 +143,29 @@ void frmOverview::Load() {
     Result<OverviewOptions> options = ReadOverviewOptions(m_app);
     Result<ShopRecords> records = ReadShopRecords(m_app);
     // A failure is said where the newest month stands otherwise, in no box.
-    QString failure;
-    if (!options) failure = FromUtf8(SentenceOf(options.error()));
-    if (!records) failure = FromUtf8(SentenceOf(records.error()));
+    std::string failure;
+    if (!options) failure = SentenceOf(options.error());
+    if (!records) failure = SentenceOf(records.error());
+    const bool wereRead = std::exchange(m_areRead, bool(records));
     m_options = options ? std::move(*options) : OverviewOptions{};
     m_records = records ? std::move(*records) : ShopRecords{};
     m_figures.clear();
     m_shop = std::make_unique<ShopFigures>(m_records, m_options.Start);
-    m_ui->lbl_Newest->setText(failure.isEmpty() ? FromUtf8(NewestUseText(*m_shop)) : failure);
+    m_ui->lbl_Newest->setText(FromUtf8(failure.empty() ? NewestUseText(*m_shop) : failure));
     m_notes = m_options.NotUnderstood;
+    if (!failure.empty()) m_notes.push_back(failure); // or the list would say that nothing needs attention
     if (const auto over = MonthOverIfUseGoesOn(*m_shop))
         m_notes.push_back("If use goes on as the mean of the last three months, material by material, the "
                           "average is over in " +
                           LongMonthName(*over) + " (looked ahead 24 months).");
-    if (m_month == 0)
+    if (m_month == 0 || (m_areRead && !wereRead))
         m_month = std::clamp(m_shop->NewestUse().value_or(CurrentMonth(m_app)), FirstMonthEnd, LastMonthEnd);
     ShowMonth(m_month);
     FindKeptPacks();
 }
 
 void frmOverview::FindKeptPacks() {
+    m_nextPack.stop(); // there may be none left for it
     const Result<std::vector<HalfYear>> packs = KeptPacks(m_app);
     m_packs = packs ? *packs : std::vector<HalfYear>{};
     if (!packs) m_notes.push_back(SentenceOf(packs.error()));
@@ -233,11 +246,18 @@ void frmOverview::ShowAnswers() {
     };
     const std::vector<Answer> answers = AnswersOf(*m_shop, FiguresOf(m_month), m_untrusted, m_options);
     for (std::size_t index = 0; index < cards.size(); ++index) {
-        const Answer& answer = answers[index];
+        Answer answer = answers[index];
         const Card& card = cards[index];
+        if (!m_areRead) {
+            answer.Is = State::None;
+            answer.Text = "No answer: the records cannot be read.";
+        }
         QString text = FromUtf8(answer.Text);
-        if (const auto first = FirstTroubleOfAverage(); first && index == cards.size() - 1)
-            text += tr(" Trouble since %1.").arg(FromUtf8(ShortMonthName(*first)));
+        if (const auto first = FirstTroubleOfAverage(); first && index == cards.size() - 1) {
+            const bool isTrouble = answer.Is == State::Over || answer.Is == State::Differs;
+            text += (isTrouble ? tr(" Trouble since %1.") : tr(" First trouble in %1."))
+                        .arg(FromUtf8(ShortMonthName(*first)));
+        }
         card.Question->setText(FromUtf8(answer.Question));
         card.Text->setText(FromUtf8(SignOf(answer.Is)) + text);
         card.Meaning->setText(FromUtf8(answer.Meaning + " See the " + answer.Report + '.'));
@@ -304,29 +324,33 @@ void frmOverview::ShowChart() {
 }
 
 void frmOverview::ShowAttention() {
+    const int row = m_ui->lst_Attention->currentIndex().row();
     m_attention.Show(m_findings, m_notes);
+    if (row >= 0) // a pack that was compared takes nobody's place in the list away
+        m_ui->lst_Attention->setCurrentIndex(m_attention.index(std::min(row, m_attention.rowCount() - 1)));
 }
 
 void frmOverview::OpenAttention() {
     const QModelIndex current = m_ui->lst_Attention->currentIndex();
     const Attention* finding = current.isValid() ? m_attention.FindingAt(current.row()) : nullptr;
     if (!finding) return;
-    if (finding->Use)
+    if (finding->Use) {
         EditUsage(m_app, m_records.Usage[*finding->Use].Record, this);
-    else if (finding->Material)
+    } else if (finding->Material) {
+        LoadAdditionalNames(m_app); // the editor shows them
         EditMaterial(m_app, m_records.Materials[*finding->Material].MaterialId, this);
-    else
+    } else {
         return;
+    }
     Load();
-    const int row = std::min(current.row(), m_attention.rowCount() - 1);
-    m_ui->lst_Attention->setCurrentIndex(m_attention.index(row));
 }
 
 void frmOverview::Why() {
     const std::optional<OverviewRow> row = SelectedRow();
-    if (ShowTrace(m_app, *m_shop, FiguresOf(m_month), row ? row->Figure : "emissions",
-                  row ? row->Item : std::string(), this))
-        Load();
+    const MonthFigures& figures = FiguresOf(m_month);
+    const bool isSaved = row ? ShowTraceOfRow(m_app, *m_shop, figures, *row, this)
+                             : ShowTrace(m_app, *m_shop, figures, "emissions", {}, this);
+    if (isSaved) Load();
 }
 
 QString frmOverview::Page() {
@@ -356,10 +380,13 @@ void frmOverview::SavePdf() {
 }
 
 void frmOverview::MakeReports() {
-    const BusyCursor cursor;
-    const MonthReports reports = WriteMonthReports(m_app, m_month);
+    const MonthReports reports = [this] {
+        const BusyCursor cursor; // not over the boxes
+        return WriteMonthReports(m_app, m_month);
+    }();
+    std::set<std::string> shown; // one cause can fail all five
     for (const Failure& failure : reports.Failures)
-        ShowError(m_app, failure);
+        if (shown.insert(SentenceOf(failure)).second) ShowError(m_app, failure);
     if (!reports.Index.empty())
         ShowInformation(m_app, "The reports have been saved. Their index is\r\n" + PathText(reports.Index));
 }

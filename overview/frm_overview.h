@@ -84,6 +84,7 @@ private:
     MonthNumber m_month = 0;
     bool m_areColumnsFitted = false;
     bool m_isShowing = false; ///< the controls are being filled
+    bool m_areRead = true;    ///< the records
 };
 
 /// Without a company it says to choose one.

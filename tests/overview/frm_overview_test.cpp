@@ -4,10 +4,12 @@
 #include "overview/frm_half_year.h"
 #include "overview/frm_overview_help.h"
 #include "overview/frm_overview_options.h"
+#include "overview/frm_trace.h"
 #include "overview/frm_what_if.h"
 #include "overview/half_year.h"
 #include "overview/overview_chart.h"
 #include "overview/overview_csv.h"
+#include "store/additional_names.h"
 #include "tests/overview/overview_shop.h"
 #include "tests/overview/six_shops.h"
 #include "tests/support/folder_content.h"
@@ -485,6 +487,74 @@ private slots:
         QVERIFY(TextOf<QLabel>(window, "lbl_Newest").starts_with("Cannot "));
         QVERIFY(TextOf<QLabel>(window, "lbl_Newest").find("1_usage.talvor") != std::string::npos);
         QVERIFY(program.Prompts.Shown.empty());
+        // Neither is it said that there is nothing.
+        QVERIFY(Attentions(window)[0].startsWith(QStringLiteral("\u2013 Cannot ")));
+        for (const int card : {1, 2, 3})
+            QCOMPARE(Answer(window, card), QStringLiteral("? No answer: the records cannot be read."));
+    }
+
+    void One_cause_that_fails_all_reports_is_told_once() {
+        YearShop program;
+        const frmOverview window(program.App, nullptr);
+        std::filesystem::remove(program.DataFile("1_usage.talvor"));
+        std::filesystem::create_directory(program.DataFile("1_usage.talvor"));
+        program.Prompts.Shown.clear();
+        Press(window, "cmd_Reports");
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(2)); // and where the index is
+    }
+
+    void A_materials_editor_has_the_companys_own_pollutant_names() {
+        OverviewShop program;
+        program.ImportMaterials({"PR-1|resin|Production resin|Non-Spray|60|34|0|0|0|0|0|0|0|0|0|0|0|0|0"});
+        program.ImportUsage(EachMonth("PR-1", 2005, 1000));
+        QVERIFY(SaveAdditionalNames(program.App, {"A1", "A2", "A3", "A4", "A5", "A6"}));
+        program.App.AdditionalNames = "B1|B2|B3|B4|B5|B6"; // of the company before
+        frmOverview window(program.App, nullptr);
+        window.show();
+        InNextModal<frmMaterial>([](frmMaterial&) {});
+        Activate(window, 0);
+        QCOMPARE(program.App.AdditionalNames, std::string("A1|A2|A3|A4|A5|A6"));
+    }
+
+    void Enter_on_the_row_with_the_keyboard_focus_traces_that_row() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        auto& rows = Named<QTableView>(window, "tbl_Rows");
+        rows.setFocus(Qt::TabFocusReason);
+        QVERIFY(!rows.selectionModel()->hasSelection());
+        InNextModal<frmTrace>([](frmTrace& trace) {
+            QVERIFY(
+                Named<QComboBox>(trace, "cbo_Figure").currentText().startsWith(QLatin1String("Content of ")));
+        });
+        QTest::keyClick(&rows, Qt::Key_Return);
+        QVERIFY(rows.selectionModel()->hasSelection());
+    }
+
+    void A_year_that_is_left_unfinished_is_that_of_the_figures_again() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        auto& year = *Named<QComboBox>(window, "cbo_Year").lineEdit();
+        year.setFocus();
+        year.selectAll();
+        QTest::keyClicks(&year, QStringLiteral("18"));
+        QTest::keyClick(&year, Qt::Key_Tab);
+        QCOMPARE(MonthShown(window), QStringLiteral("DEC 2005"));
+    }
+
+    void Trouble_that_is_over_is_told_as_such() {
+        OverviewShop program;
+        program.ImportMaterials({"PR-1|resin|Production resin|Non-Spray|9|40|0|0|0|0|0|0|0|0|0|0|0|0|0",
+                                 "PR-2|resin|Production resin|Non-Spray|9|30|0|0|0|0|0|0|0|0|0|0|0|0|0"});
+        program.ImportUsage(EachMonth("PR-1", 2004, 1000));
+        program.ImportUsage(EachMonth("PR-2", 2005, 1000));
+        frmOverview window(program.App, nullptr);
+        QVERIFY(Answer(window, 3).endsWith(QLatin1String(" left. First trouble in DEC 2004.")));
+        GoTo(window, MonthNumberOf(2004, 12));
+        QVERIFY(Answer(window, 3).endsWith(QLatin1String(" too much. Trouble since DEC 2004.")));
     }
 
     void A_shop_without_records_says_so() {

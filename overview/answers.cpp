@@ -114,6 +114,16 @@ Answer EmissionAverage(const MonthFigures& figures, const OverviewOptions& optio
     return answer;
 }
 
+bool IsTrouble(const Verdict& verdict) {
+    return verdict.Is == State::Over || verdict.Is == State::Differs;
+}
+
+std::int64_t CountTroubles(const MonthFigures& figures) {
+    return std::ranges::count_if(figures.Contents, IsTrouble, &ContentFigure::Judged) +
+           std::ranges::count_if(figures.Filled, IsTrouble, &FilledFigure::Judged) +
+           (IsTrouble(figures.Average.Judged) ? 1 : 0);
+}
+
 } // namespace
 
 std::string StateInWords(const Verdict& verdict, int months) {
@@ -180,7 +190,12 @@ std::string VerdictLine(const MonthFigures& figures, std::size_t attention) {
         line += "emission average " + percent + " of the allowance";
     if (state == State::Differs && !percent.empty()) // the percentage is the reports' alone
         AppendAll(line, ", differs (", CauseText(figures.Average.Judged.Why), ")");
-    if (attention == 0) return line + "; nothing needs attention";
+    if (attention == 0) {
+        const std::int64_t troubles = CountTroubles(figures);
+        if (troubles == 0) return line + "; nothing needs attention";
+        return line + "; " + WholeNumberText(troubles) +
+               (troubles == 1 ? " figure is over or differs" : " figures are over or differ");
+    }
     return line + "; " + WholeNumberText(static_cast<std::int64_t>(attention)) +
            (attention == 1 ? " point needs attention" : " points need attention");
 }

@@ -43,5 +43,6 @@ std::string PercentText(double percent);
 std::string NewestUseText(const ShopFigures& shop);
 
 /// The main window's line: "DEC 2005: emission average 99.0 % of the allowance; 2 points need attention".
+/// Without such points it says whether a figure is over or differs.
 std::string VerdictLine(const MonthFigures& figures, std::size_t attention);
 } // namespace mact

@@ -128,6 +128,16 @@ TEST_F(AnswersTest, SayInWordsWhereTheShopStands) {
               "DEC 2005: emission average 92.8 % of the allowance; 1 point needs attention");
 }
 
+TEST_F(AnswersTest, TheVerdictLineOfWhatIsOverNeverSaysThatNothingNeedsAttention) {
+    Shop.Materials = {MadeMaterial(1, 36)}; // 48.61 of 46 kg/Mg: row and average are over
+    UseAllYear(Shop, 1, 22046);
+    EXPECT_EQ(VerdictLine(AtDecember(), 0),
+              "DEC 2005: emission average 105.7 % of the allowance; 2 figures are over or differ");
+    Shop.Materials[0].HapContent = 35.1; // 45.89 kg/Mg: the row alone is over
+    EXPECT_EQ(VerdictLine(AtDecember(), 0),
+              "DEC 2005: emission average 99.8 % of the allowance; 1 figure is over or differs");
+}
+
 TEST_F(AnswersTest, SayWhenItIsTooEarlyOrNothingWasUsed) {
     Shop.Materials = {MadeMaterial(1, 34)};
     Use(Shop, 1, "7/2005", 1000);

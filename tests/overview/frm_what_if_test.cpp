@@ -6,6 +6,7 @@
 #include "tests/support/test_program.h"
 #include "usage/usage_store.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -168,6 +169,19 @@ private slots:
             QCOMPARE(window.windowTitle(), QStringLiteral("What if: nothing is saved"));
             QVERIFY(Shown(window, "lbl_Statement").endsWith(QStringLiteral("not a finding of compliance.")));
         });
+    }
+
+    void Fits_a_screen_of_1024_by_600_with_twice_the_font() {
+        const QFont before = QApplication::font();
+        QFont larger = before;
+        larger.setPointSizeF(2 * before.pointSizeF());
+        QApplication::setFont(larger);
+        QSize least;
+        WhatIfProgram program;
+        InWhatIf(program, [&](const frmWhatIf& window) { least = window.minimumSizeHint(); });
+        QApplication::setFont(before);
+        QVERIFY2(least.width() <= 1024, qPrintable(QString::number(least.width())));
+        QVERIFY2(least.height() <= 600, qPrintable(QString::number(least.height())));
     }
 
     void It_opens_with_twelve_month_ends_without_a_change() {

@@ -8,6 +8,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <functional>
+#include <utility>
 
 namespace mact {
 namespace {
@@ -57,7 +59,18 @@ Answer EveryMaterial(const MonthFigures& figures) {
         answer.Is = figures.Months < WindowMonths ? State::TooEarly : State::Over;
         answer.Text = "Not every material in use is within: " + Joined(above) + '.';
     }
+    if (answer.Is == State::TooEarly)
+        answer.Text = StateInWords({.Is = State::TooEarly}, figures.Months) + ". " + answer.Text;
     return answer;
+}
+
+std::vector<std::string> WorstFirst(std::vector<std::pair<int, std::string>> troubles) {
+    std::ranges::stable_sort(troubles, std::greater<>(), &std::pair<int, std::string>::first);
+    std::vector<std::string> texts;
+    texts.reserve(troubles.size());
+    for (auto& [badness, text] : troubles)
+        texts.push_back(std::move(text));
+    return texts;
 }
 
 Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures,
@@ -68,11 +81,11 @@ Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures,
                       "can still be in the average.",
                   .Report = "Weighted-Average HAP Content Report"};
     Verdict worst{.Is = State::NotUsed};
-    std::vector<std::string> trouble;
+    std::vector<std::pair<int, std::string>> troubles; // with how bad each is
     const auto add = [&](const std::string& item, const Verdict& verdict) {
         if (WorseOf(worst.Is, verdict.Is) != worst.Is) worst = verdict;
         if (WorseOf(State::None, verdict.Is) == verdict.Is)
-            trouble.push_back(item + ": " + StateInWords(verdict, figures.Months));
+            troubles.emplace_back(Badness(verdict.Is), item + ": " + StateInWords(verdict, figures.Months));
     };
     std::vector<std::string> narrow;
     for (const ContentFigure& content : figures.Contents) {
@@ -85,8 +98,8 @@ Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures,
     answer.IsNarrow = worst.Is == State::Within && !narrow.empty();
     if (worst.Is == State::NotUsed)
         answer.Text = "Nothing was used that has a limit of its content.";
-    else if (!trouble.empty())
-        answer.Text = Joined(trouble) + '.';
+    else if (!troubles.empty())
+        answer.Text = Joined(WorstFirst(std::move(troubles))) + '.';
     else if (answer.IsNarrow)
         answer.Text = "Within, narrowly: " + Joined(narrow) + '.';
     else

@@ -10,12 +10,17 @@
 
 namespace mact {
 
-void AttentionList::Show(std::vector<Attention> findings, std::vector<std::string> notes) {
+void AttentionList::ShowFindings(std::vector<Attention> findings) {
     beginResetModel();
     m_findings = std::move(findings);
-    m_notes = std::move(notes);
     m_untrusted =
         static_cast<std::size_t>(std::ranges::count(m_findings, AttentionKind::NotTrusted, &Attention::Kind));
+    endResetModel();
+}
+
+void AttentionList::ShowNotes(std::vector<AttentionNote> notes) {
+    beginResetModel();
+    m_notes = std::move(notes);
     endResetModel();
 }
 
@@ -31,6 +36,12 @@ const Attention* AttentionList::FindingAt(int place) const {
     return &m_findings[at - m_notes.size()];
 }
 
+const AttentionNote* AttentionList::NoteAt(int place) const {
+    const auto at = static_cast<std::size_t>(place);
+    const bool isNote = at >= m_untrusted && at < m_untrusted + m_notes.size();
+    return isNote ? &m_notes[at - m_untrusted] : nullptr;
+}
+
 QVariant AttentionList::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const Attention* finding = FindingAt(index.row());
@@ -38,9 +49,9 @@ QVariant AttentionList::data(const QModelIndex& index, int role) const {
     const bool isTrouble = finding && finding->Kind == AttentionKind::NotTrusted;
     if (role == Qt::ForegroundRole && isTrouble) return ColourOf(State::Over, false, QApplication::palette());
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
-    const std::string text = isNothing ? "Nothing needs attention."
+    const std::string text = isNothing ? "No record needs attention."
                              : finding ? finding->Text
-                                       : m_notes[static_cast<std::size_t>(index.row()) - m_untrusted];
+                                       : NoteAt(index.row())->Text;
     if (role == Qt::ToolTipRole) return ToolTipOf(QString::fromStdString(text));
     const State state = isNothing ? State::Within : isTrouble ? State::Over : State::NotUsed;
     return QString::fromStdString(std::string(SignOf(state)) + text);

@@ -2,38 +2,32 @@
 
 #include "base/messages.h"
 #include "base/numbers.h"
-#include "base/text.h"
 #include "dialogs/dialog_routines.h"
-#include "materials/frm_material.h"
 #include "overview/answers.h"
-#include "overview/frm_half_year.h"
 #include "overview/frm_overview_help.h"
-#include "overview/frm_overview_options.h"
-#include "overview/frm_trace.h"
 #include "overview/frm_what_if.h"
 #include "overview/kept_pack.h"
-#include "overview/month_reports.h"
+#include "overview/outlook.h"
 #include "overview/overview_csv.h"
-#include "overview/overview_page.h"
-#include "overview/overview_print.h"
 #include "overview/state_colours.h"
 #include "overview/state_sign.h"
 #include "overview/statements.h"
 #include "overview/ui_frm_overview.h"
-#include "store/additional_names.h"
-#include "usage/frm_usage.h"
 
-#include <QApplication>
-#include <QClipboard>
+#include <QAction>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QScreen>
+#include <QScrollBar>
 #include <QShortcut>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <set>
+#include <functional>
 #include <utility>
 
 namespace mact {
@@ -50,6 +44,49 @@ QString StatementLines() {
     for (const std::string_view statement : OverviewStatements)
         lines << QStringLiteral("%1. %2").arg(lines.size() + 1).arg(FromUtf8(statement));
     return lines.join(QLatin1Char('\n'));
+}
+
+/// A text without blanks would be cut off instead.
+QString BreakableAnywhere(QString text) {
+    constexpr qsizetype longest = 20;
+    qsizetype since = 0;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        since = text[at] == QLatin1Char(' ') ? 0 : since + 1;
+        if (since < longest) continue;
+        text.insert(at + 1, QChar(0x200B)); // a place to break that is not seen
+        since = 0;
+    }
+    return text;
+}
+
+/// Calls `act` for Enter and for a double click on a line. QAbstractItemView::activated would be a single
+/// click on some desktops.
+class LineOpener : public QObject {
+public:
+    LineOpener(QAbstractItemView& view, std::function<void()> act)
+        : QObject(&view), m_view(view), m_act(std::move(act)) {
+        connect(&view, &QAbstractItemView::doubleClicked, this, m_act);
+        view.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress) return QObject::eventFilter(watched, event);
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+        if (!isEnter || !m_view.currentIndex().isValid()) return QObject::eventFilter(watched, event);
+        m_act();
+        return true;
+    }
+
+private:
+    QAbstractItemView& m_view;
+    std::function<void()> m_act;
+};
+
+std::string OutlookText(MonthNumber over) {
+    return "If use goes on as the mean of the last three months, material by material, the average is over "
+           "in " +
+           LongMonthName(over) + " (looked ahead " + WholeNumberText(MonthsLookedAhead) + " months).";
 }
 
 QString KilogramsOf(const AverageFigures& average) {
@@ -73,7 +110,8 @@ frmOverview::frmOverview(AppContext& app, QWidget* parent)
     m_ui->setupUi(this);
     NumberItems(*m_ui->cbo_Month);
     AcceptAnyYear(*m_ui->cbo_Year);
-    m_ui->lbl_Company->setText(FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation));
+    m_ui->lbl_Company->setText(
+        BreakableAnywhere(FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation)));
     m_ui->tbl_Rows->setModel(&m_table);
     m_ui->tbl_Rows->setItemDelegateForColumn(OverviewTable::Bar, &m_bar);
     m_ui->tbl_Rows->sortByColumn(OverviewTable::Is, Qt::AscendingOrder);
@@ -92,12 +130,14 @@ frmOverview::frmOverview(AppContext& app, QWidget* parent)
         question->setFont(bold);
     }
     m_ui->txt_Statements->setPlainText(StatementLines());
-    m_ui->txt_Statements->setMinimumHeight(3 * fontMetrics().lineSpacing());
-    m_ui->txt_Statements->setMaximumHeight(6 * fontMetrics().lineSpacing());
+    m_ui->txt_Statements->setFixedHeight(9 * fontMetrics().lineSpacing());
+    OfferSorting();
+    m_ui->split_Figures->setMinimumHeight(14 * fontMetrics().lineSpacing());
     FoldStatements(true);
     ConnectControls();
     m_nextPack.setSingleShot(true);
     connect(&m_nextPack, &QTimer::timeout, this, &frmOverview::CompareNextPack);
+    m_ui->cbo_Month->setFocus();
     Load();
 }
 
@@ -116,11 +156,12 @@ void frmOverview::ConnectControls() {
     connect(m_ui->cbo_Span, &QComboBox::currentIndexChanged, this, &frmOverview::ShowChart);
     connect(m_ui->tbl_Rows->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &frmOverview::ShowChart);
-    connect(m_ui->tbl_Rows, &QTableView::activated, this, [this](const QModelIndex& row) {
-        m_ui->tbl_Rows->selectRow(row.row()); // one that merely has the keyboard focus too
+    connect(m_ui->cmd_Emissions, &QPushButton::clicked, m_ui->tbl_Rows, &QTableView::clearSelection);
+    new LineOpener(*m_ui->tbl_Rows, [this] {
+        m_ui->tbl_Rows->selectRow(m_ui->tbl_Rows->currentIndex().row()); // it may merely have the focus
         Why();
     });
-    connect(m_ui->lst_Attention, &QListView::activated, this, &frmOverview::OpenAttention);
+    new LineOpener(*m_ui->lst_Attention, [this] { OpenAttention(); });
     connect(m_ui->cmd_Statements, &QToolButton::toggled, this,
             [this](bool isOpen) { FoldStatements(!isOpen); });
     connect(m_ui->cmd_Why, &QPushButton::clicked, this, &frmOverview::Why);
@@ -138,6 +179,20 @@ void frmOverview::ConnectControls() {
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
 }
 
+/// The keyboard's menu key sorts too.
+void frmOverview::OfferSorting() {
+    m_ui->tbl_Rows->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (int column = 0; column < OverviewTable::ColumnCount; ++column) {
+        if (column == OverviewTable::Bar) continue; // as by headroom
+        auto* action = new QAction(
+            tr("Sort by %1").arg(m_table.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString()),
+            this);
+        m_ui->tbl_Rows->addAction(action);
+        connect(action, &QAction::triggered, this,
+                [this, column] { m_ui->tbl_Rows->sortByColumn(column, Qt::AscendingOrder); });
+    }
+}
+
 void frmOverview::Load() {
     const BusyCursor cursor;
     Result<OverviewOptions> options = ReadOverviewOptions(m_app);
@@ -152,12 +207,11 @@ void frmOverview::Load() {
     m_figures.clear();
     m_shop = std::make_unique<ShopFigures>(m_records, m_options.Start);
     m_ui->lbl_Newest->setText(FromUtf8(failure.empty() ? NewestUseText(*m_shop) : failure));
-    m_notes = m_options.NotUnderstood;
-    if (!failure.empty()) m_notes.push_back(failure); // or the list would say that nothing needs attention
-    if (const auto over = MonthOverIfUseGoesOn(*m_shop))
-        m_notes.push_back("If use goes on as the mean of the last three months, material by material, the "
-                          "average is over in " +
-                          LongMonthName(*over) + " (looked ahead 24 months).");
+    m_notes.clear();
+    if (!failure.empty()) AddNote(failure); // or the list would say that nothing needs attention
+    if (const auto over = MonthOverIfUseGoesOn(*m_shop)) AddNote(OutlookText(*over));
+    for (const std::string& sentence : m_options.NotUnderstood)
+        AddNote(sentence, AttentionNote::Place::Options);
     if (m_month == 0 || (m_areRead && !wereRead))
         m_month = std::clamp(m_shop->NewestUse().value_or(CurrentMonth(m_app)), FirstMonthEnd, LastMonthEnd);
     ShowMonth(m_month);
@@ -168,9 +222,12 @@ void frmOverview::FindKeptPacks() {
     m_nextPack.stop(); // there may be none left for it
     const Result<std::vector<HalfYear>> packs = KeptPacks(m_app);
     m_packs = packs ? *packs : std::vector<HalfYear>{};
-    if (!packs) m_notes.push_back(SentenceOf(packs.error()));
-    if (!packs) ShowAttention();
+    m_samePacks = 0;
+    m_otherPacks = 0;
+    m_ui->lbl_Packs->clear();
     std::ranges::reverse(m_packs);
+    if (!packs) AddNote(SentenceOf(packs.error()), AttentionNote::Place::Packs);
+    if (!packs) ShowAttention(m_ui->lst_Attention->currentIndex().row());
     if (!m_packs.empty()) m_nextPack.start(0);
 }
 
@@ -178,15 +235,26 @@ void frmOverview::CompareNextPack() {
     const HalfYear half = m_packs.back();
     m_packs.pop_back();
     const auto differences = ComparePack(m_app, *m_shop, half);
-    const std::string pack = "The half-year pack for " + HalfYearText(half);
+    const bool isSame = differences && differences->empty();
+    ++(isSame ? m_samePacks : m_otherPacks);
     if (!differences)
-        m_notes.push_back(SentenceOf(differences.error()));
-    else if (!differences->empty())
-        m_notes.push_back(pack + " no longer comes out the same: " +
-                          WholeNumberText(static_cast<std::int64_t>(differences->size())) +
-                          (differences->size() == 1 ? " figure differs." : " figures differ."));
-    if (!differences || !differences->empty()) ShowAttention();
-    if (!m_packs.empty()) m_nextPack.start(0);
+        AddNote(SentenceOf(differences.error()), AttentionNote::Place::Packs);
+    else if (!isSame)
+        AddNote("The half-year pack for " + HalfYearText(half) + " no longer comes out the same: " +
+                    WholeNumberText(static_cast<std::int64_t>(differences->size())) +
+                    (differences->size() == 1 ? " figure differs." : " figures differ."),
+                AttentionNote::Place::Packs);
+    if (!isSame) ShowAttention(m_ui->lst_Attention->currentIndex().row());
+    if (!m_packs.empty()) return m_nextPack.start(0);
+    m_ui->lbl_Packs->setText(
+        m_otherPacks == 0 ? tr("Kept half-year packs: %1, still with the same figures").arg(m_samePacks)
+                          : tr("Kept half-year packs: %1, of which %2 no longer agree")
+                                .arg(m_samePacks + m_otherPacks)
+                                .arg(m_otherPacks));
+}
+
+void frmOverview::AddNote(std::string text, AttentionNote::Place opens) {
+    m_notes.push_back({.Text = std::move(text), .Opens = opens});
 }
 
 const MonthFigures& frmOverview::FiguresOf(MonthNumber month) {
@@ -210,14 +278,18 @@ void frmOverview::ShowMonth(MonthNumber month) {
     m_isShowing = false;
     m_ui->cmd_Previous->setEnabled(month > FirstMonthEnd);
     m_ui->cmd_Next->setEnabled(month < LastMonthEnd);
-    m_findings = FindAttention(*m_shop, month, m_app.CurrentCompanyId);
-    m_untrusted = CountUntrusted(*m_shop, FiguresOf(month), m_findings);
+    const int row = m_ui->lst_Attention->currentIndex().row();
+    m_attention.ShowFindings(FindAttention(*m_shop, month, m_app.CurrentCompanyId));
+    m_untrusted = CountUntrusted(*m_shop, FiguresOf(month), m_attention.Findings());
     m_troubles = FirstTroubles(*m_shop, FiguresUntil(month, MostMonthsShown));
+    std::erase_if(m_figures, [&](const auto& known) { // a neighbour's twelve months are needed again
+        return known.first <= month - MostMonthsShown - WindowMonths || known.first > month + WindowMonths;
+    });
     ShowAnswers();
     ShowRows();
     ShowChart();
-    ShowAttention();
-    LimitToTexts(*this);
+    ShowAttention(row);
+    FitToForm();
 }
 
 void frmOverview::StepMonths(int months) {
@@ -282,9 +354,15 @@ void frmOverview::ShowRows() {
     m_table.Show(RowsOf(*m_shop, figures, m_untrusted, m_troubles, m_options), figures.Months);
     if (selected) SelectRow(*selected);
     m_isShowing = false;
-    if (m_areColumnsFitted) return; // they stay as the user may have set them
-    m_areColumnsFitted = m_table.rowCount() > 0;
+    FitColumns();
+}
+
+/// As wide as their texts, but none so wide that it pushes the others out of sight.
+void frmOverview::FitColumns() {
     m_ui->tbl_Rows->resizeColumnsToContents();
+    const int widest = fontMetrics().averageCharWidth() * 36;
+    for (int column = 0; column < OverviewTable::ColumnCount; ++column)
+        if (m_ui->tbl_Rows->columnWidth(column) > widest) m_ui->tbl_Rows->setColumnWidth(column, widest);
 }
 
 void frmOverview::SelectRow(const OverviewRow& row) {
@@ -318,95 +396,38 @@ void frmOverview::ShowChart() {
         }
         points.push_back(std::move(point));
     }
+    m_ui->cmd_Emissions->setEnabled(row.has_value());
     m_ui->cht_Months->Show(row ? tr("%1 in percent of its limit").arg(FromCodePage(row->Item))
                                : tr("Emissions in percent of the allowance"),
                            std::move(points));
 }
 
-void frmOverview::ShowAttention() {
-    const int row = m_ui->lst_Attention->currentIndex().row();
-    m_attention.Show(m_findings, m_notes);
-    if (row >= 0) // a pack that was compared takes nobody's place in the list away
+void frmOverview::ShowAttention(int row) {
+    m_attention.ShowNotes(m_notes);
+    if (row >= 0) // nobody's place in the list is taken away
         m_ui->lst_Attention->setCurrentIndex(m_attention.index(std::min(row, m_attention.rowCount() - 1)));
-}
-
-void frmOverview::OpenAttention() {
-    const QModelIndex current = m_ui->lst_Attention->currentIndex();
-    const Attention* finding = current.isValid() ? m_attention.FindingAt(current.row()) : nullptr;
-    if (!finding) return;
-    if (finding->Use) {
-        EditUsage(m_app, m_records.Usage[*finding->Use].Record, this);
-    } else if (finding->Material) {
-        LoadAdditionalNames(m_app); // the editor shows them
-        EditMaterial(m_app, m_records.Materials[*finding->Material].MaterialId, this);
-    } else {
-        return;
-    }
-    Load();
-}
-
-void frmOverview::Why() {
-    const std::optional<OverviewRow> row = SelectedRow();
-    const MonthFigures& figures = FiguresOf(m_month);
-    const bool isSaved = row ? ShowTraceOfRow(m_app, *m_shop, figures, *row, this)
-                             : ShowTrace(m_app, *m_shop, figures, "emissions", {}, this);
-    if (isSaved) Load();
-}
-
-QString frmOverview::Page() {
-    const MonthFigures& figures = FiguresOf(m_month);
-    const std::vector<OverviewRow> rows = RowsOf(*m_shop, figures, m_untrusted, m_troubles, m_options);
-    return FromUtf8(OverviewPage({.CompanyName = m_app.CurrentCompanyName,
-                                  .CompanyLocation = m_app.CurrentCompanyLocation,
-                                  .Shop = *m_shop,
-                                  .Figures = figures,
-                                  .Rows = rows,
-                                  .Findings = m_findings,
-                                  .Notes = m_notes,
-                                  .Options = m_options,
-                                  .HasChart = true}));
-}
-
-void frmOverview::Print() {
-    PreviewOverview(m_app, Page(), m_ui->cht_Months->Picture(), this);
-}
-
-void frmOverview::SavePdf() {
-    const auto path = m_app.Dialogs.ChooseFileToSave("Save the overview as PDF", FileKind::Pdf);
-    if (!path) return;
-    const BusyCursor cursor;
-    static_cast<void>(
-        ShowFailure(m_app, WriteOverviewPdf(m_app, *path, Page(), m_ui->cht_Months->Picture())));
-}
-
-void frmOverview::MakeReports() {
-    const MonthReports reports = [this] {
-        const BusyCursor cursor; // not over the boxes
-        return WriteMonthReports(m_app, m_month);
-    }();
-    std::set<std::string> shown; // one cause can fail all five
-    for (const Failure& failure : reports.Failures)
-        if (shown.insert(SentenceOf(failure)).second) ShowError(m_app, failure);
-    if (!reports.Index.empty())
-        ShowInformation(m_app, "The reports have been saved. Their index is\r\n" + PathText(reports.Index));
-}
-
-void frmOverview::ShowPacks() {
-    ShowHalfYearPacks(m_app, *m_shop, m_month, this);
-    Load(); // a pack may have been made
-}
-
-void frmOverview::ChangeOptions() {
-    if (EditOverviewOptions(m_app, this)) Load();
-}
-
-void frmOverview::CopyTable() {
-    QApplication::clipboard()->setText(m_table.Text());
 }
 
 void frmOverview::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    LimitToTexts(*this); // a splitter knows its least size only now
+    FitToForm(); // a splitter knows its least size only now
+}
+
+/// The form is scrolled only up and down, and only if the screen is too small for it.
+void frmOverview::FitToForm() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what has changed inside
+    QScrollArea& scroll = *m_ui->scroll_Form;
+    const int bar = scroll.verticalScrollBar()->sizeHint().width();
+    const int room = screen()->availableSize().width() - 3 * bar;
+    scroll.setMinimumWidth(std::min(m_ui->layout_Form->totalMinimumSize().width() + bar, room));
+    // The lists take what is left, so that the form has to be told what its texts and they need at least.
+    m_ui->wid_Form->setMinimumHeight(
+        m_ui->layout_Form->totalMinimumHeightForWidth(scroll.viewport()->width()));
+}
+
+void frmOverview::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    FitToForm();
 }
 
 void frmOverview::changeEvent(QEvent* event) {
@@ -417,7 +438,8 @@ void frmOverview::changeEvent(QEvent* event) {
 void frmOverview::FoldStatements(bool isFolded) {
     m_ui->txt_Statements->setHidden(isFolded);
     m_ui->cmd_Statements->setArrowType(isFolded ? Qt::RightArrow : Qt::DownArrow);
-    LimitToTexts(*this);
+    FitToForm();
+    if (!isFolded) m_ui->scroll_Form->ensureWidgetVisible(m_ui->txt_Statements);
 }
 
 void ShowOverview(AppContext& app, QWidget* parent) {

@@ -33,6 +33,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -43,10 +44,15 @@ private:
     void ShowAnswers();
     void ShowRows();
     void ShowChart();
-    void ShowAttention();
+    /// `row` stays the current one; -1 = none.
+    void ShowAttention(int row);
     void StepMonths(int months);
     void ChooseMonth();
     void OpenAttention();
+    void AddNote(std::string text, AttentionNote::Place opens = AttentionNote::Place::Nowhere);
+    void OfferSorting();
+    void FitColumns();
+    void FitToForm();
     void Why();
     /// The overview as HTML for paper.
     QString Page();
@@ -72,17 +78,17 @@ private:
     OverviewOptions m_options;
     std::unique_ptr<ShopFigures> m_shop;           ///< of m_records
     std::map<MonthNumber, MonthFigures> m_figures; ///< those calculated so far
-    std::vector<Attention> m_findings;
-    std::vector<std::string> m_notes; ///< what needs attention and is of no record; UTF-8
+    std::vector<AttentionNote> m_notes;
     UntrustedFigures m_untrusted;
     std::vector<FirstTrouble> m_troubles;
     std::vector<HalfYear> m_packs; ///< still to be compared, the last one next
+    int m_samePacks = 0;           ///< of those compared
+    int m_otherPacks = 0;
     QTimer m_nextPack{this};
     OverviewTable m_table{this};
     LimitBar m_bar{this};
     AttentionList m_attention{this};
     MonthNumber m_month = 0;
-    bool m_areColumnsFitted = false;
     bool m_isShowing = false; ///< the controls are being filled
     bool m_areRead = true;    ///< the records
 };

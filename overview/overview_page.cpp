@@ -139,7 +139,7 @@ private:
             {"Limit",true},
             {"Headroom",           true},
             {"State"                },
-            {"Trouble since"  }
+            {"First trouble"  }
         });
         for (const OverviewRow& row : m_source.Rows) {
             if (!table.HasRoom()) break;
@@ -220,7 +220,7 @@ private:
         for (const std::string& note : m_source.Notes)
             AddParagraph(std::string(SignOf(State::NotUsed)) + note);
         if (findings == 0 && m_source.Notes.empty())
-            AddParagraph(std::string(SignOf(State::Within)) + "Nothing needs attention.");
+            AddParagraph(std::string(SignOf(State::Within)) + "No record needs attention.");
     }
 
     void AddStatements() {

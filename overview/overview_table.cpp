@@ -96,7 +96,7 @@ QString OverviewTable::CellText(const OverviewRow& row, int column) const {
     const QString unit = FromUtf8(UnitOf(row));
     switch (column) {
     case Item:
-        return FromCodePage(row.Item);
+        return FromCodePage(row.Item) + (row.Material ? tr(" (filled resin)") : QString());
     case Used:
         return FromUtf8(RoundedText(row.Megagrams));
     case Content: {
@@ -136,6 +136,8 @@ QVariant OverviewTable::data(const QModelIndex& index, int role) const {
     case Qt::ForegroundRole:
         return index.column() == Is ? ColourOf(row.Judged.Is, row.IsNarrow, QApplication::palette())
                                     : QVariant();
+    case StateRole:
+        return static_cast<int>(row.Judged.Is);
     case PercentRole:
         return row.Headroom ? 100 - *row.Headroom : QVariant();
     default:
@@ -166,7 +168,7 @@ QVariant OverviewTable::headerData(int section, Qt::Orientation orientation, int
     case Is:
         return tr("State");
     default:
-        return tr("Trouble since");
+        return tr("First trouble");
     }
 }
 
@@ -194,11 +196,14 @@ void LimitBar::paint(QPainter* painter, const QStyleOptionViewItem& option, cons
         return area.left() + area.width() * share;
     };
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-    const bool isOver = percent.toDouble() > 100;
+    const auto state = static_cast<State>(index.data(OverviewTable::StateRole).toInt());
+    const bool isTrouble = state == State::Over || state == State::Differs;
     const QColor text = option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text);
-    const QColor bar = isSelected ? text
-                       : isOver   ? ColourOf(State::Over, false, option.palette)
-                                  : FigureColour(option.palette);
+    QColor bar = isTrouble ? ColourOf(state, false, option.palette) : FigureColour(option.palette);
+    if (isSelected) {
+        bar = text;
+        bar.setAlphaF(0.6F); // or the limit's line would not be seen on it
+    }
     painter->fillRect(QRectF(area.topLeft(), QPointF(at(percent.toDouble()), area.bottom())), bar);
     painter->setPen(QPen(text, 1));
     painter->drawLine(QPointF(at(100), area.top() - 2), QPointF(at(100), area.bottom() + 2));

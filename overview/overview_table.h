@@ -17,6 +17,7 @@ public:
     enum Column { Item, Used, Content, Limit, Bar, Headroom, Is, FirstMonth, ColumnCount };
     /// In the column Bar, percent of the limit; none without a limit.
     static constexpr int PercentRole = Qt::UserRole;
+    static constexpr int StateRole = Qt::UserRole + 1;
 
     using QAbstractTableModel::QAbstractTableModel;
 

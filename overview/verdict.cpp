@@ -2,6 +2,7 @@
 
 #include "overview/answers.h"
 #include "overview/attention.h"
+#include "overview/outlook.h"
 
 namespace mact {
 
@@ -52,7 +53,10 @@ bool VerdictReader::Step(const AppContext& app) {
     case Next::Calculate: {
         const std::optional<MonthNumber> newest = m_shop->NewestUse();
         if (!newest) return Finish(NewestUseText(*m_shop));
-        const std::size_t attention = FindAttention(*m_shop, *newest, m_companyId).size();
+        // As many as the window shows, but for kept packs, which take long to compare.
+        const std::size_t attention = FindAttention(*m_shop, *newest, m_companyId).size() +
+                                      m_options.NotUnderstood.size() +
+                                      (MonthOverIfUseGoesOn(*m_shop) ? 1 : 0);
         return Finish(VerdictLine(m_shop->At(*newest), attention));
     }
     case Next::Nothing:

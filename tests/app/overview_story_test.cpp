@@ -89,7 +89,7 @@ void AskWhy(frmOverview& overview) {
     QVERIFY(
         Answer(overview, "lbl_Answer3").startsWith(QStringLiteral("\u2713 Within. 94.0 % of the allowance")));
     QCOMPARE(table.model()->index(0, 6).data().toString(), QStringLiteral("\u2713 Within"));
-    QCOMPARE(attention.index(0, 0).data().toString(), QStringLiteral("\u2713 Nothing needs attention."));
+    QCOMPARE(attention.index(0, 0).data().toString(), QStringLiteral("\u2713 No record needs attention."));
 }
 
 } // namespace

@@ -139,7 +139,7 @@ private slots:
                                   "80 % to limit",
                                   "Headroom",
                                   "State",
-                                  "Trouble since",
+                                  "First trouble",
                                   "Why?",
                                   "What if",
                                   "Reports",

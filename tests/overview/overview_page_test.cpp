@@ -219,7 +219,7 @@ TEST_F(OverviewPageTest, NothingUsedIsSaidInEachPart) {
                           "content.</p>"));
     EXPECT_TRUE(Has(page, "<p>Nothing was used that is averaged.</p>"));
     EXPECT_TRUE(Has(page, "<p>No use is recorded for this month.</p>"));
-    EXPECT_TRUE(Has(page, "<p>\xE2\x9C\x93 Nothing needs attention.</p>"));
+    EXPECT_TRUE(Has(page, "<p>\xE2\x9C\x93 No record needs attention.</p>"));
     EXPECT_FALSE(Has(page, "\xE2\x9C\x93 Within"));
 }
 
@@ -241,7 +241,7 @@ TEST_F(OverviewPageTest, NotesFollowTheFindings) {
     EXPECT_TRUE(Has(page,
                     "<p>\xE2\x80\x93 The first month &amp; more.</p>\r\n<p>\xE2\x80\x93 If use goes on, "
                     "the average is over in May.</p>\r\n<h2>What these figures are"));
-    EXPECT_FALSE(Has(page, "Nothing needs attention"));
+    EXPECT_FALSE(Has(page, "No record needs attention"));
 }
 
 TEST_F(OverviewPageTest, EndsWithTheSevenStatements) {

@@ -4,6 +4,7 @@
 #include "base/numbers.h"
 #include "dialogs/dialog_routines.h"
 #include "overview/answers.h"
+#include "overview/file_damage.h"
 #include "overview/frm_overview_help.h"
 #include "overview/frm_what_if.h"
 #include "overview/kept_pack.h"
@@ -228,10 +229,25 @@ void frmOverview::FindKeptPacks() {
     std::ranges::reverse(m_packs);
     if (!packs) AddNote(SentenceOf(packs.error()), AttentionNote::Place::Packs);
     if (!packs) ShowAttention(m_ui->lst_Attention->currentIndex().row());
-    if (!m_packs.empty()) m_nextPack.start(0);
+    m_isDamageKnown = false;
+    m_nextPack.start(0);
+}
+
+void frmOverview::AddFileDamage() {
+    m_isDamageKnown = true;
+    const Result<std::vector<std::string>> lines = FindFileDamage(m_app);
+    if (!lines) return; // the records could not be read either
+    for (const std::string& line : *lines)
+        AddNote(line);
+    if (!lines->empty()) ShowAttention(m_ui->lst_Attention->currentIndex().row());
 }
 
 void frmOverview::CompareNextPack() {
+    if (!m_isDamageKnown) {
+        AddFileDamage();
+        if (!m_packs.empty()) m_nextPack.start(0);
+        return;
+    }
     const HalfYear half = m_packs.back();
     m_packs.pop_back();
     const auto differences = ComparePack(m_app, *m_shop, half);

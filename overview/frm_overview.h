@@ -63,8 +63,10 @@ private:
     void ChangeOptions();
     void CopyTable();
     void FoldStatements(bool isFolded);
-    /// The kept half-year packs are compared after the window is shown, one at a time.
+    /// The files are looked through, and the kept half-year packs compared, after the window is shown, one at
+    /// a time.
     void FindKeptPacks();
+    void AddFileDamage();
     void CompareNextPack();
     std::optional<MonthNumber> FirstTroubleOfAverage() const;
     std::optional<OverviewRow> SelectedRow() const;
@@ -84,6 +86,7 @@ private:
     std::vector<HalfYear> m_packs; ///< still to be compared, the last one next
     int m_samePacks = 0;           ///< of those compared
     int m_otherPacks = 0;
+    bool m_isDamageKnown = false;
     QTimer m_nextPack{this};
     OverviewTable m_table{this};
     LimitBar m_bar{this};

@@ -2,6 +2,7 @@
 
 #include "overview/answers.h"
 #include "overview/attention.h"
+#include "overview/file_damage.h"
 #include "overview/outlook.h"
 
 namespace mact {
@@ -43,6 +44,13 @@ bool VerdictReader::Step(const AppContext& app) {
         if (!records) return Fail(records.error());
         m_options = std::move(*options);
         m_records = std::move(*records);
+        m_next = Next::Look;
+        return false;
+    }
+    case Next::Look: {
+        const Result<std::vector<std::string>> damages = FindFileDamage(app);
+        if (!damages) return Fail(damages.error());
+        m_damages = damages->size();
         m_next = Next::Prepare;
         return false;
     }
@@ -54,7 +62,7 @@ bool VerdictReader::Step(const AppContext& app) {
         const std::optional<MonthNumber> newest = m_shop->NewestUse();
         if (!newest) return Finish(NewestUseText(*m_shop));
         // As many as the window shows, but for kept packs, which take long to compare.
-        const std::size_t attention = FindAttention(*m_shop, *newest, m_companyId).size() +
+        const std::size_t attention = FindAttention(*m_shop, *newest, m_companyId).size() + m_damages +
                                       m_options.NotUnderstood.size() +
                                       (MonthOverIfUseGoesOn(*m_shop) ? 1 : 0);
         return Finish(VerdictLine(m_shop->At(*newest), attention));

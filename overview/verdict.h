@@ -24,7 +24,7 @@ public:
     const std::string& Line() const { return m_line; }
 
 private:
-    enum class Next { Read, Prepare, Calculate, Nothing };
+    enum class Next { Read, Look, Prepare, Calculate, Nothing };
     bool Finish(std::string line);
     /// The failure is the line; the next Begin tries again.
     bool Fail(const Failure& failure);
@@ -35,6 +35,7 @@ private:
     OverviewOptions m_options{};
     ShopRecords m_records{};
     std::unique_ptr<ShopFigures> m_shop{}; ///< of m_records
+    std::size_t m_damages = 0;             ///< of the files themselves
     std::string m_line{};
 };
 } // namespace mact

@@ -641,6 +641,20 @@ private slots:
         QVERIFY(Answer(window, 3).endsWith(QLatin1String(" too much. Trouble since DEC 2004.")));
     }
 
+    void Damage_of_the_files_themselves_is_said() {
+        YearShop program;
+        const std::string usage = ContentOf(program.DataFile("1_usage.talvor"));
+        WriteContent(program.DataFile("1_usage.talvor"), usage + "abc");
+        std::string materials = ContentOf(program.DataFile("1_materials.talvor"));
+        materials[0] = 7; // its own number, in the place of record 1
+        WriteContent(program.DataFile("1_materials.talvor"), materials);
+        const frmOverview window(program.App, nullptr);
+        QTRY_VERIFY(Attentions(window).contains(
+            QStringLiteral("\u2013 1_materials.talvor, record 1: its identifier is 7, not its number")));
+        QVERIFY(Attentions(window).contains(
+            QStringLiteral("\u2013 1_usage.talvor: 3 surplus bytes after 12 records")));
+    }
+
     void A_shop_without_records_says_so() {
         OverviewShop program;
         program.Calendar.Month = std::chrono::year(2026) / 3;

@@ -63,8 +63,16 @@ TEST_F(VerdictTest, TakesAStepAtATime) {
     EXPECT_EQ(Reader.Line(), "");
     EXPECT_FALSE(Reader.Step(Program.App));
     EXPECT_FALSE(Reader.Step(Program.App));
+    EXPECT_FALSE(Reader.Step(Program.App));
     EXPECT_TRUE(Reader.Step(Program.App));
     EXPECT_TRUE(Reader.Step(Program.App)); // there is nothing left to do
+}
+
+TEST_F(VerdictTest, CountsWhatTheListShowsBesidesRecords) {
+    WriteContent(Program.DataFile("1_usage.talvor"),
+                 ContentOf(Program.DataFile("1_usage.talvor")) + "abc"); // surplus bytes
+    WriteContent(OverviewOptionsFile(Program.App), "start=13/2005\n");
+    EXPECT_EQ(LineNow(), "DEC 2005: emission average 92.8 % of the allowance; 2 points need attention");
 }
 
 TEST_F(VerdictTest, TheLineOfAnotherCompanyIsGoneAtOnce) {

@@ -17,6 +17,7 @@ struct Cell {
     std::string Exact{};
     std::string State{};
     Verdict Judged{};
+    std::size_t Findings = 0; ///< that make it not trusted
 };
 /// A row of a table: one figure at the six month ends.
 struct FigureRow {
@@ -56,7 +57,7 @@ std::string CellHtml(const Cell& cell) {
                                   : cell.Judged.Is == State::Differs ? "differs"
                                                                      : "other";
     if (!cell.State.empty()) AppendAll(html, "<span class=\"", look, "\">", HtmlText(cell.State), "</span>");
-    return html + "</td>";
+    return html + UntrustedHtml(cell.Findings) + "</td>";
 }
 
 std::string TableHtml(const std::vector<FigureRow>& rows, HalfYear half) {
@@ -111,8 +112,10 @@ OfOperation OperationOf(const FilledFigure& filled, const ShopFigures& shop) {
 
 RowsBy<std::size_t> ContentRows(const SixMonths& six, OfOperation operation) {
     RowsBy<std::size_t> rows; // Table 2's first
-    for (std::size_t month = 0; month < six.size(); ++month)
-        for (const ContentFigure& content : six[month].Contents) {
+    for (std::size_t month = 0; month < six.size(); ++month) {
+        const auto& [figures, untrusted] = six[month];
+        for (std::size_t number = 0; number < figures.Contents.size(); ++number) {
+            const ContentFigure& content = figures.Contents[number];
             if (OperationOf(content) != operation) continue;
             const std::size_t place =
                 content.Row ? *content.Row : TableTwoRows.size() + content.Pair.value_or(0);
@@ -121,39 +124,49 @@ RowsBy<std::size_t> ContentRows(const SixMonths& six, OfOperation operation) {
                     .Limit = content.Limit ? ReportText(*content.Limit) + " %" : "none"},
                    month) = {.Report = ReportText(content.Content.Report),
                              .Exact = ExactText(content.Content.Exact),
-                             .State = VerdictText(content.Judged, six[month].Months),
-                             .Judged = content.Judged};
+                             .State = VerdictText(content.Judged, figures.Months),
+                             .Judged = content.Judged,
+                             .Findings = untrusted.Contents[number]};
         }
+    }
     return rows;
 }
 
 RowsBy<std::size_t> FilledRows(const ShopFigures& shop, const SixMonths& six, OfOperation operation) {
     RowsBy<std::size_t> rows; // by material
-    for (std::size_t month = 0; month < six.size(); ++month)
-        for (const FilledFigure& filled : six[month].Filled) {
+    for (std::size_t month = 0; month < six.size(); ++month) {
+        const auto& [figures, untrusted] = six[month];
+        for (std::size_t number = 0; number < figures.Filled.size(); ++number) {
+            const FilledFigure& filled = figures.Filled[number];
             if (OperationOf(filled, shop) != operation) continue;
             CellOf(
                 rows, filled.Material,
                 {.Label = "Point value of filled resin " + NameOfMaterial(shop, filled.Material) + ", kg/Mg",
                  .Limit = ReportText(filled.Limit) + " kg/Mg"},
                 month) = {.Exact = ExactText(filled.PointValue),
-                          .State = VerdictText(filled.Judged, six[month].Months),
-                          .Judged = filled.Judged};
+                          .State = VerdictText(filled.Judged, figures.Months),
+                          .Judged = filled.Judged,
+                          .Findings = untrusted.Filled[number]};
         }
+    }
     return rows;
 }
 
 RowsBy<std::string> PointValueRows(const SixMonths& six, OfOperation operation) {
     RowsBy<std::string> rows;
-    for (std::size_t month = 0; month < six.size(); ++month)
-        for (const PointValueFigure& value : six[month].PointValues) {
+    for (std::size_t month = 0; month < six.size(); ++month) {
+        const auto& [figures, untrusted] = six[month];
+        for (std::size_t number = 0; number < figures.PointValues.size(); ++number) {
+            const PointValueFigure& value = figures.PointValues[number];
             if (OperationOf(value) != operation) continue;
             CellOf(rows, value.Item,
                    {.Label = "Point value of " + Utf8FromCodePage(value.Item) + ", kg/Mg",
                     .Limit = ReportText(value.Limit) + " kg/Mg"},
                    month) = {.Report = value.Report ? ReportText(*value.Report) : std::string(),
-                             .Exact = ExactText(value.Exact)};
+                             .Exact = ExactText(value.Exact),
+                             .Findings = untrusted.PointValues[number]};
         }
+    }
     return rows;
 }
 
@@ -195,17 +208,20 @@ std::string AverageHtml(const SixMonths& six, HalfYear half) {
         {.Label = "Headroom, % of the allowance"                       }
     };
     for (std::size_t month = 0; month < six.size(); ++month) {
-        const AverageFigures& average = six[month].Average;
+        const auto& [figures, untrusted] = six[month];
+        const AverageFigures& average = figures.Average;
         const Figure headroom = average.Headroom();
         const Figure percent = average.HeadroomPercent();
         rows[0].Cells[month] = {.Report = RoundedText(average.Emissions.Report),
                                 .Exact = ExactText(average.Emissions.Exact),
-                                .State = VerdictText(average.Judged, six[month].Months),
+                                .State = VerdictText(average.Judged, figures.Months),
                                 .Judged = average.Judged};
         rows[1].Cells[month] = {.Report = RoundedText(average.Allowance.Report),
                                 .Exact = ExactText(average.Allowance.Exact)};
         rows[2].Cells[month] = {.Report = ReportText(headroom.Report), .Exact = ExactText(headroom.Exact)};
         rows[3].Cells[month] = {.Report = ReportText(percent.Report), .Exact = ExactText(percent.Exact)};
+        for (FigureRow& row : rows)
+            row.Cells[month].Findings = untrusted.Average;
     }
     return "<h2>Emission average of all operations</h2>\r\n" + TableHtml(rows, half);
 }
@@ -214,8 +230,8 @@ std::string MonthsHtml(const SixMonths& six, HalfYear half) {
     FigureRow count{.Label = "Months since the start month", .Limit = ReportText(WindowMonths)};
     FigureRow without{.Label = "Months without any entry"};
     for (std::size_t month = 0; month < six.size(); ++month) {
-        count.Cells[month].Report = ReportText(six[month].Months);
-        for (const MonthNumber each : six[month].WithoutEntry)
+        count.Cells[month].Report = ReportText(six[month].Figures.Months);
+        for (const MonthNumber each : six[month].Figures.WithoutEntry)
             AppendAll(without.Cells[month].Report, without.Cells[month].Report.empty() ? "" : ", ",
                       MonthText(each));
     }
@@ -261,8 +277,11 @@ std::string FilesHtml(const PackSource& source) {
 
 std::string PackPage(const PackSource& source, const ShopFigures& figures, HalfYear half) {
     SixMonths six;
-    std::ranges::transform(MonthEndsOf(half), six.begin(),
-                           [&](MonthNumber monthEnd) { return figures.At(monthEnd); });
+    std::ranges::transform(MonthEndsOf(half), six.begin(), [&](MonthNumber monthEnd) {
+        PackMonth month{.Figures = figures.At(monthEnd)};
+        month.Untrusted = CountUntrusted(figures, month.Figures);
+        return month;
+    });
     return HeadHtml(source, half) + MonthsHtml(six, half) + OperationsHtml(source, figures, six, half) +
            AverageHtml(six, half) + DeviationsHtml(figures, six, half) +
            "<h2>Changes in the process</h2>\r\n" + BlankLines(4) + CertificationHtml() + FilesHtml(source) +

@@ -10,8 +10,13 @@
 namespace mact {
 namespace {
 
-/// Kg used of a material in the windows of the six month ends; empty where the figure is not in trouble.
-using KgOfMonths = std::array<std::optional<double>, MonthsOfHalfYear>;
+/// What was used of a material in a window.
+struct UsedKg {
+    double Kg = 0;
+    std::size_t Findings = 0; ///< that make it not trusted
+};
+/// In the windows of the six month ends; empty where the figure is not in trouble.
+using KgOfMonths = std::array<std::optional<UsedKg>, MonthsOfHalfYear>;
 
 /// A figure that is over or differs at some month end.
 struct Trouble {
@@ -42,14 +47,17 @@ void NoteTrouble(Troubles& troubles, TroubleKey key, std::string title, const Ve
 }
 
 /// If the figure is in trouble at the month end, the material is among those listed.
-void NoteMaterial(Troubles& troubles, TroubleKey key, const UsedMaterial& used, std::size_t month) {
+void NoteMaterial(Troubles& troubles, TroubleKey key, const UsedMaterial& used,
+                  const UntrustedFigures& untrusted, std::size_t month) {
     const auto trouble = troubles.find(key);
     if (trouble == troubles.end() || trouble->second.Months.back() != month) return;
-    trouble->second.Materials[used.Material][month] = used.KgReport;
+    const auto findings = untrusted.AmountOfMaterial.find(used.Material);
+    trouble->second.Materials[used.Material][month] = {
+        .Kg = used.KgReport, .Findings = findings == untrusted.AmountOfMaterial.end() ? 0 : findings->second};
 }
 
-void NoteTroubles(const ShopFigures& shop, const MonthFigures& figures, std::size_t month,
-                  Troubles& troubles) {
+void NoteTroubles(const ShopFigures& shop, const PackMonth& monthEnd, std::size_t month, Troubles& troubles) {
+    const auto& [figures, untrusted] = monthEnd;
     for (const ContentFigure& content : figures.Contents)
         NoteTrouble(troubles, KeyOfContent(content.Row, content.Pair.value_or(0)),
                     "Content of " + Utf8FromCodePage(content.Item), content.Judged, month);
@@ -61,12 +69,12 @@ void NoteTroubles(const ShopFigures& shop, const MonthFigures& figures, std::siz
     for (const UsedMaterial& used : shop.UsedInWindow(figures.MonthEnd)) {
         const UseClass& its = shop.ClassOfRow(used.Row);
         if (its.Kind == UseKind::ClosedMolding) continue;
-        NoteMaterial(troubles, OfAverage, used, month);
+        NoteMaterial(troubles, OfAverage, used, untrusted, month);
         const bool isFilled = its.Kind == UseKind::Filled;
         NoteMaterial(troubles,
                      isFilled ? TroubleKey{TroubleKind::Filled, used.Material}
                               : KeyOfContent(its.Row, used.Row),
-                     used, month);
+                     used, untrusted, month);
     }
 }
 
@@ -76,8 +84,11 @@ std::string MaterialRowHtml(const ShopFigures& shop, std::size_t number, const K
     std::string html = "<tr><th scope=\"row\">" + HtmlOfCodePage(material.CustomId) + "</th><td>";
     AppendAll(html, HtmlOfCodePage(material.MaterialType), ", ", HtmlOfCodePage(material.ApplicationMethod),
               "</td><td class=\"number\">", ReportText(material.HapContent), "</td>");
-    for (const std::size_t month : months)
-        AppendAll(html, "<td class=\"number\">", kg[month] ? ReportText(*kg[month]) : std::string(), "</td>");
+    for (const std::size_t month : months) {
+        html += "<td class=\"number\">";
+        if (kg[month]) AppendAll(html, ReportText(kg[month]->Kg), UntrustedHtml(kg[month]->Findings));
+        html += "</td>";
+    }
     return html + "</tr>\r\n";
 }
 
@@ -107,6 +118,11 @@ std::string VerdictText(const Verdict& judged, int months) {
     std::string text = StateText(judged.Is, months);
     if (judged.Why != Cause::None) AppendAll(text, " (", CauseText(judged.Why), ")");
     return text;
+}
+
+std::string UntrustedHtml(std::size_t findings) {
+    if (findings == 0) return {};
+    return "<span class=\"differs\">" + UntrustedText(findings) + "</span>";
 }
 
 std::string NameOfMaterial(const ShopFigures& shop, std::size_t material) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "overview/half_year.h"
+#include "overview/untrusted_figures.h"
 
 #include <array>
 #include <cstddef>
@@ -11,10 +12,16 @@ namespace mact {
 
 /// The parts of the half-year pack's page that several of its sections share, and the deviations.
 
-using SixMonths = std::array<MonthFigures, MonthsOfHalfYear>;
+struct PackMonth {
+    MonthFigures Figures{};
+    UntrustedFigures Untrusted{};
+};
+using SixMonths = std::array<PackMonth, MonthsOfHalfYear>;
 
 /// "differs (tie)"
 std::string VerdictText(const Verdict& judged, int months);
+/// What a cell says of a figure that is not to be trusted, on a line of its own.
+std::string UntrustedHtml(std::size_t findings);
 /// A material's ID in UTF-8.
 std::string NameOfMaterial(const ShopFigures& shop, std::size_t material);
 

@@ -38,6 +38,7 @@ public:
     }
 
     void Add(const Attention& finding) {
+        if (finding.Material && finding.Touches == Reach::All) ++m_counts.AmountOfMaterial[*finding.Material];
         const auto row = finding.Material ? m_shop.RowOf(*finding.Material) : std::nullopt;
         if (!row)
             AddOfNoRow(finding);
@@ -159,9 +160,32 @@ UntrustedFigures CountUntrusted(const ShopFigures& shop, const MonthFigures& fig
     return counter.Finish();
 }
 
+UntrustedFigures CountUntrusted(const ShopFigures& shop, const MonthFigures& figures) {
+    constexpr std::int16_t anyCompany = 1; // its number is in the findings' texts alone
+    return CountUntrusted(shop, figures, FindAttention(shop, figures.MonthEnd, anyCompany));
+}
+
+std::vector<std::size_t> FindingsOfLines(const UntrustedFigures& untrusted) {
+    std::vector<std::size_t> findings{0};
+    const auto append = [&](const std::vector<std::size_t>& counts) {
+        findings.insert(findings.end(), counts.begin(), counts.end());
+    };
+    append(untrusted.Contents);
+    append(untrusted.Filled);
+    findings.insert(findings.end(), 4, untrusted.Average); // emissions, allowance and both headrooms
+    append(untrusted.PointValues);
+    append(untrusted.Amounts);
+    return findings;
+}
+
 std::string UntrustedText(std::size_t findings) {
     if (findings == 0) return {};
     return "not trusted: " + WholeNumberText(static_cast<std::int64_t>(findings)) +
            (findings == 1 ? " finding" : " findings");
+}
+
+std::string UntrustedSentence(std::size_t findings) {
+    if (findings == 0) return {};
+    return " N" + UntrustedText(findings).substr(1) + '.';
 }
 } // namespace mact

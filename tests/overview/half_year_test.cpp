@@ -8,6 +8,7 @@
 #include "tests/overview/overview_shop.h"
 #include "tests/support/folder_content.h"
 #include "tests/support/limited_files.h"
+#include "usage/usage_store.h"
 
 #include <gtest/gtest.h>
 
@@ -214,6 +215,67 @@ TEST_F(HalfYearPackTest, WhatDiffersIsADeviationWithItsCause) {
                             "<h3>Content of production resin, atomized</h3>\r\n<p>DEC 2005: differs (vacuum "
                             "bagging). Kilograms",
                             "<th scope=\"row\">VB</th>"});
+}
+
+/// The part of a page from a text on.
+std::string From(const std::string& page, const std::string& text) {
+    const std::size_t at = page.find(text);
+    return at == std::string::npos ? "" : page.substr(at);
+}
+/// Its row of a table.
+std::string RowOf(const std::string& page, const std::string& label) {
+    const std::string row = From(page, "<th scope=\"row\">" + label);
+    return row.substr(0, row.find("</tr>"));
+}
+/// What each of its month ends says of trust.
+std::vector<std::string> Doubts(const std::string& row) {
+    const std::string cellBegin = "<td class=\"number\">";
+    const std::string begin = "<span class=\"differs\">not trusted: ";
+    std::vector<std::string> doubts;
+    for (std::size_t at = row.find(cellBegin); at != std::string::npos;) {
+        const std::size_t next = row.find(cellBegin, at + 1);
+        const std::string doubt = From(row.substr(at, next - at), begin);
+        doubts.push_back(doubt.empty() ? ""
+                                       : doubt.substr(begin.size(), doubt.find("</span>") - begin.size()));
+        at = next;
+    }
+    return doubts;
+}
+
+// A content typed as a fraction, of a resin used in 7/2005, and its record of 10/2005 in unit 3. The gel coat
+// has nothing wrong.
+TEST_F(HalfYearPackTest, WhatIsNotTrustedSaysSoBesideTheFigure) {
+    const std::string clean = Page();
+    EXPECT_EQ(clean.find("not trusted"), std::string::npos);
+    ImportMaterials({"PR-C|typed|Production resin|Non-Spray|9|0.3|0|0|0|0|0|0|0|0|0|0|0|0|0"});
+    ImportUsage({"PR-C|7|2005|1000|lbs"});
+    ASSERT_FALSE(SaveUsage(App, {.MaterialId = 4, .Period = "10/2005", .Quantity = 1, .Unit = 3}));
+    const std::string page = Page();
+    const std::vector<std::string> both{"1 finding",  "1 finding",  "1 finding",
+                                        "2 findings", "2 findings", "2 findings"};
+    for (const char* label :
+         {"Content of production resin, nonatomized, %", "Point value of production resin, kg/Mg",
+          "Emissions, kg", "Allowance, kg", "Headroom, kg", "Headroom, % of the allowance"})
+        EXPECT_EQ(Doubts(RowOf(page, label)), both) << label;
+    const std::vector<std::string> none(6);
+    for (const char* label : {"Content of pigmented gel coat, %", "Point value of pigmented gel coat, kg/Mg",
+                              "Months since the start month", "Months without any entry"})
+        EXPECT_EQ(Doubts(RowOf(page, label)), none) << label;
+    EXPECT_EQ(Csv().find("not trusted"), std::string::npos);
+}
+
+// A unit of 3 counts as Mgal: 9,000 lb are 4082.37 kg. The point value is as above.
+TEST_F(HalfYearPackTest, AFilledResinAndTheKilogramsOfADeviationSaySoToo) {
+    ImportMaterials({"FR|filled|Production resin (Filled)|Spray|9|36|0|0|0|0|0|0|0|0|0|0|0|0|20"});
+    ASSERT_FALSE(SaveUsage(App, {.MaterialId = 4, .Period = "12/2005", .Quantity = 1, .Unit = 3}));
+    const std::string page = Page();
+    EXPECT_EQ(Doubts(RowOf(page, "Point value of filled resin FR, kg/Mg")),
+              (std::vector<std::string>{"", "", "", "", "", "1 finding"}));
+    ExpectContains(
+        page, {"<small>66.565866</small><span class=\"over\">over</span><span class=\"differs\">not "
+               "trusted: 1 finding</span></td>",
+               "Production resin (Filled), Spray</td><td class=\"number\">36</td><td "
+               "class=\"number\">4082.37<span class=\"differs\">not trusted: 1 finding</span></td></tr>"});
 }
 
 TEST_F(HalfYearPackTest, ATypeThatAUserAddedHasASectionOfItsOwn) {

@@ -1,5 +1,6 @@
 #include "overview/untrusted_figures.h"
 
+#include "overview/overview_csv.h"
 #include "tests/overview/made_shop.h"
 
 #include <gtest/gtest.h>
@@ -201,10 +202,51 @@ TEST_F(UntrustedTest, MaterialThatCountsAsNothingTouchesTheFiguresItWouldBeIn) {
     EXPECT_EQ(Untrusted(), OfResin);
 }
 
+// Twelve months, not the last one alone; a content is in no amount.
+TEST_F(UntrustedTest, WhatWasUsedOfAMaterialHasTheFindingsOnItsAmount) {
+    Shop.AddUse(1, "11/2005", 1, 3);
+    Use(Resin).Unit = 3;
+    Use(Closed).Unit = 3;
+    Material(GelCoat).HapContent = 0.3;
+    const ShopFigures shop(Shop.Records);
+    EXPECT_EQ(CountUntrusted(shop, shop.At(MadeShop::MonthEnd)).AmountOfMaterial,
+              (std::map<std::size_t, std::size_t>{
+                  {Resin,  2},
+                  {Closed, 1}
+    }));
+}
+
+TEST_F(UntrustedTest, EachLineHasTheFindingsOfItsFigure) {
+    Use(Resin).Unit = 3;
+    Use(Filled).Unit = 3;
+    const ShopFigures shop(Shop.Records);
+    const MonthFigures figures = shop.At(MadeShop::MonthEnd);
+    const std::vector<FigureLine> lines = LinesOf(shop, figures);
+    const std::vector<std::size_t> findings = FindingsOfLines(CountUntrusted(shop, figures));
+    ASSERT_EQ(findings.size(), lines.size());
+    Counts counts;
+    for (std::size_t place = 0; place < lines.size(); ++place)
+        if (findings[place] > 0)
+            counts[std::string(lines[place].Figure) + ' ' + lines[place].Item] = findings[place];
+    EXPECT_EQ(counts, (Counts{
+                          {"content production resin, atomized", 1},
+                          {"filled FR",                          1},
+                          {"emissions ",                         2},
+                          {"allowance ",                         2},
+                          {"headroom ",                          2},
+                          {"headroom_percent ",                  2},
+                          {"point_value production resin",       2},
+                          {"amount production resin, atomized",  1},
+                          {"amount production resin, filled",    1}
+    }));
+}
+
 TEST(UntrustedText, SaysTheNumberOfFindings) {
     EXPECT_EQ(UntrustedText(0), "");
     EXPECT_EQ(UntrustedText(1), "not trusted: 1 finding");
     EXPECT_EQ(UntrustedText(2), "not trusted: 2 findings");
+    EXPECT_EQ(UntrustedSentence(0), "");
+    EXPECT_EQ(UntrustedSentence(2), " Not trusted: 2 findings.");
 }
 
 TEST(UntrustedAtTheLimit, FindingsOfAnyRowAreCountedFast) {

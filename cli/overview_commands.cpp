@@ -9,6 +9,7 @@
 #include "overview/overview_options.h"
 #include "overview/shop_figures.h"
 #include "overview/trace.h"
+#include "overview/untrusted_figures.h"
 #include "reports/report_period.h"
 #include "store/companies.h"
 
@@ -41,7 +42,7 @@ std::optional<MonthEnds> MonthEndsOf(const OverviewSpan& span, std::optional<Mon
     return MonthEnds{from.value_or(std::max(*last - WindowMonths + 1, FirstMonthEnd)), *last};
 }
 
-using Row = std::array<std::string, 8>;
+using Row = std::array<std::string, 9>;
 
 /// Text of records as it is printed, still in the code page, in which a character is a byte.
 std::string Shown(std::string_view codePageText) {
@@ -50,11 +51,16 @@ std::string Shown(std::string_view codePageText) {
 
 std::vector<Row> TableOf(const ShopFigures& shop, const MonthFigures& figures) {
     std::vector<Row> rows{
-        {"Figure", "Item", "Report", "Exact", "Limit", "Unit", "State", "Cause"}
+        {"Figure", "Item", "Report", "Exact", "Limit", "Unit", "State", "Cause", ""}
     };
-    for (const FigureLine& line : LinesOf(shop, figures))
+    const std::vector<FigureLine> lines = LinesOf(shop, figures);
+    const std::vector<std::size_t> findings = FindingsOfLines(CountUntrusted(shop, figures));
+    for (std::size_t place = 0; place < lines.size(); ++place) {
+        const FigureLine& line = lines[place];
         rows.push_back({std::string(line.Figure), Shown(line.Item), line.Report, line.Exact, line.Limit,
-                        std::string(line.Unit), line.State, std::string(CauseText(line.Judged.Why))});
+                        std::string(line.Unit), line.State, std::string(CauseText(line.Judged.Why)),
+                        UntrustedText(findings[place])});
+    }
     return rows;
 }
 
@@ -154,9 +160,12 @@ ExitStatus PrintTrace(AppContext& app, const std::string& monthEnd, const std::s
     if (!records) return Fail(app, records.error());
     const ShopFigures shop(*records, options->Start);
     const MonthFigures figures = shop.At(*MonthOfText(monthEnd)); // the parser has accepted it
-    const Result<TraceNode> trace = TraceFigure(shop, figures, figure, CodePageFromUtf8(item));
-    if (!trace) return Fail(app, trace.error());
-    std::cout << TraceText(*trace);
+    const std::vector<FigureLine> lines = LinesOf(shop, figures);
+    const Result<std::size_t> place = FindFigure(lines, figures.MonthEnd, figure, CodePageFromUtf8(item));
+    if (!place) return Fail(app, place.error());
+    const std::string doubt = UntrustedText(FindingsOfLines(CountUntrusted(shop, figures))[*place]);
+    if (!doubt.empty()) std::cout << doubt << '\n';
+    std::cout << TraceText(TraceLine(shop, figures, lines, *place));
     return StatusDone;
 }
 

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <sstream>
 
 namespace mact {
 namespace {
@@ -174,6 +176,41 @@ TEST_F(OverviewCommands, ATraceLeadsToTheUsageRecords) {
     EXPECT_EQ(none.Status, 1);
     EXPECT_NE(none.Errors.find("production resin, nonatomized"), std::string::npos); // says which there are
     EXPECT_EQ(Run({"trace", "12/05", "content"}).Status, 2);
+}
+
+// 1 lb of a gel coat in 12/2005, typed with a content of 0.3 %, is two findings: the second is that it rounds
+// to 0.00 Mg, which no content and no amount is touched by.
+TEST_F(OverviewCommands, WhatIsNotTrustedSaysSo) {
+    AddShop();
+    EXPECT_EQ(Run({"overview"}).Output.find("trusted"), std::string::npos);
+    WriteContent(Temporary.Path() / "materials.txt",
+                 "GC|d|Pigmented production gel|All|9|0.3|0|0|0|0|0|0|0|0|0|0|0|0|0\r\n");
+    WriteContent(Temporary.Path() / "usage.txt", "GC|12|2005|1|lbs\r\n");
+    ASSERT_EQ(Run({"import-materials", PathText(Temporary.Path() / "materials.txt")}).Status, 0);
+    ASSERT_EQ(Run({"import-usage", PathText(Temporary.Path() / "usage.txt")}).Status, 0);
+    const std::string table = Run({"overview", "--from", "12/2005", "--to", "12/2005"}).Output;
+    std::map<std::string, std::string> doubts; // by the first words of the line
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t doubt = line.find("not trusted");
+        if (doubt != std::string::npos) doubts[line.substr(0, line.find("  "))] += line.substr(doubt) + ';';
+    }
+    EXPECT_EQ(doubts, (std::map<std::string, std::string>{
+                          {"allowance",        "not trusted: 2 findings;"},
+                          {"content",          "not trusted: 1 finding;" },
+                          {"emissions",        "not trusted: 2 findings;"},
+                          {"headroom",         "not trusted: 2 findings;"},
+                          {"headroom_percent", "not trusted: 2 findings;"},
+                          {"point_value",      "not trusted: 2 findings;"},
+    }));
+    EXPECT_EQ(Run({"overview", "--csv"}).Output.find("trusted"), std::string::npos);
+    EXPECT_TRUE(
+        Run({"trace", "12/2005", "emissions"}).Output.starts_with("not trusted: 2 findings\nemissions in "));
+    EXPECT_TRUE(Run({"trace", "12/2005", "content", "pigmented gel coat"})
+                    .Output.starts_with("not trusted: 1 finding\ncontent of pigmented gel coat in "));
+    const std::string trusted = Run({"trace", "12/2005", "content", "production resin, nonatomized"}).Output;
+    EXPECT_TRUE(trusted.starts_with("content of production resin, nonatomized in "));
+    EXPECT_EQ(trusted.find("trusted"), std::string::npos);
 }
 
 TEST_F(OverviewCommands, AHalfYearPackIsReplacedOnlyWithYes) {

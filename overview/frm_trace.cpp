@@ -7,6 +7,7 @@
 #include "overview/trace_model.h"
 #include "overview/trace_words.h"
 #include "overview/ui_frm_trace.h"
+#include "overview/untrusted_figures.h"
 #include "store/additional_names.h"
 #include "usage/frm_usage.h"
 
@@ -44,7 +45,8 @@ void UnfoldAll(QTreeView& tree, const QModelIndex& line) {
 frmTrace::frmTrace(AppContext& app, const ShopFigures& shop, const MonthFigures& figures,
                    std::vector<FigureLine> lines, std::size_t place, QWidget* parent)
     : QDialog(parent), m_app(app), m_shop(shop), m_figures(figures), m_lines(std::move(lines)),
-      m_ui(std::make_unique<Ui::frmTrace>()), m_model(new TraceModel(this)) {
+      m_findings(FindingsOfLines(CountUntrusted(shop, figures))), m_ui(std::make_unique<Ui::frmTrace>()),
+      m_model(new TraceModel(this)) {
     m_ui->setupUi(this);
     QTreeView& tree = *m_ui->tre_Parts;
     tree.setModel(m_model);
@@ -82,7 +84,8 @@ void frmTrace::ShowFigure() {
     const auto place = static_cast<std::size_t>(row);
     m_ui->cbo_Figure->setToolTip(ToolTipOf(m_ui->cbo_Figure->currentText()));
     m_ui->lbl_Value->setText(
-        QString::fromStdString(FigureStatement(m_lines[place], m_figures.MonthEnd, m_figures.Months)));
+        QString::fromStdString(FigureStatement(m_lines[place], m_figures.MonthEnd, m_figures.Months) +
+                               UntrustedSentence(m_findings[place])));
     m_model->Show(TraceLine(m_shop, m_figures, m_lines, place));
     QTreeView& tree = *m_ui->tre_Parts;
     const QModelIndex root = m_model->index(0, 0);

@@ -49,6 +49,7 @@ private:
     const ShopFigures& m_shop;
     const MonthFigures& m_figures;
     const std::vector<FigureLine> m_lines;
+    const std::vector<std::size_t> m_findings; ///< of each line
     std::unique_ptr<Ui::frmTrace> m_ui;
     TraceModel* m_model; ///< the window's
 };

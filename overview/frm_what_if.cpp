@@ -83,10 +83,6 @@ frmWhatIf::frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, Mo
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), this));
     m_ui->txt_FromYear->setText(QString::number(m_first / 12));
     m_ui->txt_FromYear->setFixedWidth(fontMetrics().averageCharWidth() * 10);
-    m_ui->lbl_Months->setText(
-        m_last - m_first + 1 == WindowMonths
-            ? tr("The twelve month en&ds up to %1").arg(FromUtf8(ShortMonthName(m_last)))
-            : tr("The month en&ds up to %1").arg(FromUtf8(ShortMonthName(m_last))));
     m_ui->lbl_Statement->setText(tr("Calculated with a copy of the records: nothing is saved. %1")
                                      .arg(FromUtf8(OverviewStatements.back())));
     QTableWidget& table = *m_ui->tbl_Months;
@@ -292,6 +288,10 @@ void frmWhatIf::Step() {
         m_months.push_back({Compare(m_before[done], m_after->At(month)), m_before[done].Months});
         return;
     }
+    if (!m_untrusted) {
+        m_untrusted = CountUntrusted(m_shop, m_before.back());
+        return;
+    }
     m_breakEvens = BreakEvensAt(*m_after, m_last);
     m_steps.stop();
     ShowFigures();
@@ -356,6 +356,28 @@ void frmWhatIf::ShowMonths() {
         }
     }
     if (!m_steps.isActive()) table.resizeColumnsToContents();
+    ShowTrust();
+}
+
+void frmWhatIf::ShowTrust() {
+    const QString month = FromUtf8(ShortMonthName(m_last));
+    QString text = m_last - m_first + 1 == WindowMonths ? tr("The twelve month en&ds up to %1").arg(month)
+                                                        : tr("The month en&ds up to %1").arg(month);
+    const std::size_t findings = FindingsOfFigure();
+    if (findings > 0) text += tr(". \"Before\" at %1 is %2.").arg(month, FromUtf8(UntrustedText(findings)));
+    m_ui->lbl_Months->setText(text);
+    m_ui->tbl_Months->setAccessibleDescription(text.remove(u'&'));
+}
+
+std::size_t frmWhatIf::FindingsOfFigure() const {
+    if (!m_untrusted) return 0;
+    const int figure = m_ui->cbo_Figure->currentIndex();
+    if (figure < FirstContent) return m_untrusted->Average;
+    const std::string& item = m_contents[static_cast<std::size_t>(figure - FirstContent)];
+    const std::vector<ContentFigure>& contents = m_before.back().Contents;
+    const auto content = std::ranges::find(contents, item, &ContentFigure::Item);
+    if (content == contents.end()) return 0;
+    return m_untrusted->Contents[static_cast<std::size_t>(content - contents.begin())];
 }
 
 void frmWhatIf::ShowBreakEven() {

@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 #include "overview/overview_options.h"
+#include "overview/untrusted_figures.h"
 #include "overview/what_if_entry.h"
 
 #include <QDialog>
@@ -50,6 +51,10 @@ private:
     void Step();
     void ShowFigures();
     void ShowMonths();
+    /// Says if the figure at the last month end, without changes, is not to be trusted.
+    void ShowTrust();
+    /// What makes the chosen figure not trusted there.
+    std::size_t FindingsOfFigure() const;
     void ShowBreakEven();
 
     /// A month end before and after.
@@ -67,9 +72,10 @@ private:
     ShopRecords m_changed; ///< what Changed returns once there are changes
 
     QTimer m_steps{this};
-    std::unique_ptr<ShopFigures> m_after; ///< of Changed(); none until its step
-    std::vector<MonthFigures> m_before;   ///< from m_first on, as far as calculated
-    std::vector<Month> m_months;          ///< the same
+    std::unique_ptr<ShopFigures> m_after;        ///< of Changed(); none until its step
+    std::vector<MonthFigures> m_before;          ///< from m_first on, as far as calculated
+    std::optional<UntrustedFigures> m_untrusted; ///< of m_last without changes; none until its step
+    std::vector<Month> m_months;                 ///< the same
     std::vector<BreakEven> m_breakEvens;
     std::vector<std::string> m_contents; ///< the items of cbo_Figure behind those of the average
     std::unique_ptr<Ui::frmWhatIf> m_ui;

@@ -403,6 +403,29 @@ private slots:
         QVERIFY(!isSaved);
     }
 
+    // As much of 0.3 % as of 33 %: 16.65 %. The amount has no content in it, and the resin is another row.
+    void A_figure_that_is_not_trusted_says_so() {
+        TraceProgram program;
+        program.AddUse();
+        program.AddMaterial("GC-2", "Pigmented production gel", "All", 10, 0.3);
+        program.AddUsage(3, "12/2005", 2204.6, UnitLbs);
+        InTrace(program, "content", "pigmented gel coat", [](frmTrace& window) {
+            QCOMPARE(
+                TextOf<QLabel>(window, "lbl_Value"),
+                "Twelve months ending December 2005: report 16.65 %, exact 16.65 %. Limit 33 %. Within. Not "
+                "trusted: 1 finding.");
+            QVERIFY(!CurrentLine(window).contains(QStringLiteral("trusted")));
+            QTest::keyClick(&Choice(window), Qt::Key_End);
+            QCOMPARE(TextOf<QLabel>(window, "lbl_Value"), "The month December 2005: exact 2000 kg.");
+            QTest::keyClick(&Choice(window), Qt::Key_Home);
+            QCOMPARE(TextOf<QLabel>(window, "lbl_Value"), "Twelve months ending December 2005: 12 of 12 "
+                                                          "months count. Without entry: 2/2005 3/2005 4/2005 "
+                                                          "5/2005 6/2005 8/2005 9/2005 10/2005 11/2005.");
+            QTest::keyClick(&Choice(window), Qt::Key_Down);
+            QVERIFY(TextOf<QLabel>(window, "lbl_Value").ends_with(" Limit 35 %. Within."));
+        });
+    }
+
     void Without_any_use_there_is_nothing_to_open() {
         TraceProgram program;
         InTrace(program, "emissions", "", [](frmTrace& window) {

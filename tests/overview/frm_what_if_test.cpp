@@ -68,6 +68,17 @@ struct WhatIfProgram : TestProgram {
     }
 };
 
+/// One whose content is typed as a fraction, used in 3/2005.
+void AddFraction(WhatIfProgram& program) {
+    program.Add({.CustomId = "GC-X",
+                 .Description = "Gel coat",
+                 .MaterialType = "Pigmented production gel",
+                 .ApplicationMethod = "All",
+                 .Density = 10,
+                 .HapContent = 0.3});
+    program.AddUse(5, "3/2005", OneMg, UnitLbs);
+}
+
 /// In the order of cbo_Kind.
 enum Kind { Content, Density, Filler, Method, Amount, Replacement, LeftOut };
 
@@ -209,6 +220,55 @@ private slots:
                 QCOMPARE(Row(window, 0).front(), QStringLiteral("JAN 1900"));
             },
             FirstMonthEnd + 1);
+    }
+
+    // A content typed as a fraction; the resin has nothing wrong.
+    void What_is_not_trusted_before_the_changes_says_so() {
+        WhatIfProgram program;
+        AddFraction(program);
+        program.AddUse(2, "1/2005", 2, UnitMgal);
+        const QString trusted = QStringLiteral("The twelve month en&ds up to DEC 2005");
+        const QString doubt = QStringLiteral(". \"Before\" at DEC 2005 is not trusted: 1 finding.");
+        InWhatIf(program, [&](const frmWhatIf& window) {
+            for (const char* figure :
+                 {"Emissions, kg", "Allowance, kg", "Headroom, kg", "Content, %: pigmented gel coat"}) {
+                Choose(window, "cbo_Figure", figure);
+                QCOMPARE(Shown(window, "lbl_Months"), trusted + doubt);
+            }
+            QVERIFY(Named<QTableWidget>(window, "tbl_Months").accessibleDescription().endsWith(doubt));
+            Choose(window, "cbo_Figure", "Content, %: production resin, nonatomized");
+            QCOMPARE(Shown(window, "lbl_Months"), trusted);
+            Choose(window, "cbo_Figure", "Emissions, kg");
+            AddNumber(window, "GC-X", Content, "30");
+            QCOMPARE(Shown(window, "lbl_Months"), trusted + doubt);
+        });
+    }
+
+    void What_is_not_trusted_at_an_earlier_month_end_is_not_said() {
+        WhatIfProgram program;
+        AddFraction(program);
+        program.AddUse(1, "3/2006", OneMg, UnitLbs);
+        InWhatIf(
+            program,
+            [](const frmWhatIf& window) {
+                QCOMPARE(Shown(window, "lbl_Months"),
+                         QStringLiteral("The twelve month en&ds up to MAR 2006"));
+            },
+            MonthNumberOf(2006, 3));
+    }
+
+    void What_is_not_trusted_has_room_in_the_smallest_window() {
+        WhatIfProgram program;
+        AddFraction(program);
+        InWhatIf(program, [&](frmWhatIf& window) {
+            const auto& label = Named<QLabel>(window, "lbl_Months");
+            const int oneLine = label.fontMetrics().lineSpacing();
+            window.resize(960, 500);
+            QCoreApplication::processEvents();
+            QCOMPARE(window.size(), QSize(960, 500));
+            QVERIFY(label.height() >= label.heightForWidth(label.width()));
+            QVERIFY(Named<QTableWidget>(window, "tbl_Months").viewport()->height() > 4 * oneLine);
+        });
     }
 
     void The_first_used_material_is_chosen() {

@@ -73,6 +73,7 @@ frmWhatIf::frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, Mo
                      QWidget* parent)
     : QDialog(parent), m_shop(shop, options.Start), m_start(options.Start),
       m_first(std::max(monthEnd - WindowMonths + 1, FirstMonthEnd)), m_last(monthEnd),
+      m_newest(m_shop.At(monthEnd)), m_untrusted(CountUntrusted(m_shop, m_newest)),
       m_ui(std::make_unique<Ui::frmWhatIf>()) {
     m_ui->setupUi(this);
     m_steps.setObjectName(QStringLiteral("tmr_Steps"));
@@ -288,10 +289,6 @@ void frmWhatIf::Step() {
         m_months.push_back({Compare(m_before[done], m_after->At(month)), m_before[done].Months});
         return;
     }
-    if (!m_untrusted) {
-        m_untrusted = CountUntrusted(m_shop, m_before.back());
-        return;
-    }
     m_breakEvens = BreakEvensAt(*m_after, m_last);
     m_steps.stop();
     ShowFigures();
@@ -370,14 +367,13 @@ void frmWhatIf::ShowTrust() {
 }
 
 std::size_t frmWhatIf::FindingsOfFigure() const {
-    if (!m_untrusted) return 0;
     const int figure = m_ui->cbo_Figure->currentIndex();
-    if (figure < FirstContent) return m_untrusted->Average;
+    if (figure < FirstContent) return m_untrusted.Average;
     const std::string& item = m_contents[static_cast<std::size_t>(figure - FirstContent)];
-    const std::vector<ContentFigure>& contents = m_before.back().Contents;
+    const std::vector<ContentFigure>& contents = m_newest.Contents;
     const auto content = std::ranges::find(contents, item, &ContentFigure::Item);
     if (content == contents.end()) return 0;
-    return m_untrusted->Contents[static_cast<std::size_t>(content - contents.begin())];
+    return m_untrusted.Contents[static_cast<std::size_t>(content - contents.begin())];
 }
 
 void frmWhatIf::ShowBreakEven() {

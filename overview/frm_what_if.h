@@ -68,14 +68,16 @@ private:
     std::optional<MonthNumber> m_start;
     MonthNumber m_first = 0; ///< the oldest month end
     MonthNumber m_last = 0;
+    // Found before the window opens: that takes longer than a step may.
+    const MonthFigures m_newest;        ///< of m_last without changes
+    const UntrustedFigures m_untrusted; ///< the same
     std::vector<WhatIfChange> m_changes;
     ShopRecords m_changed; ///< what Changed returns once there are changes
 
     QTimer m_steps{this};
-    std::unique_ptr<ShopFigures> m_after;        ///< of Changed(); none until its step
-    std::vector<MonthFigures> m_before;          ///< from m_first on, as far as calculated
-    std::optional<UntrustedFigures> m_untrusted; ///< of m_last without changes; none until its step
-    std::vector<Month> m_months;                 ///< the same
+    std::unique_ptr<ShopFigures> m_after; ///< of Changed(); none until its step
+    std::vector<MonthFigures> m_before;   ///< from m_first on, as far as calculated
+    std::vector<Month> m_months;          ///< the same
     std::vector<BreakEven> m_breakEvens;
     std::vector<std::string> m_contents; ///< the items of cbo_Figure behind those of the average
     std::unique_ptr<Ui::frmWhatIf> m_ui;

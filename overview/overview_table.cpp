@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numeric>
 
@@ -61,7 +62,8 @@ void OverviewTable::SortRows() {
     else
         std::ranges::stable_sort(m_order, {}, [&](std::size_t row) {
             const double key = SortKey(m_rows[row], m_column);
-            return key == key ? key : Last; // one that is not a number would not be in any order
+            if (std::isnan(key)) return Last; // it would not be in any order
+            return key;
         });
     if (m_sortOrder == Qt::DescendingOrder) std::ranges::reverse(m_order);
 }

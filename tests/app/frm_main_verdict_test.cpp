@@ -25,7 +25,8 @@ struct YearProgram : OverviewShop {
         Prompts.Shown.clear();
     }
 };
-constexpr const char* December = "DEC 2005: emission average 92.8 % of the allowance; nothing needs attention";
+constexpr const char* December =
+    "DEC 2005: emission average 92.8 % of the allowance; nothing needs attention";
 
 LinkLabel& Line(const frmMain& window) {
     return Named<LinkLabel>(window, "lbl_Verdict");

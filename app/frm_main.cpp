@@ -135,7 +135,7 @@ void frmMain::StepVerdict() {
 }
 
 void frmMain::ShowVerdict() {
-    m_ui->lbl_Verdict->setText(QString::fromStdString(m_verdict.Line()));
+    m_ui->lbl_Verdict->setText(FromUtf8(m_verdict.Line()));
     m_ui->lbl_Verdict->setAccessibleName(m_ui->lbl_Verdict->text());
     m_ui->lbl_Verdict->setEnabled(!m_verdict.Line().empty());
 }

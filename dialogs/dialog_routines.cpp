@@ -139,6 +139,10 @@ std::string ToCodePage(const QString& text) {
     return CodePageFromUtf8(text.toStdString());
 }
 
+QString FromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
 QString FromPath(const std::filesystem::path& path) {
     return QDir::toNativeSeparators(QString::fromStdString(PathText(path)));
 }

@@ -26,6 +26,7 @@ namespace mact {
 /// code-page text (records) or UTF-8 (paths and messages).
 
 QString FromCodePage(std::string_view codePageText);
+QString FromUtf8(std::string_view text);
 /// A character that the code page lacks becomes "?".
 std::string ToCodePage(const QString& text);
 /// The path with the platform's separators.

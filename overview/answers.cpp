@@ -127,14 +127,10 @@ Answer EmissionAverage(const MonthFigures& figures, const OverviewOptions& optio
     return answer;
 }
 
-bool IsTrouble(const Verdict& verdict) {
-    return verdict.Is == State::Over || verdict.Is == State::Differs;
-}
-
 std::int64_t CountTroubles(const MonthFigures& figures) {
-    return std::ranges::count_if(figures.Contents, IsTrouble, &ContentFigure::Judged) +
-           std::ranges::count_if(figures.Filled, IsTrouble, &FilledFigure::Judged) +
-           (IsTrouble(figures.Average.Judged) ? 1 : 0);
+    const auto isTrouble = [](const auto& figure) { return IsTrouble(figure.Judged.Is); };
+    return std::ranges::count_if(figures.Contents, isTrouble) +
+           std::ranges::count_if(figures.Filled, isTrouble) + (isTrouble(figures.Average) ? 1 : 0);
 }
 
 } // namespace
@@ -175,10 +171,7 @@ std::vector<Answer> AnswersOf(const ShopFigures& shop, const MonthFigures& figur
                                    EmissionAverage(figures, options)};
     for (Answer& answer : answers) {
         answer.Findings = &answer == &answers.back() ? untrusted.Average : untrusted.AnyContent;
-        if (answer.Findings == 0) continue;
-        std::string doubt = UntrustedText(answer.Findings);
-        doubt[0] = UpperCase(doubt.substr(0, 1))[0];
-        answer.Text += ' ' + doubt + '.';
+        answer.Text += UntrustedSentence(answer.Findings);
     }
     return answers;
 }

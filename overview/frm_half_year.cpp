@@ -8,20 +8,11 @@
 #include "usage/usage_entry.h"
 
 #include <QAbstractTableModel>
-#include <QScreen>
 
 #include <algorithm>
 #include <array>
 
 namespace mact {
-namespace {
-
-QString FromUtf8(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
-} // namespace
-
 /// Leaves the texts where they are: there may be as many as materials.
 class DifferenceLines : public QAbstractTableModel {
 public:
@@ -128,11 +119,7 @@ void frmHalfYear::ShowMade(HalfYear half, const PackFiles& made) {
                                 .arg(FromUtf8(HalfYearText(half)), FromPath(made.Page), FromPath(made.Csv)));
     m_ui->lbl_Made->setToolTip(ToolTipOf(m_ui->lbl_Made->text()));
     m_ui->lbl_Made->show();
-    // The least size was that without this text.
-    layout()->activate();
-    const QSize least = layout()->totalMinimumSize();
-    setMinimumSize(least.expandedTo({0, layout()->totalMinimumHeightForWidth(least.width())})
-                       .boundedTo(screen()->availableSize()));
+    LimitToTexts(*this);
 }
 
 void frmHalfYear::ListPacks() {

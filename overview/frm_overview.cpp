@@ -36,10 +36,6 @@ namespace {
 
 constexpr int MostMonthsShown = 3 * WindowMonths;
 
-QString FromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
 QString StatementLines() {
     QStringList lines;
     for (const std::string_view statement : OverviewStatements)
@@ -136,8 +132,8 @@ frmOverview::frmOverview(AppContext& app, QWidget* parent)
     m_ui->split_Figures->setMinimumHeight(14 * fontMetrics().lineSpacing());
     FoldStatements(true);
     ConnectControls();
-    m_nextPack.setSingleShot(true);
-    connect(&m_nextPack, &QTimer::timeout, this, &frmOverview::CompareNextPack);
+    m_nextLook.setSingleShot(true);
+    connect(&m_nextLook, &QTimer::timeout, this, &frmOverview::LookFurther);
     m_ui->cbo_Month->setFocus();
     Load();
 }
@@ -180,7 +176,7 @@ void frmOverview::ConnectControls() {
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-/// The keyboard's menu key sorts too.
+/// The menu key offers the columns, so that the table can be sorted without a mouse.
 void frmOverview::OfferSorting() {
     m_ui->tbl_Rows->setContextMenuPolicy(Qt::ActionsContextMenu);
     for (int column = 0; column < OverviewTable::ColumnCount; ++column) {
@@ -198,7 +194,7 @@ void frmOverview::Load() {
     const BusyCursor cursor;
     Result<OverviewOptions> options = ReadOverviewOptions(m_app);
     Result<ShopRecords> records = ReadShopRecords(m_app);
-    // A failure is said where the newest month stands otherwise, in no box.
+    // A failure takes the place of the newest month; no message box is shown.
     std::string failure;
     if (!options) failure = SentenceOf(options.error());
     if (!records) failure = SentenceOf(records.error());
@@ -220,7 +216,7 @@ void frmOverview::Load() {
 }
 
 void frmOverview::FindKeptPacks() {
-    m_nextPack.stop(); // there may be none left for it
+    m_nextLook.stop(); // there may be none left for it
     const Result<std::vector<HalfYear>> packs = KeptPacks(m_app);
     m_packs = packs ? *packs : std::vector<HalfYear>{};
     m_samePacks = 0;
@@ -230,7 +226,7 @@ void frmOverview::FindKeptPacks() {
     if (!packs) AddNote(SentenceOf(packs.error()), AttentionNote::Place::Packs);
     if (!packs) ShowAttention(m_ui->lst_Attention->currentIndex().row());
     m_isDamageKnown = false;
-    m_nextPack.start(0);
+    m_nextLook.start(0);
 }
 
 void frmOverview::AddFileDamage() {
@@ -242,12 +238,15 @@ void frmOverview::AddFileDamage() {
     if (!lines->empty()) ShowAttention(m_ui->lst_Attention->currentIndex().row());
 }
 
-void frmOverview::CompareNextPack() {
-    if (!m_isDamageKnown) {
+void frmOverview::LookFurther() {
+    if (!m_isDamageKnown)
         AddFileDamage();
-        if (!m_packs.empty()) m_nextPack.start(0);
-        return;
-    }
+    else
+        CompareNextPack();
+    if (!m_packs.empty()) m_nextLook.start(0);
+}
+
+void frmOverview::CompareNextPack() {
     const HalfYear half = m_packs.back();
     m_packs.pop_back();
     const auto differences = ComparePack(m_app, *m_shop, half);
@@ -261,10 +260,10 @@ void frmOverview::CompareNextPack() {
                     (differences->size() == 1 ? " figure differs." : " figures differ."),
                 AttentionNote::Place::Packs);
     if (!isSame) ShowAttention(m_ui->lst_Attention->currentIndex().row());
-    if (!m_packs.empty()) return m_nextPack.start(0);
+    if (!m_packs.empty()) return;
     m_ui->lbl_Packs->setText(
-        m_otherPacks == 0 ? tr("Kept half-year packs: %1, still with the same figures").arg(m_samePacks)
-                          : tr("Kept half-year packs: %1, of which %2 no longer agree")
+        m_otherPacks == 0 ? tr("Half-year packs kept: %1; their figures are still the same").arg(m_samePacks)
+                          : tr("Half-year packs kept: %1; figures have changed in %2")
                                 .arg(m_samePacks + m_otherPacks)
                                 .arg(m_otherPacks));
 }
@@ -298,7 +297,7 @@ void frmOverview::ShowMonth(MonthNumber month) {
     m_attention.ShowFindings(FindAttention(*m_shop, month, m_app.CurrentCompanyId));
     m_untrusted = CountUntrusted(*m_shop, FiguresOf(month), m_attention.Findings());
     m_troubles = FirstTroubles(*m_shop, FiguresUntil(month, MostMonthsShown));
-    std::erase_if(m_figures, [&](const auto& known) { // a neighbour's twelve months are needed again
+    std::erase_if(m_figures, [&](const auto& known) { // the months near by are likely to be next
         return known.first <= month - MostMonthsShown - WindowMonths || known.first > month + WindowMonths;
     });
     ShowAnswers();
@@ -342,8 +341,7 @@ void frmOverview::ShowAnswers() {
         }
         QString text = FromUtf8(answer.Text);
         if (const auto first = FirstTroubleOfAverage(); first && index == cards.size() - 1) {
-            const bool isTrouble = answer.Is == State::Over || answer.Is == State::Differs;
-            text += (isTrouble ? tr(" Trouble since %1.") : tr(" First trouble in %1."))
+            text += (IsTrouble(answer.Is) ? tr(" Trouble since %1.") : tr(" First trouble in %1."))
                         .arg(FromUtf8(ShortMonthName(*first)));
         }
         card.Question->setText(FromUtf8(answer.Question));
@@ -408,7 +406,7 @@ void frmOverview::ShowChart() {
             point.Value = at->Percent;
             point.Text = FromUtf8(PercentText(at->Percent)) + QStringLiteral(", ") +
                          FromUtf8(StateInWords(at->Judged, figures->Months)).toLower();
-            point.IsOver = at->Judged.Is == State::Over || at->Judged.Is == State::Differs;
+            point.IsOver = IsTrouble(at->Judged.Is);
         }
         points.push_back(std::move(point));
     }
@@ -420,7 +418,7 @@ void frmOverview::ShowChart() {
 
 void frmOverview::ShowAttention(int row) {
     m_attention.ShowNotes(m_notes);
-    if (row >= 0) // nobody's place in the list is taken away
+    if (row >= 0) // the line that the user was on stays the current one
         m_ui->lst_Attention->setCurrentIndex(m_attention.index(std::min(row, m_attention.rowCount() - 1)));
 }
 
@@ -436,7 +434,7 @@ void frmOverview::FitToForm() {
     const int bar = scroll.verticalScrollBar()->sizeHint().width();
     const int room = screen()->availableSize().width() - 3 * bar;
     scroll.setMinimumWidth(std::min(m_ui->layout_Form->totalMinimumSize().width() + bar, room));
-    // The lists take what is left, so that the form has to be told what its texts and they need at least.
+    // The lists give way to the texts, so the form must be told the least height that all of them need.
     m_ui->wid_Form->setMinimumHeight(
         m_ui->layout_Form->totalMinimumHeightForWidth(scroll.viewport()->width()));
 }

@@ -66,6 +66,7 @@ private:
     /// The files are looked through, and the kept half-year packs compared, after the window is shown, one at
     /// a time.
     void FindKeptPacks();
+    void LookFurther();
     void AddFileDamage();
     void CompareNextPack();
     std::optional<MonthNumber> FirstTroubleOfAverage() const;
@@ -87,7 +88,7 @@ private:
     int m_samePacks = 0;           ///< of those compared
     int m_otherPacks = 0;
     bool m_isDamageKnown = false;
-    QTimer m_nextPack{this};
+    QTimer m_nextLook{this};
     OverviewTable m_table{this};
     LimitBar m_bar{this};
     AttentionList m_attention{this};

@@ -58,15 +58,15 @@ QString frmOverview::Page() {
     std::vector<std::string> notes;
     for (const AttentionNote& note : m_notes)
         notes.push_back(note.Text);
-    return QString::fromStdString(OverviewPage({.CompanyName = m_app.CurrentCompanyName,
-                                                .CompanyLocation = m_app.CurrentCompanyLocation,
-                                                .Shop = *m_shop,
-                                                .Figures = figures,
-                                                .Rows = rows,
-                                                .Findings = m_attention.Findings(),
-                                                .Notes = notes,
-                                                .Options = m_options,
-                                                .HasChart = true}));
+    return FromUtf8(OverviewPage({.CompanyName = m_app.CurrentCompanyName,
+                                  .CompanyLocation = m_app.CurrentCompanyLocation,
+                                  .Shop = *m_shop,
+                                  .Figures = figures,
+                                  .Rows = rows,
+                                  .Findings = m_attention.Findings(),
+                                  .Notes = notes,
+                                  .Options = m_options,
+                                  .HasChart = true}));
 }
 
 void frmOverview::Print() {

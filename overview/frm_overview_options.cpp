@@ -24,10 +24,6 @@ constexpr std::array<std::optional<OperationOption>, 6> Choices = {
     OperationOption::NotUsed,
 };
 
-QString FromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 void ShowYear(QComboBox& box, const QString& year) {
     box.setCurrentIndex(box.findText(year));
     box.setEditText(year); // also one that the list lacks

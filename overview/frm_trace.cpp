@@ -83,9 +83,8 @@ void frmTrace::ShowFigure() {
     const BusyCursor cursor;
     const auto place = static_cast<std::size_t>(row);
     m_ui->cbo_Figure->setToolTip(ToolTipOf(m_ui->cbo_Figure->currentText()));
-    m_ui->lbl_Value->setText(
-        QString::fromStdString(FigureStatement(m_lines[place], m_figures.MonthEnd, m_figures.Months) +
-                               UntrustedSentence(m_findings[place])));
+    m_ui->lbl_Value->setText(FromUtf8(FigureStatement(m_lines[place], m_figures.MonthEnd, m_figures.Months) +
+                                      UntrustedSentence(m_findings[place])));
     m_model->Show(TraceLine(m_shop, m_figures, m_lines, place));
     QTreeView& tree = *m_ui->tre_Parts;
     const QModelIndex root = m_model->index(0, 0);

@@ -28,10 +28,6 @@ constexpr std::array Kinds = {WhatIfKind::Content, WhatIfKind::Density, WhatIfKi
 /// Those of the average in cbo_Figure; the contents follow.
 enum Figures { Emissions, Allowance, Headroom, FirstContent };
 
-QString FromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 bool IsNumber(WhatIfKind kind) {
     return kind == WhatIfKind::Content || kind == WhatIfKind::Density || kind == WhatIfKind::Filler ||
            kind == WhatIfKind::Amount;
@@ -299,9 +295,10 @@ void frmWhatIf::Step() {
 /// The contents of cbo_Figure depend on what is used.
 void frmWhatIf::ShowFigures() {
     std::vector<std::string> contents;
+    std::unordered_set<std::string> known;
     for (const Month& month : m_months)
         for (const ContentComparison& content : month.Compared.Contents)
-            if (std::ranges::find(contents, content.Item) == contents.end()) contents.push_back(content.Item);
+            if (known.insert(content.Item).second) contents.push_back(content.Item);
     QComboBox& combo = *m_ui->cbo_Figure;
     if (combo.count() > 0 && contents == m_contents) return;
     const QString chosen = combo.currentText();

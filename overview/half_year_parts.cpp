@@ -39,7 +39,7 @@ TroubleKey KeyOfContent(std::optional<std::size_t> row, std::size_t pair) {
 
 void NoteTrouble(Troubles& troubles, TroubleKey key, std::string title, const Verdict& judged,
                  std::size_t month) {
-    if (judged.Is != State::Over && judged.Is != State::Differs) return;
+    if (!IsTrouble(judged.Is)) return;
     Trouble& trouble = troubles[key];
     trouble.Title = std::move(title);
     trouble.Months.push_back(month);

@@ -32,6 +32,10 @@ int Badness(State state) {
     return 0;
 }
 
+bool IsTrouble(State state) {
+    return state == State::Over || state == State::Differs;
+}
+
 State WorseOf(State left, State right) {
     return Badness(right) > Badness(left) ? right : left;
 }

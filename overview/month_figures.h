@@ -24,6 +24,8 @@ enum class State {
 };
 /// Larger for a worse state: over, differs, none, too early, within, not used.
 int Badness(State state);
+/// Over or differs.
+bool IsTrouble(State state);
 State WorseOf(State left, State right);
 
 /// Why the two figures do not agree.

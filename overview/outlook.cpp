@@ -10,10 +10,6 @@
 namespace mact {
 namespace {
 
-bool IsTrouble(const Verdict& verdict) {
-    return verdict.Is == State::Over || verdict.Is == State::Differs;
-}
-
 /// What the use of a month adds to the sums of the average, kg.
 struct MonthSums {
     double Emissions = 0;
@@ -58,13 +54,13 @@ std::vector<FirstTrouble> FirstTroubles(const ShopFigures& shop,
     for (const MonthFigures* figures : span) {
         const MonthNumber month = figures->MonthEnd;
         for (const ContentFigure& content : figures->Contents)
-            if (IsTrouble(content.Judged) && contents.insert(content.Item).second)
+            if (IsTrouble(content.Judged.Is) && contents.insert(content.Item).second)
                 found.push_back({"content", content.Item, {}, month, content.Judged.Is});
         for (const FilledFigure& filled : figures->Filled)
-            if (IsTrouble(filled.Judged) && materials.insert(filled.Material).second)
+            if (IsTrouble(filled.Judged.Is) && materials.insert(filled.Material).second)
                 found.push_back({"filled", std::string(Trim(shop.Shop().Materials[filled.Material].CustomId)),
                                  filled.Material, month, filled.Judged.Is});
-        if (IsTrouble(figures->Average.Judged) && !std::exchange(isAverageKnown, true))
+        if (IsTrouble(figures->Average.Judged.Is) && !std::exchange(isAverageKnown, true))
             found.push_back({"emissions", {}, {}, month, figures->Average.Judged.Is});
     }
     return found;

@@ -21,6 +21,7 @@ namespace mact {
 namespace {
 
 constexpr double MarginMillimetres = 15;
+
 bool DrawSheets(const QString& html, const QImage& chart, QPagedPaintDevice& device) {
     QPainter painter;
     if (!painter.begin(&device)) return false;

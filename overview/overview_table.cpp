@@ -20,10 +20,6 @@ constexpr double BarStart = 80; // percent of the limit
 constexpr double BarEnd = 110;
 constexpr double Last = std::numeric_limits<double>::infinity(); // in any order by number
 
-QString FromUtf8(std::string_view text) {
-    return QString::fromUtf8(text.data(), qsizetype(text.size()));
-}
-
 /// What a column other than Item is sorted by. By the state the rows stay as they are, worst first.
 double SortKey(const OverviewRow& row, int column) {
     switch (column) {
@@ -199,7 +195,7 @@ void LimitBar::paint(QPainter* painter, const QStyleOptionViewItem& option, cons
     };
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     const auto state = static_cast<State>(index.data(OverviewTable::StateRole).toInt());
-    const bool isTrouble = state == State::Over || state == State::Differs;
+    const bool isTrouble = IsTrouble(state);
     const QColor text = option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text);
     QColor bar = isTrouble ? ColourOf(state, false, option.palette) : FigureColour(option.palette);
     if (isSelected) {

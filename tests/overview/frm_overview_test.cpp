@@ -384,7 +384,7 @@ private slots:
         QVERIFY(WritePack(program.App, {.Year = 2005, .Half = 2}, false));
         {
             frmOverview window(program.App, nullptr);
-            QTest::qWait(50);
+            QTRY_VERIFY(!TextOf<QLabel>(window, "lbl_Packs").empty()); // compared
             QCOMPARE(Attentions(window), QStringList{QStringLiteral("\u2713 No record needs attention.")});
         }
         program.ImportMaterials({"PR-2|resin|Production resin|Non-Spray|9|34|0|0|0|0|0|0|0|0|0|0|0|0|0"});
@@ -529,12 +529,12 @@ private slots:
             QVERIFY(WritePack(program.App, {.Year = 2005, .Half = half}, false));
         const frmOverview window(program.App, nullptr);
         QTRY_COMPARE(TextOf<QLabel>(window, "lbl_Packs"),
-                     std::string("Kept half-year packs: 2, still with the same figures"));
+                     std::string("Half-year packs kept: 2; their figures are still the same"));
         program.ImportMaterials({"PR-2|resin|Production resin|Non-Spray|9|34|0|0|0|0|0|0|0|0|0|0|0|0|0"});
         program.ImportUsage({"PR-2|7|2005|22046|lbs"});
         const frmOverview other(program.App, nullptr);
         QTRY_COMPARE(TextOf<QLabel>(other, "lbl_Packs"),
-                     std::string("Kept half-year packs: 2, of which 1 no longer agree"));
+                     std::string("Half-year packs kept: 2; figures have changed in 1"));
     }
 
     void It_fits_a_small_screen_at_twice_the_letters() {

@@ -147,10 +147,14 @@ Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
 
 bool RecordFile::TakeBackForGood(const Replaced& replaced) {
     if (!TakeBack(replaced)) return false;
+    EndTakenBack();
+    return true;
+}
+
+void RecordFile::EndTakenBack() {
     // If this fails, the undo file stays, which leads to the same. If not, it would change nothing any more.
     if (Flush() && !m_undo->End()) m_undo->Remove();
     m_undo.reset();
-    return true;
 }
 
 bool RecordFile::TakeBack(const Replaced& replaced) {
@@ -164,6 +168,63 @@ bool RecordFile::TakeBack(const Replaced& replaced) {
     std::string now(before.size(), '\0');
     const Result<std::size_t> count = m_file->ReadAt(replaced.Start, now);
     return lengthNow && *lengthNow == replaced.Length && count && *count == before.size() && now == before;
+}
+
+std::optional<Overwritten> RecordFile::PieceOf(std::int16_t number, std::string_view before,
+                                               std::string_view after) const {
+    const auto first = std::ranges::mismatch(before, after).in1 - before.begin();
+    if (static_cast<std::size_t>(first) == before.size()) return std::nullopt;
+    std::size_t end = before.size();
+    while (before[end - 1] == after[end - 1])
+        --end;
+    const auto start = static_cast<std::size_t>(first);
+    return Overwritten{StartOf(number) + start, std::string(before.substr(start, end - start)),
+                       std::string(after.substr(start, end - start))};
+}
+
+Done RecordFile::OverwritePieces(const std::vector<Overwritten>& pieces) {
+    if (pieces.empty()) return Success();
+    const Result<std::int64_t> time = m_file->TimeOfChange();
+    if (!time) return time.error();
+    const std::uint64_t length = m_before.Length;
+    Result<UndoFile> undo = UndoFile::Begin(
+        *m_files, m_path, {.OldLength = length, .SlotLength = m_slotLength, .Pieces = pieces}, {length, {}});
+    if (!undo) return undo.error();
+    m_undo.emplace(std::move(*undo));
+    m_time = *time;
+
+    Done written = Success();
+    std::uint64_t last = 0; // where the last write began
+    for (const Overwritten& piece : pieces) {
+        last = piece.Offset;
+        written = m_file->WriteAt(piece.Offset, piece.New);
+        if (!written) break;
+    }
+    if (written) written = Flush();
+    if (written) written = m_undo->End();
+    if (written) {
+        m_undo.reset();
+        return written;
+    }
+    if (TakeBack(pieces)) {
+        EndTakenBack();
+        return written;
+    }
+    return InDoubt(written.error(), "of record " + std::to_string(last / m_slotLength + 1) +
+                                        (pieces.size() > 1 ? " and others" : ""));
+}
+
+bool RecordFile::TakeBack(const std::vector<Overwritten>& pieces) {
+    bool isRestored = true;
+    for (const Overwritten& piece : pieces)
+        if (!m_file->WriteAt(piece.Offset, piece.Old)) isRestored = false;
+    if (isRestored) return true;
+    // As above: what the disk refuses now it may have refused before.
+    return std::ranges::all_of(pieces, [&](const Overwritten& piece) {
+        std::string now(piece.Old.size(), '\0');
+        const Result<std::size_t> count = m_file->ReadAt(piece.Offset, now);
+        return count && *count == now.size() && now == piece.Old;
+    });
 }
 
 Done RecordFile::AppendSlots(std::string_view slots) {

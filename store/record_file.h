@@ -66,6 +66,14 @@ public:
     /// disk when it succeeds. A write that fails is undone; if the Failure says that it could not be, the
     /// undo file stays, and the next to open the file takes the write back.
     Done WriteSlot(std::int16_t number, std::string_view slot);
+    /// The bytes in which slot `number`, `before`, differs from what it becomes, `after`; both are whole
+    /// slots. Empty if they do not differ.
+    std::optional<Overwritten> PieceOf(std::int16_t number, std::string_view before,
+                                       std::string_view after) const;
+    /// Overwrites bytes of slots, all of the pieces or none: one undo file takes them all back. Each piece
+    /// must be in the file, which stays locked from when it was read. On disk when it succeeds; a failure is
+    /// as with WriteSlot.
+    Done OverwritePieces(const std::vector<Overwritten>& pieces);
     /// Appends whole slots, which stay only once FinishAppending has been called: until then the undo file
     /// takes them back. After a failure Count includes those that reached the file, and no piece of another
     /// one is left, or the Failure says that it could not be taken back.
@@ -76,6 +84,10 @@ public:
     Result<std::int16_t> NextNumber(std::size_t pending = 0) const;
     /// In bytes, without what a change that was cut off has added.
     std::uint64_t Length() const { return m_before.Length; }
+    /// Whether the file has the first `length` bytes of slot `number`, and does not end within them.
+    bool HasBytesOf(std::int16_t number, std::size_t length) const {
+        return StartOf(number) + length <= Length();
+    }
 
 private:
     RecordFile(FileAccess& files, std::unique_ptr<OpenedFile> file, std::filesystem::path path,
@@ -107,6 +119,10 @@ private:
     bool TakeBack(const Replaced& replaced);
     /// The same, and on the disk, so that the undo file is no longer needed and goes.
     bool TakeBackForGood(const Replaced& replaced);
+    /// The same of pieces that were overwritten. False if it cannot.
+    bool TakeBack(const std::vector<Overwritten>& pieces);
+    /// To be called once the old bytes are back in the file.
+    void EndTakenBack();
     /// Reads one or more slots from number `first` on into `chunk`.
     Result<std::string_view> ReadChunk(std::int16_t first, std::string& chunk);
 

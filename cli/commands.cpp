@@ -4,6 +4,7 @@
 #include "base/messages.h"
 #include "base/text.h"
 #include "check/data_check.h"
+#include "cli/record_text.h"
 #include "cli/refusals.h"
 #include "reports/reports.h"
 #include "store/additional_names.h"
@@ -17,11 +18,6 @@
 
 namespace mact {
 namespace {
-
-/// Record text as it is printed, wherever to: a file may be shown on a terminal later.
-std::string Shown(std::string_view codePageText) {
-    return Printable(Utf8FromCodePage(Trim(codePageText)));
-}
 
 /// Prints the lines of a summary with the console's line ends.
 void PrintLines(std::string text) {

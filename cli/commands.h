@@ -18,7 +18,7 @@ enum ExitStatus : int {
     StatusFailed = 1,   ///< a failure was shown
     StatusWrongUse = 2, ///< the command line itself is wrong
     StatusDeclined = 3, ///< an empty report was not wanted
-    StatusRejected = 4, ///< an import or export finished with rejected records, or a check found something
+    StatusRejected = 4, ///< records were rejected or refused, or a check found something
     StatusTrouble = 5,  ///< a company's figures are over, or differ
     StatusUnknown = 6,  ///< a company has no data, or less than twelve months of it
 };

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/console_services.h"
+#include "cli/deleted_commands.h"
 #include "cli/overview_commands.h"
 #include "overview/half_year.h"
 #include "platform/os_files.h"
@@ -55,6 +56,7 @@ struct CommandLine {
     std::string Item{};
     std::string HalfYear{};
     std::vector<std::string> PollutantNames{};
+    std::vector<std::int16_t> RecordNumbers{};
 };
 
 CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
@@ -91,6 +93,28 @@ void AddNamesCommand(CLI::App& parser, CommandLine& asked) {
             "NAME", asked.PollutantNames,
             "All six names; \"-\" is one that is not in use. Without names they are listed, one a line")
         ->expected(six);
+}
+
+void AddDeletedCommands(CLI::App& parser, CommandLine& asked) {
+    constexpr int mostSlots = 32767; // of a data file
+    AddCommand(parser, asked, "deleted",
+               "List the deleted records: materials|number|Material ID, and "
+               "usage|number|Material ID|month|quantity|unit",
+               ListDeleted);
+    CLI::App& undelete =
+        AddCommand(parser, asked, "undelete",
+                   "Bring deleted records back: all that are named or, if one is refused, none",
+                   [&](AppContext& app) { return Undelete(app, asked.Kind, asked.RecordNumbers); });
+    undelete.add_option("FILE", asked.Kind, "Which records")
+        ->required()
+        ->check(CLI::IsMember(RecordFileNames()));
+    undelete.add_option("ID", asked.RecordNumbers, "Their numbers, as deleted lists them")
+        ->required()
+        ->check(CLI::Range(1, mostSlots));
+    undelete.footer("A record is refused, with the reason, if it is not deleted, has changed meanwhile or is "
+                    "damaged,\nif a live material has the same Material ID, if live usage is of the same "
+                    "material and month,\nor if the material of the usage is deleted or gone. The status is "
+                    "then 4.");
 }
 
 using Transfer = ExitStatus (*)(AppContext&, TransferModule, const std::filesystem::path&);
@@ -204,6 +228,7 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
                        TransferModule::Materials);
     AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportFile,
                        TransferModule::Usage);
+    AddDeletedCommands(parser, asked);
     AddReportCommand(parser, asked);
     AddOverviewCommand(parser, asked);
     AddStatusCommand(parser, asked);

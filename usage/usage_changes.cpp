@@ -2,7 +2,7 @@
 
 #include "base/by_number.h"
 #include "base/text.h"
-#include "materials/material_record.h"
+#include "materials/material_store.h"
 #include "store/steady_reading.h"
 
 #include <unordered_map>
@@ -19,18 +19,21 @@ struct KnownMaterial {
 };
 using KnownMaterials = ByNumber<KnownMaterial>;
 
-/// To be called by what reads steadily.
+/// If several materials have one number, the first live one counts, or else the first.
+void Take(KnownMaterials& known, const MaterialRecord& material) {
+    KnownMaterial& entry = known[material.MaterialId];
+    if (entry.Exists && (entry.IsLive || !material.Active)) return;
+    entry = {true, material.Active, std::string(Trim(material.CustomId))};
+}
+
 Result<KnownMaterials> ReadKnownMaterials(const DataFiles& data) {
-    KnownMaterials known;
-    const auto take = [&](std::int16_t, const MaterialRecord& material) {
-        KnownMaterial& entry = known[material.MaterialId];
-        // If several have one number, the first live one counts, or else the first.
-        if (entry.Exists && (entry.IsLive || !material.Active)) return;
-        entry = {true, material.Active, std::string(Trim(material.CustomId))};
-    };
-    const Done read = VisitExistingRecords(data.Files, MaterialsFile(data), MaterialLayout, take);
-    if (!read) return read.error();
-    return known;
+    return ReadSteadily(data.Files, {MaterialsFile(data)}, [&]() -> Result<KnownMaterials> {
+        KnownMaterials known;
+        const Done read =
+            VisitMaterials(data, [&](const MaterialRecord& material) { Take(known, material); });
+        if (!read) return read.error();
+        return known;
+    });
 }
 
 /// Who is of a material and month: a live record, or one that is about to be.
@@ -66,12 +69,15 @@ std::string ReasonOfMaterial(const KnownMaterials& materials, std::int16_t mater
 Result<std::vector<DeletedUsage>> ReadDeletedUsage(const DataFiles& data) {
     const std::filesystem::path path = UsageFile(data);
     return ReadSteadily(data.Files, {MaterialsFile(data), path}, [&]() -> Result<std::vector<DeletedUsage>> {
-        const Result<KnownMaterials> materials = ReadKnownMaterials(data);
-        if (!materials) return materials.error();
+        KnownMaterials materials;
+        const Done known = VisitExistingRecords(
+            data.Files, MaterialsFile(data), MaterialLayout,
+            [&](std::int16_t, const MaterialRecord& material) { Take(materials, material); });
+        if (!known) return known.error();
         std::vector<DeletedUsage> deleted;
         const auto take = [&](std::int16_t number, const UsageRecord& usage) {
             if (!usage.Active && usage.UsageId == number)
-                deleted.push_back({usage, (*materials)[usage.MaterialId].CustomId});
+                deleted.push_back({usage, materials[usage.MaterialId].CustomId});
         };
         const Done read = VisitExistingRecords(data.Files, path, UsageLayout, take);
         if (!read) return read.error();
@@ -83,8 +89,7 @@ Result<Refusals> ChangeUsage(const DataFiles& data, const std::vector<UsageChang
     Result<RecordFile> file =
         RecordFile::OpenForWriting(data.Files, UsageFile(data), UsageLayout.SlotLength());
     if (!file) return file.error();
-    const Result<KnownMaterials> materials =
-        ReadSteadily(data.Files, {MaterialsFile(data)}, [&] { return ReadKnownMaterials(data); });
+    const Result<KnownMaterials> materials = ReadKnownMaterials(data);
     if (!materials) return materials.error();
     Holders holders;
     Result<PreparedChanges<UsageRecord>> prepared =

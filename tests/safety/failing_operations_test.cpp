@@ -48,6 +48,7 @@ protected:
                                     "report5.htm", "backup.bat"})
             WriteContent(Shop.ProgramFile(written), "of the run before");
         GiveUsageOfTheUnusedMaterialToTheFirst();
+        DeleteSomeRecords(Shop.App);
         m_before = Look();
     }
 

@@ -22,6 +22,7 @@ protected:
         for (std::size_t at = 0; at < usage.size(); at += 32)
             if (usage[at + 2] == UnusedMaterial) usage[at + 2] = 1;
         WriteContent(Shop.DataFile("1_usage.talvor"), usage);
+        DeleteSomeRecords(Shop.App);
     }
     std::map<std::string, std::string> Data() const { return FilesIn(Shop.ProgramFile("data")); }
     bool Run() {
@@ -143,8 +144,9 @@ TEST_P(ReadOnlyShop, ReadsAndSaysInOneSentenceWhatItCannotWrite) {
     if (reason.empty())
         GTEST_SKIP() << "Root writes everywhere, and a read-only mount is not permitted here.";
     const std::set<std::string> readers = {
-        "LoadNames", "Start",         "RestoreCompany", "FindMaterials",     "FindUsage",
-        "ListUsage", "FindCompanies", "ViewErrorLog",   "ListMaterialTypes", "ListApplicationMethods"};
+        "LoadNames",  "Start",         "RestoreCompany", "FindMaterials",     "FindUsage",
+        "ListUsage",  "FindCompanies", "ViewErrorLog",   "ListMaterialTypes", "ListApplicationMethods",
+        "ListDeleted"};
     const auto before = Data();
     const bool isDone = Run();
     EXPECT_TRUE(Data() == before);

@@ -44,7 +44,7 @@ struct Moment {
 /// All that an operation may change, as the commands show it and in the files that are replaced whole.
 using Picture = std::vector<std::string>;
 
-constexpr std::size_t KillsOfEach = 40; // 680 of all operations, of which some have ended before
+constexpr std::size_t KillsOfEach = 40; // 760 of all operations, of which some have ended before
 constexpr std::size_t MostChanges = 22; // the rest is killed at a time
 constexpr auto TimeForASample = std::chrono::milliseconds(1600);
 constexpr auto LongestCommand = std::chrono::seconds(10);
@@ -78,6 +78,10 @@ protected:
         // So that reports and exports differ from those that are there.
         EndsWell(Folder.StartStore({"save-material", "5", "Resin-5", "7"}));
         EndsWell(Folder.StartStore({"save-usage", "0", "5/2001", "999"}));
+        for (const char* number : {"25", "26", "27"})
+            EndsWell(Folder.StartStore({"delete-usage", number}));
+        for (const char* number : {"20", "21", "22"})
+            EndsWell(Folder.StartStore({"delete-material", number}));
         WriteContent(Folder.SettingsFolder() / "MACT" / "TALVOR_QUME_APP.conf", FirstSettings);
         m_before = Look();
     }
@@ -363,6 +367,18 @@ INSTANTIATE_TEST_SUITE_P(
                   {"save-usage", "17", "5/2001", "5"},
                   {"save-usage", "18", "6/2001", "6"}},
         Operation{"DeleteUsage", Kind::Records, Usage, false, {"delete-usage", "17"}, {"delete-usage", "18"}},
+        Operation{"UndeleteMaterials",
+                  Kind::Records,
+                  Materials,
+                  true,
+                  {"undelete", "materials", "20", "22"},
+                  {"undelete", "materials", "21"}},
+        Operation{"UndeleteUsage",
+                  Kind::Records,
+                  Usage,
+                  true,
+                  {"undelete", "usage", "25", "27"},
+                  {"undelete", "usage", "26"}},
         Operation{"Names",
                   Kind::Replaces,
                   "data/1_additional.talvor",

@@ -1,3 +1,4 @@
+#include "materials/material_changes.h"
 #include "materials/material_store.h"
 #include "store/additional_names.h"
 #include "store/companies.h"
@@ -6,6 +7,7 @@
 #include "tests/safety/sampling.h"
 #include "tests/support/memory_program.h"
 #include "transfer/transfer.h"
+#include "usage/usage_changes.h"
 #include "usage/usage_store.h"
 
 #include <gtest/gtest.h>
@@ -101,6 +103,17 @@ template <int Surplus> void FillShopWithARest(RecordedProgram& program) {
     program.Files[MaterialsFile(program.App)].append(Surplus, 'x');
 }
 
+/// Of the usage, in the first sector, in the second, and over the edge between them.
+constexpr std::int16_t DeletedUsages[] = {3, 16, 17, 38};
+
+void FillShopWithDeleted(RecordedProgram& program) {
+    FillShop(program);
+    for (const std::int16_t number : {std::int16_t{2}, std::int16_t{3}})
+        ASSERT_FALSE(DeleteMaterial(program.App, number, IsUnused));
+    for (const std::int16_t number : DeletedUsages)
+        ASSERT_FALSE(DeleteUsage(program.App, number));
+}
+
 struct Change {
     const char* Name;
     bool (*Run)(AppContext& app);
@@ -152,6 +165,36 @@ bool ImportUsage(AppContext& app) {
     ImportUsageFile(app, "usage.txt", processed, errors);
     return processed == 12 && errors == 0;
 }
+bool UndeleteTheMaterials(AppContext& app) {
+    const Result<std::vector<MaterialRecord>> deleted = ReadMaterials(app, {.Active = false});
+    if (!deleted || deleted->size() != 2) return false;
+    const Result<Refusals> refused = UndeleteMaterials(app, *deleted);
+    return refused && refused->empty();
+}
+bool UndeleteTheUsage(AppContext& app) {
+    const Result<std::vector<UsageRecord>> deleted = ReadUsage(app, {.Active = false});
+    if (!deleted || deleted->size() != std::size(DeletedUsages)) return false;
+    const Result<Refusals> refused = UndeleteUsage(app, *deleted);
+    return refused && refused->empty();
+}
+/// An edit, a deletion and an addition at once.
+bool TakeBackUsage(AppContext& app) {
+    const Result<std::vector<UsageRecord>> live = ReadUsage(app);
+    const Result<std::vector<UsageRecord>> deleted = ReadUsage(app, {.Active = false});
+    if (!live || !deleted || deleted->empty()) return false;
+    std::vector<UsageChange> changes = {
+        {live->front(),    live->front()   },
+        {deleted->front(), deleted->front()},
+        {live->back(),     live->back()    }
+    };
+    changes[0].New.Period = "12/1999";
+    changes[0].New.Quantity = 0.25;
+    changes[1].New.Active = true;
+    changes[2].New.Active = false;
+    const Result<Refusals> refused = ChangeUsage(app, changes);
+    return refused && refused->empty();
+}
+
 class PowerCutTest : public testing::TestWithParam<Change> {
 protected:
     /// Everything is as before or as after; then the next save works, and leaves only data files.
@@ -272,7 +315,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Change{"AddCompany", AddACompany}, Change{"SaveEditedCompany", SaveEditedCompany},
                     Change{"SaveNames", SaveNames}, Change{"ImportMaterials", ImportMaterials},
                     Change{"ImportMaterialsOverSurplusBytes", ImportMaterials, FillShopWithARest<300>},
-                    Change{"ImportUsage", ImportUsage}),
+                    Change{"ImportUsage", ImportUsage},
+                    Change{"UndeleteMaterials", UndeleteTheMaterials, FillShopWithDeleted},
+                    Change{"UndeleteUsage", UndeleteTheUsage, FillShopWithDeleted},
+                    Change{"TakeBackUsage", TakeBackUsage, FillShopWithDeleted}),
     [](const auto& given) { return std::string(given.param.Name); });
 
 } // namespace

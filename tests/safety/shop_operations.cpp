@@ -3,6 +3,7 @@
 #include "app/backup.h"
 #include "app/startup.h"
 #include "base/messages.h"
+#include "materials/material_changes.h"
 #include "materials/material_store.h"
 #include "reports/reports.h"
 #include "store/additional_names.h"
@@ -11,7 +12,10 @@
 #include "store/material_types.h"
 #include "tests/support/test_program.h"
 #include "transfer/transfer.h"
+#include "usage/usage_changes.h"
 #include "usage/usage_store.h"
+
+#include <algorithm>
 
 namespace mact {
 namespace {
@@ -58,6 +62,31 @@ bool SaveEditedUsage(AppContext& app) {
 }
 bool DeleteUsageRecord(AppContext& app) {
     return !DeleteUsage(app, 17);
+}
+
+/// A refusal is a failure without a message.
+bool IsDone(AppContext& app, const Result<Refusals>& refused) {
+    return !ShowFailure(app, refused) && refused->empty();
+}
+bool UndeleteAMaterial(AppContext& app) {
+    std::vector<MaterialRecord> seen;
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (material.MaterialId == DeletedMaterial) seen.push_back(material);
+    });
+    return !ShowFailure(app, read) && IsDone(app, UndeleteMaterials(app, seen));
+}
+bool UndeleteSomeUsage(AppContext& app) {
+    std::vector<UsageRecord> seen;
+    const Done read = VisitUsage(app, [&](const UsageRecord& usage) {
+        if (std::ranges::count(DeletedUsages, usage.UsageId) != 0) seen.push_back(usage);
+    });
+    return !ShowFailure(app, read) && IsDone(app, UndeleteUsage(app, seen));
+}
+bool ListDeleted(AppContext& app) {
+    const Result<std::vector<MaterialRecord>> materials = ReadDeletedMaterials(app);
+    if (ShowFailure(app, materials)) return false;
+    const Result<std::vector<DeletedUsage>> usage = ReadDeletedUsage(app);
+    return !ShowFailure(app, usage) && materials->size() == 1 && usage->size() == std::size(DeletedUsages);
 }
 
 bool AddCompany(AppContext& app) {
@@ -190,6 +219,19 @@ bool ViewLog(AppContext& app) {
 
 } // namespace
 
+void DeleteSomeRecords(const AppContext& app) {
+    std::string usage = ContentOf(UsageFile(app));
+    for (std::size_t at = 0; at < usage.size(); at += UsageLayout.SlotLength())
+        if (usage[at + 2] == DeletedMaterial) usage[at + 2] = 1;
+    for (const std::int16_t number : DeletedUsages)
+        usage.replace((static_cast<std::size_t>(number) - 1) * UsageLayout.SlotLength() + 21, 2, 2, '\0');
+    WriteContent(UsageFile(app), usage);
+    std::string materials = ContentOf(MaterialsFile(app));
+    materials.replace((static_cast<std::size_t>(DeletedMaterial) - 1) * MaterialLayout.SlotLength() + 681, 2,
+                      2, '\0');
+    WriteContent(MaterialsFile(app), materials);
+}
+
 std::string NewMaterials() {
     std::string lines;
     for (int number = 1; number <= 5; ++number)
@@ -216,6 +258,8 @@ const std::vector<ShopOperation>& ShopOperations() {
         {"SaveNewUsage",             SaveNewUsage,                                      ByAnswer },
         {"SaveEditedUsage",          SaveEditedUsage,                                   ByAnswer },
         {"DeleteUsage",              DeleteUsageRecord,                                 ByAnswer },
+        {"UndeleteMaterials",        UndeleteAMaterial,                                 ByAnswer },
+        {"UndeleteUsage",            UndeleteSomeUsage,                                 ByAnswer },
         {"AddCompany",               AddCompany,                                        ByAnswer },
         {"SaveEditedCompany",        SaveEditedCompany,                                 ByMessage},
         {"SaveNames",                SaveNames,                                         ByAnswer },
@@ -240,6 +284,7 @@ const std::vector<ShopOperation>& ShopOperations() {
         {"FindUsage",                FindUsageOfAMaterial,                              ByAnswer },
         {"ListUsage",                ListUsage,                                         ByAnswer },
         {"FindCompanies",            FindAllCompanies,                                  ByAnswer },
+        {"ListDeleted",              ListDeleted,                                       ByAnswer },
         {"ListMaterialTypes",        ListMaterialTypes,                                 ByAnswer },
         {"ListApplicationMethods",   ListApplicationMethods,                            ByAnswer },
         {"ViewErrorLog",             ViewLog,                                           ByAnswer },

@@ -26,10 +26,17 @@ inline void PrintTo(const ShopOperation& operation, std::ostream* out) {
     *out << operation.Name;
 }
 
-/// Everything that writes, and everything that reads. There must be no usage of UnusedMaterial.
+/// Everything that writes, and everything that reads. There must be no usage of UnusedMaterial, and
+/// DeleteSomeRecords must have been called.
 const std::vector<ShopOperation>& ShopOperations();
 
 inline constexpr std::int16_t UnusedMaterial = 29; ///< the last of the shop
+
+/// Marks DeletedMaterial and DeletedUsages as deleted, for the operations that bring records back. The
+/// material's usage becomes usage of the first.
+void DeleteSomeRecords(const AppContext& app);
+inline constexpr std::int16_t DeletedMaterial = 28;
+inline constexpr std::int16_t DeletedUsages[] = {5, 60};
 
 /// The files in the program folder that ShopOperations() import.
 inline constexpr const char* NewMaterialsFile = "new materials.txt";

@@ -65,5 +65,30 @@ TEST(FirstStartFaults, LoseNothingAndAreToldOnce) {
     SweepFaults(shop, {.Start = shop.CommandLine({"companies"}), .PrintsWhatIsThere = true});
 }
 
+/// Of the shop's three materials the second and third are deleted, and of its two usage records the first.
+class UndeleteFaults : public testing::Test {
+protected:
+    FaultShop Shop;
+
+    UndeleteFaults() {
+        FileTree files = Shop.Files();
+        std::string& materials = files.at("program/data/1_materials.talvor");
+        for (const std::size_t slot : {1U, 2U})
+            materials.replace(slot * 1444 + 681, 2, 2, '\0');
+        files.at("program/data/1_usage.talvor").replace(21, 2, 2, '\0');
+        Shop.Restore(files);
+    }
+};
+
+TEST_F(UndeleteFaults, OfMaterialsLoseNothingAndAreToldOnce) {
+    SweepFaults(Shop, {.Start = Shop.CommandLine({"undelete", "materials", "2", "3"})});
+}
+TEST_F(UndeleteFaults, OfUsageLoseNothingAndAreToldOnce) {
+    SweepFaults(Shop, {.Start = Shop.CommandLine({"undelete", "usage", "1"})});
+}
+TEST_F(UndeleteFaults, OfTheListAreToldOnce) {
+    SweepFaults(Shop, {.Start = Shop.CommandLine({"deleted"}), .PrintsWhatIsThere = true});
+}
+
 } // namespace
 } // namespace mact

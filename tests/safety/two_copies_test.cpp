@@ -223,5 +223,38 @@ TEST_F(TwoCopies, OfWhichOneWaitsForTheLogOfAnImportChangesNothing) {
     EXPECT_EQ(Folder.Data(UsageFile), "");
 }
 
+TEST_F(TwoCopies, ThatBringBackUsageOfOneMaterialAndMonthAtOnceLeaveOneOfItLive) {
+    constexpr int rounds = 12;
+    std::string deleted;
+    for (const std::int16_t number : {std::int16_t{1}, std::int16_t{2}})
+        deleted += Pack(UsageLayout, {.UsageId = number,
+                                      .MaterialId = 1,
+                                      .Period = "3/2005",
+                                      .Quantity = 120.5,
+                                      .Unit = UnitLbs,
+                                      .Active = false});
+    for (int round = 0; round < rounds; ++round) {
+        SCOPED_TRACE(round);
+        WriteContent(Folder.DataFile(UsageFile), deleted);
+        StartSignal signal;
+        std::vector<std::unique_ptr<ChildProgram>> children;
+        for (const char* number : {"1", "2"}) {
+            ChildStart start = Folder.Start({"undelete", "usage", number});
+            start.Signal = &signal;
+            children.push_back(std::make_unique<ChildProgram>(start));
+        }
+        signal.Give();
+        const std::multiset<int> statuses = {children[0]->Wait(), children[1]->Wait()};
+        EXPECT_EQ(statuses.count(0), 1U) << children[0]->Errors() << children[1]->Errors();
+        EXPECT_NE(children[0]->Errors(), children[1]->Errors()); // the other one says why not
+        std::string first = deleted;
+        first.replace(21, 2, 2, '\xFF');
+        std::string second = deleted;
+        second.replace(32 + 21, 2, 2, '\xFF');
+        const std::string after = Folder.Data(UsageFile);
+        EXPECT_TRUE(after == first || after == second);
+    }
+}
+
 } // namespace
 } // namespace mact

@@ -63,7 +63,8 @@ std::vector<std::int16_t> SortedOnce(std::vector<std::int16_t> numbers) {
 }
 
 template <class Deleted>
-ExitStatus Tell(AppContext& app, const Result<Refusals>& refusals, const std::vector<Deleted>& asked) {
+ExitStatus Tell(AppContext& app, const Result<std::vector<Failure>>& refusals,
+                const std::vector<Deleted>& asked) {
     if (!refusals) return Fail(app, refusals.error());
     for (const Failure& refusal : *refusals)
         std::cerr << SentenceOf(refusal) << '\n';

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "store/steady_reading.h"
 
-#include <unordered_map>
+#include <optional>
 
 namespace mact {
 namespace {
@@ -11,21 +11,14 @@ namespace {
 constexpr RecordMembers<MaterialRecord> Members{"material", &MaterialRecord::MaterialId,
                                                 &MaterialRecord::Active};
 
-/// Who has a Material ID: a live record, or one that is about to be.
-struct Holder {
-    std::int16_t MaterialId = 0;
-    bool IsToCome = false;
-};
-using Holders = std::unordered_map<std::string, Holder>; // by the Material ID, as compared
-
-/// Empty if no other material has the Material ID. The material has it from then on.
-std::string TakeCustomId(Holders& holders, const MaterialRecord& material) {
-    const auto [first, isNew] =
-        holders.try_emplace(ComparisonKey(material.CustomId), Holder{material.MaterialId, true});
-    const Holder& holder = first->second;
-    if (isNew) return {};
-    return "material " + std::to_string(holder.MaterialId) +
-           (holder.IsToCome ? ", to be live too, has the same Material ID" : " has the same Material ID");
+std::string ReasonOfCustomId(LiveKeys& customIds, const MaterialChange& change) {
+    const std::string key = ComparisonKey(change.Record.CustomId);
+    const std::optional<std::int16_t> holder = customIds.Take(key);
+    if (!holder) return {};
+    if (*holder == 0) return "another of these records has the same Material ID";
+    // Two of one Material ID may be left from elsewhere: a change that keeps it makes that no worse.
+    if (change.AsRead && change.AsRead->Active && ComparisonKey(change.AsRead->CustomId) == key) return {};
+    return "material " + std::to_string(*holder) + " has the same Material ID";
 }
 
 } // namespace
@@ -43,37 +36,38 @@ Result<std::vector<MaterialRecord>> ReadDeletedMaterials(const DataFiles& data) 
     });
 }
 
-Result<Refusals> ChangeMaterials(const DataFiles& data, const std::vector<MaterialChange>& changes,
-                                 const MaterialIsUsed& isUsed) {
+Result<MaterialOutcome> ChangeMaterials(const DataFiles& data, const std::vector<MaterialChange>& changes,
+                                        const MaterialIsUsed& isUsed) {
+    if (changes.empty()) return MaterialOutcome{};
     Result<RecordFile> file =
         RecordFile::OpenForWriting(data.Files, MaterialsFile(data), MaterialLayout.SlotLength());
     if (!file) return file.error();
-    Holders holders;
-    Result<PreparedChanges<MaterialRecord>> prepared =
-        PrepareChanges(*file, MaterialLayout, Members, changes, [&](const MaterialRecord& other) {
-            if (other.Active) holders.try_emplace(ComparisonKey(other.CustomId), Holder{other.MaterialId});
-        });
-    if (!prepared) return prepared.error();
-    for (const MaterialChange* change : prepared->Possible) {
-        const auto refuse = [&](std::string reason) {
-            prepared->Refused.push_back(RefusalOf(*change, Members, std::move(reason)));
-        };
-        if (change->Seen.Active) {
-            const Result<bool> used = isUsed(change->Seen.MaterialId); // under the lock
+    LiveKeys customIds;
+    RecordChanger changer(*file, MaterialLayout, Members, changes);
+    const Done looked = changer.Look([&](std::int16_t slot, const MaterialRecord& other) {
+        if (other.Active) customIds.Add(ComparisonKey(other.CustomId), slot);
+    });
+    if (!looked) return looked.error();
+    for (std::size_t index = 0; index < changes.size(); ++index) {
+        if (changer.IsRefused(index)) continue;
+        const MaterialChange& change = changes[index];
+        if (change.Record.Active) {
+            changer.Refuse(index, ReasonOfCustomId(customIds, change));
+        } else if (change.AsRead && change.AsRead->Active) {
+            const Result<bool> used = isUsed(change.Record.MaterialId); // under the lock
             if (!used) return used.error();
-            if (*used) refuse("later usage refers to it");
+            if (*used) changer.Refuse(index, "later usage refers to it");
         }
-        std::string reason = change->New.Active ? TakeCustomId(holders, change->New) : std::string();
-        if (!reason.empty()) refuse(std::move(reason));
     }
-    if (!prepared->Refused.empty()) return prepared->Refused;
-    const Done written = file->OverwritePieces(prepared->Pieces);
-    if (!written) return written.error();
-    return Refusals{};
+    return changer.Finish();
 }
 
-Result<Refusals> UndeleteMaterials(const DataFiles& data, const std::vector<MaterialRecord>& seen) {
+Result<std::vector<Failure>> UndeleteMaterials(const DataFiles& data,
+                                               const std::vector<MaterialRecord>& seen) {
+    const std::vector<MaterialChange> changes = Undeletions(seen, &MaterialRecord::Active);
     const auto isUsed = [](std::int16_t) -> Result<bool> { return false; }; // asked of live ones only
-    return ChangeMaterials(data, Undeletions(seen, &MaterialRecord::Active), isUsed);
+    const Result<MaterialOutcome> outcome = ChangeMaterials(data, changes, isUsed);
+    if (!outcome) return outcome.error();
+    return FailuresOf(changes, outcome->Refused, Members, "bring back");
 }
 } // namespace mact

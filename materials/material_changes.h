@@ -16,15 +16,16 @@ namespace mact {
 Result<std::vector<MaterialRecord>> ReadDeletedMaterials(const DataFiles& data);
 
 using MaterialChange = RecordChange<MaterialRecord>;
+using MaterialOutcome = ChangeOutcome<MaterialRecord>;
 
-/// Makes all of the changes, or none and says why: a record is not as it was seen; it would be live, and so
-/// is another one of the same Material ID; or it was seen live, and `isUsed` says that it is used. What that
-/// means is the caller's to say: to take back that a material was added it is any usage. On disk when it
-/// returns without refusals.
-Result<Refusals> ChangeMaterials(const DataFiles& data, const std::vector<MaterialChange>& changes,
-                                 const MaterialIsUsed& isUsed);
+/// Makes all of the changes or none. One is refused if the record that it replaces is not as it was read; if
+/// it would be live, and so is another of the same Material ID; or if it marks a live one as deleted, and
+/// `isUsed` says that it is used. On disk when it returns and has refused none.
+Result<MaterialOutcome> ChangeMaterials(const DataFiles& data, const std::vector<MaterialChange>& changes,
+                                        const MaterialIsUsed& isUsed);
 
 /// Brings back deleted materials that are still as they were `seen`, all or none. Only their Active mark is
-/// written.
-Result<Refusals> UndeleteMaterials(const DataFiles& data, const std::vector<MaterialRecord>& seen);
+/// written. Returns a sentence for each record that stands against it.
+Result<std::vector<Failure>> UndeleteMaterials(const DataFiles& data,
+                                               const std::vector<MaterialRecord>& seen);
 } // namespace mact

@@ -5,117 +5,196 @@
 #include "store/record_file.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace mact {
 
-/// Changing records that somebody has looked at before: deleted ones are brought back, and what was done to
-/// others is taken back. All of the changes are made or none, with one undo file, under one lock.
+/// Changing several records as one: some are overwritten, others appended, under one lock and with one undo
+/// file, all of them or none. Saves of several records, bringing back deleted ones and taking back what was
+/// done are all made with this.
 
-/// A record as it was looked at, and what it is to become. Its number stays.
-template <class Record> struct RecordChange {
-    Record Seen{};
-    Record New{};
+/// A record that is to be stored.
+template <class Type> struct RecordChange {
+    Type Record{}; ///< without a number, it is appended
+    /// The record that it replaces, as it was looked at; needed if Record has a number.
+    std::optional<Type> AsRead{};
 };
 
-/// Why records stay as they are: a sentence for each. If there is one, nothing has been changed.
-using Refusals = std::vector<Failure>;
+/// Why a change cannot be made.
+struct RefusedChange {
+    std::size_t Change = 0; ///< index
+    std::string Reason{};   ///< UTF-8, what is the matter with the record ("it has changed since ...")
+};
+
+/// What came of changes: either all of them are stored, or none is.
+template <class Type> struct ChangeOutcome {
+    std::vector<Type> Stored{};           ///< in the order of the changes, with their numbers
+    std::vector<RefusedChange> Refused{}; ///< in the order of the changes; empty = stored
+};
 
 /// What the routines below have to know of a record type.
-template <class Record> struct RecordMembers {
+template <class Type> struct RecordMembers {
     std::string_view Name; ///< as in "usage record"
-    std::int16_t Record::*Number;
-    bool Record::*Active;
+    std::int16_t Type::*Number;
+    bool Type::*Active;
 };
 
-template <class Record>
-Failure RefusalOf(const RecordChange<Record>& change, const RecordMembers<Record>& members,
-                  std::string reason) {
-    const bool wasDeleted = !(change.Seen.*members.Active);
-    std::string doing = wasDeleted ? "bring back " : "take back what was done to ";
-    doing += members.Name;
-    doing += ' ' + std::to_string(change.Seen.*members.Number);
-    return {.Doing = std::move(doing), .Reason = std::move(reason)};
-}
-
-/// What stands against changing the record `found` in slot `slotNumber`; empty if nothing does.
-template <class Record, class... Types>
-std::string ReasonAgainst(const RecordChange<Record>& change, const Record& found, std::int16_t slotNumber,
-                          const RecordLayout<Record, Types...>& layout, const RecordMembers<Record>& members,
-                          const RecordFile& file) {
-    const bool wasActive = change.Seen.*members.Active;
-    if (found.*members.Number != slotNumber)
-        return "the file is damaged: the record there has the number " +
-               std::to_string(found.*members.Number);
-    if (found.*members.Active && !wasActive) return "it is not deleted";
-    if (!(found.*members.Active) && wasActive) return "it has been deleted since";
-    // By their bytes, since a number that is none equals nothing.
-    if (Pack(layout, found) != Pack(layout, change.Seen)) return "it has changed since it was looked at";
-    if (!file.HasBytesOf(slotNumber, layout.PackedLength())) return "the file ends within it";
-    return {};
-}
-
-/// What the records themselves tell about changes.
-template <class Record> struct PreparedChanges {
-    std::vector<const RecordChange<Record>*> Possible{}; ///< in file order, each record once
-    std::vector<Overwritten> Pieces{};                   ///< of those
-    Refusals Refused{};                                  ///< of the others
-};
-
-/// Reads the whole file, which must be open for writing, and calls `visitOther` with each record that is not
-/// going to change. Of several changes of one record the first counts. The bytes after the fields stay.
-template <class Record, class... Types, class Visitor>
-Result<PreparedChanges<Record>> PrepareChanges(RecordFile& file, const RecordLayout<Record, Types...>& layout,
-                                               const RecordMembers<Record>& members,
-                                               const std::vector<RecordChange<Record>>& changes,
-                                               const Visitor& visitOther) {
-    ByNumber<const RecordChange<Record>*> wanted;
-    for (const RecordChange<Record>& change : changes) {
-        const RecordChange<Record>*& first = wanted[change.Seen.*members.Number];
-        if (!first) first = &change;
+/// What only one live record may have: a Material ID, or a month of a material.
+class LiveKeys {
+public:
+    /// To be called with each live record that no change replaces, in file order.
+    void Add(std::string key, std::int16_t slot) { m_holders.try_emplace(std::move(key), slot); }
+    /// The slot of the record that has it; 0 = another of the changes; empty if none has it. From then on
+    /// the asking change has it.
+    std::optional<std::int16_t> Take(std::string key) {
+        const auto [holder, isFree] = m_holders.try_emplace(std::move(key), std::int16_t{0});
+        if (isFree) return std::nullopt;
+        return holder->second;
     }
-    PreparedChanges<Record> prepared;
-    Record found;
-    const auto visit = [&](std::int16_t number, std::string_view slot) {
-        Unpack(layout, slot, found);
-        const RecordChange<Record>* const change = std::exchange(wanted[number], nullptr);
-        std::string reason =
-            change ? ReasonAgainst(*change, found, number, layout, members, file) : std::string();
-        if (!change || !reason.empty()) visitOther(std::as_const(found));
-        if (!change) return true;
-        if (!reason.empty()) {
-            prepared.Refused.push_back(RefusalOf(*change, members, std::move(reason)));
+
+private:
+    std::unordered_map<std::string, std::int16_t> m_holders;
+};
+
+/// The changes of one file, which is open for writing.
+template <class Type, class... Types> class RecordChanger {
+public:
+    RecordChanger(RecordFile& file, const RecordLayout<Type, Types...>& layout,
+                  const RecordMembers<Type>& members, const std::vector<RecordChange<Type>>& changes)
+        : m_file(file), m_layout(layout), m_members(members), m_changes(changes), m_reasons(changes.size()) {}
+
+    /// Reads the whole file: finds what has changed since it was looked at, and calls `visitOther` with the
+    /// slot and the record of all that no change replaces.
+    template <class Visitor> Done Look(const Visitor& visitOther) {
+        ByNumber<std::size_t> wanted = Wanted();
+        Type found;
+        const Done read = m_file.ForEachSlot([&](std::int16_t slot, std::string_view bytes) {
+            Unpack(m_layout, bytes, found);
+            const std::size_t change = std::exchange(wanted[slot], 0);
+            if (change != 0) m_reasons[change - 1] = ReasonAgainst(m_changes[change - 1], slot, found);
+            if (change == 0 || !m_reasons[change - 1].empty()) visitOther(slot, std::as_const(found));
             return true;
+        });
+        for (std::size_t index = 0; index < m_changes.size(); ++index)
+            if (NumberOf(index) != 0 && wanted[NumberOf(index)] == index + 1)
+                Refuse(index, "it does not exist");
+        return read;
+    }
+    bool IsRefused(std::size_t change) const { return !m_reasons[change].empty(); }
+    /// An empty reason is none. Of several the first counts.
+    void Refuse(std::size_t change, std::string reason) {
+        if (!IsRefused(change)) m_reasons[change] = std::move(reason);
+    }
+    /// Makes all of the changes, if none has been refused. The bytes after a record's fields stay.
+    Result<ChangeOutcome<Type>> Finish() {
+        ChangeOutcome<Type> outcome;
+        for (std::size_t index = 0; index < m_changes.size(); ++index)
+            if (IsRefused(index)) outcome.Refused.push_back({index, m_reasons[index]});
+        if (!outcome.Refused.empty()) return outcome;
+
+        std::vector<NewSlot> slots;
+        std::size_t appended = 0;
+        for (const RecordChange<Type>& change : m_changes) {
+            Type& record = outcome.Stored.emplace_back(change.Record);
+            const bool isNew = record.*m_members.Number == 0;
+            if (isNew) {
+                const Result<std::int16_t> next = m_file.NextNumber(appended++);
+                if (!next) return next.error();
+                record.*m_members.Number = *next;
+            }
+            NewSlot& slot = slots.emplace_back(NewSlot{record.*m_members.Number, Pack(m_layout, record)});
+            if (!isNew) slot.Bytes.resize(m_layout.PackedLength());
         }
-        prepared.Possible.push_back(change);
-        std::string after = Pack(layout, change->New);
-        after.replace(layout.PackedLength(), std::string::npos, slot.substr(layout.PackedLength()));
-        if (std::optional<Overwritten> piece = file.PieceOf(number, slot, after))
-            prepared.Pieces.push_back(std::move(*piece));
-        return true;
-    };
-    const Done read = file.ForEachSlot(visit);
-    if (!read) return read.error();
-    for (const RecordChange<Record>& change : changes)
-        if (std::exchange(wanted[change.Seen.*members.Number], nullptr))
-            prepared.Refused.push_back(RefusalOf(change, members, "it does not exist"));
-    return prepared;
-}
+        const Done written = m_file.WriteSlots(std::move(slots));
+        if (!written) return written.error();
+        return outcome;
+    }
+
+private:
+    std::int16_t NumberOf(std::size_t change) const { return m_changes[change].Record.*m_members.Number; }
+    /// The change of each record, counted from 1; 0 = none.
+    ByNumber<std::size_t> Wanted() {
+        ByNumber<std::size_t> wanted;
+        for (std::size_t index = 0; index < m_changes.size(); ++index) {
+            if (NumberOf(index) == 0) {
+                if (m_changes[index].AsRead) Refuse(index, "it does not exist");
+                continue;
+            }
+            std::size_t& change = wanted[NumberOf(index)];
+            if (change != 0)
+                Refuse(index, "it would be changed twice at once");
+            else
+                change = index + 1;
+        }
+        return wanted;
+    }
+    /// What stands against replacing the record `found`; empty if nothing does.
+    std::string ReasonAgainst(const RecordChange<Type>& change, std::int16_t slot, const Type& found) const {
+        if (found.*m_members.Number != slot)
+            return "the file is damaged: the record there has the number " +
+                   std::to_string(found.*m_members.Number);
+        const bool wasActive = !change.AsRead || *change.AsRead.*m_members.Active;
+        if (found.*m_members.Active && !wasActive) return "it is not deleted";
+        if (!(found.*m_members.Active) && wasActive) return "it has been deleted since";
+        // By their bytes, since a number that is none equals nothing.
+        if (!change.AsRead || Pack(m_layout, found) != Pack(m_layout, *change.AsRead))
+            return "it has changed since it was looked at";
+        if (!m_file.HasBytesOf(slot, m_layout.PackedLength())) return "the file ends within it";
+        return {};
+    }
+
+    RecordFile& m_file;
+    const RecordLayout<Type, Types...>& m_layout;
+    const RecordMembers<Type>& m_members;
+    const std::vector<RecordChange<Type>>& m_changes;
+    std::vector<std::string> m_reasons; ///< against each change; empty = none
+};
 
 /// The changes that bring deleted records back.
-template <class Record>
-std::vector<RecordChange<Record>> Undeletions(const std::vector<Record>& deleted, bool Record::*active) {
-    std::vector<RecordChange<Record>> changes;
+template <class Type>
+std::vector<RecordChange<Type>> Undeletions(const std::vector<Type>& deleted, bool Type::*active) {
+    std::vector<RecordChange<Type>> changes;
     changes.reserve(deleted.size());
-    for (const Record& record : deleted) {
-        RecordChange<Record>& change = changes.emplace_back(RecordChange<Record>{record, record});
-        change.Seen.*active = false;
-        change.New.*active = true;
+    for (const Type& record : deleted) {
+        RecordChange<Type>& change = changes.emplace_back(RecordChange<Type>{record, record});
+        change.Record.*active = true;
+        *change.AsRead.*active = false;
     }
     return changes;
+}
+
+/// The changes that take back what was done: `stored` are the records that `changes` led to. Appended ones
+/// are marked as deleted.
+template <class Type>
+std::vector<RecordChange<Type>> Reversed(const std::vector<RecordChange<Type>>& changes,
+                                         const std::vector<Type>& stored, bool Type::*active) {
+    std::vector<RecordChange<Type>> reversed;
+    reversed.reserve(changes.size());
+    for (std::size_t index = 0; index < changes.size(); ++index) {
+        RecordChange<Type>& change = reversed.emplace_back();
+        change.AsRead = stored[index];
+        change.Record = changes[index].AsRead.value_or(stored[index]);
+        if (!changes[index].AsRead) change.Record.*active = false;
+    }
+    return reversed;
+}
+
+/// Each refused change as a failure: "Cannot bring back usage record 3: it is not deleted."
+template <class Type>
+std::vector<Failure> FailuresOf(const std::vector<RecordChange<Type>>& changes,
+                                const std::vector<RefusedChange>& refused, const RecordMembers<Type>& members,
+                                std::string_view doing) {
+    std::vector<Failure> failures;
+    for (const RefusedChange& each : refused)
+        failures.push_back({.Doing = std::string(doing) + ' ' + std::string(members.Name) + ' ' +
+                                     std::to_string(changes[each.Change].Record.*members.Number),
+                            .Reason = each.Reason});
+    return failures;
 }
 
 /// Calls `visit` with the number of each slot and its record, which is reused. A file that does not exist has

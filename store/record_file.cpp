@@ -88,35 +88,50 @@ Result<std::string_view> RecordFile::ReadChunk(std::int16_t first, std::string& 
     return std::string_view(chunk);
 }
 
-Result<RecordFile::Replaced> RecordFile::ReadBeforeWrite(std::uint64_t start) {
+Result<RecordFile::Replaced> RecordFile::ReadBeforeWrite(const std::vector<Run>& runs) {
     const Result<std::uint64_t> length = m_file->Length();
     if (!length) return length.error();
-    Replaced replaced{.Start = start, .Length = *length};
-    replaced.Bytes.resize(*length > start ? std::min<std::uint64_t>(*length - start, m_slotLength) : 0);
-    const Result<std::size_t> count = m_file->ReadAt(start, replaced.Bytes);
-    if (!count) return count.error();
-    replaced.Bytes.resize(*count);
+    Replaced replaced{.Length = *length};
+    for (const Run& run : runs) {
+        std::string& bytes = replaced.Bytes.emplace_back();
+        bytes.resize(*length > run.Start ? std::min<std::uint64_t>(*length - run.Start, run.Bytes.size())
+                                         : 0);
+        const Result<std::size_t> count = m_file->ReadAt(run.Start, bytes);
+        if (!count) return count.error();
+        bytes.resize(*count);
+    }
     const Result<std::int64_t> time = m_file->TimeOfChange();
     if (!time) return time.error();
     replaced.Time = *time;
     return replaced;
 }
 
-Done RecordFile::WriteOver(const Replaced& replaced, std::string_view bytes) {
-    const std::string_view over = bytes.substr(0, replaced.Bytes.size());
-    const Appended appended{replaced.Start + over.size(), bytes.substr(over.size())};
+Done RecordFile::WriteOver(const Replaced& replaced, const std::vector<Run>& runs, std::uint64_t& reached) {
+    const Run& last = runs.back();
+    const std::size_t over = replaced.Bytes.back().size();
+    const Appended appended{last.Start + over, last.Bytes.substr(over)};
     if (m_undo) {
         const Done announced = m_undo->Announce(appended);
         if (!announced) return announced;
     } else {
         PlannedChange change{.OldLength = replaced.Length, .SlotLength = m_slotLength};
-        if (!over.empty()) change.Pieces.push_back({replaced.Start, replaced.Bytes, std::string(over)});
+        for (std::size_t index = 0; index < runs.size(); ++index) {
+            const std::string& old = replaced.Bytes[index];
+            if (old.empty()) continue;
+            change.Pieces.push_back(
+                {runs[index].Start, old, std::string(runs[index].Bytes.substr(0, old.size()))});
+        }
         Result<UndoFile> undo = UndoFile::Begin(*m_files, m_path, change, appended);
         if (!undo) return undo.error();
         m_undo.emplace(std::move(*undo));
         m_time = replaced.Time;
     }
-    return m_file->WriteAt(replaced.Start, bytes);
+    for (const Run& run : runs) {
+        reached = run.Start;
+        const Done written = m_file->WriteAt(run.Start, run.Bytes);
+        if (!written) return written;
+    }
+    return Success();
 }
 
 Done RecordFile::Flush() {
@@ -125,117 +140,118 @@ Done RecordFile::Flush() {
     return m_file->Flush(); // a full disk may show only here
 }
 
+std::optional<Failure> RecordFile::CannotWrite(int number, int count) const {
+    if (number >= 1 && number <= count + 1) return std::nullopt;
+    return Failure{"write record " + std::to_string(number) + " of the file", m_path,
+                   "it has " + std::to_string(count) + " records"};
+}
+
 Done RecordFile::WriteSlot(std::int16_t number, std::string_view slot) {
-    if (number < 1 || number > m_count + 1)
-        return Failure{"write record " + std::to_string(number) + " of the file", m_path,
-                       "it has " + std::to_string(m_count) + " records"};
-    const Result<Replaced> replaced = ReadBeforeWrite(StartOf(number));
+    if (const auto failure = CannotWrite(number, m_count)) return *failure;
+    return WriteRuns(
+        {
+            {StartOf(number), slot}
+    },
+        number);
+}
+
+Done RecordFile::WriteSlots(std::vector<NewSlot> slots) {
+    std::ranges::sort(slots, {}, &NewSlot::Number);
+    std::vector<Run> runs;
+    std::string atEnd; // of slots of which not all is in the file
+    std::int16_t before = 0;
+    for (const NewSlot& slot : slots) {
+        if (const auto failure = CannotWrite(slot.Number, std::max(m_count, before))) return *failure;
+        if (slot.Number == before)
+            return Failure{"write record " + std::to_string(before) + " of the file", m_path,
+                           "it is to be written twice at once"};
+        before = slot.Number;
+        if (!HasBytesOf(slot.Number, slot.Bytes.size())) {
+            atEnd += slot.Bytes;
+            continue;
+        }
+        const Result<Run> run = DifferingRun(slot);
+        if (!run) return run.error();
+        if (!run->Bytes.empty()) runs.push_back(*run);
+    }
+    if (!atEnd.empty()) runs.push_back({StartOf(before + 1) - atEnd.size(), atEnd});
+    if (runs.empty()) return Success();
+    return WriteRuns(runs, before);
+}
+
+Result<RecordFile::Run> RecordFile::DifferingRun(const NewSlot& slot) {
+    const std::uint64_t start = StartOf(slot.Number);
+    const std::string_view after = slot.Bytes;
+    std::string before(after.size(), '\0');
+    const Result<std::size_t> count = m_file->ReadAt(start, before);
+    if (!count) return count.error();
+    if (before == after) return Run{start, {}};
+    const auto first = std::ranges::mismatch(before, after).in1 - before.begin();
+    const auto same = std::mismatch(before.rbegin(), before.rend(), after.rbegin()).first - before.rbegin();
+    const auto at = static_cast<std::size_t>(first);
+    return Run{start + at, after.substr(at, after.size() - at - static_cast<std::size_t>(same))};
+}
+
+Done RecordFile::WriteRuns(const std::vector<Run>& runs, std::int16_t last) {
+    const Result<Replaced> replaced = ReadBeforeWrite(runs);
     if (!replaced) return replaced.error();
-    Done written = WriteOver(*replaced, slot);
+    std::uint64_t reached = 0;
+    Done written = WriteOver(*replaced, runs, reached);
     if (!m_undo) return written; // nothing has been changed
     if (written) written = Flush();
     if (written) written = m_undo->End();
     if (written) {
         m_undo.reset();
-        m_count = std::max(m_count, number);
-        m_before.Length = std::max(m_before.Length, replaced->Start + slot.size());
+        m_count = std::max(m_count, last);
+        m_before.Length = std::max(m_before.Length, runs.back().Start + runs.back().Bytes.size());
         return written;
     }
-    if (TakeBackForGood(*replaced)) return written;
-    return InDoubt(written.error(), "of record " + std::to_string(number));
+    if (TakeBackForGood(*replaced, runs)) return written;
+    return InDoubt(written.error(), "of record " + std::to_string(reached / m_slotLength + 1) +
+                                        (runs.size() > 1 ? " and others" : ""));
 }
 
-bool RecordFile::TakeBackForGood(const Replaced& replaced) {
-    if (!TakeBack(replaced)) return false;
-    EndTakenBack();
-    return true;
-}
-
-void RecordFile::EndTakenBack() {
+bool RecordFile::TakeBackForGood(const Replaced& replaced, const std::vector<Run>& runs) {
+    if (!TakeBack(replaced, runs)) return false;
     // If this fails, the undo file stays, which leads to the same. If not, it would change nothing any more.
     if (Flush() && !m_undo->End()) m_undo->Remove();
     m_undo.reset();
+    return true;
 }
 
-bool RecordFile::TakeBack(const Replaced& replaced) {
-    const std::string& before = replaced.Bytes;
-    const Done cut = m_file->CutTo(replaced.Length);
-    const Done restored = before.empty() ? Success() : m_file->WriteAt(replaced.Start, before);
-    if (cut && restored) return true;
+bool RecordFile::TakeBack(const Replaced& replaced, const std::vector<Run>& runs) {
+    bool isTakenBack = static_cast<bool>(m_file->CutTo(replaced.Length));
+    for (std::size_t index = 0; index < runs.size(); ++index) {
+        const std::string& old = replaced.Bytes[index];
+        if (!old.empty() && !m_file->WriteAt(runs[index].Start, old)) isTakenBack = false;
+    }
+    if (isTakenBack) return true;
     // A disk that refuses this may have refused all of the failed write too. Then nothing has changed, and
     // the file can be trusted.
     const Result<std::uint64_t> lengthNow = m_file->Length();
-    std::string now(before.size(), '\0');
-    const Result<std::size_t> count = m_file->ReadAt(replaced.Start, now);
-    return lengthNow && *lengthNow == replaced.Length && count && *count == before.size() && now == before;
-}
-
-std::optional<Overwritten> RecordFile::PieceOf(std::int16_t number, std::string_view before,
-                                               std::string_view after) const {
-    const auto first = std::ranges::mismatch(before, after).in1 - before.begin();
-    if (static_cast<std::size_t>(first) == before.size()) return std::nullopt;
-    std::size_t end = before.size();
-    while (before[end - 1] == after[end - 1])
-        --end;
-    const auto start = static_cast<std::size_t>(first);
-    return Overwritten{StartOf(number) + start, std::string(before.substr(start, end - start)),
-                       std::string(after.substr(start, end - start))};
-}
-
-Done RecordFile::OverwritePieces(const std::vector<Overwritten>& pieces) {
-    if (pieces.empty()) return Success();
-    const Result<std::int64_t> time = m_file->TimeOfChange();
-    if (!time) return time.error();
-    const std::uint64_t length = m_before.Length;
-    Result<UndoFile> undo = UndoFile::Begin(
-        *m_files, m_path, {.OldLength = length, .SlotLength = m_slotLength, .Pieces = pieces}, {length, {}});
-    if (!undo) return undo.error();
-    m_undo.emplace(std::move(*undo));
-    m_time = *time;
-
-    Done written = Success();
-    std::uint64_t last = 0; // where the last write began
-    for (const Overwritten& piece : pieces) {
-        last = piece.Offset;
-        written = m_file->WriteAt(piece.Offset, piece.New);
-        if (!written) break;
+    if (!lengthNow || *lengthNow != replaced.Length) return false;
+    for (std::size_t index = 0; index < runs.size(); ++index) {
+        const std::string& old = replaced.Bytes[index];
+        std::string now(old.size(), '\0');
+        const Result<std::size_t> count = m_file->ReadAt(runs[index].Start, now);
+        if (!count || *count != old.size() || now != old) return false;
     }
-    if (written) written = Flush();
-    if (written) written = m_undo->End();
-    if (written) {
-        m_undo.reset();
-        return written;
-    }
-    if (TakeBack(pieces)) {
-        EndTakenBack();
-        return written;
-    }
-    return InDoubt(written.error(), "of record " + std::to_string(last / m_slotLength + 1) +
-                                        (pieces.size() > 1 ? " and others" : ""));
-}
-
-bool RecordFile::TakeBack(const std::vector<Overwritten>& pieces) {
-    bool isRestored = true;
-    for (const Overwritten& piece : pieces)
-        if (!m_file->WriteAt(piece.Offset, piece.Old)) isRestored = false;
-    if (isRestored) return true;
-    // As above: what the disk refuses now it may have refused before.
-    return std::ranges::all_of(pieces, [&](const Overwritten& piece) {
-        std::string now(piece.Old.size(), '\0');
-        const Result<std::size_t> count = m_file->ReadAt(piece.Offset, now);
-        return count && *count == now.size() && now == piece.Old;
-    });
+    return true;
 }
 
 Done RecordFile::AppendSlots(std::string_view slots) {
     // Starts behind the full length of a short last slot that counts; the gap becomes zero bytes. A rest too
     // short to count is overwritten. Its bytes are noted, in case they must be put back.
-    const Result<Replaced> replaced = ReadBeforeWrite(StartOf(m_count + 1));
+    const std::uint64_t start = StartOf(m_count + 1);
+    const std::vector<Run> runs{
+        {start, slots}
+    };
+    const Result<Replaced> replaced = ReadBeforeWrite(runs);
     if (!replaced) return replaced.error();
-    const std::uint64_t start = replaced->Start;
 
     const bool isFirst = !m_undo;
-    const Done written = WriteOver(*replaced, slots);
+    std::uint64_t reached = 0;
+    const Done written = WriteOver(*replaced, runs, reached);
     if (isFirst && !m_undo) return written; // nothing has been changed
     const std::uint64_t stored = (written ? slots.size() : LengthWritten(start, slots.size())) / m_slotLength;
     m_count = static_cast<std::int16_t>(m_count + static_cast<std::int64_t>(stored));
@@ -244,8 +260,8 @@ Done RecordFile::AppendSlots(std::string_view slots) {
     // Slots that reached the file whole stay, and are counted by now. A piece of the next one has to go: from
     // about half its length on it would count as a record. Without a whole slot, everything is undone.
     const bool isTakenBack = stored > 0 ? static_cast<bool>(m_file->CutTo(StartOf(m_count + 1)))
-                             : isFirst  ? TakeBackForGood(*replaced)
-                                        : TakeBack(*replaced);
+                             : isFirst  ? TakeBackForGood(*replaced, runs)
+                                        : TakeBack(*replaced, runs);
     if (isTakenBack) return written;
     m_hasPiece = true;
     return InDoubt(written.error(), "from record " + std::to_string(m_count + 1) + " on");

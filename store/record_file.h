@@ -21,6 +21,12 @@ inline constexpr std::uint64_t MostSlots = 32767;
 /// How many slots a file of `length` bytes has, rounded to the nearest whole number, halves to even.
 std::uint64_t CountSlots(std::uint64_t length, std::uint64_t slotLength);
 
+/// A whole slot that is to be written into a file.
+struct NewSlot {
+    std::int16_t Number = 0;
+    std::string Bytes{};
+};
+
 /// A file of fixed-length slots, numbered from 1, without a header.
 ///
 /// It is opened for one operation and then closed. A missing file is created empty. What a short last slot
@@ -66,14 +72,10 @@ public:
     /// disk when it succeeds. A write that fails is undone; if the Failure says that it could not be, the
     /// undo file stays, and the next to open the file takes the write back.
     Done WriteSlot(std::int16_t number, std::string_view slot);
-    /// The bytes in which slot `number`, `before`, differs from what it becomes, `after`; both are whole
-    /// slots. Empty if they do not differ.
-    std::optional<Overwritten> PieceOf(std::int16_t number, std::string_view before,
-                                       std::string_view after) const;
-    /// Overwrites bytes of slots, all of the pieces or none: one undo file takes them all back. Each piece
-    /// must be in the file, which stays locked from when it was read. On disk when it succeeds; a failure is
-    /// as with WriteSlot.
-    Done OverwritePieces(const std::vector<Overwritten>& pieces);
+    /// The same for several slots at once: all of them are written, or none. No two may have the same number.
+    /// Of those that are there, which may be given without their end, only the bytes that differ are written,
+    /// so that one undo file has room for small changes of all records of a full file.
+    Done WriteSlots(std::vector<NewSlot> slots);
     /// Appends whole slots, which stay only once FinishAppending has been called: until then the undo file
     /// takes them back. After a failure Count includes those that reached the file, and no piece of another
     /// one is left, or the Failure says that it could not be taken back.
@@ -101,28 +103,35 @@ private:
     std::uint64_t StartOf(std::int64_t number) const {
         return (static_cast<std::uint64_t>(number) - 1) * m_slotLength;
     }
-    /// What a write replaces: the file's length, and its bytes from `Start` on, up to a whole slot.
+    /// Bytes that follow each other in the file.
+    struct Run {
+        std::uint64_t Start = 0; ///< bytes
+        std::string_view Bytes{};
+    };
+    /// What a write replaces: the file's length, and for each run the bytes that are in its place.
     struct Replaced {
-        std::uint64_t Start = 0;
         std::uint64_t Length = 0;
-        std::string Bytes{};
+        std::vector<std::string> Bytes{};
         std::int64_t Time = 0; ///< OpenedFile::TimeOfChange
     };
-    Result<Replaced> ReadBeforeWrite(std::uint64_t start);
-    /// Writes `bytes` over what is `replaced`, after the undo file has been told.
-    Done WriteOver(const Replaced& replaced, std::string_view bytes);
+    /// The bytes in which the slot differs from that in the file, which has all of it; none if it does not.
+    Result<Run> DifferingRun(const NewSlot& slot);
+    Result<Replaced> ReadBeforeWrite(const std::vector<Run>& runs);
+    /// Writes the runs over what is `replaced`, after the undo file has been told. Only the last may reach
+    /// beyond the end of the file. `reached` is where the last one that was begun starts.
+    Done WriteOver(const Replaced& replaced, const std::vector<Run>& runs, std::uint64_t& reached);
+    /// The runs in the order of the file, all or none of them. `last` is the last slot of theirs.
+    Done WriteRuns(const std::vector<Run>& runs, std::int16_t last);
+    /// The Failure if slot `number` can be written neither over another one nor behind the last of `count`.
+    std::optional<Failure> CannotWrite(int number, int count) const;
     /// Returns once what was written is on the disk.
     Done Flush();
     /// How many of the `wanted` bytes appended at `start` the file's length shows; 0 if it cannot be read.
     std::uint64_t LengthWritten(std::uint64_t start, std::uint64_t wanted);
     /// Undoes a failed write: restores the file's length and bytes. False if it cannot.
-    bool TakeBack(const Replaced& replaced);
+    bool TakeBack(const Replaced& replaced, const std::vector<Run>& runs);
     /// The same, and on the disk, so that the undo file is no longer needed and goes.
-    bool TakeBackForGood(const Replaced& replaced);
-    /// The same of pieces that were overwritten. False if it cannot.
-    bool TakeBack(const std::vector<Overwritten>& pieces);
-    /// To be called once the old bytes are back in the file.
-    void EndTakenBack();
+    bool TakeBackForGood(const Replaced& replaced, const std::vector<Run>& runs);
     /// Reads one or more slots from number `first` on into `chunk`.
     Result<std::string_view> ReadChunk(std::int16_t first, std::string& chunk);
 

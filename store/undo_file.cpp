@@ -340,9 +340,10 @@ Result<UndoFile> UndoFile::Begin(FileAccess& files, const std::filesystem::path&
     const std::filesystem::path path = UndoFileOf(recordFile);
     const auto number =
         static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
-    const std::string head = HeadBytes(change, number);
-    if (head.size() > LongestUndoFile) // nobody would read it
-        return Failure{"write to the file", recordFile, "too much of it would change at once"};
+    const std::string bytes =
+        HeadBytes(change, number) + AnnouncementBytes(appended, number, change.SlotLength);
+    if (bytes.size() > LongestUndoFile) // it would count as none of ours
+        return Failure{"write to the file", recordFile, "too many records are to be changed at once"};
     Result<std::unique_ptr<OpenedFile>> file = files.Open(path, OpenMode::Own);
     if (!file) return CannotChange(recordFile, file.error());
     std::error_code ignored; // as private as the record file
@@ -351,7 +352,7 @@ Result<UndoFile> UndoFile::Begin(FileAccess& files, const std::filesystem::path&
         std::filesystem::permissions(path, status.permissions(), ignored);
 
     UndoFile undo(files, recordFile, std::move(*file), number, change.SlotLength);
-    const Done written = undo.Write(head + AnnouncementBytes(appended, number, change.SlotLength));
+    const Done written = undo.Write(bytes);
     if (written) return undo;
     static_cast<void>(undo.m_file->CutTo(0));
     static_cast<void>(files.Remove(path)); // the first failure is the one to report

@@ -1,11 +1,12 @@
 #include "usage/usage_changes.h"
 
 #include "base/by_number.h"
+#include "base/messages.h"
 #include "base/text.h"
 #include "materials/material_store.h"
 #include "store/steady_reading.h"
 
-#include <unordered_map>
+#include <optional>
 
 namespace mact {
 namespace {
@@ -36,25 +37,8 @@ Result<KnownMaterials> ReadKnownMaterials(const DataFiles& data) {
     });
 }
 
-/// Who is of a material and month: a live record, or one that is about to be.
-struct Holder {
-    std::int16_t UsageId = 0;
-    bool IsToCome = false;
-};
-using Holders = std::unordered_map<std::string, Holder>; // by material and month, as compared
-
 std::string KeyOf(const UsageRecord& usage) {
     return std::to_string(usage.MaterialId) + ' ' + ComparisonKey(usage.Period);
-}
-
-/// Empty if no other record is of the material and month. This one is from then on.
-std::string TakeMonth(Holders& holders, const UsageRecord& usage) {
-    const auto [first, isNew] = holders.try_emplace(KeyOf(usage), Holder{usage.UsageId, true});
-    const Holder& holder = first->second;
-    if (isNew) return {};
-    return "usage record " + std::to_string(holder.UsageId) +
-           (holder.IsToCome ? ", to be live too, is of the same material and month"
-                            : " is of the same material and month");
 }
 
 std::string ReasonOfMaterial(const KnownMaterials& materials, std::int16_t materialId) {
@@ -62,6 +46,31 @@ std::string ReasonOfMaterial(const KnownMaterials& materials, std::int16_t mater
     if (material.IsLive) return {};
     return "its material " + std::to_string(materialId) +
            (material.Exists ? " is deleted" : " does not exist");
+}
+
+std::string ReasonOfMonth(LiveKeys& months, const UsageChange& change) {
+    const std::optional<std::int16_t> holder = months.Take(KeyOf(change.Record));
+    if (!holder) return {};
+    if (*holder == 0) return "another of these records is of the same material and month";
+    const bool keepsItsMonth =
+        change.AsRead && change.AsRead->Active && KeyOf(*change.AsRead) == KeyOf(change.Record);
+    if (keepsItsMonth && change.Record.UsageId < *holder) return {};
+    return "usage record " + std::to_string(*holder) + " is of the same material and month";
+}
+
+/// Of what was refused, as one failure.
+Failure FailureOf(const DataFiles& data, const std::vector<UsageChange>& changes,
+                  const std::vector<RefusedChange>& refused) {
+    const RefusedChange& first = refused.front();
+    const UsageRecord& record = changes[first.Change].Record;
+    std::string material = "material " + std::to_string(record.MaterialId);
+    const Result<MaterialIds> materialIds = ReadMaterialIds(data);
+    if (materialIds && (*materialIds)[record.MaterialId])
+        material = Utf8FromCodePage(*(*materialIds)[record.MaterialId]);
+    std::string reason = first.Reason;
+    if (refused.size() > 1) reason += ", and " + std::to_string(refused.size() - 1) + " more cannot be saved";
+    return {.Doing = "save the usage of " + material + " in " + Utf8FromCodePage(Trim(record.Period)),
+            .Reason = std::move(reason)};
 }
 
 } // namespace
@@ -85,31 +94,43 @@ Result<std::vector<DeletedUsage>> ReadDeletedUsage(const DataFiles& data) {
     });
 }
 
-Result<Refusals> ChangeUsage(const DataFiles& data, const std::vector<UsageChange>& changes) {
+Result<UsageOutcome> ChangeUsage(const DataFiles& data, const std::vector<UsageChange>& changes) {
+    if (changes.empty()) return UsageOutcome{};
+    // Locked before anything is checked, so that no other copy can change what was found.
     Result<RecordFile> file =
         RecordFile::OpenForWriting(data.Files, UsageFile(data), UsageLayout.SlotLength());
     if (!file) return file.error();
     const Result<KnownMaterials> materials = ReadKnownMaterials(data);
     if (!materials) return materials.error();
-    Holders holders;
-    Result<PreparedChanges<UsageRecord>> prepared =
-        PrepareChanges(*file, UsageLayout, Members, changes, [&](const UsageRecord& other) {
-            if (other.Active) holders.try_emplace(KeyOf(other), Holder{other.UsageId});
-        });
-    if (!prepared) return prepared.error();
-    for (const UsageChange* change : prepared->Possible) {
-        if (!change->New.Active) continue;
-        std::string reason = ReasonOfMaterial(*materials, change->New.MaterialId);
-        if (reason.empty()) reason = TakeMonth(holders, change->New);
-        if (!reason.empty()) prepared->Refused.push_back(RefusalOf(*change, Members, std::move(reason)));
+    LiveKeys months;
+    RecordChanger changer(*file, UsageLayout, Members, changes);
+    const Done looked = changer.Look([&](std::int16_t slot, const UsageRecord& other) {
+        if (other.Active) months.Add(KeyOf(other), slot);
+    });
+    if (!looked) return looked.error();
+    for (std::size_t index = 0; index < changes.size(); ++index) {
+        const UsageRecord& record = changes[index].Record;
+        if (!record.Active || changer.IsRefused(index)) continue;
+        changer.Refuse(index, ReasonOfMaterial(*materials, record.MaterialId));
+        if (!changer.IsRefused(index)) changer.Refuse(index, ReasonOfMonth(months, changes[index]));
     }
-    if (!prepared->Refused.empty()) return prepared->Refused;
-    const Done written = file->OverwritePieces(prepared->Pieces);
-    if (!written) return written.error();
-    return Refusals{};
+    return changer.Finish();
 }
 
-Result<Refusals> UndeleteUsage(const DataFiles& data, const std::vector<UsageRecord>& seen) {
-    return ChangeUsage(data, Undeletions(seen, &UsageRecord::Active));
+Failed SaveUsageTogether(AppContext& app, const std::vector<UsageChange>& changes, UsageOutcome& outcome) {
+    outcome = {};
+    Result<UsageOutcome> written = ChangeUsage(app, changes);
+    if (ShowFailure(app, written)) return true;
+    outcome = std::move(*written);
+    if (outcome.Refused.empty()) return false;
+    ShowError(app, FailureOf(app, changes, outcome.Refused));
+    return true;
+}
+
+Result<std::vector<Failure>> UndeleteUsage(const DataFiles& data, const std::vector<UsageRecord>& seen) {
+    const std::vector<UsageChange> changes = Undeletions(seen, &UsageRecord::Active);
+    const Result<UsageOutcome> outcome = ChangeUsage(data, changes);
+    if (!outcome) return outcome.error();
+    return FailuresOf(changes, outcome->Refused, Members, "bring back");
 }
 } // namespace mact

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/app_context.h"
 #include "store/data_folder.h"
 #include "store/record_changes.h"
 #include "usage/usage_record.h"
@@ -9,7 +10,20 @@
 
 namespace mact {
 
-/// Bringing deleted usage back, and taking back what was done to live usage.
+/// Usage records that are saved together, brought back, or taken back: all of them or none.
+
+using UsageChange = RecordChange<UsageRecord>;
+using UsageOutcome = ChangeOutcome<UsageRecord>;
+
+/// A change is refused if the record that it replaces is not as it was read, or if it would be live and its
+/// material is deleted or gone, or the file or another of the changes has a live record of the same material
+/// and month. As with IsDuplicate, of several in the file the first can still be edited. On disk when it
+/// returns and has refused none. As with a save, another copy can delete the material at the same moment.
+Result<UsageOutcome> ChangeUsage(const DataFiles& data, const std::vector<UsageChange>& changes);
+
+/// The same; a failure and what was refused are shown, in one message. False if all are stored.
+[[nodiscard]] Failed SaveUsageTogether(AppContext& app, const std::vector<UsageChange>& changes,
+                                       UsageOutcome& outcome);
 
 /// A deleted record, and what its material is called.
 struct DeletedUsage {
@@ -20,13 +34,7 @@ struct DeletedUsage {
 /// of the data names them. Creates nothing.
 Result<std::vector<DeletedUsage>> ReadDeletedUsage(const DataFiles& data);
 
-using UsageChange = RecordChange<UsageRecord>;
-
-/// Makes all of the changes, or none and says why: a record is not as it was seen; or it would be live, and
-/// another one of its material and month is so too, or its material is deleted or gone. On disk when it
-/// returns without refusals. As with a save, another copy can delete the material at the same moment.
-Result<Refusals> ChangeUsage(const DataFiles& data, const std::vector<UsageChange>& changes);
-
 /// Brings back deleted usage that is still as it was `seen`, all or none. Only its Active mark is written.
-Result<Refusals> UndeleteUsage(const DataFiles& data, const std::vector<UsageRecord>& seen);
+/// Returns a sentence for each record that stands against it.
+Result<std::vector<Failure>> UndeleteUsage(const DataFiles& data, const std::vector<UsageRecord>& seen);
 } // namespace mact

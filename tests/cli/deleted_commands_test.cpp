@@ -145,15 +145,15 @@ TEST_F(DeletedCommands, EachRefusedRecordIsASentenceAndNoneComesBack) {
     const ProgramRun run = Run({"undelete", "usage", "1", "2", "3", "4", "5", "6", "7", "8"});
     EXPECT_EQ(run.Status, 4);
     EXPECT_EQ(run.Output, "");
-    EXPECT_EQ(run.Errors,
-              "Cannot bring back usage record 2: it is not deleted.\n"
-              "Cannot bring back usage record 8: it does not exist.\n"
-              "Cannot bring back usage record 3: its material 2 is deleted.\n"
-              "Cannot bring back usage record 4: its material 9 does not exist.\n"
-              "Cannot bring back usage record 6: usage record 2 is of the same material and month.\n"
-              "Cannot bring back usage record 7: usage record 1, to be live too, is of the same material and "
-              "month.\n"
-              "None of the records was brought back.\n");
+    EXPECT_EQ(
+        run.Errors,
+        "Cannot bring back usage record 2: it is not deleted.\n"
+        "Cannot bring back usage record 3: its material 2 is deleted.\n"
+        "Cannot bring back usage record 4: its material 9 does not exist.\n"
+        "Cannot bring back usage record 6: usage record 2 is of the same material and month.\n"
+        "Cannot bring back usage record 7: another of these records is of the same material and month.\n"
+        "Cannot bring back usage record 8: it does not exist.\n"
+        "None of the records was brought back.\n");
     EXPECT_EQ(Usage(), before);
 }
 
@@ -163,8 +163,8 @@ TEST_F(DeletedCommands, RefusedMaterialsAreASentenceEach) {
     const ProgramRun run = Run({"undelete", "materials", "1", "3", "5", "6"});
     EXPECT_EQ(run.Status, 4);
     EXPECT_EQ(run.Errors, "Cannot bring back material 1: it is not deleted.\n"
-                          "Cannot bring back material 6: it does not exist.\n"
                           "Cannot bring back material 5: material 1 has the same Material ID.\n"
+                          "Cannot bring back material 6: it does not exist.\n"
                           "None of the records was brought back.\n");
     EXPECT_EQ(Materials(), before);
 }

@@ -30,7 +30,7 @@ protected:
     }
     void Write(const std::vector<MaterialRecord>& materials) const { WriteContent(File, Slots(materials)); }
 
-    static Sentences SentencesOf(const Result<Refusals>& refusals) {
+    static Sentences SentencesOf(const Result<std::vector<Failure>>& refusals) {
         if (!refusals) return {"failed", SentenceOf(refusals.error())};
         Sentences sentences;
         for (const Failure& refusal : *refusals)
@@ -40,9 +40,21 @@ protected:
     Sentences Undelete(const std::vector<MaterialRecord>& seen) {
         return SentencesOf(UndeleteMaterials(App, seen));
     }
-    Sentences Change(const std::vector<MaterialChange>& changes, bool isUsed = false) {
-        return SentencesOf(
-            ChangeMaterials(App, changes, [isUsed](std::int16_t) -> Result<bool> { return isUsed; }));
+    /// Each record as it was looked at, and what it is to become.
+    using Pairs = std::vector<std::pair<MaterialRecord, MaterialRecord>>;
+    /// What was refused: the record's number and why.
+    Sentences Change(const Pairs& records, const Result<bool>& isUsed = false) {
+        std::vector<MaterialChange> changes;
+        for (const auto& [seen, record] : records)
+            changes.push_back({record, seen});
+        const Result<MaterialOutcome> outcome =
+            ChangeMaterials(App, changes, [&](std::int16_t) { return isUsed; });
+        if (!outcome) return {"failed", SentenceOf(outcome.error())};
+        Sentences reasons;
+        for (const RefusedChange& refused : outcome->Refused)
+            reasons.push_back(std::to_string(changes[refused.Change].Record.MaterialId) + ": " +
+                              refused.Reason);
+        return reasons;
     }
     std::vector<int> DeletedNumbers() {
         const Result<std::vector<MaterialRecord>> deleted = ReadDeletedMaterials(App);
@@ -92,7 +104,9 @@ TEST_F(MaterialChangesTest, ADeleteThroughTheStoreComesBackByteForByte) {
 
 TEST_F(MaterialChangesTest, SeveralComeBackTogether) {
     Write({Deleted(1, "A"), Live(2, "B"), Deleted(3, "C"), Deleted(4, "D")});
-    EXPECT_EQ(Undelete({Deleted(4, "D"), Deleted(1, "A"), Deleted(4, "D")}), Sentences{}); // one twice
+    EXPECT_EQ(Undelete({Deleted(4, "D"), Deleted(1, "A"), Deleted(4, "D")}),
+              Sentences{"Cannot bring back material 4: it would be changed twice at once."});
+    EXPECT_EQ(Undelete({Deleted(4, "D"), Deleted(1, "A")}), Sentences{});
     EXPECT_EQ(ContentOf(File), Slots({Live(1, "A"), Live(2, "B"), Deleted(3, "C"), Live(4, "D")}));
 }
 
@@ -126,9 +140,8 @@ TEST_F(MaterialChangesTest, OneThatAnotherCopyHasChangedSinceItWasLookedAtIsRefu
 TEST_F(MaterialChangesTest, TwoOfTheSameMaterialIdDoNotComeBackTogether) {
     Write({Deleted(1, "gc-1"), Deleted(2, " GC-1")});
     const std::string before = ContentOf(File);
-    EXPECT_EQ(
-        Undelete({Deleted(1, "gc-1"), Deleted(2, " GC-1")}),
-        Sentences{"Cannot bring back material 2: material 1, to be live too, has the same Material ID."});
+    EXPECT_EQ(Undelete({Deleted(1, "gc-1"), Deleted(2, " GC-1")}),
+              Sentences{"Cannot bring back material 2: another of these records has the same Material ID."});
     EXPECT_EQ(ContentOf(File), before);
     EXPECT_EQ(Undelete({Deleted(2, " GC-1")}), Sentences{});
 }
@@ -181,11 +194,10 @@ TEST_F(MaterialChangesTest, AnEditIsTakenBack) {
 TEST_F(MaterialChangesTest, AnEditIsNotTakenBackIfItsOldMaterialIdIsTakenByNow) {
     Write({Live(1, "Z"), Live(2, "A")});
     const std::string before = ContentOf(File);
-    EXPECT_EQ(
-        Change({
-            {Live(1, "Z"), Live(1, "A")}
+    EXPECT_EQ(Change({
+                  {Live(1, "Z"), Live(1, "A")}
     }),
-        Sentences{"Cannot take back what was done to material 1: material 2 has the same Material ID."});
+              Sentences{"1: material 2 has the same Material ID"});
     EXPECT_EQ(ContentOf(File), before);
 }
 
@@ -207,7 +219,7 @@ TEST_F(MaterialChangesTest, AnAppendIsTakenBackUnlessUsageRefersToTheMaterial) {
                       {Live(2, "B"), Deleted(2, "B")}
     },
                   true),
-              Sentences{"Cannot take back what was done to material 2: later usage refers to it."});
+              Sentences{"2: later usage refers to it"});
     EXPECT_EQ(ContentOf(File), before);
     EXPECT_EQ(Change({
                   {Live(2, "B"), Deleted(2, "B")}
@@ -231,18 +243,17 @@ TEST_F(MaterialChangesTest, AnAppendThatAnotherCopyHasDeletedSinceIsRefused) {
     EXPECT_EQ(Change({
                   {Live(1, "A"), Deleted(1, "A")}
     }),
-              Sentences{"Cannot take back what was done to material 1: it has been deleted since."});
+              Sentences{"1: it has been deleted since"});
 }
 
 TEST_F(MaterialChangesTest, AFileThatCannotBeOpenedOrUsageThatCannotBeToldIsAFailure) {
     Write({Live(1, "A")});
-    const Result<Refusals> unclear =
-        ChangeMaterials(App,
-                        {
-                            {Live(1, "A"), Deleted(1, "A")}
+    const Sentences unclear = Change(
+        {
+            {Live(1, "A"), Deleted(1, "A")}
     },
-                        [](std::int16_t) -> Result<bool> { return Failure{.Reason = "Unreadable"}; });
-    EXPECT_EQ(SentencesOf(unclear), (Sentences{"failed", "Unreadable."}));
+        Failure{.Reason = "Unreadable"});
+    EXPECT_EQ(unclear, (Sentences{"failed", "Unreadable."}));
     EXPECT_EQ(ContentOf(File), Slots({Live(1, "A")}));
     std::filesystem::remove(File);
     std::filesystem::create_directory(File);

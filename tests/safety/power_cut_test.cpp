@@ -102,6 +102,11 @@ template <int Surplus> void FillShopWithARest(RecordedProgram& program) {
     FillShop(program);
     program.Files[MaterialsFile(program.App)].append(Surplus, 'x');
 }
+/// The same for usage.
+template <int Surplus> void FillShopWithARestOfUsage(RecordedProgram& program) {
+    FillShop(program);
+    program.Files[UsageFile(program.App)].append(Surplus, 'x');
+}
 
 /// Of the usage, in the first sector, in the second, and over the edge between them.
 constexpr std::int16_t DeletedUsages[] = {3, 16, 17, 38};
@@ -144,6 +149,21 @@ bool SaveEditedUsage(AppContext& app) {
 bool DeleteAUsage(AppContext& app) {
     return !DeleteUsage(app, 3);
 }
+/// Over three sectors: one record of the first, two of the second, and two that are appended.
+bool SaveSomeUsageTogether(AppContext& app) {
+    std::vector<UsageChange> changes;
+    for (const std::int16_t number : std::initializer_list<std::int16_t>{3, 17, 18}) {
+        UsageChange& change = changes.emplace_back();
+        change.AsRead = ReadUsage(app, {.UsageId = number})->front();
+        change.Record = *change.AsRead;
+        change.Record.Quantity = 0.5;
+        change.Record.Unit = UnitMgal;
+    }
+    for (const std::int16_t material : std::initializer_list<std::int16_t>{2, 3})
+        changes.emplace_back().Record = {.MaterialId = material, .Period = "1/2031", .Quantity = 7};
+    UsageOutcome outcome;
+    return !SaveUsageTogether(app, changes, outcome);
+}
 bool AddACompany(AppContext& app) {
     return static_cast<bool>(AddNewCompany(app, "Acme", "Dock 9"));
 }
@@ -168,13 +188,13 @@ bool ImportUsage(AppContext& app) {
 bool UndeleteTheMaterials(AppContext& app) {
     const Result<std::vector<MaterialRecord>> deleted = ReadMaterials(app, {.Active = false});
     if (!deleted || deleted->size() != 2) return false;
-    const Result<Refusals> refused = UndeleteMaterials(app, *deleted);
+    const Result<std::vector<Failure>> refused = UndeleteMaterials(app, *deleted);
     return refused && refused->empty();
 }
 bool UndeleteTheUsage(AppContext& app) {
     const Result<std::vector<UsageRecord>> deleted = ReadUsage(app, {.Active = false});
     if (!deleted || deleted->size() != std::size(DeletedUsages)) return false;
-    const Result<Refusals> refused = UndeleteUsage(app, *deleted);
+    const Result<std::vector<Failure>> refused = UndeleteUsage(app, *deleted);
     return refused && refused->empty();
 }
 /// An edit, a deletion and an addition at once.
@@ -187,12 +207,12 @@ bool TakeBackUsage(AppContext& app) {
         {deleted->front(), deleted->front()},
         {live->back(),     live->back()    }
     };
-    changes[0].New.Period = "12/1999";
-    changes[0].New.Quantity = 0.25;
-    changes[1].New.Active = true;
-    changes[2].New.Active = false;
-    const Result<Refusals> refused = ChangeUsage(app, changes);
-    return refused && refused->empty();
+    changes[0].Record.Period = "12/1999";
+    changes[0].Record.Quantity = 0.25;
+    changes[1].Record.Active = true;
+    changes[2].Record.Active = false;
+    const Result<UsageOutcome> outcome = ChangeUsage(app, changes);
+    return outcome && outcome->Refused.empty();
 }
 
 class PowerCutTest : public testing::TestWithParam<Change> {
@@ -306,19 +326,22 @@ TEST_P(PowerCutTest, WhileTheChangeIsTakenBackLeavesTheSame) {
 
 INSTANTIATE_TEST_SUITE_P(
     Changes, PowerCutTest,
-    testing::Values(Change{"SaveNewMaterial", SaveNewMaterial},
-                    Change{"SaveNewMaterialBehindAShortLastOne", SaveNewMaterial, FillShopWithARest<1000>},
-                    Change{"SaveNewMaterialOverSurplusBytes", SaveNewMaterial, FillShopWithARest<300>},
-                    Change{"SaveEditedMaterial", SaveEditedMaterial},
-                    Change{"DeleteMaterial", DeleteFirstMaterial}, Change{"SaveNewUsage", SaveNewUsage},
-                    Change{"SaveEditedUsage", SaveEditedUsage}, Change{"DeleteUsage", DeleteAUsage},
-                    Change{"AddCompany", AddACompany}, Change{"SaveEditedCompany", SaveEditedCompany},
-                    Change{"SaveNames", SaveNames}, Change{"ImportMaterials", ImportMaterials},
-                    Change{"ImportMaterialsOverSurplusBytes", ImportMaterials, FillShopWithARest<300>},
-                    Change{"ImportUsage", ImportUsage},
-                    Change{"UndeleteMaterials", UndeleteTheMaterials, FillShopWithDeleted},
-                    Change{"UndeleteUsage", UndeleteTheUsage, FillShopWithDeleted},
-                    Change{"TakeBackUsage", TakeBackUsage, FillShopWithDeleted}),
+    testing::Values(
+        Change{"SaveNewMaterial", SaveNewMaterial},
+        Change{"SaveNewMaterialBehindAShortLastOne", SaveNewMaterial, FillShopWithARest<1000>},
+        Change{"SaveNewMaterialOverSurplusBytes", SaveNewMaterial, FillShopWithARest<300>},
+        Change{"SaveEditedMaterial", SaveEditedMaterial}, Change{"DeleteMaterial", DeleteFirstMaterial},
+        Change{"SaveNewUsage", SaveNewUsage}, Change{"SaveEditedUsage", SaveEditedUsage},
+        Change{"DeleteUsage", DeleteAUsage}, Change{"SaveUsageTogether", SaveSomeUsageTogether},
+        Change{"SaveUsageTogetherBehindAShortLastOne", SaveSomeUsageTogether, FillShopWithARestOfUsage<20>},
+        Change{"SaveUsageTogetherOverSurplusBytes", SaveSomeUsageTogether, FillShopWithARestOfUsage<10>},
+        Change{"AddCompany", AddACompany}, Change{"SaveEditedCompany", SaveEditedCompany},
+        Change{"SaveNames", SaveNames}, Change{"ImportMaterials", ImportMaterials},
+        Change{"ImportMaterialsOverSurplusBytes", ImportMaterials, FillShopWithARest<300>},
+        Change{"ImportUsage", ImportUsage},
+        Change{"UndeleteMaterials", UndeleteTheMaterials, FillShopWithDeleted},
+        Change{"UndeleteUsage", UndeleteTheUsage, FillShopWithDeleted},
+        Change{"TakeBackUsage", TakeBackUsage, FillShopWithDeleted}),
     [](const auto& given) { return std::string(given.param.Name); });
 
 } // namespace

@@ -65,7 +65,7 @@ bool DeleteUsageRecord(AppContext& app) {
 }
 
 /// A refusal is a failure without a message.
-bool IsDone(AppContext& app, const Result<Refusals>& refused) {
+bool IsDone(AppContext& app, const Result<std::vector<Failure>>& refused) {
     return !ShowFailure(app, refused) && refused->empty();
 }
 bool UndeleteAMaterial(AppContext& app) {
@@ -87,6 +87,30 @@ bool ListDeleted(AppContext& app) {
     if (ShowFailure(app, materials)) return false;
     const Result<std::vector<DeletedUsage>> usage = ReadDeletedUsage(app);
     return !ShowFailure(app, usage) && materials->size() == 1 && usage->size() == std::size(DeletedUsages);
+}
+
+/// Two records edited that follow each other, one further on, and two of a new month, which are edited if
+/// they are there already.
+bool SaveSomeUsageTogether(AppContext& app) {
+    const Result<std::vector<UsageRecord>> usage = ReadUsage(app);
+    if (ShowFailure(app, usage)) return false;
+    std::vector<UsageChange> changes;
+    for (const std::int16_t material : std::initializer_list<std::int16_t>{2, 3})
+        changes.emplace_back().Record = {.MaterialId = material, .Period = "1/2031"};
+    for (const UsageRecord& record : *usage) {
+        if (record.UsageId == 17 || record.UsageId == 18 || record.UsageId == 40)
+            changes.push_back({.Record = record, .AsRead = record});
+        if (record.Period != "1/2031") continue;
+        for (UsageChange& change : changes)
+            if (change.Record.MaterialId == record.MaterialId && change.Record.UsageId == 0)
+                change = {.Record = record, .AsRead = record};
+    }
+    for (UsageChange& change : changes) {
+        change.Record.Quantity = 12.5;
+        change.Record.Unit = UnitLbs;
+    }
+    UsageOutcome outcome;
+    return !SaveUsageTogether(app, changes, outcome);
 }
 
 bool AddCompany(AppContext& app) {
@@ -258,6 +282,7 @@ const std::vector<ShopOperation>& ShopOperations() {
         {"SaveNewUsage",             SaveNewUsage,                                      ByAnswer },
         {"SaveEditedUsage",          SaveEditedUsage,                                   ByAnswer },
         {"DeleteUsage",              DeleteUsageRecord,                                 ByAnswer },
+        {"SaveUsageTogether",        SaveSomeUsageTogether,                             ByAnswer },
         {"UndeleteMaterials",        UndeleteAMaterial,                                 ByAnswer },
         {"UndeleteUsage",            UndeleteSomeUsage,                                 ByAnswer },
         {"AddCompany",               AddCompany,                                        ByAnswer },

@@ -3,6 +3,7 @@
 #include "platform/os_files.h"
 #include "store/companies.h"
 #include "tests/support/scripted_services.h"
+#include "usage/usage_changes.h"
 #include "usage/usage_store.h"
 
 #include <algorithm>
@@ -50,6 +51,23 @@ bool DeleteMaterialNumber(AppContext& app, std::int16_t id) {
 bool SaveUsageNumber(AppContext& app, std::int16_t id, const std::string& period, double quantity) {
     return !SaveUsage(
         app, {.UsageId = id, .MaterialId = 1, .Period = period, .Quantity = quantity, .Unit = UnitLbs});
+}
+
+/// Records `first` and `first` + 2 are edited, and a month added that no record has.
+bool SaveUsageTogetherFrom(AppContext& app, std::int16_t first, const std::string& period, double quantity) {
+    std::vector<UsageChange> changes;
+    for (const int number : {first + 0, first + 2}) {
+        const auto read = ReadUsage(app, {.UsageId = static_cast<std::int16_t>(number)});
+        if (!read || read->empty()) return false;
+        changes.push_back({.Record = read->front(), .AsRead = read->front()});
+    }
+    changes.emplace_back().Record = {.MaterialId = 1, .Period = period};
+    for (UsageChange& change : changes) {
+        change.Record.Quantity = quantity;
+        change.Record.Unit = UnitLbs;
+    }
+    UsageOutcome outcome;
+    return !SaveUsageTogether(app, changes, outcome);
 }
 
 bool SaveCompanyNumber(AppContext& app, std::int16_t id, const std::string& name) {
@@ -118,6 +136,8 @@ bool Run(AppContext& app, const std::string& command, const Arguments& given) {
     if (command == "delete-material") return DeleteMaterialNumber(app, Number(given.at(0)));
     if (command == "save-usage")
         return SaveUsageNumber(app, Number(given.at(0)), given.at(1), Number(given.at(2)));
+    if (command == "save-usage-together")
+        return SaveUsageTogetherFrom(app, Number(given.at(0)), given.at(1), Number(given.at(2)));
     if (command == "delete-usage") return !DeleteUsage(app, Number(given.at(0)));
     if (command == "save-company") return SaveCompanyNumber(app, Number(given.at(0)), given.at(1));
     if (command == "list") return List(app);

@@ -115,5 +115,109 @@ TEST_F(RecordFileTest, ASlotBeyondTheNextIsNotWritten) {
     EXPECT_EQ(ContentOf(File), "aaaaaaaaaa");
 }
 
+TEST_F(RecordFileTest, SeveralSlotsAreOverwrittenAndAppendedAtOnceInAnyOrder) {
+    WriteContent(File, "aaaaaaaaaabbbbbbbbbbccccccccccdddddddddd");
+    Result<RecordFile> file = ForWriting();
+    ASSERT_TRUE(file->WriteSlots({
+        {6, "6666666666"},
+        {2, "2222222222"},
+        {4, "4444444444"},
+        {5, "5555555555"}
+    }));
+    EXPECT_EQ(file->Count(), 6);
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaa2222222222cccccccccc444444444455555555556666666666");
+    EXPECT_FALSE(std::filesystem::exists(UndoFileOf(File)));
+}
+
+TEST_F(RecordFileTest, SeveralSlotsWrittenAtOnceFillAShortLastOne) {
+    WriteContent(File, "aaaaaaaaaabbbbbb"); // the second counts
+    ASSERT_TRUE(ForWriting()->WriteSlots({
+        {1, "1111111111"},
+        {3, "3333333333"}
+    }));
+    EXPECT_EQ(ContentOf(File), "1111111111bbbbbb" + Zeros(4) + "3333333333");
+    WriteContent(File, "aaaaaaaaaabbbbbb");
+    ASSERT_TRUE(ForWriting()->WriteSlots({
+        {2, "2222222222"},
+        {3, "3333333333"}
+    }));
+    EXPECT_EQ(ContentOf(File), "aaaaaaaaaa22222222223333333333");
+    WriteContent(File, "aaaaaaaaaabbb"); // what is there of a second does not count
+    ASSERT_TRUE(ForWriting()->WriteSlots({
+        {1, "1111111111"},
+        {2, "2222222222"}
+    }));
+    EXPECT_EQ(ContentOf(File), "11111111112222222222");
+}
+
+TEST_F(RecordFileTest, OfSeveralSlotsNoneIsWrittenIfOneHasNoPlace) {
+    const std::string before = "aaaaaaaaaabbbbbbbbbb";
+    WriteContent(File, before);
+    Result<RecordFile> file = ForWriting();
+    const auto reason = [&](std::int16_t first, std::int16_t second) {
+        const Done written = file->WriteSlots({
+            {first,  "1111111111"},
+            {second, "2222222222"}
+        });
+        return written ? std::string() : written.error().Reason;
+    };
+    EXPECT_EQ(reason(1, 4), "it has 2 records");
+    EXPECT_EQ(reason(3, 5), "it has 3 records"); // with the first of them
+    EXPECT_EQ(reason(0, 1), "it has 2 records");
+    EXPECT_EQ(reason(2, 2), "it is to be written twice at once");
+    EXPECT_EQ(ContentOf(File), before);
+    EXPECT_TRUE(file->WriteSlots({}));
+    EXPECT_EQ(ContentOf(File), before);
+}
+
+TEST_F(RecordFileTest, OfSeveralSlotsOnlyTheBytesThatDifferAreNotedAndWritten) {
+    constexpr std::size_t large = std::size_t{1} << 20U; // three of them, old and new, are too much to note
+    const std::string before(3 * large, 'a');
+    std::string after = before;
+    WriteContent(File, before);
+    for (const std::size_t at : {std::size_t{0}, large + 7, 3 * large - 1})
+        after[at] = 'b';
+    Result<RecordFile> file = RecordFile::OpenForWriting(Files, File, large);
+    ASSERT_TRUE(file->WriteSlots({
+        {1, after.substr(0,         large)},
+        {2, after.substr(large,     large)},
+        {3, after.substr(2 * large, large)}
+    }));
+    EXPECT_TRUE(ContentOf(File) == after);
+    EXPECT_TRUE(file->WriteSlots({
+        {2, after.substr(large, large)}
+    })); // nothing differs
+    EXPECT_TRUE(ContentOf(File) == after);
+}
+
+TEST_F(RecordFileTest, ASlotGivenWithoutItsEndKeepsTheEnd) {
+    WriteContent(File, "aaaaaaaaaabbbbbbbbbb");
+    ASSERT_TRUE(ForWriting()->WriteSlots({
+        {1, "1111"}
+    }));
+    EXPECT_EQ(ContentOf(File), "1111aaaaaabbbbbbbbbb");
+}
+
+TEST_F(RecordFileTest, MoreThanAnUndoFileCanHoldIsRefused) {
+    constexpr std::size_t large = std::size_t{1} << 20U; // three of them, old and new, are too much
+    const std::string before(3 * large, 'a');
+    WriteContent(File, before);
+    Result<RecordFile> file = RecordFile::OpenForWriting(Files, File, large);
+    const std::string slot(large, 'b');
+    const Done written = file->WriteSlots({
+        {1, slot},
+        {2, slot},
+        {3, slot}
+    });
+    ASSERT_FALSE(written);
+    EXPECT_EQ(SentenceOf(written.error()), "Cannot write to the file \"" + PathText(File) +
+                                               "\": too many records are to be changed at once.");
+    EXPECT_TRUE(ContentOf(File) == before);
+    EXPECT_FALSE(std::filesystem::exists(UndoFileOf(File)));
+    EXPECT_TRUE(file->WriteSlots({
+        {3, slot}
+    })); // the file can still be written
+}
+
 } // namespace
 } // namespace mact

@@ -7,8 +7,6 @@
 namespace mact {
 namespace {
 
-constexpr std::string_view BeforePieces = "aaaabbaaaaaaaaaaaaaaaaaaaaaaab";
-
 /// Slots of ten bytes. Writing one takes four operations: reading the length, reading what is in its place,
 /// writing and flushing. Appending many takes the first three.
 class RecordWriteFailures : public testing::Test {
@@ -30,17 +28,6 @@ protected:
         Files.Start({operation, kind});
         const Done written = file.AppendSlots(slots);
         count = file.Count();
-        return written ? std::string{} : SentenceOf(written.error());
-    }
-    /// The same for overwriting the "bb" in slot 1 and the "b" in slot 3 of what BeforePieces holds.
-    std::string Overwrite(int operation, FaultKind kind) {
-        WriteContent(File, BeforePieces);
-        RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
-        Files.Start({operation, kind});
-        const Done written = file.OverwritePieces({
-            {4,  "bb", "cc"},
-            {29, "b",  "c" }
-        });
         return written ? std::string{} : SentenceOf(written.error());
     }
     std::string CannotWrite() const {
@@ -160,67 +147,52 @@ TEST_F(RecordWriteFailures, APieceThatCouldNotBeCutOffIsTakenBackByTheNextOpenin
     EXPECT_EQ(ContentOf(File), "aaaaaaaaaa");
 }
 
-// Overwriting pieces: three operations on the undo file, the writes, and the flush.
-constexpr int TheFirstPiece = 4;
-constexpr int TheSecondPiece = 5;
-constexpr int TheFlushOfPieces = 6;
+/// Four slots, of which the first and the third are to be overwritten and a fifth appended: three writes.
+class SeveralSlotsFailing : public RecordWriteFailures {
+protected:
+    const std::string Before = "aaaaaaaaaabbbbbbbbbbccccccccccdddddddddd";
+    SeveralSlotsFailing() { WriteContent(File, Before); }
 
-TEST_F(RecordWriteFailures, PiecesAreOverwrittenTogether) {
-    EXPECT_EQ(Overwrite(0, FaultKind::Once), "");
-    EXPECT_EQ(ContentOf(File), "aaaaccaaaaaaaaaaaaaaaaaaaaaaac");
-    EXPECT_FALSE(std::filesystem::exists(Folder.Path() / "records.mact.undo"));
-}
+    std::string WriteThem(Fault fault) {
+        RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
+        Files.Start(fault);
+        const Done written = file.WriteSlots({
+            {1, "1111111111"},
+            {3, "3333333333"},
+            {5, "5555555555"}
+        });
+        return written ? std::string{} : SentenceOf(written.error());
+    }
+};
 
-TEST_F(RecordWriteFailures, PiecesOfWhichOneCannotBeWrittenAreAllTakenBack) {
-    for (const int operation : {TheFirstPiece, TheSecondPiece})
+TEST_F(SeveralSlotsFailing, AreAllTakenBackWhicheverOperationFails) {
+    ASSERT_EQ(WriteThem({}), "");
+    const int operations = Files.Count();
+    int failed = 0;
+    for (int at = 1; at <= operations; ++at)
         for (const FaultKind kind : {FaultKind::Once, FaultKind::HalfWritten}) {
-            EXPECT_EQ(Overwrite(operation, kind), CannotWrite() + ".");
-            EXPECT_EQ(ContentOf(File), BeforePieces);
-            EXPECT_FALSE(std::filesystem::exists(Folder.Path() / "records.mact.undo"));
+            WriteContent(File, Before);
+            const std::string failure = WriteThem({at, kind});
+            failed += failure.empty() ? 0 : 1;
+            // The last operation removes an undo file that is void by then.
+            EXPECT_EQ(failure.empty(), at == operations) << at;
+            EXPECT_EQ(ContentOf(File),
+                      failure.empty() ? "1111111111bbbbbbbbbb3333333333dddddddddd5555555555" : Before)
+                << at << failure;
         }
-    EXPECT_NE(Overwrite(TheFlushOfPieces, FaultKind::Once), "");
-    EXPECT_EQ(ContentOf(File), BeforePieces);
+    EXPECT_EQ(failed, 2 * (operations - 1));
 }
 
-TEST_F(RecordWriteFailures, PiecesOfWhichTheDiskRefusedTheFirstNeedNotBeTakenBack) {
-    EXPECT_EQ(Overwrite(TheFirstPiece, FaultKind::IsFull), CannotWrite() + ".");
-    EXPECT_EQ(ContentOf(File), BeforePieces);
-}
-
-TEST_F(RecordWriteFailures, PiecesThatCannotBeTakenBackAreSaidToBeInDoubtAndTheNextOpeningTakesThemBack) {
-    EXPECT_EQ(Overwrite(TheSecondPiece, FaultKind::IsFull),
+TEST_F(SeveralSlotsFailing, AreTakenBackByTheNextOpeningIfTheDiskLetsNothingBeWritten) {
+    constexpr int theSecondWrite = TheWrite + 5; // behind two more readings of two slots, and the first write
+    EXPECT_EQ(WriteThem({theSecondWrite, FaultKind::FillsUp}),
               CannotWrite() + "; what was written of record 3 and others could not be taken back.");
-    EXPECT_EQ(ContentOf(File), "aaaaccaaaaaaaaaaaaaaaaaaaaaaab");
+    EXPECT_EQ(ContentOf(File), "1111111111bbbbbbbbbb33333cccccdddddddddd");
     Files.Start({});
+    EXPECT_EQ(RecordFile::OpenForReading(Files, File, 10)->Count(), 4);
     EXPECT_TRUE(RecordFile::OpenForWriting(Files, File, 10));
-    EXPECT_EQ(ContentOf(File), BeforePieces);
-}
-
-TEST_F(RecordWriteFailures, MorePiecesThanAnUndoFileHoldsAreRefused) {
-    const std::string content(std::size_t{3} << 20U, 'a');
-    WriteContent(File, content);
-    RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 1000));
-    const Done written = file.OverwritePieces({
-        {0, content, std::string(content.size(), 'b')}
-    });
-    ASSERT_FALSE(written);
-    EXPECT_EQ(SentenceOf(written.error()),
-              "Cannot write to the file \"" + PathText(File) + "\": too much of it would change at once.");
-    EXPECT_EQ(ContentOf(File), content);
-    EXPECT_FALSE(std::filesystem::exists(Folder.Path() / "records.mact.undo"));
-}
-
-TEST_F(RecordWriteFailures, APieceIsWhatDiffersOfASlot) {
-    WriteContent(File, "aaaaaaaaaaabcdefghij");
-    const RecordFile file = std::move(*RecordFile::OpenForWriting(Files, File, 10));
-    EXPECT_FALSE(file.PieceOf(2, "abcdefghij", "abcdefghij"));
-    const std::optional<Overwritten> piece = file.PieceOf(2, "abcdefghij", "abXdefgYij");
-    ASSERT_TRUE(piece);
-    EXPECT_EQ(piece->Offset, 12U);
-    EXPECT_EQ(piece->Old, "cdefgh");
-    EXPECT_EQ(piece->New, "XdefgY");
-    EXPECT_EQ(file.PieceOf(1, "abcdefghij", "Xbcdefghij")->Offset, 0U);
-    EXPECT_EQ(file.PieceOf(1, "abcdefghij", "abcdefghiX")->Offset, 9U);
+    EXPECT_EQ(ContentOf(File), Before);
+    EXPECT_FALSE(std::filesystem::exists(UndoFileOf(File)));
 }
 
 } // namespace

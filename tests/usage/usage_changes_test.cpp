@@ -43,7 +43,7 @@ protected:
     }
     void Write(const std::vector<UsageRecord>& records) const { WriteContent(File, Slots(records)); }
 
-    static Sentences SentencesOf(const Result<Refusals>& refusals) {
+    static Sentences SentencesOf(const Result<std::vector<Failure>>& refusals) {
         if (!refusals) return {"failed", SentenceOf(refusals.error())};
         Sentences sentences;
         for (const Failure& refusal : *refusals)
@@ -51,8 +51,19 @@ protected:
         return sentences;
     }
     Sentences Undelete(const std::vector<UsageRecord>& seen) { return SentencesOf(UndeleteUsage(App, seen)); }
-    Sentences Change(const std::vector<UsageChange>& changes) {
-        return SentencesOf(ChangeUsage(App, changes));
+    /// Each record as it was looked at, and what it is to become.
+    using Pairs = std::vector<std::pair<UsageRecord, UsageRecord>>;
+    /// What was refused: the record's number and why.
+    Sentences Change(const Pairs& records) {
+        std::vector<UsageChange> changes;
+        for (const auto& [seen, record] : records)
+            changes.push_back({record, seen});
+        const Result<UsageOutcome> outcome = ChangeUsage(App, changes);
+        if (!outcome) return {"failed", SentenceOf(outcome.error())};
+        Sentences reasons;
+        for (const RefusedChange& refused : outcome->Refused)
+            reasons.push_back(std::to_string(changes[refused.Change].Record.UsageId) + ": " + refused.Reason);
+        return reasons;
     }
 };
 
@@ -134,7 +145,7 @@ TEST_F(UsageChangesTest, TwoOfTheSameMaterialAndMonthDoNotComeBackTogether) {
     Write({Deleted(1, "3/2005"), Deleted(2, "3/2005")});
     const std::string before = ContentOf(File);
     EXPECT_EQ(Undelete({Deleted(1, "3/2005"), Deleted(2, "3/2005")}),
-              Sentences{"Cannot bring back usage record 2: usage record 1, to be live too, is of the same "
+              Sentences{"Cannot bring back usage record 2: another of these records is of the same "
                         "material and month."});
     EXPECT_EQ(ContentOf(File), before);
 }
@@ -204,20 +215,17 @@ TEST_F(UsageChangesTest, AnEditIsNotTakenBackIfItsOldMonthIsTakenByNow) {
     EXPECT_EQ(Change({
                   {Live(1, "3/2005"), Live(1, "5/2005")}
     }),
-              Sentences{"Cannot take back what was done to usage record 1: usage record 2 is of the same "
-                        "material and month."});
+              Sentences{"1: usage record 2 is of the same material and month"});
     EXPECT_EQ(ContentOf(File), before);
 }
 
 TEST_F(UsageChangesTest, AnEditThatAnotherCopyHasEditedOrDeletedSinceIsRefused) {
     Write({Live(1, "4/2005"), Deleted(2, "5/2005")});
-    EXPECT_EQ(
-        Change({
-            {Live(1, "3/2005"), Live(1, "1/2005")},
-            {Live(2, "5/2005"), Live(2, "2/2005")}
+    EXPECT_EQ(Change({
+                  {Live(1, "3/2005"), Live(1, "1/2005")},
+                  {Live(2, "5/2005"), Live(2, "2/2005")}
     }),
-        (Sentences{"Cannot take back what was done to usage record 1: it has changed since it was looked at.",
-                   "Cannot take back what was done to usage record 2: it has been deleted since."}));
+              (Sentences{"1: it has changed since it was looked at", "2: it has been deleted since"}));
 }
 
 TEST_F(UsageChangesTest, AFileThatCannotBeOpenedIsAFailure) {

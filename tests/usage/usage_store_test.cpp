@@ -1,7 +1,9 @@
 #include "base/text.h"
 #include "materials/material_record.h"
+#include "store/undo_file.h"
 #include "tests/support/bytes.h"
 #include "tests/support/test_program.h"
+#include "usage/usage_changes.h"
 #include "usage/usage_store.h"
 
 #include <gtest/gtest.h>
@@ -246,6 +248,225 @@ TEST_F(UsageStoreTest, AFileThatWasCutAnywhereIsWorkedWithAndMendedByTheNextAppe
         EXPECT_EQ(Found({.MaterialId = std::int16_t{9}}), Ids{static_cast<int>(mended.size() / 32)});
     }
     EXPECT_TRUE(Prompts.Shown.empty());
+}
+
+/// Materials 1 to 3 and a deleted 4; records 1 and 2 of 3/2005, record 3 of 4/2005.
+class UsageTogetherTest : public UsageStoreTest {
+protected:
+    UsageTogetherTest() {
+        std::vector<MaterialRecord> materials;
+        for (const char* customId : {"GC-110", "R-1", "R-2", "R-3"})
+            materials.push_back({.MaterialId = static_cast<std::int16_t>(materials.size() + 1),
+                                 .CustomId = customId,
+                                 .Active = customId != std::string("R-3")});
+        WriteMaterials(materials);
+        Save(1, "3/2005");
+        Save(2, "3/2005");
+        Save(1, "4/2005");
+        m_before = ContentOf(File);
+    }
+    static UsageRecord Used(std::int16_t usageId, std::int16_t materialId, const std::string& period,
+                            double quantity = 10) {
+        return {.UsageId = usageId,
+                .MaterialId = materialId,
+                .Period = period,
+                .Quantity = quantity,
+                .Unit = UnitLbs};
+    }
+    static UsageChange New(std::int16_t materialId, const std::string& period, double quantity = 10) {
+        return {.Record = Used(0, materialId, period, quantity), .AsRead = {}};
+    }
+    /// Another quantity for a record as it is now.
+    UsageChange Edited(std::int16_t usageId, double quantity) {
+        UsageChange change{.AsRead = ReadUsage(App, {.UsageId = usageId})->front()};
+        change.Record = *change.AsRead;
+        change.Record.Quantity = quantity;
+        return change;
+    }
+    /// Each refused change with the reason. Nothing is written then.
+    std::vector<std::string> Refused(const std::vector<UsageChange>& changes) {
+        const std::string before = ContentOf(File);
+        const Result<UsageOutcome> outcome = ChangeUsage(App, changes);
+        EXPECT_TRUE(outcome);
+        std::vector<std::string> refused;
+        for (const RefusedChange& one : outcome->Refused)
+            refused.push_back(std::to_string(one.Change) + ": " + one.Reason);
+        EXPECT_EQ(ContentOf(File) == before, !refused.empty());
+        EXPECT_EQ(outcome->Stored.empty(), !refused.empty());
+        return refused;
+    }
+    using Texts = std::vector<std::string>;
+
+    std::string m_before;
+};
+
+TEST_F(UsageTogetherTest, RecordsAreOverwrittenAndAppendedInTheOrderOfTheChanges) {
+    UsageOutcome outcome;
+    EXPECT_FALSE(SaveUsageTogether(App, {New(2, "4/2005", 7), Edited(1, 12), New(3, "4/2005", 8)}, outcome));
+    ASSERT_EQ(outcome.Stored.size(), 3U);
+    EXPECT_EQ(outcome.Stored[0].UsageId, 4);
+    EXPECT_EQ(outcome.Stored[1].UsageId, 1);
+    EXPECT_EQ(outcome.Stored[2].UsageId, 5);
+    EXPECT_EQ(outcome.Stored[2].Quantity, 8);
+    EXPECT_EQ(ContentOf(File), Pack(UsageLayout, Used(1, 1, "3/2005", 12)) + m_before.substr(32) +
+                                   Pack(UsageLayout, Used(4, 2, "4/2005", 7)) +
+                                   Pack(UsageLayout, Used(5, 3, "4/2005", 8)));
+    EXPECT_TRUE(Prompts.Shown.empty());
+    EXPECT_FALSE(std::filesystem::exists(UndoFileOf(File)));
+}
+
+TEST_F(UsageTogetherTest, NoChangesAreStoredWithoutTouchingTheFile) {
+    std::filesystem::remove(File);
+    UsageOutcome outcome;
+    EXPECT_FALSE(SaveUsageTogether(App, {}, outcome));
+    EXPECT_FALSE(std::filesystem::exists(File));
+}
+
+TEST_F(UsageTogetherTest, ARecordThatWasChangedMeanwhileIsNotOverwritten) {
+    const UsageChange edit = Edited(2, 12);
+    EXPECT_FALSE(SaveUsage(App, Used(2, 2, "3/2005", 11)));
+    EXPECT_EQ(Refused({Edited(1, 5), edit}), Texts{"1: it has changed since it was looked at"});
+    EXPECT_EQ(Refused({Edited(1, 5), Edited(2, 12)}), Texts{});
+}
+
+TEST_F(UsageTogetherTest, ARecordThatWasDeletedMeanwhileIsNotOverwritten) {
+    const UsageChange edit = Edited(2, 12);
+    EXPECT_FALSE(DeleteUsage(App, 2));
+    EXPECT_EQ(Refused({edit}), Texts{"0: it has been deleted since"});
+}
+
+TEST_F(UsageTogetherTest, ANumberWithoutTheRecordAsItWasReadIsNotOverwritten) {
+    UsageChange unread = Edited(2, 12);
+    unread.AsRead.reset();
+    EXPECT_EQ(Refused({unread}), Texts{"0: it has changed since it was looked at"});
+    const UsageRecord unknown = Used(9, 2, "5/2005");
+    EXPECT_EQ(Refused({
+                  UsageChange{.Record = unknown, .AsRead = unknown}
+    }),
+              Texts{"0: it does not exist"});
+}
+
+TEST_F(UsageTogetherTest, AMonthThatTheMaterialHasByNowIsNotDoubled) {
+    EXPECT_EQ(Refused({New(2, "4/2005"), New(1, "4/2005")}),
+              Texts{"1: usage record 3 is of the same material and month"});
+    UsageChange moved = Edited(1, 10);
+    moved.Record.Period = "4/2005";
+    EXPECT_EQ(Refused({moved}), Texts{"0: usage record 3 is of the same material and month"});
+    EXPECT_FALSE(DeleteUsage(App, 3));
+    EXPECT_EQ(Refused({moved}), Texts{});
+}
+
+TEST_F(UsageTogetherTest, RecordsThatChangePlacesAreNoRivals) {
+    UsageChange first = Edited(1, 1);
+    UsageChange third = Edited(3, 3);
+    first.Record.Period = "4/2005";
+    third.Record.Period = "3/2005";
+    EXPECT_EQ(Refused({first, third}), Texts{});
+    EXPECT_EQ(Found({.Periods = "4/2005"}), Ids{1});
+}
+
+TEST_F(UsageTogetherTest, OfSeveralRecordsOfAMonthTheFirstCanBeEdited) {
+    Save(1, "3/2005"); // record 4, as an older version may have left it
+    EXPECT_EQ(Refused({Edited(4, 5)}), Texts{"0: usage record 1 is of the same material and month"});
+    EXPECT_EQ(Refused({Edited(1, 5)}), Texts{});
+}
+
+TEST_F(UsageTogetherTest, AMonthIsNotSavedTwiceAtOnce) {
+    EXPECT_EQ(Refused({New(2, "5/2005"), New(2, " 5/2005")}),
+              Texts{"1: another of these records is of the same material and month"});
+}
+
+TEST_F(UsageTogetherTest, UsageOfAMaterialThatIsGoneIsNotStored) {
+    EXPECT_EQ(Refused({New(4, "3/2005"), New(9, "3/2005")}),
+              (Texts{"0: its material 4 is deleted", "1: its material 9 does not exist"}));
+}
+
+TEST_F(UsageTogetherTest, WhatWasRefusedIsToldInOneSentence) {
+    const UsageChange edit = Edited(1, 12);
+    EXPECT_FALSE(DeleteUsage(App, 1));
+    UsageOutcome outcome;
+    EXPECT_TRUE(SaveUsageTogether(App, {edit}, outcome));
+    EXPECT_TRUE(SaveUsageTogether(App, {edit, New(4, "3/2005"), New(1, "4/2005")}, outcome));
+    EXPECT_EQ(outcome.Refused.size(), 3U);
+    EXPECT_EQ(ShownTexts(), (Texts{"Cannot save the usage of GC-110 in 3/2005: it has been deleted since.",
+                                   "Cannot save the usage of GC-110 in 3/2005: it has been deleted since, "
+                                   "and 2 more cannot be saved."}));
+    EXPECT_TRUE(SaveUsageTogether(App, {New(4, "3/2005")}, outcome));
+    EXPECT_EQ(Prompts.LastText(),
+              "Cannot save the usage of material 4 in 3/2005: its material 4 is deleted.");
+}
+
+TEST_F(UsageTogetherTest, AFileWithoutRoomForAllTakesNone) {
+    std::filesystem::resize_file(File, std::uintmax_t{32766} * 32);
+    const std::string before = ContentOf(File);
+    UsageOutcome outcome;
+    EXPECT_TRUE(SaveUsageTogether(App, {Edited(1, 5), New(2, "5/2005"), New(3, "5/2005")}, outcome));
+    EXPECT_EQ(ShownTexts(), Texts{"Cannot add a record to the file \"" + PathText(File) +
+                                  "\": it is full, with 32767 records."});
+    EXPECT_TRUE(outcome.Stored.empty());
+    EXPECT_TRUE(ContentOf(File) == before);
+    EXPECT_FALSE(SaveUsageTogether(App, {Edited(1, 5), New(2, "5/2005")}, outcome));
+    EXPECT_EQ(std::filesystem::file_size(File), std::uintmax_t{32767} * 32);
+}
+
+TEST_F(UsageTogetherTest, ARecordInAnotherSlotThanThatOfItsNumberIsNotTouched) {
+    const std::string other = Pack(UsageLayout, Used(2, 3, "9/2004"));
+    WriteContent(File, m_before.substr(0, 32) + other + m_before.substr(32, 32)); // 1, another 2, and 2
+    const UsageChange change{.Record = Used(2, 2, "3/2005", 12), .AsRead = Used(2, 2, "3/2005")};
+    EXPECT_EQ(Refused({change}), Texts{"0: it has changed since it was looked at"});
+}
+
+TEST_F(UsageTogetherTest, RecordsAreDeletedAndBroughtBackTogether) {
+    UsageChange gone = Edited(1, 10);
+    gone.Record.Active = false;
+    EXPECT_EQ(Refused({gone, Edited(2, 5)}), Texts{});
+    EXPECT_EQ(Found({}), (Ids{2, 3}));
+    UsageChange back{.Record = *gone.AsRead, .AsRead = gone.Record};
+    EXPECT_EQ(Refused({back, New(1, "3/2005")}),
+              Texts{"1: another of these records is of the same material and month"});
+    Save(1, "3/2005");
+    EXPECT_EQ(Refused({back}), Texts{"0: usage record 4 is of the same material and month"});
+    EXPECT_FALSE(DeleteUsage(App, 4));
+    EXPECT_EQ(Refused({back}), Texts{});
+    EXPECT_EQ(Found({}), (Ids{1, 2, 3}));
+}
+
+TEST_F(UsageTogetherTest, WhatWasStoredIsTakenBackByTheOppositeChanges) {
+    UsageOutcome outcome;
+    ASSERT_FALSE(SaveUsageTogether(App, {Edited(1, 0.1), New(2, "4/2005")}, outcome));
+    UsageChange removed{.Record = outcome.Stored[1], .AsRead = outcome.Stored[1]};
+    removed.Record.Active = false;
+    const UsageChange restored{.Record = Used(1, 1, "3/2005"), .AsRead = outcome.Stored[0]};
+    EXPECT_EQ(Refused({removed, restored}), Texts{});
+    EXPECT_EQ(ContentOf(File), m_before + Pack(UsageLayout, removed.Record)); // its number stays used
+}
+
+TEST_F(UsageTogetherTest, AMaterialsFileThatCannotBeReadIsOneFailure) {
+    std::filesystem::remove(DataFile("1_materials.talvor"));
+    std::filesystem::create_directory(DataFile("1_materials.talvor"));
+    UsageOutcome outcome;
+    EXPECT_TRUE(SaveUsageTogether(App, {Edited(1, 12)}, outcome));
+    EXPECT_EQ(Prompts.Shown.size(), 1U);
+    EXPECT_EQ(ContentOf(File), m_before);
+}
+
+TEST_F(UsageTogetherTest, EverySecondRecordOfTheLargestFileIsOverwrittenAtOnce) {
+    std::string content;
+    std::string expected;
+    std::vector<UsageChange> changes;
+    for (int number = 1; number <= 32767; ++number) {
+        UsageRecord record = Used(static_cast<std::int16_t>(number), 1, std::to_string(number));
+        content += Pack(UsageLayout, record);
+        if (number % 2 == 1) {
+            changes.push_back({.Record = record, .AsRead = record});
+            changes.back().Record.Quantity = record.Quantity = number;
+        }
+        expected += Pack(UsageLayout, record);
+    }
+    WriteContent(File, content);
+    UsageOutcome outcome;
+    EXPECT_FALSE(SaveUsageTogether(App, changes, outcome));
+    EXPECT_TRUE(ContentOf(File) == expected);
 }
 
 class UsageListTest : public UsageStoreTest {

@@ -32,6 +32,8 @@ int main(int argc, char* argv[]) {
     OsFiles systemFiles;
     LinkGuard files(systemFiles, programFolder, SettingsFile());
     AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
+    History changes;
+    app.Changes = &changes;
     if (const Done started = StartUp(app); !started) {
         ShowError(app, started.error());
         return 1;

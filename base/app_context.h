@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/files.h"
+#include "base/history.h"
 #include "base/services.h"
 
 #include <cstdint>
@@ -33,5 +34,7 @@ struct AppContext {
     /// The six additional pollutant names joined by "|", code-page text; "-" = not in use.
     std::string AdditionalNames{};
     LastUsageEntry LastUsage{};
+    /// Where stores note what they did, so that it can be taken back; null if nobody will.
+    History* Changes = nullptr;
 };
 } // namespace mact

@@ -185,6 +185,10 @@ std::string CodePageFromUtf8(std::string_view utf8Text) {
     return text;
 }
 
+std::string Counted(std::uint64_t number, std::string_view of) {
+    return std::to_string(number) + ' ' + std::string(of) + (number == 1 ? "" : "s");
+}
+
 std::string PathText(const std::filesystem::path& path) {
     const std::u8string text = path.u8string();
     return {text.begin(), text.end()};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -47,6 +48,9 @@ std::string Printable(std::string_view utf8Text);
 
 /// A character that the code page lacks, and every byte of malformed UTF-8, becomes "?".
 std::string CodePageFromUtf8(std::string_view utf8Text);
+
+/// "1 record", "2 records".
+std::string Counted(std::uint64_t number, std::string_view of);
 
 /// The path as UTF-8 text with the platform's separators.
 std::string PathText(const std::filesystem::path& path);

@@ -6,13 +6,6 @@
 #include <cmath>
 
 namespace mact {
-namespace {
-
-std::string Count(std::uint64_t number, std::string_view of) {
-    return std::to_string(number) + ' ' + std::string(of) + (number == 1 ? "" : "s");
-}
-
-} // namespace
 
 void FileFindings::CheckFinite(std::int16_t record, std::string_view name, double number) const {
     if (!std::isfinite(number)) Add(record, std::string(name) + " is not a finite number");
@@ -56,9 +49,9 @@ Result<bool> CheckLength(FileAccess& files, const std::filesystem::path& path, s
     }
     if (isRestCounted) // the bytes that it lacks read as zeros
         findings.Add(static_cast<std::int16_t>(slots),
-                     "it is short, with " + std::to_string(rest) + " of " + Count(slotLength, "byte"));
+                     "it is short, with " + std::to_string(rest) + " of " + Counted(slotLength, "byte"));
     if (rest > 0 && !isRestCounted) // the next record overwrites them
-        findings.Add(Count(rest, "surplus byte") + " after " + Count(whole, "record"));
+        findings.Add(Counted(rest, "surplus byte") + " after " + Counted(whole, "record"));
     return true;
 }
 } // namespace mact

@@ -12,6 +12,8 @@
 #include "usage/usage_store.h"
 
 #include <algorithm>
+#include <optional>
+#include <unordered_set>
 
 namespace mact {
 namespace {
@@ -39,6 +41,10 @@ frmList::frmList(AppContext& app, QWidget* parent)
     connect(m_ui->cmd_Export, &QPushButton::clicked, this, &frmList::ExportRecords);
     connect(m_ui->cmd_Filter, &QPushButton::clicked, this, &frmList::ApplyOrResetFilter);
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
+    m_ui->cmd_Undo->Bind(app,
+                         {.Whose = [this] { return Whose(); },
+                          .IsUsed = [this] { return IsUsedMaterial(); },
+                          .Reload = [this] { IsForMaterials() ? ReloadMaterialList() : ReloadUsageList(); }});
     const std::pair<QPushButton*, const char*> icons[] = {
         {m_ui->cmd_New,    "new"   },
         {m_ui->cmd_Edit,   "edit"  },
@@ -56,6 +62,24 @@ frmList::~frmList() = default;
 
 void frmList::Set_Module(std::int16_t mode) {
     m_mode = mode;
+    m_ui->cmd_Undo->ShowStep();
+}
+
+HistoryOf frmList::Whose() const {
+    return {IsForMaterials() ? HistoryKind::Materials : HistoryKind::Usage, m_app.CurrentCompanyId};
+}
+
+/// Reads the usage when it is first asked, and once: it may be asked for each of an import's materials.
+RecordIsUsed frmList::IsUsedMaterial() {
+    return [this, used = std::optional<std::unordered_set<std::int16_t>>()](
+               std::int16_t materialId) mutable -> Result<bool> {
+        if (!used) {
+            Result<std::unordered_set<std::int16_t>> read = ReadUsedMaterials(m_app);
+            if (!read) return read.error();
+            used = std::move(*read);
+        }
+        return used->contains(materialId);
+    };
 }
 
 void frmList::Edit_Module() {}
@@ -131,6 +155,7 @@ void frmList::ShowList(const ListLines& lines) {
         m_ui->lst_Main->setCurrentRow(std::min(row, m_ui->lst_Main->count() - 1),
                                       QItemSelectionModel::NoUpdate);
     SetButtons();
+    m_ui->cmd_Undo->ShowStep();
 }
 
 void frmList::SetButtons() {

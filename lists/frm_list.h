@@ -37,6 +37,9 @@ private:
     friend void ShowUsageList(AppContext& app, QWidget* parent);
 
     bool IsForMaterials() const { return m_mode == 1; }
+    HistoryOf Whose() const;
+    /// For an undo, made anew for each.
+    RecordIsUsed IsUsedMaterial();
     void PrepareMaterials();
     void PrepareUsage();
     /// Leaves no line selected.

@@ -1,6 +1,7 @@
 #include "materials/material_changes.h"
 
 #include "base/text.h"
+#include "store/record_history.h"
 #include "store/steady_reading.h"
 
 #include <optional>
@@ -60,6 +61,16 @@ Result<MaterialOutcome> ChangeMaterials(const DataFiles& data, const std::vector
         }
     }
     return changer.Finish();
+}
+
+void NoteMaterials(AppContext& app, std::string name,
+                   const std::vector<StoredRecord<MaterialRecord>>& stored) {
+    NoteChanges<MaterialRecord>(app, {HistoryKind::Materials, app.CurrentCompanyId}, std::move(name), stored,
+                                Members, ChangeMaterials);
+}
+
+void NoteMaterial(AppContext& app, std::string_view doing, const StoredRecord<MaterialRecord>& stored) {
+    NoteMaterials(app, std::string(doing) + ' ' + Utf8FromCodePage(Trim(stored.Record.CustomId)), {stored});
 }
 
 Result<std::vector<Failure>> UndeleteMaterials(const DataFiles& data,

@@ -5,6 +5,8 @@
 #include "store/data_folder.h"
 #include "store/record_changes.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace mact {
@@ -23,6 +25,12 @@ using MaterialOutcome = ChangeOutcome<MaterialRecord>;
 /// `isUsed` says that it is used. On disk when it returns and has refused none.
 Result<MaterialOutcome> ChangeMaterials(const DataFiles& data, const std::vector<MaterialChange>& changes,
                                         const MaterialIsUsed& isUsed);
+
+/// Notes what was done with a material, so that it can be taken back, as in "delete PR-101".
+void NoteMaterial(AppContext& app, std::string_view doing, const StoredRecord<MaterialRecord>& stored);
+/// The same of several materials, under a name for all of them.
+void NoteMaterials(AppContext& app, std::string name,
+                   const std::vector<StoredRecord<MaterialRecord>>& stored);
 
 /// Brings back deleted materials that are still as they were `seen`, all or none. Only their Active mark is
 /// written. Returns a sentence for each record that stands against it.

@@ -3,6 +3,7 @@
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "materials/material_changes.h"
 #include "materials/material_texts.h"
 #include "store/data_folder.h"
 #include "store/steady_reading.h"
@@ -42,9 +43,11 @@ Done SetPollutantNumbers(MaterialRecord& material, std::string_view numbers, std
     return Success();
 }
 
-Result<std::int16_t> WriteMaterial(const DataFiles& data, const MaterialEntry& entry,
-                                   std::optional<std::int16_t> materialId,
-                                   std::unique_ptr<RecordFile> openFile) {
+using StoredMaterial = StoredRecord<MaterialRecord>;
+
+Result<StoredMaterial> WriteMaterial(const DataFiles& data, const MaterialEntry& entry,
+                                     std::optional<std::int16_t> materialId,
+                                     std::unique_ptr<RecordFile> openFile, bool keepsBefore) {
     MaterialRecord material{.MaterialId = materialId.value_or(0),
                             .CustomId = std::string(Trim(entry.CustomId)),
                             .MaterialType = entry.MaterialType,
@@ -60,14 +63,15 @@ Result<std::int16_t> WriteMaterial(const DataFiles& data, const MaterialEntry& e
     if (numbers) numbers = SetPollutantNumbers(material, entry.Factors, "emission factor", PollutantFactors);
     if (!numbers) return numbers.error();
     // The caller's file is locked: opening it once more would wait for that lock in vain.
-    if (openFile) return WriteRecord(*openFile, MaterialLayout, material, &MaterialRecord::MaterialId);
+    if (openFile)
+        return WriteRecord(*openFile, MaterialLayout, material, &MaterialRecord::MaterialId, keepsBefore);
     Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
-    return WriteRecord(*file, MaterialLayout, material, &MaterialRecord::MaterialId);
+    return WriteRecord(*file, MaterialLayout, material, &MaterialRecord::MaterialId, keepsBefore);
 }
 
-/// False if there is no such live record.
-Result<bool> MarkAsDeleted(const DataFiles& data, std::int16_t materialId) {
+/// Empty if there is no such live record.
+Result<std::optional<StoredMaterial>> MarkAsDeleted(const DataFiles& data, std::int16_t materialId) {
     Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
     return MarkLiveRecordAsDeleted(*file, MaterialLayout, materialId, &MaterialRecord::MaterialId,
@@ -112,7 +116,11 @@ bool FindMaterials(AppContext& app, const MaterialFilter& filter, std::vector<Ma
 
 Failed SaveMaterial(AppContext& app, const MaterialEntry& entry, std::optional<std::int16_t> materialId,
                     std::unique_ptr<RecordFile> openFile) {
-    return ShowFailure(app, WriteMaterial(app, entry, materialId, std::move(openFile)));
+    const Result<StoredMaterial> stored =
+        WriteMaterial(app, entry, materialId, std::move(openFile), app.Changes != nullptr);
+    if (ShowFailure(app, stored)) return true;
+    NoteMaterial(app, stored->IsNew ? "add" : "edit", *stored);
+    return false;
 }
 
 Failed DeleteMaterial(AppContext& app, std::int16_t materialId, const MaterialIsUsed& isUsed) {
@@ -122,8 +130,10 @@ Failed DeleteMaterial(AppContext& app, std::int16_t materialId, const MaterialIs
         ShowInformation(app, MaterialTexts::MaterialIsUsed);
         return true;
     }
-    const Result<bool> deleted = MarkAsDeleted(app, materialId);
-    return ShowFailure(app, deleted) || !*deleted; // true also if there was nothing to delete
+    const Result<std::optional<StoredMaterial>> deleted = MarkAsDeleted(app, materialId);
+    if (ShowFailure(app, deleted) || !*deleted) return true; // also if there was nothing to delete
+    NoteMaterial(app, "delete", **deleted);
+    return false;
 }
 
 std::string MaterialListText(const MaterialRecord& material) {

@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "store/data_folder.h"
 #include "store/record_file.h"
+#include "store/record_history.h"
 #include "store/steady_reading.h"
 
 namespace mact {
@@ -24,6 +25,26 @@ bool Passes(const CompanyFilter& filter, const CompanyRecord& company) {
     return company.Active;
 }
 
+constexpr RecordMembers<CompanyRecord> Members{"company", &CompanyRecord::CompanyId, &CompanyRecord::Active};
+
+/// Deleted ones too: their numbers lead to this company. Also if that is unclear.
+bool HasRecords(const DataFiles& data) {
+    const auto isEmpty = [](const std::filesystem::path& path) {
+        std::error_code error;
+        const auto length = std::filesystem::file_size(path, error);
+        return error ? error == std::errc::no_such_file_or_directory : length == 0;
+    };
+    return !isEmpty(MaterialsFile(data)) || !isEmpty(UsageFile(data));
+}
+
+Result<StoredRecord<CompanyRecord>> WriteCompany(const DataFiles& data, const CompanyRecord& company,
+                                                 bool keepsBefore) {
+    Result<RecordFile> file =
+        RecordFile::OpenForWriting(data.Files, CompaniesFile(data), CompanyLayout.SlotLength());
+    if (!file) return file.error();
+    return WriteRecord(*file, CompanyLayout, company, &CompanyRecord::CompanyId, keepsBefore);
+}
+
 } // namespace
 
 Result<std::vector<CompanyRecord>> ReadCompanies(const DataFiles& data, const CompanyFilter& filter) {
@@ -39,16 +60,39 @@ bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<Com
     return !results.empty();
 }
 
-Result<std::int16_t> WriteCompany(const DataFiles& data, const CompanyRecord& company) {
+Done StoreCompany(AppContext& app, const CompanyRecord& company) {
+    const Result<StoredRecord<CompanyRecord>> stored = WriteCompany(app, company, app.Changes != nullptr);
+    if (!stored) return stored.error();
+    NoteChanges<CompanyRecord>(app, {.Kind = HistoryKind::Companies},
+                               (stored->IsNew ? "add " : "edit ") +
+                                   Utf8FromCodePage(Trim(stored->Record.CompanyName)),
+                               {*stored}, Members, ChangeCompanies);
+    return Success();
+}
+
+Result<CompanyOutcome> ChangeCompanies(const DataFiles& data, const std::vector<CompanyChange>& changes,
+                                       const RecordIsUsed& isUsed) {
     Result<RecordFile> file =
         RecordFile::OpenForWriting(data.Files, CompaniesFile(data), CompanyLayout.SlotLength());
     if (!file) return file.error();
-    return WriteRecord(*file, CompanyLayout, company, &CompanyRecord::CompanyId);
+    RecordChanger changer(*file, CompanyLayout, Members, changes);
+    const Done looked = changer.Look([](std::int16_t, const CompanyRecord&) {});
+    if (!looked) return looked.error();
+    for (std::size_t index = 0; index < changes.size(); ++index) {
+        const CompanyRecord& company = changes[index].Record;
+        if (company.Active || changer.IsRefused(index)) continue;
+        const Result<bool> used = isUsed(company.CompanyId);
+        if (!used) return used.error();
+        if (*used) changer.Refuse(index, "it is the current company");
+        if (HasRecords(DataFiles(data.Files, data.Folder, company.CompanyId)))
+            changer.Refuse(index, "it has materials or usage by now");
+    }
+    return changer.Finish();
 }
 
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,
                          std::optional<std::int16_t> companyId) {
-    const Result<std::int16_t> written = WriteCompany(
+    const Done written = StoreCompany(
         app, {.CompanyId = companyId.value_or(0), .CompanyName = name, .CompanyLocation = location});
     ShowFailure(app, written);
     // 0 after a failure too, on purpose.
@@ -57,7 +101,10 @@ std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::st
 
 Result<std::int16_t> AddNewCompany(const DataFiles& data, const std::string& name,
                                    const std::string& location) {
-    return WriteCompany(data, {.CompanyName = name, .CompanyLocation = location});
+    const Result<StoredRecord<CompanyRecord>> stored =
+        WriteCompany(data, {.CompanyName = name, .CompanyLocation = location}, false);
+    if (!stored) return stored.error();
+    return stored->Record.CompanyId;
 }
 
 void FillCompanyList(ListLines& list, const std::vector<CompanyRecord>& records) {

@@ -3,6 +3,7 @@
 #include "base/app_context.h"
 #include "base/list_lines.h"
 #include "store/data_folder.h"
+#include "store/record_changes.h"
 #include "store/record_layout.h"
 
 #include <optional>
@@ -13,7 +14,7 @@
 namespace mact {
 
 /// The companies and locations that this installation serves, in data/companies.talvor. One of them is
-/// current, and remembered in the settings. Companies are never deleted.
+/// current, and remembered in the settings. Companies are never deleted; only adding one can be taken back.
 ///
 /// FindCompanies and SaveCompany show a failure once (ShowError), and FindCompanies goes on as if the file
 /// were empty. The others return it, but RestoreCompany looks the company up with FindCompanies.
@@ -50,8 +51,17 @@ Result<std::vector<CompanyRecord>> ReadCompanies(const DataFiles& data, const Co
 /// Fills `results` in file order and returns true; empties it and returns false if nothing matches.
 bool FindCompanies(AppContext& app, const CompanyFilter& filter, std::vector<CompanyRecord>& results);
 
-/// Overwrites company `company.CompanyId` or, if that is 0, appends a new one. Returns its number.
-Result<std::int16_t> WriteCompany(const DataFiles& data, const CompanyRecord& company);
+/// Overwrites company `company.CompanyId` or, if that is 0, appends a new one, and notes it, so that it can
+/// be taken back.
+Done StoreCompany(AppContext& app, const CompanyRecord& company);
+
+using CompanyChange = RecordChange<CompanyRecord>;
+using CompanyOutcome = ChangeOutcome<CompanyRecord>;
+/// Makes all of the changes or none. One is refused if the company that it replaces is not as it was read, or
+/// if it marks a company as deleted that `isUsed` says is in use, or that has records of its own by now. On
+/// disk when it returns and has refused none.
+Result<CompanyOutcome> ChangeCompanies(const DataFiles& data, const std::vector<CompanyChange>& changes,
+                                       const RecordIsUsed& isUsed);
 
 /// Overwrites company `companyId` or, without a number, appends a new one. Returns 0 even after a failure:
 /// callers find the company by listing the file again.

@@ -29,6 +29,13 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
     connect(m_ui->cmd_Switch, &QPushButton::clicked, this, &frmCompany::Select_Company);
     connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmCompany::EditCompany);
     connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmCompany::SaveEntry);
+    m_ui->cmd_Undo->Bind(app, {.Whose = [] { return HistoryOf{.Kind = HistoryKind::Companies}; },
+                               .IsUsed = [this]() -> RecordIsUsed {
+                                   return [this](std::int16_t companyId) -> Result<bool> {
+                                       return companyId == m_app.CurrentCompanyId;
+                                   };
+                               },
+                               .Reload = [this] { FillList(); }});
     FillList();
     ShowCurrentCompany();
     Enable_Button();
@@ -39,10 +46,10 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
 frmCompany::~frmCompany() = default;
 
 void frmCompany::FillList() {
-    std::vector<CompanyRecord> companies;
-    if (!FindCompanies(m_app, {}, companies)) return; // none, or the failure has been shown
+    const Result<std::vector<CompanyRecord>> companies = ReadCompanies(m_app);
+    if (ShowFailure(m_app, companies)) return;
     ListLines lines;
-    FillCompanyList(lines, companies);
+    FillCompanyList(lines, *companies);
     ShowLines(*m_ui->lst_Companies, lines);
     EnableListButtons();
 }
@@ -99,14 +106,15 @@ void frmCompany::SaveEntry() {
     // The boxes are emptied even after a failure. The current company keeps its old name until it is selected
     // again.
     const std::int16_t edited = ParseInt16(m_ui->lbl_Id->text().toStdString()).value_or(0);
-    const Result<std::int16_t> written =
-        WriteCompany(m_app, {.CompanyId = edited, .CompanyName = name, .CompanyLocation = location});
+    const Done written =
+        StoreCompany(m_app, {.CompanyId = edited, .CompanyName = name, .CompanyLocation = location});
     m_ui->lbl_Id->clear(); // what is typed next is a new company
     m_ui->FrameCompany->setTitle(QStringLiteral("New company"));
     m_ui->txt_CompanyName->clear();
     m_ui->txt_CompanyLocation->clear();
     // Not listed again after a failure: reading may meet the same fault, which is to be told once.
     if (!ShowFailure(m_app, written)) FillList();
+    m_ui->cmd_Undo->ShowStep();
     m_ui->lst_Companies->setFocus(); // cmd_Save, disabled by now, may have had it
 }
 

@@ -37,6 +37,7 @@ public:
     }
     /// Returns once everything written is on the disk, to stay there.
     Done Finish() { return m_file.FinishAppending(); }
+    RecordFile& File() { return m_file; }
 
 private:
     RecordFile m_file;

@@ -97,7 +97,7 @@ public:
             if (IsRefused(index)) outcome.Refused.push_back({index, m_reasons[index]});
         if (!outcome.Refused.empty()) return outcome;
 
-        std::vector<NewSlot> slots;
+        std::vector<NewSlot> newSlots;
         std::size_t appended = 0;
         for (const RecordChange<Type>& change : m_changes) {
             Type& record = outcome.Stored.emplace_back(change.Record);
@@ -107,10 +107,10 @@ public:
                 if (!next) return next.error();
                 record.*m_members.Number = *next;
             }
-            NewSlot& slot = slots.emplace_back(NewSlot{record.*m_members.Number, Pack(m_layout, record)});
+            NewSlot& slot = newSlots.emplace_back(NewSlot{record.*m_members.Number, Pack(m_layout, record)});
             if (!isNew) slot.Bytes.resize(m_layout.PackedLength());
         }
-        const Done written = m_file.WriteSlots(std::move(slots));
+        const Done written = m_file.WriteSlots(std::move(newSlots));
         if (!written) return written.error();
         return outcome;
     }
@@ -166,22 +166,6 @@ std::vector<RecordChange<Type>> Undeletions(const std::vector<Type>& deleted, bo
         *change.AsRead.*active = false;
     }
     return changes;
-}
-
-/// The changes that take back what was done: `stored` are the records that `changes` led to. Appended ones
-/// are marked as deleted.
-template <class Type>
-std::vector<RecordChange<Type>> Reversed(const std::vector<RecordChange<Type>>& changes,
-                                         const std::vector<Type>& stored, bool Type::*active) {
-    std::vector<RecordChange<Type>> reversed;
-    reversed.reserve(changes.size());
-    for (std::size_t index = 0; index < changes.size(); ++index) {
-        RecordChange<Type>& change = reversed.emplace_back();
-        change.AsRead = stored[index];
-        change.Record = changes[index].AsRead.value_or(stored[index]);
-        if (!changes[index].AsRead) change.Record.*active = false;
-    }
-    return reversed;
 }
 
 /// Each refused change as a failure: "Cannot bring back usage record 3: it is not deleted."

@@ -140,6 +140,16 @@ Done RecordFile::Flush() {
     return m_file->Flush(); // a full disk may show only here
 }
 
+Result<std::string> RecordFile::ReadSlot(std::int16_t number) {
+    if (number < 1 || number > m_count)
+        return Failure{"read record " + std::to_string(number) + " of the file", m_path,
+                       "it has " + std::to_string(m_count) + " records"};
+    std::string chunk;
+    const Result<std::string_view> bytes = ReadChunk(number, chunk);
+    if (!bytes) return bytes.error();
+    return std::string(bytes->substr(0, m_slotLength));
+}
+
 std::optional<Failure> RecordFile::CannotWrite(int number, int count) const {
     if (number >= 1 && number <= count + 1) return std::nullopt;
     return Failure{"write record " + std::to_string(number) + " of the file", m_path,

@@ -68,6 +68,8 @@ public:
         }
         return Success();
     }
+    /// What is in slot `number`, or a Failure.
+    Result<std::string> ReadSlot(std::int16_t number);
     /// Overwrites a slot, or appends one if `number` is Count() + 1; a number beyond that is a Failure. On
     /// disk when it succeeds. A write that fails is undone; if the Failure says that it could not be, the
     /// undo file stays, and the next to open the file takes the write back.
@@ -75,7 +77,7 @@ public:
     /// The same for several slots at once: all of them are written, or none. No two may have the same number.
     /// Of those that are there, which may be given without their end, only the bytes that differ are written,
     /// so that one undo file has room for small changes of all records of a full file.
-    Done WriteSlots(std::vector<NewSlot> slots);
+    Done WriteSlots(std::vector<NewSlot> newSlots);
     /// Appends whole slots, which stay only once FinishAppending has been called: until then the undo file
     /// takes them back. After a failure Count includes those that reached the file, and no piece of another
     /// one is left, or the Failure says that it could not be taken back.
@@ -146,6 +148,17 @@ private:
     std::optional<std::int64_t> m_time{}; ///< when the file had last changed before it
 };
 
+/// The record in slot `number`; empty if it cannot be read.
+template <class Record, class... Types>
+std::optional<Record> ReadRecordAt(RecordFile& file, const RecordLayout<Record, Types...>& layout,
+                                   std::int16_t number) {
+    const Result<std::string> slot = file.ReadSlot(number);
+    if (!slot) return std::nullopt;
+    Record record;
+    Unpack(layout, *slot, record);
+    return record;
+}
+
 /// Calls `visit` with each record, in file order. The record is reused: copy or move out what must last.
 template <class Record, class... Types, class Visitor>
 Done ForEachRecord(RecordFile& file, const RecordLayout<Record, Types...>& layout, const Visitor& visit) {
@@ -185,27 +198,42 @@ Result<std::vector<Record>> ReadRecords(RecordFile& file, const RecordLayout<Rec
     return records;
 }
 
-/// Writes `record` into slot `record.*number` or, if that is 0, into the next new one. Returns its number.
+/// A record that was written, and what was there.
+template <class Type> struct StoredRecord {
+    Type Record{};
+    std::optional<Type> Before{}; ///< empty if it is new, or if it could not be read or was not asked for
+    bool IsNew = false;
+};
+
+/// Writes `record` into slot `record.*number` or, if that is 0, into the next new one; then it gets its
+/// number. Only if it `keepsBefore` is a record that is overwritten read first.
 template <class Record, class... Types>
-Result<std::int16_t> WriteRecord(RecordFile& file, const RecordLayout<Record, Types...>& layout,
-                                 Record record, std::int16_t Record::*number) {
-    if (record.*number == 0) {
+Result<StoredRecord<Record>> WriteRecord(RecordFile& file, const RecordLayout<Record, Types...>& layout,
+                                         Record record, std::int16_t Record::*number, bool keepsBefore) {
+    StoredRecord<Record> stored{std::move(record)};
+    std::int16_t& slot = stored.Record.*number;
+    if (slot == 0) {
         const Result<std::int16_t> next = file.NextNumber();
         if (!next) return next.error();
-        record.*number = *next;
+        slot = *next;
+        stored.IsNew = true;
+    } else if (keepsBefore) {
+        stored.Before = ReadRecordAt(file, layout, slot);
     }
     // No search: only in a damaged file is a record in any slot but that of its number.
-    const Done written = file.WriteSlot(record.*number, Pack(layout, record));
+    const Done written = file.WriteSlot(slot, Pack(layout, stored.Record));
     if (!written) return written.error();
-    return record.*number;
+    return stored;
 }
 
 /// Clears the Active flag of live record `id`. Its other fields keep their bytes; those after the last field
-/// become zero. False if there is no such live record.
+/// become zero. Empty if there is no such live record.
 template <class Record, class... Types>
-Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record, Types...>& layout,
-                                     std::int16_t id, std::int16_t Record::*number, bool Record::*active) {
-    Record record;
+Result<std::optional<StoredRecord<Record>>>
+MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record, Types...>& layout, std::int16_t id,
+                        std::int16_t Record::*number, bool Record::*active) {
+    StoredRecord<Record> stored;
+    Record& record = stored.Record;
     std::int16_t foundIn = 0;
     const Done searched = file.ForEachSlot([&](std::int16_t slotNumber, std::string_view slot) {
         Unpack(layout, slot, record);
@@ -213,12 +241,13 @@ Result<bool> MarkLiveRecordAsDeleted(RecordFile& file, const RecordLayout<Record
         return foundIn == 0; // stops with the found record in `record`
     });
     if (!searched) return searched.error();
-    if (foundIn == 0) return false;
+    if (foundIn == 0) return std::optional<StoredRecord<Record>>();
     // Unpacking drops the spaces at the end of a text and packing restores them, so no other field changes.
     // Written where it was found: in a damaged file slot `id` may hold another record.
+    stored.Before = record;
     record.*active = false;
     const Done written = file.WriteSlot(foundIn, Pack(layout, record));
     if (!written) return written.error();
-    return true;
+    return std::optional(std::move(stored));
 }
 } // namespace mact

@@ -52,6 +52,8 @@ public:
     /// and the first of the log.
     Done Finish();
     const ImportCounts& Counts() const { return m_counts; }
+    /// The data file, to be read after Finish.
+    RecordFile& File() { return m_records.File(); }
 
 private:
     /// The state before a line whose record is still buffered.

@@ -1,5 +1,6 @@
 #include "transfer/import_run.h"
 
+#include "base/text.h"
 #include "base/text_lines.h"
 #include "transfer/transfer_guards.h"
 
@@ -53,10 +54,13 @@ Done Import(FileAccess& files, const ImportJob& job, const TransferWatcher& watc
     const Done prepared = job.Prepare(*records);
     if (!prepared) return prepared;
 
+    const std::int16_t before = records->Count();
     ImportOutput output(std::move(*records), std::move(*log));
     const Done imported = ImportLines(job, **source, output, watcher);
     const Done finished = output.Finish(); // in any case: the lines before a failure are kept
     counts = output.Counts();
+    if (job.Imported && output.File().Count() > before)
+        job.Imported(output.File(), static_cast<std::int16_t>(before + 1));
     return Both(imported, finished);
 }
 
@@ -69,5 +73,9 @@ Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& w
     processedCount = counts.Processed;
     errorCount = counts.Errors;
     return imported;
+}
+
+std::string NameOfImport(const std::filesystem::path& source, std::size_t records) {
+    return "import \"" + Printable(PathText(source.filename())) + "\" (" + Counted(records, "record") + ')';
 }
 } // namespace mact

@@ -21,6 +21,8 @@ struct ImportJob {
     std::function<Done(RecordFile& dataFile)> Prepare;
     /// True if the line was rejected, false if it was stored.
     std::function<Result<bool>(const ImportedLine& line, ImportOutput& output)> ImportLine;
+    /// Called at the end, with the data file still locked: the records from number `first` on are new.
+    std::function<void(RecordFile& dataFile, std::int16_t first)> Imported{};
 };
 
 /// Runs the import with the data file locked. Sets the counts even if it fails: those reached by then.
@@ -41,6 +43,24 @@ std::optional<std::array<std::string_view, Count>> SplitFields(std::string_view 
     fields.back() = line;
     return fields;
 }
+
+/// The records from number `first` on, for the history.
+template <class Record, class... Types>
+std::vector<StoredRecord<Record>> NewRecords(RecordFile& file, const RecordLayout<Record, Types...>& layout,
+                                             std::int16_t first) {
+    std::vector<StoredRecord<Record>> records;
+    const Done read = file.ForEachSlot([&](std::int16_t number, std::string_view slot) {
+        if (number < first) return true;
+        StoredRecord<Record>& stored = records.emplace_back();
+        Unpack(layout, slot, stored.Record);
+        stored.IsNew = true;
+        return true;
+    });
+    if (!read) records.clear(); // it then cannot be taken back
+    return records;
+}
+/// What an import is called when it is taken back: import "usage.txt" (187 records).
+std::string NameOfImport(const std::filesystem::path& source, std::size_t records);
 
 /// Splits the line into `checked.Fields` and calls `check`, which returns the first error's message or an
 /// empty text. False if the line was rejected; it has then been logged.

@@ -3,6 +3,7 @@
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "materials/material_changes.h"
 #include "materials/material_record.h"
 #include "store/data_folder.h"
 #include "store/material_types.h"
@@ -102,7 +103,8 @@ Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, Import
 std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
                                 int& errorCount, const TransferWatcher& watcher) {
     MaterialImport import;
-    const ImportJob job{
+    std::vector<StoredRecord<MaterialRecord>> stored;
+    ImportJob job{
         .Source = source,
         .Log = ImportErrorLog(app, TransferModule::Materials),
         .DataFile = MaterialsFile(app),
@@ -111,7 +113,12 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
         .ImportLine = [&](const ImportedLine& line,
                           ImportOutput& output) { return import.ImportMaterialLine(line, output); },
     };
+    if (app.Changes)
+        job.Imported = [&](RecordFile& file, std::int16_t first) {
+            stored = NewRecords(file, MaterialLayout, first);
+        };
     ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
+    if (!stored.empty()) NoteMaterials(app, NameOfImport(source, stored.size()), stored);
     return 0;
 }
 } // namespace mact

@@ -8,6 +8,7 @@
 #include "store/steady_reading.h"
 #include "transfer/import_run.h"
 #include "transfer/transfer_texts.h"
+#include "usage/usage_changes.h"
 #include "usage/usage_record.h"
 
 namespace mact {
@@ -121,7 +122,8 @@ Result<bool> UsageImport::ImportUsageLine(const ImportedLine& line, ImportOutput
 std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
                              int& errorCount, const TransferWatcher& watcher) {
     UsageImport import;
-    const ImportJob job{
+    std::vector<StoredRecord<UsageRecord>> stored;
+    ImportJob job{
         .Source = source,
         .Log = ImportErrorLog(app, TransferModule::Usage),
         .DataFile = UsageFile(app),
@@ -130,7 +132,12 @@ std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& sourc
         .ImportLine = [&](const ImportedLine& line,
                           ImportOutput& output) { return import.ImportUsageLine(line, output); },
     };
+    if (app.Changes)
+        job.Imported = [&](RecordFile& file, std::int16_t first) {
+            stored = NewRecords(file, UsageLayout, first);
+        };
     ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
+    if (!stored.empty()) NoteUsageTogether(app, NameOfImport(source, stored.size()), stored);
     return 0;
 }
 } // namespace mact

@@ -4,6 +4,7 @@
 #include "base/messages.h"
 #include "base/text.h"
 #include "materials/material_store.h"
+#include "store/record_history.h"
 #include "store/steady_reading.h"
 
 #include <optional>
@@ -58,18 +59,22 @@ std::string ReasonOfMonth(LiveKeys& months, const UsageChange& change) {
     return "usage record " + std::to_string(*holder) + " is of the same material and month";
 }
 
+/// Its Material ID, if that can be read.
+std::string NameOfMaterial(const DataFiles& data, std::int16_t materialId) {
+    const Result<MaterialIds> materialIds = ReadMaterialIds(data);
+    if (!materialIds || !(*materialIds)[materialId]) return "material " + std::to_string(materialId);
+    return Utf8FromCodePage(*(*materialIds)[materialId]);
+}
+
 /// Of what was refused, as one failure.
 Failure FailureOf(const DataFiles& data, const std::vector<UsageChange>& changes,
                   const std::vector<RefusedChange>& refused) {
     const RefusedChange& first = refused.front();
     const UsageRecord& record = changes[first.Change].Record;
-    std::string material = "material " + std::to_string(record.MaterialId);
-    const Result<MaterialIds> materialIds = ReadMaterialIds(data);
-    if (materialIds && (*materialIds)[record.MaterialId])
-        material = Utf8FromCodePage(*(*materialIds)[record.MaterialId]);
     std::string reason = first.Reason;
     if (refused.size() > 1) reason += ", and " + std::to_string(refused.size() - 1) + " more cannot be saved";
-    return {.Doing = "save the usage of " + material + " in " + Utf8FromCodePage(Trim(record.Period)),
+    return {.Doing = "save the usage of " + NameOfMaterial(data, record.MaterialId) + " in " +
+                     Utf8FromCodePage(Trim(record.Period)),
             .Reason = std::move(reason)};
 }
 
@@ -117,14 +122,40 @@ Result<UsageOutcome> ChangeUsage(const DataFiles& data, const std::vector<UsageC
     return changer.Finish();
 }
 
+void NoteUsageTogether(AppContext& app, std::string name,
+                       const std::vector<StoredRecord<UsageRecord>>& stored) {
+    NoteChanges<UsageRecord>(app, {HistoryKind::Usage, app.CurrentCompanyId}, std::move(name), stored,
+                             Members,
+                             [](const DataFiles& data, const std::vector<UsageChange>& changes,
+                                const RecordIsUsed&) { return ChangeUsage(data, changes); });
+}
+
+void NoteUsage(AppContext& app, std::string_view doing, const StoredRecord<UsageRecord>& stored) {
+    if (!app.Changes) return; // the materials need not be read
+    NoteUsageTogether(app,
+                      std::string(doing) + ' ' + NameOfMaterial(app, stored.Record.MaterialId) + " (" +
+                          Utf8FromCodePage(Trim(stored.Record.Period)) + ')',
+                      {stored});
+}
+
 Failed SaveUsageTogether(AppContext& app, const std::vector<UsageChange>& changes, UsageOutcome& outcome) {
     outcome = {};
     Result<UsageOutcome> written = ChangeUsage(app, changes);
     if (ShowFailure(app, written)) return true;
     outcome = std::move(*written);
-    if (outcome.Refused.empty()) return false;
-    ShowError(app, FailureOf(app, changes, outcome.Refused));
-    return true;
+    if (!outcome.Refused.empty()) {
+        ShowError(app, FailureOf(app, changes, outcome.Refused));
+        return true;
+    }
+    if (changes.empty()) return false;
+    std::vector<StoredRecord<UsageRecord>> stored;
+    for (std::size_t index = 0; index < changes.size(); ++index)
+        stored.push_back({outcome.Stored[index], changes[index].AsRead, changes[index].Record.UsageId == 0});
+    NoteUsageTogether(app,
+                      "sheet of " + Utf8FromCodePage(Trim(changes.front().Record.Period)) + " (" +
+                          Counted(stored.size(), "record") + ')',
+                      stored);
+    return false;
 }
 
 Result<std::vector<Failure>> UndeleteUsage(const DataFiles& data, const std::vector<UsageRecord>& seen) {

@@ -6,6 +6,7 @@
 #include "usage/usage_record.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace mact {
@@ -21,7 +22,14 @@ using UsageOutcome = ChangeOutcome<UsageRecord>;
 /// returns and has refused none. As with a save, another copy can delete the material at the same moment.
 Result<UsageOutcome> ChangeUsage(const DataFiles& data, const std::vector<UsageChange>& changes);
 
-/// The same; a failure and what was refused are shown, in one message. False if all are stored.
+/// Notes what was done with a record, so that it can be taken back, as in "delete PR-101 (3/2005)".
+void NoteUsage(AppContext& app, std::string_view doing, const StoredRecord<UsageRecord>& stored);
+/// The same of several records, under a name for all of them.
+void NoteUsageTogether(AppContext& app, std::string name,
+                       const std::vector<StoredRecord<UsageRecord>>& stored);
+
+/// As ChangeUsage, for a month's sheet; a failure and what was refused are shown, in one message. False if
+/// all are stored.
 [[nodiscard]] Failed SaveUsageTogether(AppContext& app, const std::vector<UsageChange>& changes,
                                        UsageOutcome& outcome);
 

@@ -7,6 +7,7 @@
 #include "store/data_folder.h"
 #include "store/record_file.h"
 #include "store/steady_reading.h"
+#include "usage/usage_changes.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -80,14 +81,16 @@ Result<RecordFile> OpenToWrite(const DataFiles& data) {
     return RecordFile::OpenForWriting(data.Files, UsageFile(data), UsageLayout.SlotLength());
 }
 
-Result<std::int16_t> WriteUsage(const DataFiles& data, UsageRecord record) {
+using StoredUsage = StoredRecord<UsageRecord>;
+
+Result<StoredUsage> WriteUsage(const DataFiles& data, UsageRecord record, bool keepsBefore) {
     record.Active = true; // whatever the caller passed
     Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
-    return WriteRecord(*file, UsageLayout, record, &UsageRecord::UsageId);
+    return WriteRecord(*file, UsageLayout, std::move(record), &UsageRecord::UsageId, keepsBefore);
 }
 
-Result<bool> MarkAsDeleted(const DataFiles& data, std::int16_t usageId) {
+Result<std::optional<StoredUsage>> MarkAsDeleted(const DataFiles& data, std::int16_t usageId) {
     Result<RecordFile> file = OpenToWrite(data);
     if (!file) return file.error();
     return MarkLiveRecordAsDeleted(*file, UsageLayout, usageId, &UsageRecord::UsageId, &UsageRecord::Active);
@@ -135,12 +138,26 @@ bool FindUsage(AppContext& app, const UsageFilter& filter, std::vector<UsageReco
 }
 
 Failed SaveUsage(AppContext& app, const UsageRecord& record) {
-    return ShowFailure(app, WriteUsage(app, record));
+    const Result<StoredUsage> stored = WriteUsage(app, record, app.Changes != nullptr);
+    if (ShowFailure(app, stored)) return true;
+    NoteUsage(app, stored->IsNew ? "add" : "edit", *stored);
+    return false;
 }
 
 Failed DeleteUsage(AppContext& app, std::int16_t usageId) {
-    const Result<bool> deleted = MarkAsDeleted(app, usageId);
-    return ShowFailure(app, deleted) || !*deleted; // true also if there was nothing to delete
+    const Result<std::optional<StoredUsage>> deleted = MarkAsDeleted(app, usageId);
+    if (ShowFailure(app, deleted) || !*deleted) return true; // also if there was nothing to delete
+    NoteUsage(app, "delete", **deleted);
+    return false;
+}
+
+Result<std::unordered_set<std::int16_t>> ReadUsedMaterials(const DataFiles& data) {
+    const Result<std::vector<UsageRecord>> usage = ReadUsage(data);
+    if (!usage) return usage.error();
+    std::unordered_set<std::int16_t> used;
+    for (const UsageRecord& record : *usage)
+        used.insert(record.MaterialId);
+    return used;
 }
 
 Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId) {

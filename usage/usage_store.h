@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace mact {
@@ -49,6 +50,8 @@ Done VisitUsage(const DataFiles& data, const std::function<void(const UsageRecor
 /// Marks the live record as deleted. True also if there is no such record.
 [[nodiscard]] Failed DeleteUsage(AppContext& app, std::int16_t usageId);
 
+/// The materials to which live usage records refer.
+Result<std::unordered_set<std::int16_t>> ReadUsedMaterials(const DataFiles& data);
 /// Whether a live usage record refers to the material.
 Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId);
 

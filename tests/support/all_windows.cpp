@@ -17,6 +17,7 @@
 #include "overview/frm_trace.h"
 #include "overview/frm_what_if.h"
 #include "reports/frm_reports.h"
+#include "store/companies.h"
 #include "store/frm_company.h"
 #include "store/frm_extra_pollutants_names.h"
 #include "store/frm_material_types.h"
@@ -25,6 +26,7 @@
 #include "transfer/frm_export.h"
 #include "transfer/frm_import.h"
 #include "usage/frm_usage.h"
+#include "usage/usage_store.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -73,6 +75,26 @@ void OpenMainWithWarning(AppContext& app, QWidget*) {
 void OpenMainWithoutCompany(AppContext& app, QWidget* parent) {
     app.CurrentCompanyId = 0;
     OpenMain(app, parent);
+}
+
+/// With something to take back.
+void OpenUsageAfterDelete(AppContext& app, QWidget* parent) {
+    History changes;
+    app.Changes = &changes;
+    if (DeleteUsage(app, 1)) qFatal("The usage was not deleted");
+    ShowUsageList(app, parent);
+    app.Changes = nullptr;
+}
+
+void OpenCompaniesAfterEdit(AppContext& app, QWidget* parent) {
+    History changes;
+    app.Changes = &changes;
+    if (!StoreCompany(
+            app,
+            {.CompanyId = app.CurrentCompanyId, .CompanyName = "Boats & more", .CompanyLocation = "Dock 1"}))
+        qFatal("The company was not saved");
+    ShowCompanies(app, parent);
+    app.Changes = nullptr;
 }
 
 void OpenErrorLog(AppContext& app, QWidget* parent) {
@@ -287,6 +309,8 @@ const std::vector<WindowState>& AllWindows() {
         {"frmList_materials",                 ShowMaterialList,           AsItOpens         },
         {"frmList_usage",                     ShowUsageList,              AsItOpens         },
         {"frmList_usage_filtered",            ShowUsageList,              FilterUsage       },
+        {"frmList_usage_undo",                OpenUsageAfterDelete,       AsItOpens         },
+        {"frmCompany_undo",                   OpenCompaniesAfterEdit,     AsItOpens         },
         {"frmMaterial_new",                   OpenNewMaterial,            AsItOpens         },
         {"frmMaterial_edit",                  OpenMaterial,               GiveEmissionFactor},
         {"frmMaterial_filled",                OpenFilledMaterial,         AsItOpens         },

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "base/result.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace mact {
+
+struct AppContext;
+
+/// What was done to records since the program started, so that it can be taken back and done again. Each list
+/// has a history of its own, which is forgotten when the program ends.
+
+enum class HistoryKind { Materials, Usage, Companies };
+
+/// Whose history: for materials and usage also of which company.
+struct HistoryOf {
+    HistoryKind Kind = HistoryKind::Materials;
+    std::int16_t CompanyId = 0; ///< 0 for companies
+    auto operator<=>(const HistoryOf&) const = default;
+};
+
+/// Whether something refers to the record of this number, which then must not go; a Failure if unclear. A
+/// callback, since what refers to a record lies above its store.
+using RecordIsUsed = std::function<Result<bool>(std::int16_t number)>;
+
+/// Why nothing was done: a clause for each record, UTF-8, without a full stop. Empty = done.
+using Reasons = std::vector<std::string>;
+
+/// Something that was done, all or nothing, as it is taken back and done again.
+struct HistoryStep {
+    std::string Name{};    ///< UTF-8, as in "delete PR-101 (3/2005)"
+    bool HasAdded = false; ///< records were added: taken back, they are marked as deleted
+    using Action = std::function<Result<Reasons>(const AppContext&, const RecordIsUsed&)>;
+    Action TakeBack{};
+    Action DoAgain{};
+};
+
+class History {
+public:
+    /// What was taken back before cannot be done again from then on.
+    void Note(const HistoryOf& whose, HistoryStep step);
+    /// The step that Undo takes back next, or that Redo does again; null if there is none.
+    const HistoryStep* ToUndo(const HistoryOf& whose) const;
+    const HistoryStep* ToRedo(const HistoryOf& whose) const;
+    /// A step that is refused or fails stays where it is. There must be one.
+    Result<Reasons> Undo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed);
+    Result<Reasons> Redo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed);
+    /// To be called when the files are not the same any more.
+    void Clear() { m_steps.clear(); }
+
+private:
+    struct Steps {
+        std::vector<HistoryStep> Done{};
+        std::vector<HistoryStep> TakenBack{};
+    };
+    struct Move {
+        std::vector<HistoryStep>& From;
+        std::vector<HistoryStep>& To;
+        HistoryStep::Action HistoryStep::*Action;
+    };
+    static Result<Reasons> Make(const Move& move, const AppContext& app, const RecordIsUsed& isUsed);
+
+    std::map<HistoryOf, Steps> m_steps;
+};
+} // namespace mact

@@ -1,0 +1,104 @@
+#include "dialogs/undo_button.h"
+
+#include "base/messages.h"
+#include "dialogs/dialog_routines.h"
+
+#include <QShortcut>
+#include <QStyle>
+#include <QStyleOptionButton>
+
+#include <algorithm>
+
+namespace mact {
+namespace {
+
+constexpr std::size_t MostReasons = 3; // in one message
+
+std::string Joined(const Reasons& reasons) {
+    std::string joined;
+    for (std::size_t index = 0; index < std::min(reasons.size(), MostReasons); ++index)
+        joined += (index > 0 ? "; " : "") + reasons[index];
+    if (reasons.size() > MostReasons)
+        joined += "; and " + std::to_string(reasons.size() - MostReasons) + " more";
+    return joined;
+}
+
+} // namespace
+
+UndoButton::UndoButton(QWidget* parent) : QPushButton(parent) {
+    setText(QStringLiteral("&Undo"));
+    setAutoDefault(false);
+    // Whatever its text, it takes the width that there is.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    hide();
+    connect(this, &QPushButton::clicked, this, &UndoButton::Undo);
+}
+
+void UndoButton::Bind(AppContext& app, List list) {
+    m_app = &app;
+    m_list = std::move(list);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), window()), &QShortcut::activated, this,
+            &UndoButton::Undo);
+    for (const QKeySequence& keys :
+         {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)})
+        connect(new QShortcut(keys, window()), &QShortcut::activated, this, &UndoButton::Redo);
+    ShowStep();
+}
+
+void UndoButton::ShowStep() {
+    if (!m_app->Changes) return;
+    const HistoryStep* const undo = m_app->Changes->ToUndo(m_list.Whose());
+    const HistoryStep* const redo = m_app->Changes->ToRedo(m_list.Whose());
+    m_text = undo ? QStringLiteral("Undo: ") + FromUtf8(undo->Name) : QStringLiteral("Undo: nothing left");
+    QString toolTip = m_text;
+    if (undo) toolTip += QStringLiteral(" (Ctrl+Z).");
+    if (undo && undo->HasAdded)
+        toolTip += QStringLiteral(" The records are marked as deleted: their numbers are not used again, "
+                                  "and exports still contain them, as all deleted records.");
+    if (redo) toolTip += QStringLiteral(" Ctrl+Y does again: ") + FromUtf8(redo->Name) + '.';
+    setToolTip(ToolTipOf(toolTip));
+    setAccessibleName(m_text);
+    setAccessibleDescription(toolTip);
+    // Otherwise the focus would go on to a box, which takes Ctrl+Z and Ctrl+Y for itself.
+    if (!undo && window()->focusWidget() == this) focusPreviousChild();
+    setEnabled(undo != nullptr);
+    setVisible(undo || redo);
+    ElideText();
+}
+
+void UndoButton::resizeEvent(QResizeEvent* event) {
+    QPushButton::resizeEvent(event);
+    ElideText();
+}
+
+void UndoButton::ElideText() {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    const int room = style()->subElementRect(QStyle::SE_PushButtonContents, &option, this).width();
+    QString shown = fontMetrics().elidedText(m_text, Qt::ElideRight, room);
+    shown.replace('&', QStringLiteral("&&"));
+    if (shown.startsWith('U')) shown.prepend('&');
+    if (shown != text()) setText(shown);
+}
+
+void UndoButton::Undo() {
+    Make(&History::Undo, "undo", m_app->Changes ? m_app->Changes->ToUndo(m_list.Whose()) : nullptr);
+}
+
+void UndoButton::Redo() {
+    Make(&History::Redo, "do again", m_app->Changes ? m_app->Changes->ToRedo(m_list.Whose()) : nullptr);
+}
+
+void UndoButton::Make(Move make, const char* doing, const HistoryStep* step) {
+    if (!step) return;
+    const std::string what = std::string(doing) + " \"" + step->Name + '"'; // the step is about to move
+    const Result<Reasons> reasons = (m_app->Changes->*make)(m_list.Whose(), *m_app, m_list.IsUsed());
+    if (ShowFailure(*m_app, reasons)) return;
+    if (!reasons->empty()) {
+        ShowError(*m_app, {.Doing = what, .Reason = Joined(*reasons)});
+        return;
+    }
+    m_list.Reload();
+    ShowStep();
+}
+} // namespace mact

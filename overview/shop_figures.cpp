@@ -1,5 +1,6 @@
 #include "overview/shop_figures.h"
 
+#include "base/by_number.h"
 #include "base/text.h"
 #include "materials/units.h"
 #include "overview/window_sums.h"
@@ -129,10 +130,16 @@ double UsedMaterial::Megagrams() const {
 }
 
 ShopFigures::ShopFigures(const ShopRecords& shop, std::optional<MonthNumber> start)
-    : m_shop(shop), m_start(start) {
+    : m_shop(shop), m_givenStart(start) {
     PrepareLines();
-    SortUsage();
     PrepareMaterials();
+    TakeUsage();
+}
+
+void ShopFigures::TakeUsage() {
+    SortUsage();
+    FindUses();
+    m_start = m_givenStart;
     if (!m_start && !m_entered.empty()) m_start = m_entered.front();
 }
 
@@ -160,7 +167,9 @@ void ShopFigures::SortUsage() {
     std::iota(places.begin(), places.end(), std::size_t{0});
     // Stable, since the last digits of a sum depend on the order of its terms.
     std::ranges::stable_sort(places, {}, [&](std::size_t place) { return m_shop.Usage[place].MaterialId; });
+    m_uses.clear();
     m_uses.reserve(places.size());
+    m_entered.clear();
     for (const std::size_t place : places) {
         const std::string& period = m_shop.Usage[place].Period;
         const auto [first, last] = WindowsOf(period);
@@ -183,16 +192,7 @@ void ShopFigures::PrepareMaterials() {
     std::unordered_set<std::int16_t> numbers;
     for (const ShopMaterial& material : m_shop.Materials) {
         Material& prepared = m_materials.emplace_back();
-        const auto numberOf = [&](const Use& use) { return m_shop.Usage[use.Place].MaterialId; };
-        const auto first = std::ranges::lower_bound(m_uses, material.MaterialId, {}, numberOf);
-        const auto end = std::ranges::upper_bound(m_uses, material.MaterialId, {}, numberOf);
-        prepared.FirstUse = static_cast<std::size_t>(first - m_uses.begin());
-        prepared.EndOfUses = static_cast<std::size_t>(end - m_uses.begin());
         prepared.IsFirst = numbers.insert(material.MaterialId).second;
-        // Once, and not for each month end.
-        if (prepared.IsFirst)
-            for (auto use = first; use != end; ++use)
-                use->Pounds = PoundsOf(*use, material);
         const auto pair = m_pairs.Find(material.MaterialType, material.ApplicationMethod);
         if (!pair) continue;
         prepared.Row = m_rowOfPair[*pair];
@@ -202,6 +202,30 @@ void ShopFigures::PrepareMaterials() {
         prepared.PointValueReport = PointValue(row, material.HapContent);
         const bool isFilled = m_classes[*prepared.Row].Kind == UseKind::Filled;
         prepared.PointValueExact = isFilled ? pointValue * (100 - material.Filler) / 100 : pointValue;
+    }
+}
+
+void ShopFigures::FindUses() {
+    struct Range {
+        std::size_t First = 0;
+        std::size_t End = 0;
+    };
+    ByNumber<Range> ranges;
+    for (std::size_t use = 0; use < m_uses.size(); ++use) {
+        Range& range = ranges[m_shop.Usage[m_uses[use].Place].MaterialId];
+        if (range.End == 0) range.First = use;
+        range.End = use + 1;
+    }
+    for (std::size_t place = 0; place < m_materials.size(); ++place) {
+        const ShopMaterial& material = m_shop.Materials[place];
+        Material& prepared = m_materials[place];
+        const Range& range = ranges[material.MaterialId];
+        prepared.FirstUse = range.First;
+        prepared.EndOfUses = range.End;
+        // Once, and not for each month end.
+        if (prepared.IsFirst)
+            for (std::size_t use = range.First; use < range.End; ++use)
+                m_uses[use].Pounds = PoundsOf(m_uses[use], material);
     }
 }
 

@@ -36,12 +36,15 @@ struct ReportLine {
 };
 
 /// Calculates the figures of any month end from the records of a shop. What does not depend on the month is
-/// calculated once. Keeps a reference to the records.
+/// calculated once. Keeps a reference to the records, whose materials and types are not to change.
 class ShopFigures {
 public:
     /// Without a start month, the first month with a live record is it.
     explicit ShopFigures(const ShopRecords& shop, std::optional<MonthNumber> start = {});
     ShopFigures(ShopRecords&&, std::optional<MonthNumber> = {}) = delete;
+
+    /// To be called when the usage of the records has changed: takes less than beginning anew.
+    void TakeUsage();
 
     const ShopRecords& Shop() const { return m_shop; }
     std::optional<MonthNumber> StartMonth() const { return m_start; }
@@ -84,8 +87,9 @@ private:
     };
 
     void PrepareLines();
-    void SortUsage();
     void PrepareMaterials();
+    void SortUsage();
+    void FindUses();
     double PoundsOf(const Use& use, const ShopMaterial& material) const;
     template <class Counts> std::vector<UsedMaterial> UsedWhere(const Counts& counts) const;
     int MonthsUntil(MonthNumber monthEnd) const;
@@ -94,6 +98,7 @@ private:
     void AddAmounts(MonthFigures& figures) const;
 
     const ShopRecords& m_shop;
+    std::optional<MonthNumber> m_givenStart;
     std::optional<MonthNumber> m_start;
     TypeMethodPairs m_pairs;
     std::vector<std::size_t> m_rowOfPair;  ///< the first row of each pair

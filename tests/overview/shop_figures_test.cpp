@@ -261,6 +261,31 @@ TEST_F(ShopFiguresTest, AnOverflowIsNoAnswerEvenIfALaterQuantityCancelsIt) {
     EXPECT_FALSE(AtDecember().Average.Emissions.HasAnswer());
 }
 
+TEST_F(ShopFiguresTest, UsageThatHasChangedCountsOnceItIsTaken) {
+    Shop.Materials = {MadeMaterial(1, 34), MadeMaterial(2, 34)};
+    Use(Shop, 1, "1/2005", 5);
+    Use(Shop, 2, "3/2005", 7);
+    ShopFigures figures(Shop);
+    ASSERT_EQ(figures.At(December).Contents.front().Pounds, 12);
+    ASSERT_EQ(figures.At(December).Months, 12);
+    Shop.Usage.erase(Shop.Usage.begin());
+    Use(Shop, 1, "2/2006", 9);
+    figures.TakeUsage();
+    EXPECT_EQ(figures.At(December).Contents.front().Pounds, 7);
+    EXPECT_EQ(figures.At(December).Months, 10); // from March on
+    EXPECT_EQ(figures.NewestUse(), MonthNumberOf(2006, 2));
+    EXPECT_EQ(figures.UsedInMonth(MonthNumberOf(2006, 2)).size(), 1U);
+}
+
+TEST_F(ShopFiguresTest, AStartMonthOfTheUsersOwnStaysWhenUsageChanges) {
+    Shop.Materials = {MadeMaterial(1, 34)};
+    Use(Shop, 1, "12/2005", 5);
+    ShopFigures figures(Shop, MonthNumberOf(2005, 10));
+    Use(Shop, 1, "1/2005", 5);
+    figures.TakeUsage();
+    EXPECT_EQ(figures.At(December).Months, 3);
+}
+
 TEST(ExactTextTest, HasSixDecimalsAndNoZerosAtItsEnd) {
     EXPECT_EQ(ExactText(1.0000005), "1.000001"); // the double lies above the half
     EXPECT_EQ(ExactText(35), "35");

@@ -92,19 +92,20 @@ std::string Of(std::string_view what, double number, std::string_view verdict) {
 
 class Search {
 public:
-    Search(const ShopFigures& figures, MonthNumber monthEnd, std::int16_t companyId)
-        : m_figures(figures), m_shop(figures.Shop()), m_monthEnd(monthEnd),
+    /// Without `looks` only what is not trusted is sought.
+    Search(const ShopFigures& figures, MonthNumber monthEnd, std::int16_t companyId, bool looks)
+        : m_figures(figures), m_shop(figures.Shop()), m_monthEnd(monthEnd), m_seeksLooks(looks),
           m_company(WholeNumberText(companyId)), m_usedAs(m_shop.Materials.size()),
           m_uses(m_shop.Usage.size()) {}
 
     std::vector<Attention> Run() {
         SortRecords();
-        LookAtMonths();
+        if (m_seeksLooks) LookAtMonths();
         for (std::size_t place = 0; place < m_shop.Materials.size(); ++place)
             LookAtMaterial(place);
         for (std::size_t place = 0; place < m_shop.Usage.size(); ++place)
             LookAtUse(place);
-        LookAtClosedMolding();
+        if (m_seeksLooks) LookAtClosedMolding();
         std::ranges::stable_sort(m_looks, {}, &Attention::Material);
         std::ranges::stable_sort(m_looksAtUse, {}, [](const Attention& look) { return *look.Use; });
         for (std::vector<Attention>* const more : {&m_looks, &m_looksAtUse})
@@ -155,6 +156,7 @@ private:
         m_findings.push_back(std::move(finding));
     }
     void Look(std::size_t material, std::string_view what) {
+        if (!m_seeksLooks) return;
         m_looks.push_back(
             {.Kind = AttentionKind::WorthALook, .Material = material, .Text = MaterialText(material, what)});
     }
@@ -211,6 +213,7 @@ private:
         LookAtContent(place, its);
         LookAtFiller(place, its);
         LookAtSum(place, facts);
+        if (!m_seeksLooks) return;
         LookAtFactor(place);
         LookAtDescription(place);
     }
@@ -350,6 +353,7 @@ private:
 
     void LookAtMonthsOf(std::size_t material) {
         const std::vector<MonthUse>& months = UseByMonth(material);
+        if (!m_seeksLooks) return;
         int usedMonths = 0;
         bool isInLastMonth = false;
         m_amounts.clear();
@@ -423,6 +427,7 @@ private:
     const ShopFigures& m_figures;
     const ShopRecords& m_shop;
     const MonthNumber m_monthEnd;
+    const bool m_seeksLooks;
     const std::string m_company;
     ByNumber<NumberFacts> m_numbers;
     std::vector<std::optional<UsedMaterial>> m_usedAs; ///< by material
@@ -438,6 +443,10 @@ private:
 } // namespace
 
 std::vector<Attention> FindAttention(const ShopFigures& shop, MonthNumber monthEnd, std::int16_t companyId) {
-    return Search(shop, monthEnd, companyId).Run();
+    return Search(shop, monthEnd, companyId, true).Run();
+}
+
+std::vector<Attention> FindNotTrusted(const ShopFigures& shop, MonthNumber monthEnd, std::int16_t companyId) {
+    return Search(shop, monthEnd, companyId, false).Run();
 }
 } // namespace mact

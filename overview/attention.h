@@ -43,4 +43,6 @@ struct Attention {
 /// entry come first, then materials, then usage, each in file order. The company's number is for the names of
 /// the files.
 std::vector<Attention> FindAttention(const ShopFigures& shop, MonthNumber monthEnd, std::int16_t companyId);
+/// What is not trusted alone, in less time.
+std::vector<Attention> FindNotTrusted(const ShopFigures& shop, MonthNumber monthEnd, std::int16_t companyId);
 } // namespace mact

@@ -162,7 +162,7 @@ UntrustedFigures CountUntrusted(const ShopFigures& shop, const MonthFigures& fig
 
 UntrustedFigures CountUntrusted(const ShopFigures& shop, const MonthFigures& figures) {
     constexpr std::int16_t anyCompany = 1; // its number is in the findings' texts alone
-    return CountUntrusted(shop, figures, FindAttention(shop, figures.MonthEnd, anyCompany));
+    return CountUntrusted(shop, figures, FindNotTrusted(shop, figures.MonthEnd, anyCompany));
 }
 
 std::vector<std::size_t> FindingsOfLines(const UntrustedFigures& untrusted) {

@@ -550,6 +550,28 @@ TEST(AttentionOfStoredRecords, ImportedFilledResinIsNoticed) {
     EXPECT_EQ(found[0].Text.find("1_materials.talvor, record 1, \"FR\": it is a filled resin"), 0U);
 }
 
+TEST(AttentionOfMadeShops, WhatIsNotTrustedCanBeSoughtAlone) {
+    MadeShop shop;
+    shop.AddMaterial("A").HapContent = 0;
+    shop.AddMaterial("B").EmissionFactor = 3;
+    shop.AddMaterial("C", "Production resin (Filled)").Description = "repair";
+    shop.AddMaterial("D", "No such type").Density = 3;
+    shop.AddMaterial("E", "Production resin", "Closed Molding").Density = -1;
+    for (std::int16_t material = 1; material <= 6; ++material)
+        shop.AddUse(material, "11/2005", 1000 * material, UnitMgal);
+    shop.AddUse(1, "11/2005", 3, 7);
+    shop.AddUse(2, "03/2005");
+    const ShopFigures figures(shop.Records);
+    std::vector<std::string> texts;
+    for (const Attention& finding : FindNotTrusted(figures, MadeShop::MonthEnd, 1))
+        texts.push_back(finding.Text);
+    // A content of 0, a type that is not in the table, a density below 0, a material that is gone, a unit, a
+    // month twice, and a period.
+    EXPECT_EQ(texts.size(), 7U);
+    EXPECT_EQ(texts, shop.NotTrusted());
+    EXPECT_FALSE(shop.WorthALook().empty());
+}
+
 // Speed
 
 double SecondsOf(const MadeShop& shop, std::size_t expected) {

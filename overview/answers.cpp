@@ -14,26 +14,6 @@
 namespace mact {
 namespace {
 
-/// As it stands in a card, which is narrow; the table has the whole name.
-std::string CardName(std::string_view codePageText) {
-    constexpr std::size_t most = 32; // more than a row of Table 2 has
-    if (codePageText.size() <= most) return Utf8FromCodePage(codePageText);
-    return Utf8FromCodePage(codePageText.substr(0, most - 1)) + "\u2026";
-}
-
-/// The first few; there can be thousands of filled resins, and a card has to fit on a small screen.
-std::string Joined(const std::vector<std::string>& names) {
-    constexpr std::size_t most = 7; // the rows of Table 2
-    constexpr std::size_t mostLetters = 200;
-    std::string text;
-    std::size_t count = 0;
-    for (; count < std::min(names.size(), most) && text.size() < mostLetters; ++count)
-        text += (count == 0 ? "" : "; ") + names[count];
-    if (names.size() > count)
-        text += " and " + WholeNumberText(static_cast<std::int64_t>(names.size() - count)) + " more";
-    return text;
-}
-
 std::string Decimals(double number, int decimals) {
     std::array<char, 400> buffer{}; // the largest double has 309 digits in front of the point
     const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
@@ -57,7 +37,7 @@ Answer EveryMaterial(const MonthFigures& figures) {
         answer.Text = "No material in use is above its limit.";
     } else {
         answer.Is = figures.Months < WindowMonths ? State::TooEarly : State::Over;
-        answer.Text = "Not every material in use is within: " + Joined(above) + '.';
+        answer.Text = "Not every material in use is within: " + FirstFew(above) + '.';
     }
     if (answer.Is == State::TooEarly)
         answer.Text = StateInWords({.Is = State::TooEarly}, figures.Months) + ". " + answer.Text;
@@ -99,9 +79,9 @@ Answer WeightedContents(const ShopFigures& shop, const MonthFigures& figures,
     if (worst.Is == State::NotUsed)
         answer.Text = "Nothing was used that has a limit of its content.";
     else if (!troubles.empty())
-        answer.Text = Joined(WorstFirst(std::move(troubles))) + '.';
+        answer.Text = FirstFew(WorstFirst(std::move(troubles))) + '.';
     else if (answer.IsNarrow)
-        answer.Text = "Within, narrowly: " + Joined(narrow) + '.';
+        answer.Text = "Within, narrowly: " + FirstFew(narrow) + '.';
     else
         answer.Text = StateInWords(worst, figures.Months) + '.';
     return answer;
@@ -121,19 +101,29 @@ Answer EmissionAverage(const MonthFigures& figures, const OverviewOptions& optio
     const std::string percent = PercentOfAllowance(average);
     if (average.Judged.Is == State::NotUsed) answer.Text = "Nothing was used that is averaged.";
     if (percent.empty() || average.Judged.Is == State::NotUsed) return answer;
-    const double left = average.Headroom().Report;
-    answer.Text += ' ' + percent + " of the allowance, " + GroupedText(std::abs(left)) + " kg " +
-                   (left < 0 ? "too much." : "left.");
+    answer.Text += ' ' + percent + " of the allowance, " + HeadroomInWords(average) + '.';
     return answer;
 }
 
-std::int64_t CountTroubles(const MonthFigures& figures) {
-    const auto isTrouble = [](const auto& figure) { return IsTrouble(figure.Judged.Is); };
-    return std::ranges::count_if(figures.Contents, isTrouble) +
-           std::ranges::count_if(figures.Filled, isTrouble) + (isTrouble(figures.Average) ? 1 : 0);
+} // namespace
+
+std::string CardName(std::string_view codePageText) {
+    constexpr std::size_t most = 32; // more than a row of Table 2 has
+    if (codePageText.size() <= most) return Utf8FromCodePage(codePageText);
+    return Utf8FromCodePage(codePageText.substr(0, most - 1)) + "\u2026";
 }
 
-} // namespace
+std::string FirstFew(const std::vector<std::string>& names) {
+    constexpr std::size_t most = 7; // the rows of Table 2
+    constexpr std::size_t mostLetters = 200;
+    std::string text;
+    std::size_t count = 0;
+    for (; count < std::min(names.size(), most) && text.size() < mostLetters; ++count)
+        text += (count == 0 ? "" : "; ") + names[count];
+    if (names.size() > count)
+        text += " and " + WholeNumberText(static_cast<std::int64_t>(names.size() - count)) + " more";
+    return text;
+}
 
 std::string StateInWords(const Verdict& verdict, int months) {
     if (verdict.Is == State::None) return "No answer: a number is too large or not a number";
@@ -183,26 +173,42 @@ std::string NewestUseText(const ShopFigures& shop) {
     return "Use is recorded, but none of it in a month that can be read.";
 }
 
-std::string VerdictLine(const MonthFigures& figures, std::size_t attention) {
-    std::string line = ShortMonthName(figures.MonthEnd) + ": ";
+std::string HeadroomInWords(const AverageFigures& average) {
+    const double left = average.Headroom().Report;
+    return GroupedText(std::abs(left)) + " kg " + (left < 0 ? "too much" : "left");
+}
+
+std::string AverageInWords(const MonthFigures& figures) {
     const State state = figures.Average.Judged.Is;
     const std::string percent = PercentOfAllowance(figures.Average);
     if (state == State::TooEarly)
-        line += "too early to tell, " + WholeNumberText(figures.Months) + " of " +
-                WholeNumberText(WindowMonths) + " months";
-    else if (percent.empty())
-        line += state == State::NotUsed ? "nothing was used that is averaged" : "no answer";
-    else
-        line += "emission average " + percent + " of the allowance";
-    if (state == State::Differs && !percent.empty()) // the percentage is the reports' alone
-        AppendAll(line, ", differs (", CauseText(figures.Average.Judged.Why), ")");
-    if (attention == 0) {
-        const std::int64_t troubles = CountTroubles(figures);
-        if (troubles == 0) return line + "; nothing needs attention";
-        return line + "; " + WholeNumberText(troubles) +
-               (troubles == 1 ? " figure is over or differs" : " figures are over or differ");
-    }
-    return line + "; " + WholeNumberText(static_cast<std::int64_t>(attention)) +
-           (attention == 1 ? " point needs attention" : " points need attention");
+        return "too early to tell, " + WholeNumberText(figures.Months) + " of " +
+               WholeNumberText(WindowMonths) + " months";
+    if (percent.empty()) return state == State::NotUsed ? "nothing was used that is averaged" : "no answer";
+    std::string text = "emission average " + percent + " of the allowance";
+    if (state == State::Differs) // the percentage is the reports' alone
+        AppendAll(text, ", differs (", CauseText(figures.Average.Judged.Why), ")");
+    return text;
+}
+
+std::size_t CountTroubles(const MonthFigures& figures) {
+    const auto isTrouble = [](const auto& figure) { return IsTrouble(figure.Judged.Is); };
+    return static_cast<std::size_t>(std::ranges::count_if(figures.Contents, isTrouble) +
+                                    std::ranges::count_if(figures.Filled, isTrouble)) +
+           (isTrouble(figures.Average) ? 1U : 0U);
+}
+
+std::string TroublesInWords(std::size_t troubles) {
+    return WholeNumberText(static_cast<std::int64_t>(troubles)) +
+           (troubles == 1 ? " figure is over or differs" : " figures are over or differ");
+}
+
+std::string VerdictLine(const MonthFigures& figures, std::size_t attention) {
+    const std::string line = ShortMonthName(figures.MonthEnd) + ": " + AverageInWords(figures) + "; ";
+    if (attention > 0)
+        return line + WholeNumberText(static_cast<std::int64_t>(attention)) +
+               (attention == 1 ? " point needs attention" : " points need attention");
+    const std::size_t troubles = CountTroubles(figures);
+    return line + (troubles == 0 ? "nothing needs attention" : TroublesInWords(troubles));
 }
 } // namespace mact

@@ -117,7 +117,7 @@ MonthSheet::MonthSheet(const SheetRecords& records, std::chrono::year_month mont
     m_rows.reserve(places.size());
     for (const Place& place : places) {
         m_rowOf.emplace(place.Material->MaterialId, m_rows.size());
-        m_rows.push_back(RowFor(*place.Material));
+        PushRow(*place.Material);
     }
 }
 
@@ -155,7 +155,7 @@ std::optional<std::size_t> MonthSheet::AddRow(std::string_view customId) {
     const SheetMaterial* const material = m_records->Find(customId);
     if (!material) return std::nullopt;
     const auto [place, isNew] = m_rowOf.emplace(material->MaterialId, m_rows.size());
-    if (isNew) m_rows.push_back(RowFor(*material));
+    if (isNew) PushRow(*material);
     return place->second;
 }
 
@@ -165,11 +165,32 @@ std::optional<std::size_t> MonthSheet::RowOf(std::int16_t materialId) const {
     return found->second;
 }
 
+void MonthSheet::PushRow(const SheetMaterial& material) {
+    m_rows.push_back(RowFor(material));
+    m_pounds.push_back(0);
+    Weigh(m_rows.size() - 1);
+}
+
+void MonthSheet::Weigh(std::size_t row) {
+    m_pounds[row] = Pounds(row).value_or(0);
+}
+
+void MonthSheet::EnterQuantity(std::size_t row, std::string_view text) {
+    m_rows[row].Quantity = text;
+    Weigh(row);
+}
+
+void MonthSheet::SelectUnit(std::size_t row, std::optional<std::int16_t> unit) {
+    m_rows[row].Unit = unit;
+    Weigh(row);
+}
+
 bool MonthSheet::CopyLastMonth(std::size_t row) {
     SheetRow& filled = m_rows[row];
     if (!filled.LastMonth) return false;
     filled.Quantity = NumberText(filled.LastMonth->Quantity);
     filled.Unit = KnownUnit(filled.LastMonth->Unit);
+    Weigh(row);
     return true;
 }
 
@@ -230,8 +251,8 @@ std::optional<double> MonthSheet::Pounds(std::size_t row) const {
 
 double MonthSheet::Pounds() const {
     double pounds = m_poundsWithoutRow;
-    for (std::size_t row = 0; row < m_rows.size(); ++row)
-        pounds += Pounds(row).value_or(0);
+    for (const double ofRow : m_pounds)
+        pounds += ofRow;
     return pounds;
 }
 } // namespace mact

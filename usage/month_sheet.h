@@ -92,8 +92,8 @@ public:
     /// Empty if the material has no row.
     std::optional<std::size_t> RowOf(std::int16_t materialId) const;
 
-    void EnterQuantity(std::size_t row, std::string_view text) { m_rows[row].Quantity = text; }
-    void SelectUnit(std::size_t row, std::optional<std::int16_t> unit) { m_rows[row].Unit = unit; }
+    void EnterQuantity(std::size_t row, std::string_view text);
+    void SelectUnit(std::size_t row, std::optional<std::int16_t> unit);
     /// Enters last month's quantity and unit. False if there is none.
     bool CopyLastMonth(std::size_t row);
 
@@ -109,11 +109,15 @@ public:
 
     /// What the row says, in pounds; empty if that is no quantity, or not finite.
     std::optional<double> Pounds(std::size_t row) const;
-    /// Of the whole month with these rows. Rows without a quantity are left out.
+    /// Of the whole month with these rows. Rows without a quantity are left out. Asked after every key: it
+    /// adds what is known of each row.
     double Pounds() const;
 
 private:
     SheetRow RowFor(const SheetMaterial& material) const;
+    void PushRow(const SheetMaterial& material);
+    /// To be called after a change of the row.
+    void Weigh(std::size_t row);
     UsageEntry EntryOf(const SheetRow& row) const;
     /// Notes a record of the month or of one of the twelve before it.
     void TakeUsage(const UsageRecord& usage, int monthsBefore);
@@ -129,6 +133,7 @@ private:
     const SheetRecords* m_records;
     std::chrono::year_month m_month;
     std::vector<SheetRow> m_rows;
+    std::vector<double> m_pounds; ///< of each row; 0 without a quantity
     std::unordered_map<std::int16_t, Used> m_used;
     std::unordered_map<std::int16_t, std::size_t> m_rowOf; ///< by number of the material
     double m_poundsWithoutRow = 0;                         ///< of further records of a material in the month

@@ -3,6 +3,7 @@
 #include "base/numbers.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/pictures.h"
+#include "lists/frm_month_sheet.h"
 #include "lists/ui_frm_list.h"
 #include "materials/frm_material.h"
 #include "materials/material_store.h"
@@ -39,6 +40,7 @@ frmList::frmList(AppContext& app, QWidget* parent)
     connect(m_ui->cmd_Delete, &QPushButton::clicked, this, &frmList::DeleteRecord);
     connect(m_ui->cmd_Import, &QPushButton::clicked, this, &frmList::ImportRecords);
     connect(m_ui->cmd_Export, &QPushButton::clicked, this, &frmList::ExportRecords);
+    connect(m_ui->cmd_MonthSheet, &QPushButton::clicked, this, &frmList::OpenMonthSheet);
     connect(m_ui->cmd_Filter, &QPushButton::clicked, this, &frmList::ApplyOrResetFilter);
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
     m_ui->cmd_Undo->Bind(app,
@@ -46,12 +48,13 @@ frmList::frmList(AppContext& app, QWidget* parent)
                           .IsUsed = [this] { return IsUsedMaterial(); },
                           .Reload = [this] { IsForMaterials() ? ReloadMaterialList() : ReloadUsageList(); }});
     const std::pair<QPushButton*, const char*> icons[] = {
-        {m_ui->cmd_New,    "new"   },
-        {m_ui->cmd_Edit,   "edit"  },
-        {m_ui->cmd_Delete, "delete"},
-        {m_ui->cmd_Import, "import"},
-        {m_ui->cmd_Export, "export"},
-        {m_ui->cmd_Close,  "close" },
+        {m_ui->cmd_New,        "new"   },
+        {m_ui->cmd_Edit,       "edit"  },
+        {m_ui->cmd_Delete,     "delete"},
+        {m_ui->cmd_Import,     "import"},
+        {m_ui->cmd_Export,     "export"},
+        {m_ui->cmd_MonthSheet, "usage" },
+        {m_ui->cmd_Close,      "close" },
     };
     for (const auto& [button, name] : icons)
         button->setIcon(LineIcon(QString::fromLatin1(name)));
@@ -89,6 +92,7 @@ void frmList::PrepareMaterials() {
     SelectListItem(*m_ui->lst_Main);
     m_ui->filter_frame->hide();
     m_ui->filter_frame->setEnabled(false);
+    m_ui->cmd_MonthSheet->hide();
     resize(width(), MaterialsHeightInTwips * logicalDpiY() / TwipsPerInch);
     setWindowTitle(QStringLiteral("Maintain Material"));
     m_ui->FrameList->setTitle(QStringLiteral("Materials"));
@@ -217,6 +221,10 @@ void frmList::ExportRecords() {
         ShowMaterialExport(m_app, this);
     else
         ShowUsageExport(m_app, this);
+}
+
+void frmList::OpenMonthSheet() {
+    if (ShowMonthSheet(m_app, this)) ReloadUsageList();
 }
 
 void frmList::ApplyOrResetFilter() {

@@ -54,6 +54,7 @@ private:
     void DeleteRecord();
     void ImportRecords();
     void ExportRecords();
+    void OpenMonthSheet();
     void ApplyOrResetFilter();
     void SetFilterApplied(bool isApplied);
 

@@ -7,6 +7,8 @@
 #include "app/frm_main.h"
 #include "dialogs/dialog_routines.h"
 #include "lists/frm_list.h"
+#include "lists/frm_month_sheet.h"
+#include "lists/sheet_view.h"
 #include "materials/frm_emission_factor_help.h"
 #include "materials/frm_material.h"
 #include "materials/frm_other_pollutants.h"
@@ -29,6 +31,7 @@
 #include "usage/usage_store.h"
 
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QEventLoop>
@@ -261,6 +264,60 @@ void SelectTracedRecord(const QWidget& window) {
     tree.setCurrentIndex(tree.model()->index(2, 0, tree.model()->index(0, 0)));
 }
 
+void OpenMonthSheet(AppContext& app, QWidget* parent) {
+    ShowMonthSheet(app, parent);
+}
+
+void EnterCell(const QWidget& window, int row, int column, const QString& text) {
+    QAbstractItemModel& rows = *Named<SheetView>(window, "tbl_Rows").model();
+    rows.setData(rows.index(row, column), text);
+}
+
+/// With an error, in a month that has records already, after cells that could not all be matched.
+void FillMonthSheet(const QWidget& window) {
+    auto& view = Named<SheetView>(window, "tbl_Rows");
+    Named<QComboBox>(window, "cbo_Year").setCurrentIndex(5); // 2005
+    Named<QComboBox>(window, "cbo_Month").setCurrentIndex(11);
+    QGuiApplication::clipboard()->setText(
+        QStringLiteral("GC-121\t1,250.5\tlbs\nXX-1\t5\tlbs\nPR-101\tmany\tMgal\nGC-110\t93\tgallons\n"));
+    Press(window, "cmd_Paste");
+    EnterCell(window, 1, MonthSheetTable::Quantity, QStringLiteral("9o"));
+    view.GoTo(1, MonthSheetTable::Quantity);
+    QCoreApplication::processEvents();
+}
+
+/// In a month that lies before all others, so that only the empty row is there.
+void EmptyMonthSheet(const QWidget& window) {
+    Named<QComboBox>(window, "cbo_Year").setCurrentIndex(0); // 2000
+    EnterCell(window, 0, MonthSheetTable::MaterialId, QStringLiteral("XX-1"));
+    QCoreApplication::processEvents();
+}
+
+/// 300 materials with long names, all used.
+void OpenLongMonthSheet(AppContext& app, QWidget* parent) {
+    std::ofstream materials(app.ProgramFolder / "data" / "1_materials.talvor", std::ios::binary);
+    std::ofstream usage(app.ProgramFolder / "data" / "1_usage.talvor", std::ios::binary);
+    for (std::int16_t number = 1; number <= 300; ++number) {
+        materials << Pack(MaterialLayout, {.MaterialId = number,
+                                           .CustomId = "GC-" + std::to_string(1000 + number),
+                                           .Density = 9.5,
+                                           .Description = std::string(250, 'W')});
+        usage << Pack(UsageLayout, {.UsageId = number,
+                                    .MaterialId = number,
+                                    .Period = "12/2005",
+                                    .Quantity = 1234567.875,
+                                    .Unit = UnitLbs});
+    }
+    materials.close();
+    usage.close();
+    ShowMonthSheet(app, parent);
+}
+
+void GoToLastRow(const QWidget& window) {
+    auto& view = Named<SheetView>(window, "tbl_Rows");
+    view.GoTo(view.model()->rowCount() - 1, MonthSheetTable::MaterialId);
+}
+
 void OpenWhatIf(AppContext& app, QWidget* parent) {
     const Result<ShopRecords> shop = ReadShopRecords(app);
     ShowWhatIf(app, *shop, {}, LastMonth, parent);
@@ -311,6 +368,10 @@ const std::vector<WindowState>& AllWindows() {
         {"frmList_usage_filtered",            ShowUsageList,              FilterUsage       },
         {"frmList_usage_undo",                OpenUsageAfterDelete,       AsItOpens         },
         {"frmCompany_undo",                   OpenCompaniesAfterEdit,     AsItOpens         },
+        {"frmMonthSheet",                     OpenMonthSheet,             AsItOpens         },
+        {"frmMonthSheet_filled",              OpenMonthSheet,             FillMonthSheet    },
+        {"frmMonthSheet_empty",               OpenMonthSheet,             EmptyMonthSheet   },
+        {"frmMonthSheet_long",                OpenLongMonthSheet,         GoToLastRow       },
         {"frmMaterial_new",                   OpenNewMaterial,            AsItOpens         },
         {"frmMaterial_edit",                  OpenMaterial,               GiveEmissionFactor},
         {"frmMaterial_filled",                OpenFilledMaterial,         AsItOpens         },

@@ -1,7 +1,10 @@
 #include "app/frm_main.h"
 #include "benchmarks/bench_shop.h"
 #include "dialogs/message_icons.h"
+#include "lists/frm_month_sheet.h"
+#include "lists/sheet_view.h"
 #include "overview/verdict.h"
+#include "usage/usage_store.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -13,6 +16,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <vector>
 
 using namespace mact;
@@ -22,6 +26,7 @@ using namespace mact;
 // Opens both lists of the shop that mact_bench made in FOLDER/all and types in them. Prints how long it takes
 // from the click to the painted window, and the longest time for which a key blocks the window. Then the same
 // of the overview, where the key goes to another month or row, and of the steps of the main window's verdict.
+// The month's sheet is that of FOLDER/month, a shop that used all of its materials in the last month.
 
 namespace {
 
@@ -141,6 +146,66 @@ Opened OpenOverviewAndStep(frmMain& main) {
     return opened;
 }
 
+/// Of the shop that it makes of `shop`, whose usage then is all of LastMonth.
+void UseAllInLastMonth(BenchShop& shop) {
+    std::vector<UsageRecord> usage;
+    FindUsage(shop.App(), {}, usage);
+    std::ofstream file(UsageFile(shop.App()), std::ios::binary | std::ios::trunc);
+    for (UsageRecord& record : usage) {
+        record.Period = LastMonth;
+        file << Pack(UsageLayout, record);
+    }
+}
+
+void PressKey(QWidget& window, int key, Qt::KeyboardModifiers modifiers, const QString& text) {
+    QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
+    QApplication::sendEvent(window.focusWidget(), &press);
+}
+
+/// Quantities, a Material ID, and then last month's quantities in all rows.
+Opened OpenSheetAndType(AppContext& app) {
+    Opened opened;
+    for (int round = 0; round < Rounds; ++round) {
+        QElapsedTimer timer;
+        const NextPaintedList painted("tbl_Rows", [&](QAbstractItemView& list) {
+            opened.OpenMs.push_back(Ms(timer));
+            auto& view = static_cast<SheetView&>(list);
+            QWidget& window = *view.window();
+            const auto block = [&](const std::function<void()>& act) {
+                opened.LongestBlockMs = std::max(opened.LongestBlockMs, MsOf(act));
+            };
+            const auto type = [&](const char* keys) {
+                for (const char* key = keys; *key != 0; ++key) {
+                    const QChar letter = QChar::fromLatin1(*key);
+                    block([&] { PressKey(window, letter.toUpper().unicode(), Qt::NoModifier, letter); });
+                }
+                block([&] { PressKey(window, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r")); });
+            };
+            // Every other time in the month whose records are there already.
+            if (round % 2 == 1)
+                for (const auto& [name, row] : {
+                         std::pair{"cbo_Year",  5 },
+                         std::pair{"cbo_Month", 11}
+                })
+                    block([&] { window.findChild<QComboBox*>(QLatin1String(name))->setCurrentIndex(row); });
+            view.setFocus();
+            view.GoTo(0, MonthSheetTable::Quantity);
+            for (const char* quantity : {"12", "1.5", "x"})
+                type(quantity);
+            view.GoTo(view.model()->rowCount() - 1, MonthSheetTable::MaterialId);
+            type("zzz");
+            view.GoTo(view.model()->rowCount() - 2, MonthSheetTable::Quantity);
+            type("7");
+            view.selectAll();
+            block([&] { window.findChild<QPushButton*>(QStringLiteral("cmd_CopyLast"))->click(); });
+            window.close();
+        });
+        timer.start();
+        ShowMonthSheet(app, nullptr);
+    }
+    return opened;
+}
+
 /// Reads the verdict as the main window does.
 Opened StepVerdict(AppContext& app) {
     Opened opened;
@@ -184,5 +249,8 @@ int main(int argc, char* argv[]) {
     Print("usage", OpenAndType(window, "cmd_Usage"));
     Print("overview", OpenOverviewAndStep(window));
     Print("verdict", StepVerdict(shop.App()));
+    BenchShop monthShop(std::filesystem::path(argv[1]) / "month", MostRecords);
+    UseAllInLastMonth(monthShop);
+    Print("month sheet", OpenSheetAndType(monthShop.App()));
     return 0;
 }

@@ -160,8 +160,16 @@ void frmMonthSheet::CopyLastMonth() {
 void frmMonthSheet::PasteCells() {
     m_ui->tbl_Rows->DropTyped();
     const std::string text = ToCodePage(QGuiApplication::clipboard()->text());
-    const PasteOutcome outcome = m_table.PasteAt(text, m_ui->tbl_Rows->currentIndex().row());
-    ShowUnmatched(outcome.Unmatched);
+    const int row = m_ui->tbl_Rows->currentIndex().row();
+    const std::vector<PastedLine> lines = SplitPastedText(text);
+    const bool isOneCell = lines.size() == 1 && lines.front().Cells.size() == 1;
+    if (isOneCell && m_table.IsIdRow(row)) { // a Material ID, as if it were typed
+        ShowUnmatched({});
+        m_table.setData(m_table.index(row, MonthSheetTable::MaterialId),
+                        FromCodePage(lines.front().Cells[0]));
+    } else {
+        ShowUnmatched(m_table.PasteAt(text, row).Unmatched);
+    }
     m_ui->tbl_Rows->setFocus();
 }
 

@@ -304,6 +304,17 @@ private slots:
         });
     }
 
+    void A_double_click_changes_the_unit() {
+        SheetProgram program;
+        InSheet(program, [](frmMonthSheet& window) {
+            SheetView& view = View(window);
+            const QPoint cell = view.visualRect(view.model()->index(1, Table::Unit)).center();
+            QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, cell);
+            QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, cell);
+            QCOMPARE(Cell(window, 1, Table::Unit), QStringLiteral("lbs"));
+        });
+    }
+
     void Delete_empties_the_selected_cells() {
         SheetProgram program;
         InSheet(program, [](frmMonthSheet& window) {
@@ -336,6 +347,16 @@ private slots:
             Key(window, Qt::Key_D, Qt::ControlModifier);
             QCOMPARE(Column(window, Table::Quantity), QStringList({"12", "", "7"}));
             QCOMPARE(Column(window, Table::Unit), QStringList({"lbs", "Mgal", "lbs"}));
+        });
+    }
+
+    void Ctrl_D_takes_the_place_of_what_is_being_typed() {
+        SheetProgram program;
+        InSheet(program, [](frmMonthSheet& window) {
+            Type(window, "99");
+            Key(window, Qt::Key_D, Qt::ControlModifier);
+            QCOMPARE(Cell(window, 0, Table::Quantity), QStringLiteral("12"));
+            QVERIFY(View(window).hasFocus());
         });
     }
 
@@ -430,6 +451,16 @@ private slots:
                      QStringLiteral("Line 2: XX | 5 | lbs: There is no material with this Material ID."));
             PasteText(window, "GC-1\t1\n");
             QVERIFY(!Named<QPlainTextEdit>(window, "txt_Unmatched").isVisible());
+        });
+    }
+
+    void A_Material_ID_can_be_pasted_into_the_empty_row() {
+        SheetProgram program;
+        InSheet(program, [](frmMonthSheet& window) {
+            View(window).GoTo(3, Table::MaterialId);
+            PasteText(window, "PR-2\r\n");
+            QCOMPARE(Cell(window, 3, Table::MaterialId), QStringLiteral("PR-2"));
+            QCOMPARE(Current(window), std::pair(3, int{Table::Quantity}));
         });
     }
 
@@ -599,6 +630,64 @@ private slots:
             QCOMPARE(Column(window, Table::LastMonth), QStringList({"", "", ""}));
         });
         QCOMPARE(program.Prompts.Shown.size(), std::size_t{2});
+    }
+
+    void The_typed_year_of_another_month_asks_too() {
+        SheetProgram program;
+        program.Prompts.Answers = {PromptAnswer::No, PromptAnswer::No};
+        InSheet(program, [&](frmMonthSheet& window) {
+            Type(window, "5\n");
+            Named<QComboBox>(window, "cbo_Year").setEditText(QStringLiteral("2006"));
+            QCOMPARE(program.Prompts.Shown.size(), std::size_t{1});
+            QCOMPARE(MonthShown(window), QStringLiteral("MAR 2005"));
+            QCOMPARE(Cell(window, 0, Table::Quantity), QStringLiteral("5"));
+        });
+    }
+
+    void What_was_typed_for_a_material_that_is_gone_is_named() {
+        SheetProgram program;
+        program.Prompts.Answers = {PromptAnswer::No};
+        QVERIFY(!InSheet(program, [&](frmMonthSheet& window) {
+            Type(window, "5\n\n6\n");
+            // Meanwhile, by another copy.
+            QVERIFY(DeleteUsage(program.App, 1) == false);
+            QVERIFY(DeleteMaterial(program.App, 1, [](std::int16_t) { return false; }) == false);
+            Key(window, Qt::Key_S, Qt::ControlModifier);
+            QCOMPARE(Column(window, Table::MaterialId), QStringList({"GC-2", "PR-1"}));
+            QCOMPARE(Column(window, Table::Quantity), QStringList({"", "6"}));
+            QCOMPARE(Named<QPlainTextEdit>(window, "txt_Unmatched").toPlainText(),
+                     QStringLiteral("Line 1: GC-1 | 5: There is no material with this Material ID."));
+            QCOMPARE(Label(window, "lbl_Saved"), std::string("Nothing was saved."));
+        }));
+    }
+
+    void A_month_of_32767_rows_is_entered_as_any_other() {
+        TestProgram program;
+        constexpr std::int16_t most = 32767;
+        std::string materials;
+        std::string usage;
+        for (std::int16_t number = 1; number < most; ++number) {
+            materials += Pack(
+                MaterialLayout,
+                {.MaterialId = number, .CustomId = "X-" + std::to_string(100000 + number), .Density = 10});
+            usage += Pack(UsageLayout, {.UsageId = number,
+                                        .MaterialId = number,
+                                        .Period = "2/2005",
+                                        .Quantity = 2,
+                                        .Unit = UnitLbs});
+        }
+        WriteContent(program.DataFile("1_materials.talvor"), materials);
+        WriteContent(program.DataFile("1_usage.talvor"), usage);
+        program.Prompts.Answers = {PromptAnswer::No};
+        InSheet(program, [&](frmMonthSheet& window) {
+            QCOMPARE(View(window).model()->rowCount(), int{most}); // with the empty one
+            View(window).selectAll();
+            Key(window, Qt::Key_D, Qt::ControlModifier);
+            View(window).GoTo(most - 2, Table::Quantity);
+            Type(window, "7\n"); // in place of 2
+            QCOMPARE(Cell(window, most - 2, Table::MaterialId), QStringLiteral("X-132766"));
+            QVERIFY(Label(window, "lbl_Sums").starts_with("3/2005 in all: 65537 lbs")); // 32,765 * 2 + 7
+        });
     }
 
     void Any_year_can_be_typed_and_one_that_is_none_goes_back() {

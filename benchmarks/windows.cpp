@@ -146,7 +146,7 @@ Opened OpenOverviewAndStep(frmMain& main) {
     return opened;
 }
 
-/// Of the shop that it makes of `shop`, whose usage then is all of LastMonth.
+/// Moves all of the shop's usage to LastMonth.
 void UseAllInLastMonth(BenchShop& shop) {
     std::vector<UsageRecord> usage;
     FindUsage(shop.App(), {}, usage);
@@ -157,48 +157,63 @@ void UseAllInLastMonth(BenchShop& shop) {
     }
 }
 
-void PressKey(QWidget& window, int key, Qt::KeyboardModifiers modifiers, const QString& text) {
-    QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
-    QApplication::sendEvent(window.focusWidget(), &press);
-}
+/// Types into the month's sheet, and takes the time of each key.
+class SheetTypist {
+public:
+    SheetTypist(SheetView& view, double& longestBlockMs) : m_view(view), m_longest(longestBlockMs) {}
 
-/// Quantities, a Material ID, and then last month's quantities in all rows.
+    void ChooseRecordedMonth() {
+        for (const auto& [name, row] : {
+                 std::pair{"cbo_Year",  5 },
+                 std::pair{"cbo_Month", 11}
+        })
+            Block([&] { Child<QComboBox>(name)->setCurrentIndex(row); });
+    }
+    /// Quantities, a Material ID, and then last month's quantities in all rows.
+    void EnterRows() {
+        m_view.setFocus();
+        m_view.GoTo(0, MonthSheetTable::Quantity);
+        for (const char* quantity : {"12", "1.5", "x"})
+            Type(quantity);
+        m_view.GoTo(m_view.model()->rowCount() - 1, MonthSheetTable::MaterialId);
+        Type("zzz");
+        m_view.GoTo(m_view.model()->rowCount() - 2, MonthSheetTable::Quantity);
+        Type("7");
+        m_view.selectAll();
+        Block([&] { Child<QPushButton>("cmd_CopyLast")->click(); });
+    }
+
+private:
+    template <class T> T* Child(const char* name) {
+        return m_view.window()->findChild<T*>(QLatin1String(name));
+    }
+    void Block(const std::function<void()>& act) { m_longest = std::max(m_longest, MsOf(act)); }
+    void Type(const char* keys) {
+        for (const char* key = keys; *key != 0; ++key) {
+            const QChar letter = QChar::fromLatin1(*key);
+            Press(letter.toUpper().unicode(), letter);
+        }
+        Press(Qt::Key_Return, QStringLiteral("\r"));
+    }
+    void Press(int key, const QString& text) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+        Block([&] { QApplication::sendEvent(m_view.window()->focusWidget(), &press); });
+    }
+
+    SheetView& m_view;
+    double& m_longest;
+};
+
 Opened OpenSheetAndType(AppContext& app) {
     Opened opened;
     for (int round = 0; round < Rounds; ++round) {
         QElapsedTimer timer;
-        const NextPaintedList painted("tbl_Rows", [&](QAbstractItemView& list) {
+        const NextPaintedList painted("tbl_Rows", [&](QAbstractItemView& view) {
             opened.OpenMs.push_back(Ms(timer));
-            auto& view = static_cast<SheetView&>(list);
-            QWidget& window = *view.window();
-            const auto block = [&](const std::function<void()>& act) {
-                opened.LongestBlockMs = std::max(opened.LongestBlockMs, MsOf(act));
-            };
-            const auto type = [&](const char* keys) {
-                for (const char* key = keys; *key != 0; ++key) {
-                    const QChar letter = QChar::fromLatin1(*key);
-                    block([&] { PressKey(window, letter.toUpper().unicode(), Qt::NoModifier, letter); });
-                }
-                block([&] { PressKey(window, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r")); });
-            };
-            // Every other time in the month whose records are there already.
-            if (round % 2 == 1)
-                for (const auto& [name, row] : {
-                         std::pair{"cbo_Year",  5 },
-                         std::pair{"cbo_Month", 11}
-                })
-                    block([&] { window.findChild<QComboBox*>(QLatin1String(name))->setCurrentIndex(row); });
-            view.setFocus();
-            view.GoTo(0, MonthSheetTable::Quantity);
-            for (const char* quantity : {"12", "1.5", "x"})
-                type(quantity);
-            view.GoTo(view.model()->rowCount() - 1, MonthSheetTable::MaterialId);
-            type("zzz");
-            view.GoTo(view.model()->rowCount() - 2, MonthSheetTable::Quantity);
-            type("7");
-            view.selectAll();
-            block([&] { window.findChild<QPushButton*>(QStringLiteral("cmd_CopyLast"))->click(); });
-            window.close();
+            SheetTypist typist(static_cast<SheetView&>(view), opened.LongestBlockMs);
+            if (round % 2 == 1) typist.ChooseRecordedMonth(); // whose records are in the rows already
+            typist.EnterRows();
+            view.window()->close();
         });
         timer.start();
         ShowMonthSheet(app, nullptr);

@@ -247,6 +247,7 @@ bool frmMonthSheet::SaveChanges() {
 
 void frmMonthSheet::ShowRefused(const SheetChanges& changes, const std::vector<RefusedUsage>& refused) {
     std::vector<std::pair<std::int16_t, std::string>> reasons; // by material: the rows may move
+    reasons.reserve(refused.size());
     for (const RefusedUsage& one : refused)
         reasons.emplace_back(changes.Changes[one.Change].Record.MaterialId, one.Reason);
     // With what is stored now beside what was typed, saving again is a decision.

@@ -163,7 +163,7 @@ Qt::ItemFlags MonthSheetTable::flags(const QModelIndex& index) const {
 
 QString MonthSheetTable::IdRowText(int column) const {
     if (column == MaterialId) return m_typedId;
-    if (column == Description && m_typedId.isEmpty()) return tr("Type a Material ID for one more row");
+    if (column == Description && m_typedId.isEmpty()) return tr("Type another Material ID");
     return column == Remark ? RemarkOf(rowCount() - 1) : QString();
 }
 

@@ -119,18 +119,17 @@ void SheetView::GoOn(int key) {
     if (IsEnter(key)) {
         GoDown();
     } else if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
-        if (!GoToNextEntry(key == Qt::Key_Tab)) QWidget::focusNextPrevChild(key == Qt::Key_Tab);
+        focusNextPrevChild(key == Qt::Key_Tab); // by keyPressEvent, and after the last cell out of the table
     } else {
         QKeyEvent arrow(QEvent::KeyPress, key, Qt::NoModifier);
         QTableView::keyPressEvent(&arrow);
     }
 }
 
-bool SheetView::GoDown() {
+void SheetView::GoDown() {
     const int row = currentIndex().row() + 1;
-    if (row >= model()->rowCount()) return false;
+    if (row >= model()->rowCount()) return;
     GoTo(row, m_table->IsIdRow(row) ? int{MonthSheetTable::MaterialId} : currentIndex().column());
-    return true;
 }
 
 bool SheetView::GoToNextEntry(bool isForward) {

@@ -58,7 +58,7 @@ protected:
 private:
     /// Leaves the cell that was edited, as the key says.
     void GoOn(int key);
-    bool GoDown();
+    void GoDown();
     /// To the next or the previous cell in which something can be typed. False if there is none.
     bool GoToNextEntry(bool isForward);
     bool ChooseUnit(const QKeyEvent& key);

@@ -114,7 +114,9 @@ void frmMonthSheet::ShowMonth() {
     const QSignalBlocker month(*m_ui->cbo_Month);
     const QSignalBlocker year(*m_ui->cbo_Year);
     SelectListItem(*m_ui->cbo_Month, static_cast<unsigned>(Sheet().Month().month()));
-    m_ui->cbo_Year->setEditText(QString::number(static_cast<int>(Sheet().Month().year())));
+    const QString shown = QString::number(static_cast<int>(Sheet().Month().year()));
+    m_ui->cbo_Year->setCurrentIndex(m_ui->cbo_Year->findText(shown)); // the arrow keys go on from there
+    m_ui->cbo_Year->setEditText(shown);
 }
 
 void frmMonthSheet::ChooseMonth() {

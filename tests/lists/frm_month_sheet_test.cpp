@@ -540,6 +540,21 @@ private slots:
         QCOMPARE(program.Stored("3/2005"), QStringList({"3 6 lbs", "1 5 lbs"}));
     }
 
+    void What_was_typed_stays_if_the_file_cannot_be_written() {
+        SheetProgram program;
+        program.Prompts.Answers = {PromptAnswer::No};
+        QVERIFY(!InSheet(program, [&](frmMonthSheet& window) {
+            std::filesystem::remove(program.DataFile("1_usage.talvor"));
+            std::filesystem::create_directory(program.DataFile("1_usage.talvor"));
+            Type(window, "5\n");
+            Key(window, Qt::Key_S, Qt::ControlModifier);
+            QCOMPARE(program.Prompts.Shown.size(), std::size_t{1});
+            QCOMPARE(program.Prompts.Shown.front().Kind, PromptKind::Failure);
+            QCOMPARE(Cell(window, 0, Table::Quantity), QStringLiteral("5"));
+            QCOMPARE(Label(window, "lbl_Saved"), std::string("Nothing was saved."));
+        }));
+    }
+
     void Rows_left_empty_are_not_stored_and_saving_nothing_says_so() {
         SheetProgram program;
         const std::string before = program.UsageBytes();
@@ -687,6 +702,16 @@ private slots:
             Type(window, "7\n"); // in place of 2
             QCOMPARE(Cell(window, most - 2, Table::MaterialId), QStringLiteral("X-132766"));
             QVERIFY(Label(window, "lbl_Sums").starts_with("3/2005 in all: 65537 lbs")); // 32,765 * 2 + 7
+        });
+    }
+
+    void An_arrow_goes_on_from_the_year_shown() {
+        SheetProgram program;
+        InSheet(program, [](frmMonthSheet& window) {
+            auto& year = Named<QComboBox>(window, "cbo_Year");
+            QTest::keyClick(&year, Qt::Key_Down);
+            QCOMPARE(MonthShown(window), QStringLiteral("MAR 2006"));
+            QVERIFY(Label(window, "lbl_Sums").starts_with("3/2006"));
         });
     }
 

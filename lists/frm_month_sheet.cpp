@@ -154,13 +154,13 @@ void frmMonthSheet::FocusFirstCell() {
 }
 
 void frmMonthSheet::CopyLastMonth() {
-    m_ui->tbl_Rows->DropTyped();
+    m_ui->tbl_Rows->TakeTyped();
     m_table.CopyLastMonth(m_ui->tbl_Rows->Chosen());
     m_ui->tbl_Rows->setFocus();
 }
 
 void frmMonthSheet::PasteCells() {
-    m_ui->tbl_Rows->DropTyped();
+    m_ui->tbl_Rows->TakeTyped();
     const std::string text = ToCodePage(QGuiApplication::clipboard()->text());
     const int row = m_ui->tbl_Rows->currentIndex().row();
     const std::vector<PastedLine> lines = SplitPastedText(text);

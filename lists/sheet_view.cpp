@@ -96,11 +96,6 @@ void SheetView::TakeTyped() {
         closeEditor(editor, QAbstractItemDelegate::NoHint);
 }
 
-void SheetView::DropTyped() {
-    QWidget* const editor = Editor();
-    if (editor) closeEditor(editor, QAbstractItemDelegate::NoHint);
-}
-
 void SheetView::GoTo(int row, int column) {
     setCurrentIndex(model()->index(row, column));
 }

@@ -41,7 +41,6 @@ public:
     void Complete(const QStringList& materialIds) { m_cell.Complete(materialIds); }
     /// Takes what is being typed.
     void TakeTyped();
-    void DropTyped();
     void GoTo(int row, int column);
     /// What is selected; if nothing is, the current cell.
     QItemSelection Chosen() const;

@@ -357,6 +357,10 @@ private slots:
             Key(window, Qt::Key_D, Qt::ControlModifier);
             QCOMPARE(Cell(window, 0, Table::Quantity), QStringLiteral("12"));
             QVERIFY(View(window).hasFocus());
+            View(window).GoTo(1, Table::Quantity);
+            Type(window, "8");
+            Key(window, Qt::Key_D, Qt::ControlModifier); // without a month before, it stays
+            QCOMPARE(Cell(window, 1, Table::Quantity), QStringLiteral("8"));
         });
     }
 

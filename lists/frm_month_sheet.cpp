@@ -37,13 +37,17 @@ frmMonthSheet::frmMonthSheet(AppContext& app, SheetRecords records, QWidget* par
     m_changed.setObjectName(QStringLiteral("tmr_Changed"));
     m_changed.setSingleShot(true);
     m_changed.setInterval(0);
+    m_nextOutlook.setObjectName(QStringLiteral("tmr_Outlook"));
+    m_nextOutlook.setSingleShot(true);
+    m_nextOutlook.setInterval(0);
+    MakeRoomForLines(*m_ui->lbl_Outlook, 2); // or the table would move when it answers
     PrepareTable();
     ShowMonth();
     ShowUnmatched({});
     ConnectControls();
     CompleteIds();
     ShowSums();
-    ShowOutlook();
+    BeginOutlook();
     FocusFirstCell();
 }
 
@@ -84,6 +88,7 @@ void frmMonthSheet::ConnectControls() {
         ShowOutlook();
         ShowWrong();
     });
+    connect(&m_nextOutlook, &QTimer::timeout, this, &frmMonthSheet::StepOutlook);
     connect(m_ui->tbl_Rows->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &frmMonthSheet::ShowWrong);
     connect(m_ui->tbl_Rows, &SheetView::PasteAsked, this, &frmMonthSheet::PasteCells);
@@ -203,9 +208,32 @@ void frmMonthSheet::ShowSums() {
             .arg(MonthInWords(), FromUtf8(RoundedText(pounds)), FromUtf8(RoundedText(Kilograms(pounds)))));
 }
 
-/// What the overview would say with these rows.
+void frmMonthSheet::BeginOutlook() {
+    m_outlook = std::make_unique<SheetOutlook>();
+    m_nextOutlook.start();
+}
+
+void frmMonthSheet::StepOutlook() {
+    const Result<bool> isReady = m_outlook->Step(m_app);
+    if (!isReady)
+        m_ui->lbl_Outlook->setText(FromUtf8(SentenceOf(isReady.error())));
+    else if (*isReady)
+        ShowOutlook();
+    else
+        m_nextOutlook.start();
+}
+
+/// What the overview would say with the rows that could be saved.
 void frmMonthSheet::ShowOutlook() {
-    m_ui->lbl_Outlook->setVisible(!m_ui->lbl_Outlook->text().isEmpty());
+    if (!m_outlook->IsReady()) return;
+    const SheetAnswer answer = m_outlook->AnswerFor(Sheet().Month(), Sheet().Changes().Changes);
+    QStringList lines{FromUtf8(answer.Line)};
+    for (const std::string& worse : answer.Worse)
+        lines << FromUtf8(worse);
+    QFont font = this->font();
+    font.setBold(!answer.Worse.empty());
+    m_ui->lbl_Outlook->setFont(font);
+    m_ui->lbl_Outlook->setText(lines.join(u'\n'));
 }
 
 void frmMonthSheet::ShowWrong() {
@@ -247,10 +275,10 @@ bool frmMonthSheet::SaveChanges() {
     return true;
 }
 
-void frmMonthSheet::ShowRefused(const SheetChanges& changes, const std::vector<RefusedUsage>& refused) {
+void frmMonthSheet::ShowRefused(const SheetChanges& changes, const std::vector<RefusedChange>& refused) {
     std::vector<std::pair<std::int16_t, std::string>> reasons; // by material: the rows may move
     reasons.reserve(refused.size());
-    for (const RefusedUsage& one : refused)
+    for (const RefusedChange& one : refused)
         reasons.emplace_back(changes.Changes[one.Change].Record.MaterialId, one.Reason);
     // With what is stored now beside what was typed, saving again is a decision.
     if (!refused.empty()) ReadAgain(true);
@@ -288,6 +316,7 @@ void frmMonthSheet::ReadAgain(bool keepsTyped) {
     m_table.Show(std::move(sheet));
     m_records = std::move(records); // only now: the sheet before used the old ones
     CompleteIds();
+    BeginOutlook();
     const std::optional<std::size_t> row = material ? Sheet().RowOf(*material) : std::nullopt;
     m_ui->tbl_Rows->GoTo(row ? static_cast<int>(*row) : m_table.rowCount() - 1,
                          row ? column : int{MonthSheetTable::MaterialId});

@@ -2,6 +2,7 @@
 
 #include "base/app_context.h"
 #include "lists/month_sheet_table.h"
+#include "overview/sheet_outlook.h"
 
 #include <QDialog>
 #include <QTimer>
@@ -45,6 +46,9 @@ private:
     void ShowUnmatched(const std::vector<UnmatchedLine>& lines);
     void NoteChange();
     void ShowSums();
+    /// Reads what the overview knows, in steps, after the window is open.
+    void BeginOutlook();
+    void StepOutlook();
     void ShowOutlook();
     void ShowWrong();
 
@@ -55,7 +59,7 @@ private:
     /// For the next new record in the usage editor.
     void Remember(const SheetChanges& changes);
     /// Says beside their rows why nothing was saved.
-    void ShowRefused(const SheetChanges& changes, const std::vector<RefusedUsage>& refused);
+    void ShowRefused(const SheetChanges& changes, const std::vector<RefusedChange>& refused);
     void ReadAgain(bool keepsTyped);
     /// Enters into the sheet what was typed into the one that is shown.
     void TakeOver(MonthSheet& sheet);
@@ -63,7 +67,9 @@ private:
     AppContext& m_app;
     std::unique_ptr<SheetRecords> m_records;
     MonthSheetTable m_table;
-    QTimer m_changed{this}; ///< one for all changes of a key
+    QTimer m_changed{this};     ///< one for all changes of a key
+    QTimer m_nextOutlook{this}; ///< step
+    std::unique_ptr<SheetOutlook> m_outlook;
     bool m_hasSaved = false;
     std::unique_ptr<Ui::frmMonthSheet> m_ui;
 };

@@ -5,7 +5,7 @@
 #include "overview/shop_figures.h"
 #include "overview/shop_records.h"
 #include "store/data_folder.h"
-#include "usage/usage_store.h"
+#include "usage/usage_changes.h"
 
 #include <chrono>
 #include <memory>

@@ -230,7 +230,7 @@ std::vector<SheetError> MonthSheet::Errors() const {
 SheetChanges MonthSheet::Changes() const {
     SheetChanges changes;
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
-        if (!IsEntered(row)) continue;
+        if (!IsEntered(row) || !ErrorsOf(row).empty()) continue;
         const std::optional<UsageRecord>& present = m_rows[row].Present;
         changes.Changes.push_back(
             {RecordOf(EntryOf(m_rows[row]), present ? present->UsageId : std::int16_t{0}), present});

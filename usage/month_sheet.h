@@ -104,7 +104,7 @@ public:
     std::string ErrorsOf(std::size_t row) const;
     /// Of all rows that are entered, in their order.
     std::vector<SheetError> Errors() const;
-    /// The rows that are entered, to be called if there are no errors.
+    /// The rows that are entered and in which nothing is wrong.
     SheetChanges Changes() const;
 
     /// What the row says, in pounds; empty if that is no quantity, or not finite.

@@ -98,6 +98,12 @@ std::pair<int, int> Current(const QWidget& window) {
     return {current.row(), current.column()};
 }
 
+/// Until nothing is left to be said of what was typed.
+void WaitForOutlook(const QWidget& window) {
+    while (Named<QTimer>(window, "tmr_Outlook").isActive() || Named<QTimer>(window, "tmr_Changed").isActive())
+        QCoreApplication::processEvents();
+}
+
 /// Counts the keys that are pressed.
 int keysPressed = 0;
 
@@ -743,7 +749,54 @@ private slots:
             Type(window, "220.46\n0.002\n"); // 0.002 Mgal at 9 lb/gal are 18 pounds
             QCOMPARE(Column(window, Table::Pounds), QStringList({"220.46", "18", ""}));
             QCOMPARE(Label(window, "lbl_Sums"), std::string("3/2005 in all: 238.46 lbs, 108.16 kg"));
-            QVERIFY(!Named<QLabel>(window, "lbl_Outlook").isVisible());
+        });
+    }
+
+    void Says_what_the_overview_would_say_before_anything_is_stored() {
+        SheetProgram program;
+        // Two hundred pounds of a resin with 45 % HAP: over its limit of 28, and the only one averaged.
+        program.AddUsage(1, "3/2004", 1, UnitLbs); // twelve months before
+        if (SaveMaterial(program.App, {.CustomId = "ZZ-9",
+                                       .MaterialType = "Production resin",
+                                       .ApplicationMethod = "Spray",
+                                       .Density = 9,
+                                       .HapContent = 45,
+                                       .Contents = "0|0|0|0|0|0",
+                                       .Factors = "0|0|0|0|0|0"}))
+            qFatal("The test's material was not saved");
+        InSheet(program, [](frmMonthSheet& window) {
+            WaitForOutlook(window);
+            QVERIFY(Label(window, "lbl_Outlook").starts_with("As stored, MAR 2005: "));
+            Named<SheetView>(window, "tbl_Rows").GoTo(3, Table::MaterialId);
+            Type(window, "ZZ-9\n200\tl\n");
+            WaitForOutlook(window);
+            const std::string said = Label(window, "lbl_Outlook");
+            QVERIFY2(said.starts_with("With this sheet, MAR 2005: "), said.c_str());
+            QVERIFY2(said.find("\nOver with this sheet, and not now: ") != std::string::npos, said.c_str());
+            QVERIFY(Named<QLabel>(window, "lbl_Outlook").font().bold());
+        });
+    }
+
+    void A_row_with_something_wrong_is_not_counted_in_what_the_overview_would_say() {
+        SheetProgram program;
+        InSheet(program, [](frmMonthSheet& window) {
+            WaitForOutlook(window);
+            Type(window, "5x\n");
+            WaitForOutlook(window);
+            QVERIFY(Label(window, "lbl_Outlook").starts_with("As stored, MAR 2005: "));
+        });
+    }
+
+    void Says_why_the_overview_cannot_be_read() {
+        SheetProgram program;
+        WriteContent(program.DataFile("1_overview.txt"), "x");
+        std::filesystem::remove(program.DataFile("1_overview.txt"));
+        std::filesystem::create_directory(program.DataFile("1_overview.txt"));
+        InSheet(program, [](frmMonthSheet& window) {
+            WaitForOutlook(window);
+            const std::string said = Label(window, "lbl_Outlook");
+            QVERIFY2(said.starts_with("Cannot ") && said.find("1_overview.txt") != std::string::npos,
+                     said.c_str());
         });
     }
 

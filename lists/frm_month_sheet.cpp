@@ -216,7 +216,7 @@ void frmMonthSheet::BeginOutlook() {
 void frmMonthSheet::StepOutlook() {
     const Result<bool> isReady = m_outlook->Step(m_app);
     if (!isReady)
-        m_ui->lbl_Outlook->setText(FromUtf8(SentenceOf(isReady.error())));
+        TellOutlook(FromUtf8(SentenceOf(isReady.error())), false);
     else if (*isReady)
         ShowOutlook();
     else
@@ -230,10 +230,17 @@ void frmMonthSheet::ShowOutlook() {
     QStringList lines{FromUtf8(answer.Line)};
     for (const std::string& worse : answer.Worse)
         lines << FromUtf8(worse);
+    TellOutlook(lines.join(u'\n'), !answer.Worse.empty());
+}
+
+void frmMonthSheet::TellOutlook(const QString& text, bool isWorse) {
+    if (m_ui->lbl_Outlook->text() == text) return;
     QFont font = this->font();
-    font.setBold(!answer.Worse.empty());
+    font.setBold(isWorse);
     m_ui->lbl_Outlook->setFont(font);
-    m_ui->lbl_Outlook->setText(lines.join(u'\n'));
+    m_ui->lbl_Outlook->setText(text);
+    m_ui->lbl_Outlook->setAccessibleName(text);
+    if (isVisible()) LimitToTexts(*this);
 }
 
 void frmMonthSheet::ShowWrong() {

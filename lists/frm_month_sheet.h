@@ -50,6 +50,7 @@ private:
     void BeginOutlook();
     void StepOutlook();
     void ShowOutlook();
+    void TellOutlook(const QString& text, bool isWorse);
     void ShowWrong();
 
     /// True if nothing is left to save.

@@ -5,6 +5,7 @@
 #include "overview/overview_csv.h"
 #include "overview/sheet_outlook.h"
 #include "overview/untrusted_figures.h"
+#include "usage/usage_store.h"
 
 #include <gtest/gtest.h>
 

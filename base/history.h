@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace mact {
@@ -21,7 +22,9 @@ enum class HistoryKind { Materials, Usage, Companies };
 struct HistoryOf {
     HistoryKind Kind = HistoryKind::Materials;
     std::int16_t CompanyId = 0; ///< 0 for companies
-    auto operator<=>(const HistoryOf&) const = default;
+    friend bool operator<(const HistoryOf& left, const HistoryOf& right) {
+        return std::tie(left.Kind, left.CompanyId) < std::tie(right.Kind, right.CompanyId);
+    }
 };
 
 /// Whether something refers to the record of this number, which then must not go; a Failure if unclear. A

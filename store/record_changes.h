@@ -174,6 +174,7 @@ std::vector<Failure> FailuresOf(const std::vector<RecordChange<Type>>& changes,
                                 const std::vector<RefusedChange>& refused, const RecordMembers<Type>& members,
                                 std::string_view doing) {
     std::vector<Failure> failures;
+    failures.reserve(refused.size());
     for (const RefusedChange& each : refused)
         failures.push_back({.Doing = std::string(doing) + ' ' + std::string(members.Name) + ' ' +
                                      std::to_string(changes[each.Change].Record.*members.Number),

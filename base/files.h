@@ -65,6 +65,14 @@ public:
     /// system cannot tell.
     virtual Result<bool> HasOwn(const std::filesystem::path& path) = 0;
     virtual Done CreateFolder(const std::filesystem::path& path) = 0;
+    /// `to` must be free. On disk only once the folder that holds the two has been flushed.
+    virtual Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) {
+        return Rename(from, to);
+    }
+    /// Returns once the names in the folder are on the disk.
+    virtual Done FlushFolder(const std::filesystem::path&) { return Success(); }
+    /// Whether a folder can be renamed while files in it are open.
+    virtual bool RenamesFoldersInUse() const { return true; }
     virtual NameKind KindOfName(const std::filesystem::path&) { return NameKind::Plain; }
     /// A Failure if the path is a link that must not be followed.
     virtual Done CheckLink(const std::filesystem::path&) { return Success(); }

@@ -12,6 +12,9 @@ public:
     Done Remove(const std::filesystem::path& path) override;
     Result<bool> HasOwn(const std::filesystem::path& path) override;
     Done CreateFolder(const std::filesystem::path& path) override;
+    Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) override;
+    Done FlushFolder(const std::filesystem::path& path) override;
+    bool RenamesFoldersInUse() const override;
     NameKind KindOfName(const std::filesystem::path& path) override;
 };
 } // namespace mact

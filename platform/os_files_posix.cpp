@@ -36,16 +36,19 @@ bool HasNoLocks(int error) {
 constexpr mode_t Permissions = 0666; // less the user's umask
 constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
 
-/// A new or renamed file survives a crash only if its folder is flushed too. Not every file system can do
-/// that, which is ignored; a disk that fails at it is a Failure.
-Done FlushFolderOf(const std::filesystem::path& path) {
-    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+/// Not every file system can do that, which is ignored; a disk that fails at it is a Failure.
+Done FlushEntries(const std::filesystem::path& folder) {
     const int descriptor = Retry([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (descriptor < 0) return Success(); // a folder may be one that can be written to, but not be read
     const int error = Retry([&] { return ::fsync(descriptor); }) == 0 ? 0 : errno;
     ::close(descriptor);
     if (error != EIO && error != ENOSPC && error != EDQUOT) return Success();
     return DescribeError("write to the disk what was changed in the folder", folder, error);
+}
+
+/// A new or renamed file survives a crash only if its folder is flushed too.
+Done FlushFolderOf(const std::filesystem::path& path) {
+    return FlushEntries(path.has_parent_path() ? path.parent_path() : ".");
 }
 
 class PosixFile : public OpenedFile {
@@ -273,5 +276,19 @@ Done OsFiles::CreateFolder(const std::filesystem::path& path) {
     if (Retry([&] { return ::mkdir(path.c_str(), permissions); }) != 0)
         return DescribeError("create the folder", path, errno);
     return FlushFolderOf(path);
+}
+
+Done OsFiles::RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (Retry([&] { return ::rename(from.c_str(), to.c_str()); }) != 0)
+        return DescribeError("rename the folder", from, errno);
+    return Success();
+}
+
+Done OsFiles::FlushFolder(const std::filesystem::path& path) {
+    return FlushEntries(path);
+}
+
+bool OsFiles::RenamesFoldersInUse() const {
+    return true;
 }
 } // namespace mact

@@ -321,4 +321,20 @@ Done OsFiles::CreateFolder(const std::filesystem::path& path) {
         return DescribeError("create the folder", path, ::GetLastError());
     return Success();
 }
+
+Done OsFiles::RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) {
+    // A copy of the program that reads a file in it, or a virus scanner, closes it soon.
+    const DWORD error = WhileBeingRemoved([&] {
+        return ::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) ? 0 : ::GetLastError();
+    });
+    return error == 0 ? Success() : Done(DescribeError("rename the folder", from, error));
+}
+
+Done OsFiles::FlushFolder(const std::filesystem::path&) {
+    return Success(); // a folder has nothing to flush there: what changes it writes through
+}
+
+bool OsFiles::RenamesFoldersInUse() const {
+    return false;
+}
 } // namespace mact

@@ -86,6 +86,14 @@ public:
         if (Fails()) return Failed("create the folder", path);
         return WrappedFiles::CreateFolder(path);
     }
+    Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) override {
+        if (Fails()) return Failed("rename the folder", from);
+        return WrappedFiles::RenameFolder(from, to);
+    }
+    Done FlushFolder(const std::filesystem::path& path) override {
+        if (Fails()) return Failed("write to the disk what was changed in the folder", path);
+        return Success();
+    }
 
 private:
     bool IsNow() const { return m_count == m_fault.At; }

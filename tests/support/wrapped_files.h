@@ -42,6 +42,11 @@ public:
     Done Remove(const std::filesystem::path& path) override { return m_files.Remove(path); }
     Result<bool> HasOwn(const std::filesystem::path& path) override { return m_files.HasOwn(path); }
     Done CreateFolder(const std::filesystem::path& path) override { return m_files.CreateFolder(path); }
+    Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) override {
+        return m_files.RenameFolder(from, to);
+    }
+    Done FlushFolder(const std::filesystem::path& path) override { return m_files.FlushFolder(path); }
+    bool RenamesFoldersInUse() const override { return m_files.RenamesFoldersInUse(); }
     NameKind KindOfName(const std::filesystem::path& path) override { return m_files.KindOfName(path); }
 
 private:

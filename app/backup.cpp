@@ -38,31 +38,44 @@ std::string VolumeText(double volume) {
     return isWhole ? WholeNumberText(static_cast<std::int64_t>(volume)) : NumberText(volume);
 }
 
+std::filesystem::path SetName(double volume) {
+    return std::string(BackupSetPrefix) + VolumeText(volume);
+}
+
 /// False for a link: it could lead into the data folder, whose files would be replaced with their own copies.
 bool IsFolderOfItsOwn(const std::filesystem::path& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(std::filesystem::symlink_status(path, ignored));
 }
 
+/// What is to be done if a folder of the next set's name is there.
+enum class SetOfThatName { IsCopiedInto, IsLeftAlone };
+
+/// The number of the next set whose folder does not exist yet.
+double FirstFreeVolume(const std::filesystem::path& folder, double volume) {
+    std::error_code ignored;
+    while (volume < LargestVolume &&
+           std::filesystem::exists(std::filesystem::symlink_status(folder / SetName(volume), ignored)))
+        ++volume;
+    return volume;
+}
+
 /// Creates the folder of the next set. Shows its failures; empty if there is no such folder in the end.
-std::optional<std::filesystem::path> CreateSet(AppContext& app) {
-    // Settings that cannot be read are not taken for unset: the set would go to another place.
-    const Result<std::string> folder = app.Settings.TryRead(Settings::Backup, Settings::Path);
-    if (ShowFailure(app, folder)) return std::nullopt;
-    // Nor is a folder that cannot be seen taken for a missing one.
-    const Result<bool> isThere = LookForFolder(PathFromUtf8(*folder));
-    if (ShowFailure(app, isThere)) return std::nullopt;
+std::optional<std::filesystem::path> CreateSet(AppContext& app, SetOfThatName existing) {
+    const Result<std::filesystem::path> sets = FolderOfSets(app);
+    if (ShowFailure(app, sets)) return std::nullopt;
     const Result<std::string> number = app.Settings.TryRead(Settings::Backup, Settings::BackupVolume);
     if (ShowFailure(app, number)) return std::nullopt;
     // The next number is saved first: whatever fails afterwards, no later backup uses this one.
-    const double volume = BackupVolume(*number);
+    const double next = BackupVolume(*number);
+    const double volume = existing == SetOfThatName::IsLeftAlone ? FirstFreeVolume(*sets, next) : next;
     ShowFailure(app, app.Settings.Write(Settings::Backup, Settings::BackupVolume, VolumeText(volume + 1)));
-    const std::filesystem::path set = Tidied(*isThere ? PathFromUtf8(*folder) : app.ProgramFolder) /
-                                      ("talvor_backupset_" + VolumeText(volume));
+    const std::filesystem::path set = *sets / SetName(volume);
     const Done created = app.Files.CreateFolder(set);
     if (created) return set;
     ShowError(app, created.error());
-    if (!IsFolderOfItsOwn(set)) return std::nullopt; // otherwise the existing folder gets the files
+    if (existing == SetOfThatName::IsLeftAlone || !IsFolderOfItsOwn(set))
+        return std::nullopt; // otherwise the existing folder gets the files
     // What an earlier attempt could not copy would be taken for failures of this one.
     static_cast<void>(app.Files.Remove(set / BackupFailuresName));
     return set;
@@ -94,6 +107,16 @@ bool IsBackupFolderDefined(AppContext& app) {
     return !isThere || *isThere; // one that cannot be seen is defined all the same
 }
 
+Result<std::filesystem::path> FolderOfSets(AppContext& app) {
+    // Settings that cannot be read are not taken for unset: the set would go to another place.
+    const Result<std::string> folder = app.Settings.TryRead(Settings::Backup, Settings::Path);
+    if (!folder) return folder.error();
+    // Nor is a folder that cannot be seen taken for a missing one.
+    const Result<bool> isThere = LookForFolder(PathFromUtf8(*folder));
+    if (!isThere) return isThere.error();
+    return Tidied(*isThere ? PathFromUtf8(*folder) : app.ProgramFolder);
+}
+
 double BackupVolume(std::string_view text) {
     const std::optional<double> number = ParseNumber(text);
     if (!number || std::abs(*number) > LargestVolume) return 1;
@@ -102,7 +125,7 @@ double BackupVolume(std::string_view text) {
 }
 
 std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
-    const std::optional<std::filesystem::path> set = CreateSet(app);
+    const std::optional<std::filesystem::path> set = CreateSet(app, SetOfThatName::IsCopiedInto);
     if (!set || ShowFailure(app, PrepareCopy(app, *set))) return std::nullopt;
     if (ShowFailure(app, app.Programs.Start(BackupStart(ScriptFile(app))))) {
         RemoveBackupNote(app, *set);
@@ -113,23 +136,39 @@ std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold) {
     return set;
 }
 
-std::optional<std::filesystem::path> RunBackupToItsEnd(AppContext& app) {
-    const std::optional<std::filesystem::path> set = CreateSet(app);
+namespace {
+
+/// Empty if the copy could not begin, which is shown.
+std::optional<EndedBackup> CopyIntoSetOf(AppContext& app, const std::optional<std::filesystem::path>& set) {
     if (!set) return std::nullopt;
     const Result<std::vector<FileForSet>> files = PrepareCopy(app, *set);
     if (ShowFailure(app, files)) return std::nullopt;
-    std::vector<std::string> sentences;
-    for (const Failure& failure : CopyIntoSet(app.Files, DataFolder(app), *files, *set)) {
-        ShowError(app, failure);
-        sentences.push_back(SentenceOf(failure));
-    }
-    if (sentences.empty()) {
+    EndedBackup ended{*set, CopyIntoSet(app.Files, DataFolder(app), *files, *set)};
+    if (ended.Failures.empty()) {
         RemoveBackupNote(app, *set);
-        return set;
+        return ended;
     }
+    std::vector<std::string> sentences;
+    for (const Failure& failure : ended.Failures)
+        sentences.push_back(SentenceOf(failure));
     // The note says that the set is incomplete, even if this cannot be written.
     static_cast<void>(WriteBackupFailures(app.Files, *set, sentences));
-    return std::nullopt;
+    return ended;
+}
+
+} // namespace
+
+std::optional<EndedBackup> CopyDataIntoNewSet(AppContext& app) {
+    return CopyIntoSetOf(app, CreateSet(app, SetOfThatName::IsLeftAlone));
+}
+
+std::optional<std::filesystem::path> RunBackupToItsEnd(AppContext& app) {
+    const std::optional<EndedBackup> ended = CopyIntoSetOf(app, CreateSet(app, SetOfThatName::IsCopiedInto));
+    if (!ended) return std::nullopt;
+    for (const Failure& failure : ended->Failures)
+        ShowError(app, failure);
+    if (!ended->Failures.empty()) return std::nullopt;
+    return ended->Set;
 }
 
 void BackUpOnRequest(AppContext& app, const std::function<void()>& defineFolder) {

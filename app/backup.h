@@ -6,12 +6,16 @@
 #include <functional>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace mact {
 
 /// A backup copies every file of the data folder, of all companies, into a new numbered folder, the backup
 /// set. A one-line script, backup.bat in the program folder, does the copying by itself and goes on after the
 /// program has ended.
+
+/// What the name of a set's folder begins with; its number follows.
+inline constexpr std::string_view BackupSetPrefix = "talvor_backupset_";
 
 /// Whether BACKUP/PATH names an existing folder. Otherwise backups go to the program folder.
 bool IsBackupFolderDefined(AppContext& app);
@@ -28,6 +32,18 @@ std::optional<std::filesystem::path> RunBackup(AppContext& app, bool isTold);
 /// The same, but copies the files itself instead of starting the script, and returns once all of them are in
 /// the set. The result is also empty if one is not: each is shown, and written down in the set.
 std::optional<std::filesystem::path> RunBackupToItsEnd(AppContext& app);
+
+/// A set whose copy has ended.
+struct EndedBackup {
+    std::filesystem::path Set;
+    std::vector<Failure> Failures{}; ///< one for each file that is not in it, written down in the set
+};
+/// Where the next set is made: the configured folder, or the program folder if that is not there.
+Result<std::filesystem::path> FolderOfSets(AppContext& app);
+
+/// As RunBackupToItsEnd, without showing the failures of files, and never into a set that is there: the
+/// number is counted up to a free one. Empty if the copy could not begin, which is shown.
+std::optional<EndedBackup> CopyDataIntoNewSet(AppContext& app);
 
 /// What the main window's button does. Without a backup folder the user is asked whether to define one, which
 /// `defineFolder` does. No backs up into the program folder; Cancel makes no backup.

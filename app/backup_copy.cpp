@@ -14,15 +14,6 @@ namespace {
 
 constexpr std::size_t PieceLength = std::size_t{1} << 20U; // bytes read and written at once
 
-bool IsTemporary(const std::filesystem::path& name) {
-    return PathText(name).ends_with(PathText(TemporaryFor({})));
-}
-
-std::filesystem::path WithoutUndoSuffix(const std::filesystem::path& name) {
-    const std::string text = PathText(name);
-    return PathFromUtf8(std::string_view(text).substr(0, text.size() - PathText(UndoFileOf({})).size()));
-}
-
 Failure CannotBackUp(const std::filesystem::path& file, const std::string& reason) {
     return {"back up the file", file, reason};
 }
@@ -53,20 +44,6 @@ Done CopyBytes(OpenedFile& from, OpenedFile& to) {
         if (!written) return written;
         if (*count < piece.size()) return Success();
         offset += *count;
-    }
-}
-
-Done CheckHasSameBytes(OpenedFile& file, OpenedFile& copy) {
-    std::string piece(PieceLength, '\0');
-    std::string copied(PieceLength, '\0');
-    for (std::uint64_t offset = 0;; offset += PieceLength) {
-        const Result<std::size_t> count = file.ReadAt(offset, piece);
-        if (!count) return count.error();
-        const Result<std::size_t> copiedCount = copy.ReadAt(offset, copied);
-        if (!copiedCount) return copiedCount.error();
-        if (std::string_view(piece).substr(0, *count) != std::string_view(copied).substr(0, *copiedCount))
-            return Failure{.Reason = "its copy differs from it"};
-        if (*count < piece.size()) return Success();
     }
 }
 
@@ -133,8 +110,37 @@ Done CopyDataFile(FileAccess& files, const std::filesystem::path& source,
 
 } // namespace
 
+Done CopyUnlocked(FileAccess& files, const std::filesystem::path& source,
+                  const std::filesystem::path& target) {
+    const Result<std::unique_ptr<OpenedFile>> file = files.Open(source, OpenMode::Read);
+    return file ? CopyOpenFile(files, **file, source, target) : Done(file.error());
+}
+
+Done CheckHasSameBytes(OpenedFile& file, OpenedFile& copy) {
+    std::string piece(PieceLength, '\0');
+    std::string copied(PieceLength, '\0');
+    for (std::uint64_t offset = 0;; offset += PieceLength) {
+        const Result<std::size_t> count = file.ReadAt(offset, piece);
+        if (!count) return count.error();
+        const Result<std::size_t> copiedCount = copy.ReadAt(offset, copied);
+        if (!copiedCount) return copiedCount.error();
+        if (std::string_view(piece).substr(0, *count) != std::string_view(copied).substr(0, *copiedCount))
+            return Failure{.Reason = "its copy differs from it"};
+        if (*count < piece.size()) return Success();
+    }
+}
+
+bool IsTemporaryFile(const std::filesystem::path& name) {
+    return PathText(name).ends_with(PathText(TemporaryFor({})));
+}
+
 bool IsUndoFile(const std::filesystem::path& name) {
     return PathText(name).ends_with(PathText(UndoFileOf({})));
+}
+
+std::filesystem::path DataFileOf(const std::filesystem::path& undoFile) {
+    const std::string text = PathText(undoFile);
+    return PathFromUtf8(std::string_view(text).substr(0, text.size() - PathText(UndoFileOf({})).size()));
 }
 
 Result<std::vector<FileForSet>> FilesForSet(const std::filesystem::path& dataFolder) {
@@ -146,7 +152,7 @@ Result<std::vector<FileForSet>> FilesForSet(const std::filesystem::path& dataFol
     if (error) return Failure{"read the folder", dataFolder, error.message()};
     std::vector<FileForSet> found;
     for (const std::filesystem::path& name : names) {
-        if (IsTemporary(name) || (IsUndoFile(name) && names.contains(WithoutUndoSuffix(name)))) continue;
+        if (IsTemporaryFile(name) || (IsUndoFile(name) && names.contains(DataFileOf(name)))) continue;
         const std::optional<FileForSet> described = Described(dataFolder / name);
         if (described) found.push_back(*described);
     }

@@ -25,6 +25,19 @@ Result<std::vector<FileForSet>> FilesForSet(const std::filesystem::path& dataFol
 
 /// Whether the name is that of an undo file, which exists only while its data file is being changed.
 bool IsUndoFile(const std::filesystem::path& name);
+/// The name of an undo file's data file.
+std::filesystem::path DataFileOf(const std::filesystem::path& undoFile);
+
+/// Copies a file as CopyIntoSet does, but without locking it: for a file that nobody changes. `target` has
+/// the permissions and the time of `source`.
+Done CopyUnlocked(FileAccess& files, const std::filesystem::path& source,
+                  const std::filesystem::path& target);
+
+/// A Failure without a path unless both files hold the same bytes.
+Done CheckHasSameBytes(OpenedFile& file, OpenedFile& copy);
+
+/// Whether the name is that of a temporary file, which never goes into a set.
+bool IsTemporaryFile(const std::filesystem::path& name);
 
 /// Copies the files one by one, each locked meanwhile, flushes every copy and compares it with its file.
 /// Links in the set's folder are replaced, never followed. Returns a failure for each file that is not in the

@@ -34,20 +34,6 @@ std::uint64_t LengthOf(const std::filesystem::path& path) {
     return error ? 0 : length;
 }
 
-std::vector<std::string> WhatIsMissing(const BackupNote& note) {
-    std::vector<std::string> sentences;
-    for (const NotedFile& file : note.Files) {
-        const std::filesystem::path copy = note.Set / file.Name;
-        const std::string name = '"' + PathText(file.Name) + '"';
-        if (!IsRegularFile(copy))
-            sentences.push_back("The file " + name + " is missing.");
-        else if (const std::uint64_t length = LengthOf(copy); length < file.Length)
-            sentences.push_back("The file " + name + " is cut short: it has " + std::to_string(length) +
-                                " bytes instead of " + std::to_string(file.Length) + ".");
-    }
-    return sentences;
-}
-
 /// A file of that name in the data folder is copied like any other; the failures would replace its copy.
 bool HasFailures(const BackupNote& note) {
     const std::filesystem::path failures = note.Set / BackupFailuresName;
@@ -100,6 +86,20 @@ std::optional<BackupNote> ReadBackupNote(AppContext& app) {
         note.Files.push_back(std::move(file));
     }
     return note;
+}
+
+std::vector<std::string> WhatIsMissing(const BackupNote& note) {
+    std::vector<std::string> sentences;
+    for (const NotedFile& file : note.Files) {
+        const std::filesystem::path copy = note.Set / file.Name;
+        const std::string name = '"' + PathText(file.Name) + '"';
+        if (!IsRegularFile(copy))
+            sentences.push_back("The file " + name + " is missing.");
+        else if (const std::uint64_t length = LengthOf(copy); length < file.Length)
+            sentences.push_back("The file " + name + " is cut short: it has " + std::to_string(length) +
+                                " bytes instead of " + std::to_string(file.Length) + ".");
+    }
+    return sentences;
 }
 
 void RemoveBackupNote(AppContext& app, const std::filesystem::path& set) {

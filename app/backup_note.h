@@ -33,6 +33,8 @@ struct BackupNote {
 Done WriteBackupNote(AppContext& app, const std::filesystem::path& set, const std::vector<FileForSet>& files);
 /// Empty if there is none, or none that can be read.
 std::optional<BackupNote> ReadBackupNote(AppContext& app);
+/// A sentence for each file that the set lacks, or has cut short.
+std::vector<std::string> WhatIsMissing(const BackupNote& note);
 /// Leaves the note of another set alone.
 void RemoveBackupNote(AppContext& app, const std::filesystem::path& set);
 

@@ -1,5 +1,6 @@
 #include "app/startup.h"
 
+#include "app/data_swap.h"
 #include "store/companies.h"
 #include "store/data_folder.h"
 #include "store/material_types.h"
@@ -7,6 +8,8 @@
 namespace mact {
 
 Done StartUp(AppContext& app) {
+    const Done finished = FinishRestore(app); // first, since it decides what the data folder is
+    if (!finished) return finished;
     const Result<bool> hasTable = IsAnythingAt(HapContentsFile(app));
     if (!hasTable) return hasTable.error();
     if (!*hasTable) { // an existing one stays, even an empty one

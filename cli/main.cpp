@@ -6,6 +6,7 @@
 #include "cli/console_services.h"
 #include "cli/deleted_commands.h"
 #include "cli/overview_commands.h"
+#include "cli/restore_command.h"
 #include "overview/half_year.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
@@ -38,7 +39,8 @@ struct CommandLine {
     std::string Folder{};
     std::optional<std::int16_t> CompanyId{};
     std::function<ExitStatus(AppContext&)> Command{};
-    bool ChangesNothing = false; ///< not even a data folder is created at the start
+    /// The command that does without the start, which creates a data folder and fails if that is damaged.
+    std::string NotStartedFor{};
 
     std::string Name{};
     std::string Location{};
@@ -57,6 +59,9 @@ struct CommandLine {
     std::string HalfYear{};
     std::vector<std::string> PollutantNames{};
     std::vector<std::int16_t> RecordNumbers{};
+    std::string Set{};
+    bool IsList = false;
+    RestoreConsent Consent{};
 };
 
 CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
@@ -200,13 +205,29 @@ void AddCheckCommand(CLI::App& parser, CommandLine& asked) {
     CLI::App& check =
         AddCommand(parser, asked, "check",
                    "Look through the data files of all companies and print what is wrong", CheckDataFolder);
-    check.parse_complete_callback([&asked] { asked.ChangesNothing = true; });
+    check.parse_complete_callback([&asked] { asked.NotStartedFor = "check"; });
+}
+
+void AddRestoreCommand(CLI::App& parser, CommandLine& asked) {
+    CLI::App& restore = AddCommand(
+        parser, asked, "restore", "Put a backup set in the place of the data files, or list the sets",
+        [&](AppContext& app) {
+            return asked.IsList || asked.Set.empty() ? ListSets(app) : Restore(app, asked.Set, asked.Consent);
+        });
+    restore.add_option("SET", asked.Set,
+                       "A set's folder, name or number. Without it the sets are listed, one a line");
+    restore.add_flag("--list", asked.IsList, "List the sets, newest first");
+    restore.add_flag("--incomplete", asked.Consent.ToIncompleteSet,
+                     "Restore a set that is cut or incomplete too");
+    restore.add_flag("--without-backup", asked.Consent.ToIncompleteBackup,
+                     "Go on if the present data cannot be backed up");
+    restore.parse_complete_callback([&asked] { asked.NotStartedFor = "restore"; });
 }
 
 /// Not a callback of `check`: the parser sets main options such as --company only after those have run.
 void CheckCompanyOption(const CommandLine& asked) {
-    if (asked.ChangesNothing && asked.CompanyId)
-        throw CLI::ValidationError("check", "looks at all companies, without --company");
+    if (!asked.NotStartedFor.empty() && asked.CompanyId)
+        throw CLI::ValidationError(asked.NotStartedFor, "looks at all companies, without --company");
 }
 
 /// The status to end with; empty if there is a command to run.
@@ -237,6 +258,7 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
     AddCheckCommand(parser, asked);
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
                BackUp);
+    AddRestoreCommand(parser, asked);
 
     // The parser takes the arguments from the vector's end. Not argv, which is not UTF-8 on Windows.
     std::vector<std::string> reversed;
@@ -257,7 +279,8 @@ std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine&
 }
 
 ExitStatus StartAndRun(const CommandLine& asked, const ConsolePrompts& prompts, AppContext& app) {
-    if (!asked.ChangesNothing) { // StartUp creates files, and fails if the remembered company is not a number
+    if (asked.NotStartedFor
+            .empty()) { // StartUp creates files, and fails if the remembered company is not a number
         const Done started = StartUp(app);
         // It shows by itself that the companies cannot be read. The command would meet the same fault and
         // tell it once more, or work without the company.

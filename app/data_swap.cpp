@@ -165,10 +165,12 @@ Done RemoveFolderOfFiles(FileAccess& files, const std::filesystem::path& folder)
         const Done removed = files.Remove(entry);
         if (!removed) return removed;
     }
+    const Done flushed = files.FlushFolder(folder);
+    if (!flushed) return flushed;
     std::error_code error;
     std::filesystem::remove(folder, error);
     if (error) return Failure{"remove the folder", folder, error.message()};
-    return Success();
+    return files.FlushFolder(folder.parent_path());
 }
 
 Result<bool> HoldsSameFiles(FileAccess& files, const std::filesystem::path& folder,
@@ -227,8 +229,11 @@ Result<std::optional<std::filesystem::path>> RemoveReplacedFolder(FileAccess& fi
     if (!*hasOld) return std::optional<std::filesystem::path>{};
     const Result<bool> isKept =
         keptSet.empty() ? false : HoldsSameFiles(files, places.Old, keptSet, Compared::Everything);
-    if (isKept && *isKept && RemoveFolderOfFiles(files, places.Old))
-        return std::optional<std::filesystem::path>{};
+    if (isKept && *isKept) {
+        const Done removed = RemoveFolderOfFiles(files, places.Old);
+        const Result<bool> isStillThere = IsThere(places.Old);
+        if (removed || (isStillThere && !*isStillThere)) return std::optional<std::filesystem::path>{};
+    }
     const Result<std::filesystem::path> name = FreeNameBeside(places.Data);
     if (!name) return name.error();
     const Done renamed = files.RenameFolder(places.Old, *name);

@@ -49,7 +49,8 @@ private:
     std::unique_ptr<OpenedFile> m_file;
 };
 
-/// Removes a folder of files, or whatever else has its name. A link is not followed.
+/// Removes a folder of files, or whatever else has its name. A link is not followed. On disk when it
+/// succeeds: without the note nobody would look for what comes back.
 Done RemoveFolderOfFiles(FileAccess& files, const std::filesystem::path& folder);
 
 /// What counts of a folder that is compared with a set. Temporary files never do.

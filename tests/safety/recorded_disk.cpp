@@ -24,6 +24,20 @@ struct DiskFile {
     }
 };
 
+using NamedFiles = std::map<std::filesystem::path, std::shared_ptr<DiskFile>>;
+
+/// What had the new name before is no longer seen.
+void MoveFolder(NamedFiles& files, const DiskStep& step) {
+    NamedFiles moved;
+    for (const auto& [path, file] : files) {
+        if (path.parent_path() == step.Path)
+            moved[step.Target / path.filename()] = file;
+        else if (path.parent_path() != step.Target)
+            moved[path] = file;
+    }
+    files = std::move(moved);
+}
+
 } // namespace
 
 PowerCut::PowerCut(const DiskContent& before, const std::vector<DiskStep>& steps, std::size_t count)
@@ -39,10 +53,13 @@ PowerCut::PowerCut(const DiskContent& before, const std::vector<DiskStep>& steps
 bool PowerCut::IsFlushed(std::size_t step) const {
     using enum DiskStep::Kind;
     const DiskStep& change = m_steps[step];
-    const bool isOfFolder = change.What == Create || change.What == Rename || change.What == Remove;
+    const bool isOfFolder = change.What == Create || change.What == Rename || change.What == RenameFolder ||
+                            change.What == Remove;
+    const std::filesystem::path folder = change.Path.parent_path();
     return std::any_of(m_steps.begin() + static_cast<std::ptrdiff_t>(step),
                        m_steps.begin() + static_cast<std::ptrdiff_t>(m_count), [&](const DiskStep& later) {
-                           return isOfFolder ? later.What == FlushFolder
+                           return isOfFolder ? later.What == FlushFolder &&
+                                                   (later.Path.empty() || later.Path == folder)
                                              : later.What == Flush && later.Path == change.Path;
                        });
 }
@@ -50,7 +67,7 @@ bool PowerCut::IsFlushed(std::size_t step) const {
 DiskContent PowerCut::Content(const std::function<bool()>& isThere) const {
     using enum DiskStep::Kind;
     // A name leads to a file, by which the steps know it; a rename gives the file another name.
-    std::map<std::filesystem::path, std::shared_ptr<DiskFile>> onDisk;
+    NamedFiles onDisk;
     for (const auto& [path, bytes] : m_before)
         onDisk[path] = std::make_shared<DiskFile>(DiskFile{bytes, bytes.size(), bytes.size()});
     auto named = onDisk; // as the program sees it
@@ -69,6 +86,10 @@ DiskContent PowerCut::Content(const std::function<bool()>& isThere) const {
                 onDisk[step.Target] = named[step.Target];
                 onDisk.erase(step.Path);
             }
+            break;
+        case RenameFolder:
+            MoveFolder(named, step);
+            if (isDone()) MoveFolder(onDisk, step);
             break;
         case Remove:
             named.erase(step.Path);

@@ -17,10 +17,10 @@ namespace mact {
 
 /// A step that reaches the disk only once it is flushed.
 struct DiskStep {
-    enum class Kind { Create, Write, Cut, Flush, FlushFolder, Rename, Remove };
+    enum class Kind { Create, Write, Cut, Flush, FlushFolder, Rename, RenameFolder, Remove };
     Kind What;
-    std::filesystem::path Path{};
-    std::filesystem::path Target{}; ///< of Rename
+    std::filesystem::path Path{};   ///< of FlushFolder, empty = all folders
+    std::filesystem::path Target{}; ///< of Rename and RenameFolder
     std::uint64_t Offset = 0;       ///< of Write; the new length of Cut
     std::string Bytes{};
 };

@@ -29,19 +29,6 @@ std::string InQuotes(const std::filesystem::path& name) {
     return '"' + PathText(name) + '"';
 }
 
-std::optional<std::filesystem::file_time_type> NewestTimeIn(const std::filesystem::path& folder) {
-    std::optional<std::filesystem::file_time_type> newest;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code ofEntry;
-        if (!entry->is_regular_file(ofEntry) || entry->path().filename() == BackupFailuresName) continue;
-        const auto time = entry->last_write_time(ofEntry);
-        if (!ofEntry && (!newest || time > *newest)) newest = time;
-    }
-    return newest;
-}
-
 void SortNewestFirst(std::vector<FoundSet>& sets) {
     std::ranges::sort(sets, [](const FoundSet& left, const FoundSet& right) {
         if (left.Newest != right.Newest) return left.Newest > right.Newest;
@@ -151,6 +138,19 @@ void AddFault(std::vector<std::string>& faults, const std::string& sentence) {
 }
 
 } // namespace
+
+std::optional<std::filesystem::file_time_type> NewestTimeIn(const std::filesystem::path& set) {
+    std::optional<std::filesystem::file_time_type> newest;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(set, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::error_code ofEntry;
+        if (!entry->is_regular_file(ofEntry) || entry->path().filename() == BackupFailuresName) continue;
+        const auto time = entry->last_write_time(ofEntry);
+        if (!ofEntry && (!newest || time > *newest)) newest = time;
+    }
+    return newest;
+}
 
 Result<std::vector<FoundSet>> FindBackupSetsIn(const std::filesystem::path& folder) {
     const Result<bool> isThere = LookForFolder(folder);

@@ -26,6 +26,9 @@ Result<std::vector<FoundSet>> FindBackupSets(AppContext& app);
 /// The same for one folder.
 Result<std::vector<FoundSet>> FindBackupSetsIn(const std::filesystem::path& folder);
 
+/// The set's date.
+std::optional<std::filesystem::file_time_type> NewestTimeIn(const std::filesystem::path& set);
+
 /// The folder that is meant: a path, or the name or number of one of the sets found. Empty if there is none.
 Result<std::optional<std::filesystem::path>> SetMeantBy(AppContext& app, const std::string& utf8Text);
 

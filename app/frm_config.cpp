@@ -1,6 +1,7 @@
 #include "app/frm_config.h"
 
 #include "app/configuration.h"
+#include "app/frm_restore.h"
 #include "app/ui_frm_config.h"
 #include "base/messages.h"
 #include "base/text.h"
@@ -32,21 +33,28 @@ frmConfig::frmConfig(AppContext& app, QWidget* parent)
     m_ui->chk_auto->setChecked(configuration.IsBackedUpOnExit);
     m_ui->txt_browser->setText(ShownPath(configuration.Browser));
     m_ui->dir_backup->setFocus();
-    if (app.CurrentCompanyId == 0) {
-        m_ui->cmd_ExtraPollutants->setEnabled(false);
-        m_ui->cmd_ExtraPollutants->setToolTip(
-            QStringLiteral("Choose a company first: the names are kept for each company."));
-    }
+    ShowWhetherThereIsACompany();
 
     connect(m_ui->cmd_Folder, &QPushButton::clicked, this, &frmConfig::ChooseFolder);
     connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmConfig::ChooseBrowser);
     connect(m_ui->cmd_ExtraPollutants, &QPushButton::clicked, this,
             [this] { ShowAdditionalNames(m_app, this); });
+    connect(m_ui->cmd_Restore, &QPushButton::clicked, this, [this] {
+        ShowRestore(m_app, this);
+        ShowWhetherThereIsACompany();
+    });
     connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmConfig::SaveSettings);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 frmConfig::~frmConfig() = default;
+
+void frmConfig::ShowWhetherThereIsACompany() {
+    const bool isThere = m_app.CurrentCompanyId != 0;
+    m_ui->cmd_ExtraPollutants->setEnabled(isThere);
+    m_ui->cmd_ExtraPollutants->setToolTip(
+        isThere ? QString() : QStringLiteral("Choose a company first: the names are kept for each company."));
+}
 
 void frmConfig::ChooseFolder() {
     const auto folder =

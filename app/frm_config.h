@@ -13,7 +13,8 @@ class frmConfig;
 
 namespace mact {
 
-/// The backup folder, the backup on exit and the browser for the reports; also opens the pollutants' names.
+/// The backup folder, the backup on exit and the browser for the reports; also opens the pollutants' names
+/// and the restore of a backup set.
 class frmConfig : public QDialog {
     Q_OBJECT
 
@@ -25,6 +26,8 @@ public:
     const std::optional<Failure>& Unread() const { return m_unread; }
 
 private:
+    /// Only a company has pollutants' names; a restore can take it away.
+    void ShowWhetherThereIsACompany();
     void ChooseFolder();
     void ChooseBrowser();
     /// The window stays open if something could not be saved.

@@ -5,6 +5,7 @@
 #include "app/frm_about.h"
 #include "app/frm_config.h"
 #include "app/frm_main.h"
+#include "app/frm_restore.h"
 #include "dialogs/dialog_routines.h"
 #include "lists/frm_list.h"
 #include "lists/frm_month_sheet.h"
@@ -40,6 +41,7 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QTableView>
+#include <QTableWidget>
 #include <QTreeView>
 
 #include <fstream>
@@ -135,6 +137,47 @@ void OpenUsage(AppContext& app, QWidget* parent) {
 }
 
 void AsItOpens(const QWidget&) {}
+
+/// With a complete set and one that was cut off.
+void OpenRestore(AppContext& app, QWidget* parent) {
+    for (const char* name : {"talvor_backupset_1", "talvor_backupset_2", "talvor_backupset_3"}) {
+        std::error_code ignored;
+        std::filesystem::remove_all(app.ProgramFolder / name, ignored);
+    }
+    std::error_code ignored;
+    static_cast<void>(app.Settings.Write("BACKUP", "BK_VOLUME", "1"));
+    static_cast<void>(RunBackupToItsEnd(app));
+    const auto set = RunBackupToItsEnd(app);
+    std::filesystem::resize_file(*set / "1_usage.talvor", 1000, ignored);
+    std::ofstream(*set / BackupFailuresName) << "Cannot back up the file \"data/1_materials.talvor\": "
+                                                "Input/output error.\r\n";
+    ShowRestore(app, parent);
+}
+
+/// The sets are looked into after the window is painted.
+void WithSets(const QWidget& window) {
+    const auto& table = Named<QTableWidget>(window, "tbl_Sets");
+    while (table.rowCount() < 2 || !table.item(1, 4) || table.item(1, 4)->text().isEmpty() ||
+           table.item(0, 4)->text().isEmpty())
+        QCoreApplication::processEvents();
+}
+
+void ChooseIncomplete(const QWidget& window) {
+    WithSets(window);
+    auto& table = Named<QTableWidget>(window, "tbl_Sets");
+    for (int row = 0; row < table.rowCount(); ++row)
+        if (table.item(row, 4)->text() != QLatin1String("complete")) table.selectRow(row);
+}
+
+void RestoreASet(const QWidget& window) {
+    WithSets(window);
+    auto& table = Named<QTableWidget>(window, "tbl_Sets");
+    for (int row = 0; row < table.rowCount(); ++row)
+        if (table.item(row, 4)->text() == QLatin1String("complete")) table.selectRow(row);
+    Press(window, "chk_Confirm");
+    Press(window, "cmd_Restore");
+    WithSets(window);
+}
 
 /// Calculated after the window is painted.
 void WithVerdict(const QWidget& window) {
@@ -387,6 +430,9 @@ const std::vector<WindowState>& AllWindows() {
         {"frmExport_done",                    ShowUsageExport,            ExportToFile      },
         {"frmErrorLog",                       OpenErrorLog,               AsItOpens         },
         {"frmConfig",                         ShowConfiguration,          AsItOpens         },
+        {"frmRestore",                        OpenRestore,                AsItOpens         },
+        {"frmRestore_incomplete",             OpenRestore,                ChooseIncomplete  },
+        {"frmRestore_done",                   OpenRestore,                RestoreASet       },
         {"frmReports",                        ShowReportsForm,            AsItOpens         },
         {"frmReports_month",                  ShowReportsForm,            ChooseMonths      },
         {"frmOverview",                       ShowOverview,               AsItOpens         },

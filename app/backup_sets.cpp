@@ -19,6 +19,7 @@
 #include <ctime>
 #include <set>
 #include <system_error>
+#include <tuple>
 
 namespace mact {
 namespace {
@@ -32,7 +33,11 @@ std::string InQuotes(const std::filesystem::path& name) {
 void SortNewestFirst(std::vector<FoundSet>& sets) {
     std::ranges::sort(sets, [](const FoundSet& left, const FoundSet& right) {
         if (left.Newest != right.Newest) return left.Newest > right.Newest;
-        return left.Folder > right.Folder;
+        // A later backup of the same data has a higher number.
+        const std::string leftName = PathText(left.Folder.filename());
+        const std::string rightName = PathText(right.Folder.filename());
+        if (leftName.size() != rightName.size()) return leftName.size() > rightName.size();
+        return std::tie(leftName, left.Folder) > std::tie(rightName, right.Folder);
     });
 }
 

@@ -1,6 +1,7 @@
 #include "app/data_swap.h"
 
 #include "app/backup_copy.h"
+#include "base/interrupted.h"
 #include "base/sha256.h"
 #include "base/text.h"
 #include "store/data_folder.h"
@@ -37,7 +38,8 @@ std::filesystem::path EndOfLinks(std::filesystem::path path) {
 /// Links are not followed. A Failure if the system cannot tell.
 Result<std::filesystem::file_status> StatusAt(const std::filesystem::path& path) {
     std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::symlink_status(path, error);
+    const std::filesystem::file_status status = WhileInterrupted(
+        error, [&](std::error_code& given) { return std::filesystem::symlink_status(path, given); });
     if (status.type() == std::filesystem::file_type::none)
         return Failure{"look for the folder", path, error.message()};
     return status;

@@ -17,7 +17,7 @@
 namespace mact {
 namespace {
 
-enum Columns { Date, Companies, Records, Check, State, ColumnCount };
+enum Columns { Set, Date, Companies, Records, Check, State, ColumnCount };
 
 constexpr std::size_t MostFindings = 200; // that are shown of a set
 constexpr std::size_t MostSentences = 10; // in a question
@@ -38,6 +38,13 @@ QString DetailsOf(const SetDescription& set) {
         lines += QStringLiteral("... and %1 more").arg(set.Findings.size() - MostFindings);
     if (set.Faults.empty() && set.Findings.empty()) lines += QStringLiteral("Nothing is wrong with it.");
     return lines.join(u'\n');
+}
+
+/// The set's number, or the name of a folder that has none.
+QString ShortNameOf(const std::filesystem::path& set) {
+    const std::string name = PathText(set.filename());
+    const bool hasNumber = name.starts_with(BackupSetPrefix);
+    return FromUtf8(hasNumber ? std::string_view(name).substr(BackupSetPrefix.size()) : name);
 }
 
 /// Of a folder that the user has chosen: the set itself, or the sets in it.
@@ -82,6 +89,7 @@ void frmRestore::MakeRoom() {
     table.verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
     QHeaderView& header = *table.horizontalHeader();
     const std::pair<int, const char*> widest[] = {
+        {Set,     "12345"                               },
         {Date,    "2005-03-31 17:05"                    },
         {Records, "32767 materials, 32767 usage records"},
         {Check,   "100000 findings"                     },
@@ -120,6 +128,7 @@ void frmRestore::FindSets() {
 
 void frmRestore::AddSets(const std::vector<FoundSet>& sets) {
     std::vector<Row> rows;
+    rows.reserve(sets.size() + m_rows.size());
     for (const FoundSet& set : sets)
         rows.push_back({set});
     for (Row& row : m_rows)
@@ -146,8 +155,12 @@ void frmRestore::Step() {
 
 void frmRestore::ShowRow(std::size_t number) {
     const Row& row = m_rows[number];
-    QStringList cells = {FromUtf8(DateText(row.Found.Newest)), FromPath(row.Found.Folder.filename()),
-                         QStringLiteral("..."), QString(), QString()};
+    QStringList cells = {ShortNameOf(row.Found.Folder),
+                         FromUtf8(DateText(row.Found.Newest)),
+                         QStringLiteral("..."),
+                         QString(),
+                         QString(),
+                         QString()};
     if (row.Description) {
         const SetDescription& set = *row.Description;
         cells[Companies] = FromUtf8(CompaniesText(set));

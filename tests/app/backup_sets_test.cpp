@@ -129,6 +129,15 @@ TEST_F(BackupSetsTest, SetsAreFoundInTheBackupFolderAndTheProgramFolderNewestFir
                                        "talvor_backupset_0"})); // the last is empty
 }
 
+TEST_F(BackupSetsTest, OfSetsWithTheSameDateTheHigherNumberComesFirst) {
+    std::filesystem::copy(Set, ProgramFile("talvor_backupset_9"));
+    std::filesystem::copy(Set, ProgramFile("talvor_backupset_10"));
+    const auto now = std::filesystem::file_time_type::clock::now();
+    for (const char* name : {"talvor_backupset_1", "talvor_backupset_9", "talvor_backupset_10"})
+        SetTimes(ProgramFile(name), now);
+    EXPECT_EQ(FoundNames(), (Sentences{"talvor_backupset_10", "talvor_backupset_9", "talvor_backupset_1"}));
+}
+
 TEST_F(BackupSetsTest, ABackupFolderThatIsTheProgramFolderIsListedOnce) {
     Settings.Values[{"BACKUP", "PATH"}] = PathText(App.ProgramFolder / "");
     EXPECT_EQ(FoundNames(), Sentences{"talvor_backupset_1"});
@@ -217,7 +226,7 @@ TEST_F(BackupSetsTest, ASetThatCannotBeReadIsDescribedByItsFailure) {
 }
 
 TEST_F(BackupSetsTest, AFileOfMoreRecordsThanCountIsAFaultAndNotRead) {
-    std::filesystem::resize_file(Set / "1_usage.talvor", 32768 * 32);
+    std::filesystem::resize_file(Set / "1_usage.talvor", std::uintmax_t{32768} * 32);
     const Sentences faults = Faults();
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults.front(), "Cannot work with the file \"" + PathText(Set / "1_usage.talvor") +

@@ -63,7 +63,7 @@ struct RestoreProgram : TestProgram {
         const auto& table = Named<QTableWidget>(window, "tbl_Sets");
         const auto areDescribed = [&] {
             for (int row = 0; row < table.rowCount(); ++row)
-                if (Cell(window, row, 4).isEmpty()) return false;
+                if (Cell(window, row, 5).isEmpty()) return false;
             return true;
         };
         for (int turn = 0; turn < 10; ++turn) // painting, finding
@@ -105,14 +105,16 @@ private slots:
         RestoreProgram program;
         program.Show([&](frmRestore& window) {
             QCOMPARE(Named<QTableWidget>(window, "tbl_Sets").rowCount(), 2);
-            QCOMPARE(program.Cell(window, 0, 1), QStringLiteral("Acme; Beta"));
-            QCOMPARE(program.Cell(window, 0, 2), QStringLiteral("0 materials, 1 usage record"));
-            QCOMPARE(program.Cell(window, 0, 3), QStringLiteral("1 finding")); // usage without its material
-            QCOMPARE(program.Cell(window, 0, 4), QStringLiteral("complete"));
-            QCOMPARE(program.Cell(window, 1, 1), QStringLiteral("Acme"));
-            QCOMPARE(program.Cell(window, 1, 2), QStringLiteral("0 materials, 0 usage records"));
-            QCOMPARE(program.Cell(window, 1, 3), QStringLiteral("no findings"));
-            QCOMPARE(program.Cell(window, 0, 0).size(), 16);
+            QCOMPARE(program.Cell(window, 0, 0), QStringLiteral("2"));
+            QCOMPARE(program.Cell(window, 1, 0), QStringLiteral("1"));
+            QCOMPARE(program.Cell(window, 0, 2), QStringLiteral("Acme; Beta"));
+            QCOMPARE(program.Cell(window, 0, 3), QStringLiteral("0 materials, 1 usage record"));
+            QCOMPARE(program.Cell(window, 0, 4), QStringLiteral("1 finding")); // usage without its material
+            QCOMPARE(program.Cell(window, 0, 5), QStringLiteral("complete"));
+            QCOMPARE(program.Cell(window, 1, 2), QStringLiteral("Acme"));
+            QCOMPARE(program.Cell(window, 1, 3), QStringLiteral("0 materials, 0 usage records"));
+            QCOMPARE(program.Cell(window, 1, 4), QStringLiteral("no findings"));
+            QCOMPARE(program.Cell(window, 0, 1).size(), 16);
         });
         QVERIFY(program.Prompts.Shown.empty());
     }
@@ -124,7 +126,7 @@ private slots:
             QVERIFY(Details(window).startsWith(Shown(program.Second) + u'\n'));
             QVERIFY(Details(window).contains(QStringLiteral("What the check finds in it:\n1_usage.talvor")));
             Choose(window, 1);
-            QCOMPARE(program.Cell(window, 1, 4), QStringLiteral("cut or incomplete"));
+            QCOMPARE(program.Cell(window, 1, 5), QStringLiteral("cut or incomplete"));
             QCOMPARE(Details(window),
                      Shown(program.First) +
                          QStringLiteral("\n\nThe set is cut or incomplete:\nNot every file could be copied "
@@ -199,6 +201,7 @@ private slots:
             RestoreProgram::WaitForSets(window);
             QCOMPARE(Named<QTableWidget>(window, "tbl_Sets").rowCount(), 3);
             QVERIFY(Details(window).startsWith(Shown(copy)));
+            QCOMPARE(program.Cell(window, 0, 0), QStringLiteral("from the stick"));
             Press(window, "cmd_Folder"); // the same again
             RestoreProgram::WaitForSets(window);
             QCOMPARE(Named<QTableWidget>(window, "tbl_Sets").rowCount(), 3);

@@ -141,7 +141,8 @@ TEST_F(RestoreCommandTest, DataThatCannotBeBackedUpIsReplacedOnlyIfThatIsWanted)
 }
 
 TEST_F(RestoreCommandTest, ADamagedDataFolderIsReplacedWithoutAStart) {
-    WriteContent(Data / "companies.talvor", std::string(32768 * 504, 'x')); // too many to work with
+    WriteContent(Data / "companies.talvor",
+                 std::string(std::size_t{32768} * 504, 'x')); // too many to work with
     EXPECT_EQ(Run({"companies"}).Status, 1);
     Before = FilesIn(Data);
     ExpectRestored({"restore", "1"});

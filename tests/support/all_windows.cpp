@@ -157,8 +157,8 @@ void OpenRestore(AppContext& app, QWidget* parent) {
 /// The sets are looked into after the window is painted.
 void WithSets(const QWidget& window) {
     const auto& table = Named<QTableWidget>(window, "tbl_Sets");
-    while (table.rowCount() < 2 || !table.item(1, 4) || table.item(1, 4)->text().isEmpty() ||
-           table.item(0, 4)->text().isEmpty())
+    while (table.rowCount() < 2 || !table.item(1, 5) || table.item(1, 5)->text().isEmpty() ||
+           table.item(0, 5)->text().isEmpty())
         QCoreApplication::processEvents();
 }
 
@@ -166,14 +166,14 @@ void ChooseIncomplete(const QWidget& window) {
     WithSets(window);
     auto& table = Named<QTableWidget>(window, "tbl_Sets");
     for (int row = 0; row < table.rowCount(); ++row)
-        if (table.item(row, 4)->text() != QLatin1String("complete")) table.selectRow(row);
+        if (table.item(row, 5)->text() != QLatin1String("complete")) table.selectRow(row);
 }
 
 void RestoreASet(const QWidget& window) {
     WithSets(window);
     auto& table = Named<QTableWidget>(window, "tbl_Sets");
     for (int row = 0; row < table.rowCount(); ++row)
-        if (table.item(row, 4)->text() == QLatin1String("complete")) table.selectRow(row);
+        if (table.item(row, 5)->text() == QLatin1String("complete")) table.selectRow(row);
     Press(window, "chk_Confirm");
     Press(window, "cmd_Restore");
     WithSets(window);

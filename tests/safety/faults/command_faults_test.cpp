@@ -57,6 +57,12 @@ TEST_P(CommandFaults, LoseNothingAndAreToldOnce) {
 INSTANTIATE_TEST_SUITE_P(Commands, CommandFaults, testing::ValuesIn(Commands()),
                          [](const auto& given) { return std::string(given.param.Name); });
 
+TEST(RestoreFaults, LeaveTheOldDataOrThatOfTheSetAndAreTold) {
+    FaultShop shop;
+    PrepareRestore(shop);
+    SweepFaults(shop, {.Start = shop.CommandLine({"restore", "5"}), .IsRestore = true});
+}
+
 TEST(FirstStartFaults, LoseNothingAndAreToldOnce) {
     FaultShop shop;
     FileTree files = shop.Files();

@@ -190,6 +190,14 @@ Problems JudgeCounts(const SoundRuns& sound, const ShopRun& run) {
     return {"told of " + std::to_string(told) + " records and stored " + std::to_string(stored)};
 }
 
+/// The files of the data folder, but for temporary ones.
+FileTree DataIn(const FileTree& files) {
+    FileTree data;
+    for (const auto& [name, content] : files)
+        if (name.starts_with("program/data/") && !name.ends_with(".mact.tmp")) data[name] = content;
+    return data;
+}
+
 /// Whether each file of the data folder is in the set that the program named.
 bool IsSetComplete(const ShopRun& run) {
     const std::size_t at = run.Output.find("talvor_backupset_");
@@ -293,6 +301,35 @@ Problems JudgeFaultyRun(const SweptTask& task, const SoundRuns& sound, const Cal
     if (!run.Errors.empty() && !task.IsCopiedLater)
         problems.emplace_back("a message although there was no failure");
     if (run.Output != sound.Once.Output) problems.emplace_back("another output than without a fault");
+    return problems;
+}
+
+Problems JudgeRestore(const SoundRuns& sound, const ShopRun& run, const ShopRun& started,
+                      const ShopRun& next) {
+    if (!run.IsStruck) return {"the call was not reached"};
+    Problems problems;
+    const FileTree old = DataIn(sound.Before);
+    const FileTree restored = DataIn(sound.Once.Files);
+    const bool isDone = run.Status == sound.Once.Status && run.Errors.empty();
+    if (isDone && DataIn(run.Files) != restored) problems.emplace_back("tells of success all the same");
+    if (!isDone && run.Status != StatusFailed) problems.push_back("status " + std::to_string(run.Status));
+    if (!isDone && !run.Errors.ends_with('\n')) problems.emplace_back("no message");
+    if (started.Status != 0) problems.push_back("next start: " + started.Errors);
+    const FileTree present = DataIn(started.Files);
+    if (present != restored && (isDone || present != old))
+        problems.emplace_back("the data is neither as before nor as in the set");
+    for (const auto& [name, content] : started.Files) {
+        if (name.find("/data.mact.") != std::string::npos || name.ends_with("/restore.mact.note"))
+            problems.push_back(name + " is left over");
+        if (IsInBackupSet(name) && sound.Before.contains(name) && sound.Before.at(name) != content)
+            problems.push_back(name + " of a set has changed");
+    }
+    if (isDone && started.Files.contains("program/data.replaced/") &&
+        run.Output.find("data.replaced") == std::string::npos)
+        problems.emplace_back("a folder that stays is not named");
+    if (next.Status != sound.Once.Status || !next.Errors.empty())
+        problems.push_back("next run: status " + std::to_string(next.Status) + ' ' + next.Errors);
+    if (DataIn(next.Files) != restored) problems.emplace_back("next run: nothing is restored");
     return problems;
 }
 

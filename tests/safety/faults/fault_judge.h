@@ -20,4 +20,7 @@ std::vector<std::string> JudgeFaultyRun(const SweptTask& task, const SoundRuns& 
 /// What is wrong with the next run, without a fault, after `run`.
 std::vector<std::string> JudgeNextRun(const SweptTask& task, const SoundRuns& sound, const ShopRun& run,
                                       const ShopRun& next);
+/// The same of a restore. `started` is the next start after `run`, `next` a restore after that.
+std::vector<std::string> JudgeRestore(const SoundRuns& sound, const ShopRun& run, const ShopRun& started,
+                                      const ShopRun& next);
 } // namespace mact

@@ -67,10 +67,16 @@ void SweepFaults(FaultShop& shop, const SweptTask& task) {
     for (const CallFault& fault : faults) {
         shop.Restore(sound.Before);
         const ShopRun run = shop.Run(task.Start, &fault);
-        std::vector<std::string> problems = JudgeFaultyRun(task, sound, fault, run);
-        const ShopRun next = shop.Run(task.Start);
-        for (std::string& problem : JudgeNextRun(task, sound, run, next))
-            problems.push_back(std::move(problem));
+        std::vector<std::string> problems;
+        if (task.IsRestore) {
+            const ShopRun started = shop.Run(shop.CommandLine({"companies"}));
+            problems = JudgeRestore(sound, run, started, shop.Run(task.Start));
+        } else {
+            problems = JudgeFaultyRun(task, sound, fault, run);
+            const ShopRun next = shop.Run(task.Start);
+            for (std::string& problem : JudgeNextRun(task, sound, run, next))
+                problems.push_back(std::move(problem));
+        }
         std::string text;
         for (const std::string& problem : problems)
             text += "\n  " + problem;
@@ -80,5 +86,10 @@ void SweepFaults(FaultShop& shop, const SweptTask& task) {
     }
     testing::Test::RecordProperty("faults", static_cast<int>(faults.size()));
     shop.Restore(sound.Before);
+}
+
+void PrepareRestore(FaultShop& shop) {
+    ASSERT_EQ(shop.Run(shop.CommandLine({"backup"})).Status, 0);
+    ASSERT_EQ(shop.Run(shop.CommandLine({"add-company", "Gamma", "Dock 3"})).Status, 0);
 }
 } // namespace mact

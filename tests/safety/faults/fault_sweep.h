@@ -17,7 +17,8 @@ struct SweptTask {
     bool IsImport = false;          ///< one that ends by itself keeps the records that it has stored
     bool IsBackup = false;
     bool IsCopiedLater =
-        false; ///< the backup is still being copied when the program says that it is complete
+        false;              ///< the backup is still being copied when the program says that it is complete
+    bool IsRestore = false; ///< all data files are replaced, or none; the next start finishes it
 };
 
 /// Tries the faults one after another. Fails the test for each that breaks a promise: what is in the files is
@@ -27,4 +28,7 @@ struct SweptTask {
 /// With MACT_SWEEP=all every call fails in every way. Otherwise one call of each kind is chosen for each way,
 /// by MACT_TEST_SEED or always the same.
 void SweepFaults(FaultShop& shop, const SweptTask& task);
+
+/// Gives the shop a backup set, backups/talvor_backupset_5, and a third company after it.
+void PrepareRestore(FaultShop& shop);
 } // namespace mact

@@ -7,11 +7,24 @@ namespace {
 
 /// Tasks of window_task.
 constexpr const char* Tasks[] = {
-    "SaveNewMaterial", "SaveEditedMaterial", "DeleteMaterial",    "SaveNewUsage",
-    "SaveEditedUsage", "DeleteUsage",        "SaveNewCompany",    "SaveEditedCompany",
-    "SelectCompany",   "SaveNames",          "SaveConfiguration", "ImportMaterials",
-    "ImportUsage",     "ExportMaterials",    "ExportUsage",       "Report",
+    "SaveNewMaterial",
+    "SaveEditedMaterial",
+    "DeleteMaterial",
+    "SaveNewUsage",
+    "SaveEditedUsage",
+    "DeleteUsage",
+    "SaveNewCompany",
+    "SaveEditedCompany",
+    "SelectCompany",
+    "SaveNames",
+    "SaveConfiguration",
+    "ImportMaterials",
+    "ImportUsage",
+    "ExportMaterials",
+    "ExportUsage",
+    "Report",
     "Backup",
+    "Restore",
 };
 
 class WindowFaults : public testing::TestWithParam<const char*> {
@@ -24,7 +37,9 @@ TEST_P(WindowFaults, LoseNothingAndAreToldOnce) {
     SweptTask task{.Start = Shop.Program(MACT_WINDOW_TASK, {name, "@"}),
                    .IsImport = name.starts_with("Import"),
                    .IsBackup = name == "Backup",
-                   .IsCopiedLater = name == "Backup"};
+                   .IsCopiedLater = name == "Backup",
+                   .IsRestore = name == "Restore"};
+    if (task.IsRestore) PrepareRestore(Shop);
     task.Start.Environment.emplace_back("QT_QPA_PLATFORM=offscreen");
     SweepFaults(Shop, task);
 }

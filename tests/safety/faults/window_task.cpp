@@ -5,6 +5,7 @@
 
 #include "app/frm_config.h"
 #include "app/frm_main.h"
+#include "app/frm_restore.h"
 #include "app/startup.h"
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
@@ -31,6 +32,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QTableWidget>
 
 #include <functional>
 #include <iostream>
@@ -265,6 +267,26 @@ void BackUp(const Shop& shop) {
     Click(shop.Main, "cmd_Backup");
 }
 
+void Restore(const Shop& shop) {
+    InNext<frmConfig>([](frmConfig& configuration) {
+        InNext<frmRestore>([](frmRestore& window) {
+            auto& confirm = Named<QCheckBox>(window, "chk_Confirm");
+            while (!confirm.isEnabled() && !hasFailed) { // until the set has been looked into
+                QCoreApplication::processEvents();
+                auto& sets = Named<QTableWidget>(window, "tbl_Sets");
+                for (int row = 0; row < sets.rowCount(); ++row)
+                    if (sets.item(row, 0)->text() == QLatin1String("5")) sets.selectRow(row);
+            }
+            if (hasFailed) return;
+            confirm.setChecked(true);
+            Click(window, "cmd_Restore");
+            Tell(window, "lbl_Status");
+        });
+        Click(configuration, "cmd_Restore");
+    });
+    Click(shop.Main, "cmd_Config");
+}
+
 const std::map<std::string, std::function<void(const Shop&)>>& Tasks() {
     static const std::map<std::string, std::function<void(const Shop&)>> tasks = {
         {"SaveNewMaterial",    SaveNewMaterial   },
@@ -284,6 +306,7 @@ const std::map<std::string, std::function<void(const Shop&)>>& Tasks() {
         {"ExportUsage",        ExportUsage       },
         {"Report",             Report            },
         {"Backup",             BackUp            },
+        {"Restore",            Restore           },
     };
     return tasks;
 }

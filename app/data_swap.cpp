@@ -90,14 +90,33 @@ Result<bool> HasSameFileIn(FileAccess& files, const std::filesystem::path& file,
     return static_cast<bool>(areSame);
 }
 
-/// The restore had not happened.
-Done RemoveWhatIsLeft(FileAccess& files, const DataPlaces& places) {
+struct FoldersThere {
+    bool Data;
+    bool Second;
+    bool Old;
+};
+Result<FoldersThere> LookForFolders(const DataPlaces& places) {
     const Result<bool> hasData = IsThere(places.Data);
     if (!hasData) return hasData.error();
+    const Result<bool> hasSecond = IsThere(places.Second);
+    if (!hasSecond) return hasSecond.error();
     const Result<bool> hasOld = IsThere(places.Old);
     if (!hasOld) return hasOld.error();
-    if (!*hasData && !*hasOld) return Success(); // nor is anything to be removed that could be all there is
-    if (!*hasData) {                             // the note has been damaged since
+    return FoldersThere{*hasData, *hasSecond, *hasOld};
+}
+
+/// With the replaced folder in its place already, the data folder is one that somebody has made since.
+Done PutDataAside(FileAccess& files, const DataPlaces& places, bool hasOld) {
+    const Result<std::filesystem::path> name = hasOld ? FreeNameBeside(places.Data) : places.Old;
+    return name ? files.RenameFolder(places.Data, *name) : Done(name.error());
+}
+
+/// The restore had not happened.
+Done RemoveWhatIsLeft(FileAccess& files, const DataPlaces& places) {
+    const Result<FoldersThere> there = LookForFolders(places);
+    if (!there) return there.error();
+    if (!there->Data && !there->Old) return Success(); // nor may what could be all there is be removed
+    if (!there->Data) {                                // the note has been damaged since
         const Done renamed = files.RenameFolder(places.Old, places.Data);
         if (!renamed) return renamed;
     }
@@ -188,40 +207,30 @@ Result<bool> HoldsSameFiles(FileAccess& files, const std::filesystem::path& fold
 }
 
 Done SwapFolders(FileAccess& files, const DataPlaces& places) {
-    const Result<bool> hasSecond = IsThere(places.Second);
-    if (!hasSecond) return hasSecond.error();
-    const Result<bool> hasData = IsThere(places.Data);
-    if (!hasData) return hasData.error();
-    const Result<bool> hasOld = IsThere(places.Old);
-    if (!hasOld) return hasOld.error();
-    if (!*hasSecond && !*hasData) // as when the disk that the data folder leads to is not there
+    const Result<FoldersThere> there = LookForFolders(places);
+    if (!there) return there.error();
+    if (!there->Second && !there->Data) // as when the disk that the data folder leads to is not there
         return Failure{"finish the restore of a backup set", places.Data, "the folder is missing"};
-    if (*hasSecond && *hasData) {
-        // With both, somebody has made a data folder since the first rename, or left an old one there.
-        const Result<std::filesystem::path> old = *hasOld ? FreeNameBeside(places.Data) : places.Old;
-        if (!old) return old.error();
-        const Done renamed = files.RenameFolder(places.Data, *old);
-        if (!renamed) return renamed;
-    }
     // No flush in between, which would make it longer that there is no data folder.
-    if (*hasSecond) {
-        const Done renamed = files.RenameFolder(places.Second, places.Data);
-        if (!renamed) return renamed;
+    Done done = there->Second && there->Data ? PutDataAside(files, places, there->Old) : Success();
+    if (done && there->Second) {
+        done = files.RenameFolder(places.Second, places.Data);
+        const Result<bool> isMade = IsThere(places.Data);
+        if (!done && isMade && *isMade) { // by a copy that has just been started
+            done = PutDataAside(files, places, true);
+            if (done) done = files.RenameFolder(places.Second, places.Data);
+        }
     }
-    return files.FlushFolder(places.Data.parent_path());
+    return done ? files.FlushFolder(places.Data.parent_path()) : done;
 }
 
 Done TakeBackSwap(FileAccess& files, const DataPlaces& places) {
-    const Result<bool> hasSecond = IsThere(places.Second);
-    if (!hasSecond) return hasSecond.error();
-    if (!*hasSecond) return Failure{"rename the folder", places.Data, "it has been done"};
-    const Result<bool> hasData = IsThere(places.Data);
-    if (!hasData) return hasData.error();
-    if (!*hasData) {
-        const Done renamed = files.RenameFolder(places.Old, places.Data);
-        if (!renamed) return renamed;
-    }
-    return files.FlushFolder(places.Data.parent_path());
+    const Result<FoldersThere> there = LookForFolders(places);
+    if (!there) return there.error();
+    if (!there->Second) return Failure{"rename the folder", places.Data, "it has been done"};
+    Done done = there->Old && there->Data ? PutDataAside(files, places, true) : Success();
+    if (done && there->Old) done = files.RenameFolder(places.Old, places.Data);
+    return done ? files.FlushFolder(places.Data.parent_path()) : done;
 }
 
 Result<std::optional<std::filesystem::path>> RemoveReplacedFolder(FileAccess& files, const DataPlaces& places,
@@ -261,9 +270,9 @@ Done FinishRestore(AppContext& app) {
     }
     const Done swapped = SwapFolders(app.Files, places);
     if (!swapped) return swapped;
-    const auto removed = RemoveReplacedFolder(app.Files, places, **keptSet);
-    if (!removed) return removed.error();
-    static_cast<void>(note->Remove()); // one that stays has nothing left to be finished
+    // A replaced folder that cannot be removed need not keep the program from starting: the next start tries
+    // again. A note that stays does no harm.
+    if (RemoveReplacedFolder(app.Files, places, **keptSet)) static_cast<void>(note->Remove());
     return Success();
 }
 } // namespace mact

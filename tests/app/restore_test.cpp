@@ -354,6 +354,74 @@ TEST_F(RestoreTest, WhoHadAFileOpenSavesIntoTheRestoredOne) {
     EXPECT_EQ(ContentOf(usage), OfSet.at("1_usage.talvor") + std::string(32, 'x'));
 }
 
+/// The system's files, with something in the way of a rename.
+class DisturbedRenames : public WrappedFiles {
+public:
+    std::function<void(const std::filesystem::path& from)> AfterRename = [](const auto&) {};
+    std::string Refused{}; ///< the end of the name that cannot be renamed
+
+    Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) override {
+        if (!Refused.empty() && PathText(from).ends_with(Refused))
+            return Failure{"rename the folder", from, "It is in use"};
+        const Done renamed = WrappedFiles::RenameFolder(from, to);
+        AfterRename(from);
+        return renamed;
+    }
+};
+
+TEST_F(RestoreTest, AFirstRenameThatFailsChangesNothing) {
+    DisturbedRenames files;
+    files.Refused = "/program/data";
+    EXPECT_FALSE(RestoreWith(files));
+    ExpectNothingHasHappened(
+        CannotRestore("cannot rename the folder \"" + PathText(Data) + "\": It is in use"));
+}
+
+TEST_F(RestoreTest, ASecondRenameThatFailsIsTakenBack) {
+    DisturbedRenames files;
+    files.Refused = ".mact.new";
+    EXPECT_FALSE(RestoreWith(files));
+    ExpectNothingHasHappened(CannotRestore("cannot rename the folder \"" +
+                                           PathText(ProgramFile("data.mact.new")) + "\": It is in use"));
+}
+
+/// By a copy of the program that looked for a restore just before there was one.
+TEST_F(RestoreTest, ADataFolderMadeDuringTheRenamesIsPutAside) {
+    DisturbedRenames files;
+    int made = 0;
+    files.AfterRename = [&](const std::filesystem::path& from) {
+        if (from != Data || ++made > 1) return;
+        std::filesystem::create_directory(Data);
+        WriteContent(DataFile("hapcontents.talvor"), "a default table");
+    };
+    const auto restored = RestoreWith(files);
+    ASSERT_TRUE(restored) << testing::PrintToString(ShownTexts());
+    EXPECT_EQ(FilesIn(Data), OfSet);
+    EXPECT_EQ(FilesIn(ProgramFile("data.replaced")), (Contents{
+                                                         {"hapcontents.talvor", "a default table"}
+    }));
+    EXPECT_FALSE(std::filesystem::exists(ProgramFile("data.mact.old")));
+}
+
+TEST_F(RestoreTest, ARestoreThatCannotBeTakenBackIsFinishedByTheNextStart) {
+    class NoWayBack : public WrappedFiles {
+    public:
+        Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) override {
+            if (PathText(from).ends_with("data")) return WrappedFiles::RenameFolder(from, to);
+            return Failure{"rename the folder", from, "It is in use"};
+        }
+    } stuck;
+    EXPECT_FALSE(RestoreWith(stuck));
+    EXPECT_EQ(ShownTexts(),
+              Sentences{CannotRestore("cannot rename the folder \"" + PathText(ProgramFile("data.mact.new")) +
+                                      "\": It is in use; the next start of the program "
+                                      "finishes the restore")});
+    EXPECT_FALSE(std::filesystem::exists(Data));
+    ASSERT_TRUE(StartUp(App));
+    EXPECT_EQ(FilesIn(Data), OfSet);
+    ExpectNothingLeftOver();
+}
+
 TEST_F(RestoreTest, ADamagedDataFolderIsReplaced) {
     WriteContent(DataFile("1_usage.talvor"), std::string(32767 * 32 + 500, '\xFF'));
     WriteContent(DataFile("companies.talvor"), "x");

@@ -46,5 +46,38 @@ TEST(KilledRestore, HasHappenedWhollyOrNotAtAll) {
     EXPECT_TRUE(wasNew || !IsWholeSweep());
 }
 
+/// What a copy reports as saved is in the data afterwards, or in what the restore has kept.
+TEST(RestoreBesideASavingCopy, LosesNothing) {
+    const ProgramFolder folder;
+    folder.Run({"add-company", "Acme", "Dock 1"});
+    folder.Run({"backup"});
+    const std::string ofSet = folder.Data("companies.talvor");
+    const int turns = IsWholeSweep() ? 300 : 20;
+    int restoredBeside = 0;
+    for (int turn = 0; turn < turns; ++turn) {
+        SCOPED_TRACE(turn);
+        const std::string name = "Company " + std::to_string(turn) + '.';
+        ChildProgram restoring(folder.Start({"restore", "1"}));
+        ChildProgram saving(folder.Start({"add-company", name, "Dock"}));
+        const bool isSaved = saving.Wait() == 0;
+        const bool isRestored = restoring.Wait() == 0;
+        EXPECT_TRUE(isRestored || restoring.Errors().find("another running copy") != std::string::npos)
+            << restoring.Errors();
+        const std::string companies = folder.Data("companies.talvor");
+        const bool isInData = companies.find(name) != std::string::npos;
+        int kept = 0;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
+            if (entry.path().filename() == "companies.talvor" &&
+                entry.path().parent_path() != folder.Path() / "data")
+                kept += ContentOf(entry.path()).find(name) != std::string::npos ? 1 : 0;
+        EXPECT_TRUE(!isSaved || isInData || kept > 0) << "the company is lost";
+        EXPECT_EQ(companies.size() % 504, 0U);
+        EXPECT_EQ(companies.substr(0, 504), ofSet);
+        restoredBeside += isSaved && isRestored ? 1 : 0;
+        if (testing::Test::HasFailure()) return;
+    }
+    EXPECT_GT(restoredBeside, 0);
+}
+
 } // namespace
 } // namespace mact

@@ -31,7 +31,9 @@ TEST(KilledRestore, HasHappenedWhollyOrNotAtAll) {
         program.Kill();
         program.Wait();
         folder.Run({"companies"});
-        const auto data = FilesIn(folder.Path() / "data");
+        auto data = FilesIn(folder.Path() / "data");
+        // Those by which files that are replaced as a whole are locked; the next replacement takes them.
+        std::erase_if(data, [](const auto& file) { return file.first.ends_with(".mact.tmp"); });
         ASSERT_TRUE(data == old || data == ofSet);
         EXPECT_TRUE(!hasEnded || data == ofSet);
         for (const char* left : {"data.mact.new", "data.mact.old", "data.replaced", "restore.mact.note"})

@@ -244,7 +244,10 @@ Result<OptionalRestored> RestoreWithNote(AppContext& app, const std::filesystem:
     const bool isDone = done && kept;
     const Result<std::optional<std::filesystem::path>> written = note.Read();
     const bool hasHappened = !written || *written;
-    if (hasHappened) LookUpCompanyAgain(app);
+    if (hasHappened) {
+        LookUpCompanyAgain(app);
+        if (app.Changes) app.Changes->Clear(); // of records that are no longer there
+    }
     if (!isDone) {
         // An empty note that stays lets the next start remove what could not be removed.
         if (!hasHappened && RemoveFolderOfFiles(app.Files, places.Second)) static_cast<void>(note.Remove());

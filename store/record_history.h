@@ -35,14 +35,22 @@ Reasons ReasonsOf(const std::vector<RecordChange<Type>>& changes, const ChangeOu
 }
 
 template <class Type>
-HistoryStep::Action ActionOf(std::shared_ptr<const std::vector<RecordChange<Type>>> changes,
-                             const RecordMembers<Type>& members, MakesChanges<Type> make) {
-    return [changes = std::move(changes), members, make](const AppContext& app,
-                                                         const RecordIsUsed& isUsed) -> Result<Reasons> {
-        const Result<ChangeOutcome<Type>> outcome = make(app, *changes, isUsed);
-        if (!outcome) return outcome.error();
-        return ReasonsOf(*changes, *outcome, members);
-    };
+Result<Reasons> MakeStep(const AppContext& app, const std::vector<RecordChange<Type>>& changes,
+                         const RecordIsUsed& isUsed, const RecordMembers<Type>& members,
+                         MakesChanges<Type> make) {
+    const Result<ChangeOutcome<Type>> outcome = make(app, changes, isUsed);
+    if (!outcome) return outcome.error();
+    return ReasonsOf(changes, *outcome, members);
+}
+
+/// What undoes the changes, all of which replace a record.
+template <class Type>
+std::vector<RecordChange<Type>> Opposite(const std::vector<RecordChange<Type>>& changes) {
+    std::vector<RecordChange<Type>> opposite;
+    opposite.reserve(changes.size());
+    for (const RecordChange<Type>& change : changes)
+        opposite.push_back({*change.AsRead, change.Record});
+    return opposite;
 }
 
 /// Notes that these records were stored. Does nothing if nobody asks for it, or if what one of them replaced
@@ -55,18 +63,19 @@ void NoteChanges(AppContext& app, const HistoryOf& whose, std::string name,
     if (!app.Changes || !std::ranges::all_of(stored, isKnown)) return;
     HistoryStep step{.Name = std::move(name)};
     auto back = std::make_shared<std::vector<RecordChange<Type>>>();
-    auto again = std::make_shared<std::vector<RecordChange<Type>>>();
+    back->reserve(stored.size());
     for (const StoredRecord<Type>& each : stored) {
-        Type old = each.Before.value_or(each.Record);
-        if (each.IsNew) {
-            old.*members.Active = false;
-            step.HasAdded = true;
-        }
-        back->push_back({old, each.Record});
-        again->push_back({each.Record, std::move(old)});
+        RecordChange<Type>& change =
+            back->emplace_back(RecordChange<Type>{each.Before.value_or(each.Record), each.Record});
+        if (each.IsNew) change.Record.*members.Active = false;
+        if (each.IsNew) step.HasAdded = true;
     }
-    step.TakeBack = ActionOf<Type>(std::move(back), members, make);
-    step.DoAgain = ActionOf<Type>(std::move(again), members, make);
+    step.TakeBack = [back, members, make](const AppContext& context, const RecordIsUsed& isUsed) {
+        return MakeStep<Type>(context, *back, isUsed, members, make);
+    };
+    step.DoAgain = [back, members, make](const AppContext& context, const RecordIsUsed& isUsed) {
+        return MakeStep<Type>(context, Opposite(*back), isUsed, members, make);
+    };
     app.Changes->Note(whose, std::move(step));
 }
 } // namespace mact

@@ -29,7 +29,8 @@ struct Operation {
     std::string File; ///< that it changes, in the program folder
     bool IsCommand;   ///< of the command line; otherwise of store_program
     std::vector<std::string> Arguments;
-    std::vector<std::string> Next; ///< the next of its kind
+    std::vector<std::string> Next;                       ///< the next of its kind
+    std::vector<std::vector<std::string>> Preparation{}; ///< imports, and what store_program does
 };
 void PrintTo(const Operation& operation, std::ostream* out) {
     *out << operation.Name;
@@ -44,7 +45,7 @@ struct Moment {
 /// All that an operation may change, as the commands show it and in the files that are replaced whole.
 using Picture = std::vector<std::string>;
 
-constexpr std::size_t KillsOfEach = 40; // 760 of all operations, of which some have ended before
+constexpr std::size_t KillsOfEach = 40; // 880 of all operations, of which some have ended before
 constexpr std::size_t MostChanges = 22; // the rest is killed at a time
 constexpr auto TimeForASample = std::chrono::milliseconds(1600);
 constexpr auto LongestCommand = std::chrono::seconds(10);
@@ -82,6 +83,8 @@ protected:
             EndsWell(Folder.StartStore({"delete-usage", number}));
         for (const char* number : {"20", "21", "22"})
             EndsWell(Folder.StartStore({"delete-material", number}));
+        for (const auto& arguments : GetParam().Preparation)
+            EndsWell(StartOf(arguments, arguments.front().starts_with("import-")));
         WriteContent(Folder.SettingsFolder() / "MACT" / "TALVOR_QUME_APP.conf", FirstSettings);
         m_before = Look();
     }
@@ -110,6 +113,9 @@ protected:
     }
 
     ChildStart StartOf(std::vector<std::string> arguments) const {
+        return StartOf(std::move(arguments), GetParam().IsCommand);
+    }
+    ChildStart StartOf(std::vector<std::string> arguments, bool isCommand) const {
         for (std::string& argument : arguments) {
             if (argument == "@materials") argument = Folder.MaterialsToImport("K", LinesAtOnce);
             if (argument == "@next materials") argument = Folder.MaterialsToImport("N", 20);
@@ -117,7 +123,7 @@ protected:
             if (argument == "@next usage") argument = Folder.UsageToImport(4000, 20);
             if (argument == "@exported") argument = PathText(Folder.Path() / "exported.txt");
         }
-        return GetParam().IsCommand ? Folder.Start(arguments) : Folder.StartStore(arguments);
+        return isCommand ? Folder.Start(arguments) : Folder.StartStore(arguments);
     }
 
     /// Runs the program to its end, which must be a good one and soon.
@@ -385,6 +391,20 @@ INSTANTIATE_TEST_SUITE_P(
                   true,
                   {"undelete", "usage", "25", "27"},
                   {"undelete", "usage", "26"}},
+        Operation{"TakeBackUsage",
+                  Kind::Records,
+                  Usage,
+                  false,
+                  {"take-back", "10", "1/2031"},
+                  {"take-back", "13", "2/2031"},
+                  {{"change-usage", "10", "1/2031"}, {"change-usage", "13", "2/2031"}}},
+        Operation{"TakeBackImportedMaterials",
+                  Kind::Records,
+                  Materials,
+                  false,
+                  {"take-back-import", "31", "1030"},
+                  {"take-back-import", "1031", "1050"},
+                  {{"import-materials", "@materials"}, {"import-materials", "@next materials"}}},
         Operation{"Names",
                   Kind::Replaces,
                   "data/1_additional.talvor",

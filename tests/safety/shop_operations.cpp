@@ -82,6 +82,43 @@ bool UndeleteSomeUsage(AppContext& app) {
     });
     return !ShowFailure(app, read) && IsDone(app, UndeleteUsage(app, seen));
 }
+/// As the list does it. A refusal is a failure without a message.
+bool TakeBack(AppContext& app, HistoryKind kind) {
+    const auto isUsed = [&](std::int16_t material) { return IsMaterialUsed(app, material); };
+    const Result<Reasons> reasons = app.Changes->Undo({kind, app.CurrentCompanyId}, app, isUsed);
+    return !ShowFailure(app, reasons) && reasons->empty();
+}
+/// An edit, a delete and an addition that were made together.
+bool TakeBackMaterials(AppContext& app) {
+    std::vector<StoredRecord<MaterialRecord>> stored;
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (material.MaterialId != 3 && material.MaterialId < DeletedMaterial) return;
+        stored.push_back({material, material, material.MaterialId == UnusedMaterial});
+        stored.back().Before->Active = true;
+        if (material.MaterialId == 3) stored.back().Before->Description = "as it was";
+    });
+    if (ShowFailure(app, read)) return false;
+    History changes;
+    app.Changes = &changes;
+    NoteMaterials(app, "change materials", stored);
+    const bool isDone = TakeBack(app, HistoryKind::Materials);
+    app.Changes = nullptr;
+    return isDone;
+}
+/// An import of records that follow each other.
+bool TakeBackImportedUsage(AppContext& app) {
+    std::vector<StoredRecord<UsageRecord>> stored;
+    const Done read = VisitUsage(app, [&](const UsageRecord& usage) {
+        if (usage.UsageId >= 20 && usage.UsageId < 24) stored.push_back({.Record = usage, .IsNew = true});
+    });
+    if (ShowFailure(app, read)) return false;
+    History changes;
+    app.Changes = &changes;
+    NoteUsageTogether(app, "import usage", stored);
+    const bool isDone = TakeBack(app, HistoryKind::Usage);
+    app.Changes = nullptr;
+    return isDone;
+}
 bool ListDeleted(AppContext& app) {
     const Result<std::vector<MaterialRecord>> materials = ReadDeletedMaterials(app);
     if (ShowFailure(app, materials)) return false;
@@ -285,6 +322,8 @@ const std::vector<ShopOperation>& ShopOperations() {
         {"SaveUsageTogether",        SaveSomeUsageTogether,                             ByAnswer },
         {"UndeleteMaterials",        UndeleteAMaterial,                                 ByAnswer },
         {"UndeleteUsage",            UndeleteSomeUsage,                                 ByAnswer },
+        {"TakeBackMaterials",        TakeBackMaterials,                                 ByAnswer },
+        {"TakeBackImportedUsage",    TakeBackImportedUsage,                             ByAnswer },
         {"AddCompany",               AddCompany,                                        ByAnswer },
         {"SaveEditedCompany",        SaveEditedCompany,                                 ByMessage},
         {"SaveNames",                SaveNames,                                         ByAnswer },

@@ -1,5 +1,6 @@
+#include "base/messages.h"
 #include "base/text.h"
-#include "materials/material_store.h"
+#include "materials/material_changes.h"
 #include "platform/os_files.h"
 #include "store/companies.h"
 #include "tests/support/scripted_services.h"
@@ -70,6 +71,57 @@ bool SaveUsageTogetherFrom(AppContext& app, std::int16_t first, const std::strin
     return !SaveUsageTogether(app, changes, outcome);
 }
 
+constexpr double Edited = 1000; ///< pounds more
+
+/// Record `first` is edited, record `first` + 2 deleted, and a month added that no record has.
+bool ChangeUsageFrom(AppContext& app, std::int16_t first, const std::string& period) {
+    std::vector<UsageChange> changes;
+    const Done read = VisitUsage(app, [&](const UsageRecord& usage) {
+        if (usage.UsageId == first || usage.UsageId == first + 2)
+            changes.push_back({.Record = usage, .AsRead = usage});
+    });
+    if (!read || changes.size() != 2) return false;
+    changes[0].Record.Quantity += Edited;
+    changes[1].Record.Active = false;
+    changes.emplace_back().Record = {.MaterialId = 1, .Period = period, .Quantity = 5, .Unit = UnitLbs};
+    const Result<UsageOutcome> outcome = ChangeUsage(app, changes);
+    return outcome && outcome->Refused.empty();
+}
+
+/// As the list does it. A refusal is a failure without a message.
+bool TakeBack(AppContext& app, HistoryKind kind) {
+    const auto isUsed = [&](std::int16_t material) { return IsMaterialUsed(app, material); };
+    const Result<Reasons> reasons = app.Changes->Undo({kind, app.CurrentCompanyId}, app, isUsed);
+    return !ShowFailure(app, reasons) && reasons->empty();
+}
+
+/// Takes back what ChangeUsageFrom has done, in one step.
+bool TakeBackUsageFrom(AppContext& app, std::int16_t first, const std::string& period) {
+    std::vector<StoredRecord<UsageRecord>> stored;
+    const Done read = VisitUsage(app, [&](const UsageRecord& usage) {
+        const bool isNew = usage.Period == period;
+        if (!isNew && usage.UsageId != first && usage.UsageId != first + 2) return;
+        stored.push_back({usage, usage, isNew});
+        if (usage.UsageId == first) stored.back().Before->Quantity -= Edited;
+        stored.back().Before->Active = true;
+    });
+    if (!read || stored.size() != 3) return false;
+    NoteUsageTogether(app, "change usage", stored);
+    return TakeBack(app, HistoryKind::Usage);
+}
+
+/// Takes back an import that has stored these materials.
+bool TakeBackImport(AppContext& app, std::int16_t first, std::int16_t last) {
+    std::vector<StoredRecord<MaterialRecord>> stored;
+    const Done read = VisitMaterials(app, [&](const MaterialRecord& material) {
+        if (material.MaterialId >= first && material.MaterialId <= last)
+            stored.push_back({.Record = material, .IsNew = true});
+    });
+    if (!read || static_cast<int>(stored.size()) != last - first + 1) return false;
+    NoteMaterials(app, "import materials", stored);
+    return TakeBack(app, HistoryKind::Materials);
+}
+
 bool SaveCompanyNumber(AppContext& app, std::int16_t id, const std::string& name) {
     // Its answer is always 0; the message tells.
     SaveCompany(app, name, "Dock 1", id == 0 ? std::optional<std::int16_t>{} : id);
@@ -138,6 +190,9 @@ bool Run(AppContext& app, const std::string& command, const Arguments& given) {
         return SaveUsageNumber(app, Number(given.at(0)), given.at(1), Number(given.at(2)));
     if (command == "save-usage-together")
         return SaveUsageTogetherFrom(app, Number(given.at(0)), given.at(1), Number(given.at(2)));
+    if (command == "change-usage") return ChangeUsageFrom(app, Number(given.at(0)), given.at(1));
+    if (command == "take-back") return TakeBackUsageFrom(app, Number(given.at(0)), given.at(1));
+    if (command == "take-back-import") return TakeBackImport(app, Number(given.at(0)), Number(given.at(1)));
     if (command == "delete-usage") return !DeleteUsage(app, Number(given.at(0)));
     if (command == "save-company") return SaveCompanyNumber(app, Number(given.at(0)), given.at(1));
     if (command == "list") return List(app);
@@ -160,6 +215,8 @@ int main(int argc, char* argv[]) {
     ScriptedClock calendar;
     OsFiles files;
     AppContext app{prompts, settings, programs, dialogs, calendar, files, PathFromUtf8(argv[1]), 1};
+    History changes;
+    app.Changes = &changes;
     const bool isDone = Run(app, argv[2], Arguments(argv + 3, argv + argc));
     for (const Prompt& prompt : prompts.Shown)
         std::cerr << prompt.Text << '\n';

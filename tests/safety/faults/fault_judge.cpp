@@ -114,19 +114,27 @@ bool IsUndoFile(const CallFault& fault, const ShopRun& run, const std::string& n
            IsUndone(fault, run, name.substr(0, name.size() - std::string_view(UndoSuffix).size()));
 }
 
-/// The file is as before or as after the task.
+/// The file is as between the halves of a task that has two.
+bool IsBetween(const SoundRuns& sound, const std::string& name, const std::optional<std::string>& content) {
+    return sound.Between && IsSame(name, content, Content(*sound.Between, name));
+}
+
+/// The file is as before or as after the task, or as between its halves.
 bool IsOldOrNew(const SweptTask& task, const SoundRuns& sound, const std::string& name,
                 const FileTree& files) {
     const auto before = Content(sound.Before, name);
     const auto after = Content(sound.Once.Files, name);
     const auto present = Content(files, name);
-    if (IsSame(name, present, before) || IsSame(name, present, after)) return true;
+    if (IsSame(name, present, before) || IsSame(name, present, after) || IsBetween(sound, name, present))
+        return true;
     // What a set holds that failed does not matter.
     if (IsInBackupSet(name) || (task.IsBackup && IsNote(name))) return true;
     if (!present || !after) return false;
     if (IsLog(name)) return IsLeadingLines(*present, *after);
     if (IsSettings(name)) return IsEachOldOrNew(*present, before.value_or(""), *after);
-    return task.IsImport && IsRecordFile(name) && IsLeadingPart(name, *present, before.value_or(""), *after);
+    const auto imported = sound.Between ? Content(*sound.Between, name) : after;
+    return task.IsImport && IsRecordFile(name) && imported &&
+           IsLeadingPart(name, *present, before.value_or(""), *imported);
 }
 
 /// Files that differ from those of a sound run. One that could not be removed may be left.
@@ -276,6 +284,8 @@ bool IsSoundAfterNextRun(const SweptTask& task, const SoundRuns& sound, const st
     if (left.contains(name + UndoSuffix)) return isAsOnce || isAsTwice; // with one that holds, or one without
     if (IsSame(name, Content(left, name), Content(sound.Once.Files, name))) return isAsTwice;
     if (IsSame(name, Content(left, name), Content(sound.Before, name))) return isAsOnce;
+    // The next run knows nothing of the first half of this one.
+    if (IsBetween(sound, name, Content(left, name))) return present == Content(left, name);
     return task.IsImport && present.value_or("").starts_with(Content(left, name).value_or(""));
 }
 

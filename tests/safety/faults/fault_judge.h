@@ -2,6 +2,7 @@
 
 #include "tests/safety/faults/fault_sweep.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@ namespace mact {
 /// What a task does when nothing fails.
 struct SoundRuns {
     FileTree Before{};
+    std::optional<FileTree> Between{}; ///< after its first half, if it has one
     ShopRun Once{};
     ShopRun Twice{}; ///< the second time, after the first
 };

@@ -57,6 +57,11 @@ std::vector<CallFault> FaultsToTry(const FaultRun& sound, std::uint32_t seed) {
 
 void SweepFaults(FaultShop& shop, const SweptTask& task) {
     SoundRuns sound{.Before = shop.Files()};
+    if (task.FirstHalf) {
+        sound.Between = shop.Run(*task.FirstHalf).Files;
+        ASSERT_NE(sound.Between, sound.Before);
+        shop.Restore(sound.Before);
+    }
     sound.Once = shop.Run(task.Start);
     sound.Twice = shop.Run(task.Start);
     ASSERT_EQ(sound.Once.Errors, "");

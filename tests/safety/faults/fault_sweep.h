@@ -2,7 +2,7 @@
 
 #include "tests/safety/faults/fault_shop.h"
 
-#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +13,9 @@ namespace mact {
 /// It writes its failures to the error output, a line each, and then ends with status 1.
 struct SweptTask {
     ChildStart Start{};
+    /// Of a task that does something and then takes it back: what it does. That stays if it cannot be taken
+    /// back.
+    std::optional<ChildStart> FirstHalf{};
     bool PrintsWhatIsThere = false; ///< its output is no claim that something was done
     bool IsImport = false;          ///< one that ends by itself keeps the records that it has stored
     bool IsBackup = false;

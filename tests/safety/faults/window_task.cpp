@@ -10,6 +10,8 @@
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
 #include "lists/frm_list.h"
+#include "lists/frm_month_sheet.h"
+#include "lists/sheet_view.h"
 #include "materials/frm_material.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
@@ -178,6 +180,42 @@ void DeleteUsage(const Shop& shop) {
         Click(list, "cmd_Delete");
     });
 }
+/// The last record of the list.
+void TakeBackDeletedUsage(const Shop& shop) {
+    InList(shop, "cmd_Usage", [](frmList& list) {
+        ChooseRow(list, "lst_Main", Named<QListWidget>(list, "lst_Main").count() - 1);
+        Click(list, "cmd_Delete");
+        if (!hasFailed) Click(list, "cmd_Undo");
+    });
+}
+
+/// Waits for what the overview says; it may have nothing to say for a failure.
+void AwaitOutlook(const QObject& window) {
+    while (Named<QTimer>(window, "tmr_Outlook").isActive())
+        QCoreApplication::processEvents();
+    const QString outlook = Named<QLabel>(window, "lbl_Outlook").text();
+    if (!outlook.startsWith(QLatin1String("Cannot"))) return;
+    std::cerr << InOneLine(outlook) << '\n';
+    hasFailed = true;
+}
+/// February 2005, in which the shop has a record of its second material.
+void FillMonthSheet(frmMonthSheet& window) {
+    AwaitOutlook(window);
+    if (hasFailed) return;
+    Named<QComboBox>(window, "cbo_Month").setCurrentIndex(1);
+    Choose(window, "cbo_Year", "2005");
+    QAbstractItemModel& rows = *Named<SheetView>(window, "tbl_Rows").model();
+    for (int row = 0; row < 2; ++row) // in the unit of the record, or of the last one
+        rows.setData(rows.index(row, MonthSheetTable::Quantity), QStringLiteral("14.5"));
+    Click(window, "cmd_Save");
+    if (!hasFailed) Tell(window, "lbl_Saved");
+}
+void SaveMonthSheet(const Shop& shop) {
+    InList(shop, "cmd_Usage", [](frmList& list) {
+        InNext<frmMonthSheet>(FillMonthSheet);
+        Click(list, "cmd_MonthSheet");
+    });
+}
 
 void FillCompany(frmCompany& window, const char* name) {
     Type(window, "txt_CompanyName", QString::fromLatin1(name));
@@ -239,6 +277,12 @@ void ImportMaterials(const Shop& shop) {
         Transfer<frmImport>(list, "cmd_Import", file);
     });
 }
+void TakeBackImportedMaterials(const Shop& shop) {
+    InList(shop, "cmd_Material", [file = shop.Folder + QStringLiteral("/in/materials.txt")](frmList& list) {
+        Transfer<frmImport>(list, "cmd_Import", file);
+        if (!hasFailed) Click(list, "cmd_Undo");
+    });
+}
 void ImportUsage(const Shop& shop) {
     InList(shop, "cmd_Usage", [file = shop.Folder + QStringLiteral("/in/usage.txt")](frmList& list) {
         Transfer<frmImport>(list, "cmd_Import", file);
@@ -289,24 +333,27 @@ void Restore(const Shop& shop) {
 
 const std::map<std::string, std::function<void(const Shop&)>>& Tasks() {
     static const std::map<std::string, std::function<void(const Shop&)>> tasks = {
-        {"SaveNewMaterial",    SaveNewMaterial   },
-        {"SaveEditedMaterial", SaveEditedMaterial},
-        {"DeleteMaterial",     DeleteMaterial    },
-        {"SaveNewUsage",       SaveNewUsage      },
-        {"SaveEditedUsage",    SaveEditedUsage   },
-        {"DeleteUsage",        DeleteUsage       },
-        {"SaveNewCompany",     SaveNewCompany    },
-        {"SaveEditedCompany",  SaveEditedCompany },
-        {"SelectCompany",      SelectOtherCompany},
-        {"SaveNames",          SaveNames         },
-        {"SaveConfiguration",  SaveConfiguration },
-        {"ImportMaterials",    ImportMaterials   },
-        {"ImportUsage",        ImportUsage       },
-        {"ExportMaterials",    ExportMaterials   },
-        {"ExportUsage",        ExportUsage       },
-        {"Report",             Report            },
-        {"Backup",             BackUp            },
-        {"Restore",            Restore           },
+        {"SaveNewMaterial",           SaveNewMaterial          },
+        {"SaveEditedMaterial",        SaveEditedMaterial       },
+        {"DeleteMaterial",            DeleteMaterial           },
+        {"SaveNewUsage",              SaveNewUsage             },
+        {"SaveEditedUsage",           SaveEditedUsage          },
+        {"DeleteUsage",               DeleteUsage              },
+        {"TakeBackDeletedUsage",      TakeBackDeletedUsage     },
+        {"SaveMonthSheet",            SaveMonthSheet           },
+        {"SaveNewCompany",            SaveNewCompany           },
+        {"SaveEditedCompany",         SaveEditedCompany        },
+        {"SelectCompany",             SelectOtherCompany       },
+        {"SaveNames",                 SaveNames                },
+        {"SaveConfiguration",         SaveConfiguration        },
+        {"ImportMaterials",           ImportMaterials          },
+        {"TakeBackImportedMaterials", TakeBackImportedMaterials},
+        {"ImportUsage",               ImportUsage              },
+        {"ExportMaterials",           ExportMaterials          },
+        {"ExportUsage",               ExportUsage              },
+        {"Report",                    Report                   },
+        {"Backup",                    BackUp                   },
+        {"Restore",                   Restore                  },
     };
     return tasks;
 }
@@ -329,6 +376,8 @@ int main(int argc, char* argv[]) {
     QtClock calendar;
     OsFiles files;
     AppContext app{prompts, settings, programs, dialogs, calendar, files, ToPath(folder + "/program")};
+    History changes;
+    app.Changes = &changes;
     if (const Done started = StartUp(app); !started) {
         ShowError(app, started.error());
     } else if (!hasFailed) {

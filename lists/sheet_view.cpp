@@ -183,6 +183,17 @@ void SheetView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+QModelIndex SheetView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const QModelIndex next = QTableView::moveCursor(action, modifiers);
+    const QModelIndex current = currentIndex();
+    const bool isFromIdRow =
+        m_table->IsIdRow(current.row()) && current.column() == MonthSheetTable::MaterialId;
+    // Back to where Enter came from: above the empty row, no Material ID can be typed.
+    if (action == MoveUp && isFromIdRow && next != current && !(modifiers & Qt::ShiftModifier))
+        return next.siblingAtColumn(MonthSheetTable::Quantity);
+    return next;
+}
+
 void SheetView::mouseDoubleClickEvent(QMouseEvent* event) {
     const QModelIndex clicked = indexAt(event->position().toPoint());
     if (clicked.column() == MonthSheetTable::Unit && m_table->IsEntry(clicked))

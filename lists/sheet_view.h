@@ -53,6 +53,7 @@ protected:
     /// Nothing: a letter begins to edit, or does nothing.
     void keyboardSearch(const QString&) override {}
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
     /// Leaves the cell that was edited, as the key says.

@@ -233,6 +233,20 @@ private slots:
         QCOMPARE(program.Stored("3/2005"), QStringList());
     }
 
+    void Up_from_the_empty_row_goes_back_to_the_last_quantity() {
+        SheetProgram program;
+        InSheet(program, [](frmMonthSheet& window) {
+            Type(window, "5\n6\n70\n");
+            QCOMPARE(Current(window), std::pair(3, int{Table::MaterialId}));
+            Key(window, Qt::Key_Up);
+            Type(window, "7\n");
+            QCOMPARE(Column(window, Table::Quantity), QStringList({"5", "6", "7"}));
+            Type(window, "x");
+            Key(window, Qt::Key_Up); // also from an ID that is being typed
+            QCOMPARE(Current(window), std::pair(2, int{Table::Quantity}));
+        });
+    }
+
     void Tab_goes_to_the_next_cell_for_an_entry_and_then_to_the_next_row() {
         SheetProgram program;
         InSheet(program, [](frmMonthSheet& window) {

@@ -237,7 +237,8 @@ bool MonthSheetTable::setData(const QModelIndex& index, const QVariant& value, i
 
 void MonthSheetTable::TypeId(const QString& customId) {
     const std::string typed = ToCodePage(customId);
-    const SheetMaterial* const material = m_sheet.Records().Find(typed);
+    // Nothing typed is no Material ID, even if a damaged record has an empty one.
+    const SheetMaterial* const material = typed.empty() ? nullptr : m_sheet.Records().Find(typed);
     m_typedId = material ? QString() : customId;
     const int idRow = rowCount() - 1;
     emit dataChanged(index(idRow, 0), index(idRow, ColumnCount - 1));

@@ -451,6 +451,19 @@ private slots:
         QCOMPARE(program.Stored("3/2005"), QStringList());
     }
 
+    void An_emptied_Material_ID_is_none_even_if_a_record_has_an_empty_one() {
+        SheetProgram program;
+        program.AddMaterial("", "Damaged", 8);
+        InSheet(program, [](frmMonthSheet& window) {
+            View(window).GoTo(3, Table::MaterialId);
+            Type(window, "x");
+            Key(window, Qt::Key_Backspace);
+            Key(window, Qt::Key_Return);
+            QCOMPARE(Column(window, Table::MaterialId), QStringList({"GC-1", "GC-2", "PR-1"}));
+            QCOMPARE(Current(window), std::pair(3, int{Table::MaterialId}));
+        });
+    }
+
     void A_pasted_column_fills_the_rows_from_the_current_one_on() {
         SheetProgram program;
         InSheet(program, [](frmMonthSheet& window) {

@@ -313,7 +313,10 @@ void frmMonthSheet::Remember(const SheetChanges& changes) {
 
 void frmMonthSheet::ReadAgain(bool keepsTyped) {
     Result<SheetRecords> read = SheetRecords::Read(m_app);
-    if (ShowFailure(m_app, read)) return QDialog::reject(); // the rows would say what is no longer so
+    if (ShowFailure(m_app, read)) {
+        if (!keepsTyped) QDialog::reject(); // the rows would say what is no longer so
+        return;
+    }
     auto records = std::make_unique<SheetRecords>(std::move(*read));
     MonthSheet sheet(*records, Sheet().Month());
     if (keepsTyped) TakeOver(sheet);

@@ -67,6 +67,22 @@ struct SheetProgram : TestProgram {
     std::string UsageBytes() const { return ContentOf(DataFile("1_usage.talvor")); }
 };
 
+/// While the first message is shown, the usage becomes unreadable.
+class UnreadableUsage : public MessagePrompts {
+public:
+    explicit UnreadableUsage(TestProgram& program) : m_program(program) {}
+    PromptAnswer Show(const Prompt& prompt) override {
+        if (m_program.Prompts.Shown.empty()) {
+            std::filesystem::remove(m_program.DataFile("1_usage.talvor"));
+            std::filesystem::create_directory(m_program.DataFile("1_usage.talvor"));
+        }
+        return m_program.Prompts.Show(prompt);
+    }
+
+private:
+    TestProgram& m_program;
+};
+
 /// Returns what ShowMonthSheet does.
 bool InSheet(TestProgram& program, const std::function<void(frmMonthSheet&)>& act) {
     InNextModal<frmMonthSheet>([&](frmMonthSheet& window) {
@@ -694,6 +710,29 @@ private slots:
             QCOMPARE(MonthShown(window), QStringLiteral("MAR 2005"));
             QCOMPARE(Cell(window, 0, Table::Quantity), QStringLiteral("5"));
         });
+    }
+
+    void What_was_typed_stays_if_the_records_cannot_be_read_after_a_refusal() {
+        SheetProgram program;
+        UnreadableUsage prompts(program);
+        AppContext app{
+            prompts,          program.Settings,  program.Programs,          program.Dialogs,
+            program.Calendar, program.App.Files, program.App.ProgramFolder, program.App.CurrentCompanyId};
+        InNextModal<frmMonthSheet>([&](frmMonthSheet& window) {
+            QApplication::setActiveWindow(&window);
+            program.AddUsage(3, "3/2005", 1, UnitLbs); // meanwhile, by another copy
+            Type(window, "5\n\n6\n");
+            Key(window, Qt::Key_S, Qt::ControlModifier);
+            QCOMPARE(program.Prompts.Shown.size(), std::size_t{2}); // the refusal, and why it cannot be read
+            QVERIFY(window.isVisible());
+            QCOMPARE(Column(window, Table::Quantity), QStringList({"5", "", "6"}));
+            QVERIFY(!Cell(window, 2, Table::Remark).isEmpty());
+            QCOMPARE(Label(window, "lbl_Saved"), std::string("Nothing was saved."));
+            program.Prompts.Answers = {PromptAnswer::No};
+            window.close();
+            QVERIFY(!window.isVisible());
+        });
+        QVERIFY(!ShowMonthSheet(app, nullptr));
     }
 
     void What_was_typed_for_a_material_that_is_gone_is_named() {

@@ -203,9 +203,11 @@ void frmMonthSheet::NoteChange() {
 
 void frmMonthSheet::ShowSums() {
     const double pounds = Sheet().Pounds();
-    m_ui->lbl_Sums->setText(
-        tr("%1 in all: %2 lbs, %3 kg")
-            .arg(MonthInWords(), FromUtf8(RoundedText(pounds)), FromUtf8(RoundedText(Kilograms(pounds)))));
+    const QString lbs = FromUtf8(RoundedText(pounds));
+    const QString kg = FromUtf8(RoundedText(Kilograms(pounds)));
+    m_ui->lbl_Sums->setText(lbs.isEmpty() || kg.isEmpty()
+                                ? tr("%1 in all: no sum, as a number is too large").arg(MonthInWords())
+                                : tr("%1 in all: %2 lbs, %3 kg").arg(MonthInWords(), lbs, kg));
 }
 
 void frmMonthSheet::BeginOutlook() {

@@ -818,6 +818,16 @@ private slots:
         });
     }
 
+    void The_sums_say_so_if_a_number_is_too_large() {
+        SheetProgram program;
+        program.Prompts.Answers = {PromptAnswer::No};
+        InSheet(program, [](frmMonthSheet& window) {
+            Type(window, "1e308\n\n1e308\n");
+            QCOMPARE(Label(window, "lbl_Sums"),
+                     std::string("3/2005 in all: no sum, as a number is too large"));
+        });
+    }
+
     void Says_what_the_overview_would_say_before_anything_is_stored() {
         SheetProgram program;
         // Two hundred pounds of a resin with 45 % HAP: over its limit of 28, and the only one averaged.

@@ -90,6 +90,13 @@ Result<CompanyOutcome> ChangeCompanies(const DataFiles& data, const std::vector<
     return changer.Finish();
 }
 
+Result<bool> IsCurrentCompany(AppContext& app, std::int16_t companyId) {
+    if (companyId == app.CurrentCompanyId) return true;
+    const Result<std::string> remembered = app.Settings.TryRead(Settings::Company, Settings::Default);
+    if (!remembered) return remembered.error();
+    return ParseInt16(*remembered) == companyId;
+}
+
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,
                          std::optional<std::int16_t> companyId) {
     const Done written = StoreCompany(

@@ -63,6 +63,10 @@ using CompanyOutcome = ChangeOutcome<CompanyRecord>;
 Result<CompanyOutcome> ChangeCompanies(const DataFiles& data, const std::vector<CompanyChange>& changes,
                                        const RecordIsUsed& isUsed);
 
+/// Whether it is the current company of this copy of the program or, as the settings have it, the one that
+/// was selected last, by whichever copy.
+Result<bool> IsCurrentCompany(AppContext& app, std::int16_t companyId);
+
 /// Overwrites company `companyId` or, without a number, appends a new one. Returns 0 even after a failure:
 /// callers find the company by listing the file again.
 std::int16_t SaveCompany(AppContext& app, const std::string& name, const std::string& location,

@@ -31,8 +31,8 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
     connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmCompany::SaveEntry);
     m_ui->cmd_Undo->Bind(app, {.Whose = [] { return HistoryOf{.Kind = HistoryKind::Companies}; },
                                .IsUsed = [this]() -> RecordIsUsed {
-                                   return [this](std::int16_t companyId) -> Result<bool> {
-                                       return companyId == m_app.CurrentCompanyId;
+                                   return [this](std::int16_t companyId) {
+                                       return IsCurrentCompany(m_app, companyId);
                                    };
                                },
                                .Reload = [this] { FillList(); }});

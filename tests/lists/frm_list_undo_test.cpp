@@ -238,6 +238,23 @@ private slots:
         Press(window, Qt::Key_Y);
         QCOMPARE(Lines(window, "lst_Companies"), QStringList{QStringLiteral("Acme (Dock 1)")});
     }
+
+    void A_company_that_another_copy_has_selected_stays() {
+        TestProgram program;
+        History changes;
+        program.App.Changes = &changes;
+        program.App.CurrentCompanyId = 0;
+        frmCompany window(program.App, nullptr);
+        window.show();
+        Named<QLineEdit>(window, "txt_CompanyName").setText(QStringLiteral("Acme"));
+        Named<QLineEdit>(window, "txt_CompanyLocation").setText(QStringLiteral("Dock 1"));
+        Named<QPushButton>(window, "cmd_Save").click();
+        program.Settings.Values[{"COMPANY", "DEFAULT"}] = "1";
+        Undo(window).click();
+        QCOMPARE(program.ShownTexts(),
+                 std::vector<std::string>{"Cannot undo \"add Acme\": it is the current company."});
+        QCOMPARE(Lines(window, "lst_Companies"), QStringList{QStringLiteral("Acme (Dock 1)")});
+    }
 };
 } // namespace mact
 

@@ -63,10 +63,9 @@ Result<MaterialOutcome> ChangeMaterials(const DataFiles& data, const std::vector
     return changer.Finish();
 }
 
-void NoteMaterials(AppContext& app, std::string name,
-                   const std::vector<StoredRecord<MaterialRecord>>& stored) {
-    NoteChanges<MaterialRecord>(app, {HistoryKind::Materials, app.CurrentCompanyId}, std::move(name), stored,
-                                Members, ChangeMaterials);
+void NoteMaterials(AppContext& app, std::string name, std::vector<StoredRecord<MaterialRecord>> stored) {
+    NoteChanges<MaterialRecord>(app, {HistoryKind::Materials, app.CurrentCompanyId}, std::move(name),
+                                std::move(stored), Members, ChangeMaterials);
 }
 
 void NoteMaterial(AppContext& app, std::string_view doing, const StoredRecord<MaterialRecord>& stored) {

@@ -29,8 +29,7 @@ Result<MaterialOutcome> ChangeMaterials(const DataFiles& data, const std::vector
 /// Notes what was done with a material, so that it can be taken back, as in "delete PR-101".
 void NoteMaterial(AppContext& app, std::string_view doing, const StoredRecord<MaterialRecord>& stored);
 /// The same of several materials, under a name for all of them.
-void NoteMaterials(AppContext& app, std::string name,
-                   const std::vector<StoredRecord<MaterialRecord>>& stored);
+void NoteMaterials(AppContext& app, std::string name, std::vector<StoredRecord<MaterialRecord>> stored);
 
 /// Brings back deleted materials that are still as they were `seen`, all or none. Only their Active mark is
 /// written. Returns a sentence for each record that stands against it.

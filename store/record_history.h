@@ -34,48 +34,49 @@ Reasons ReasonsOf(const std::vector<RecordChange<Type>>& changes, const ChangeOu
     return reasons;
 }
 
+/// The changes that take the records back or, if it `isAgain`, store them once more.
 template <class Type>
-Result<Reasons> MakeStep(const AppContext& app, const std::vector<RecordChange<Type>>& changes,
-                         const RecordIsUsed& isUsed, const RecordMembers<Type>& members,
-                         MakesChanges<Type> make) {
-    const Result<ChangeOutcome<Type>> outcome = make(app, changes, isUsed);
-    if (!outcome) return outcome.error();
-    return ReasonsOf(changes, *outcome, members);
+std::vector<RecordChange<Type>> ChangesOf(const std::vector<StoredRecord<Type>>& stored,
+                                          const RecordMembers<Type>& members, bool isAgain) {
+    std::vector<RecordChange<Type>> changes;
+    changes.reserve(stored.size());
+    for (const StoredRecord<Type>& each : stored) {
+        Type old = each.Before.value_or(each.Record);
+        if (each.IsNew) old.*members.Active = false;
+        if (isAgain)
+            changes.push_back({each.Record, std::move(old)});
+        else
+            changes.push_back({std::move(old), each.Record});
+    }
+    return changes;
 }
 
-/// What undoes the changes, all of which replace a record.
+/// The changes are made when they are wanted: an import can have 32,767 records, and is seldom taken back.
 template <class Type>
-std::vector<RecordChange<Type>> Opposite(const std::vector<RecordChange<Type>>& changes) {
-    std::vector<RecordChange<Type>> opposite;
-    opposite.reserve(changes.size());
-    for (const RecordChange<Type>& change : changes)
-        opposite.push_back({*change.AsRead, change.Record});
-    return opposite;
+HistoryStep::Action ActionOf(std::shared_ptr<const std::vector<StoredRecord<Type>>> stored,
+                             const RecordMembers<Type>& members, MakesChanges<Type> make, bool isAgain) {
+    return [stored = std::move(stored), members, make,
+            isAgain](const AppContext& app, const RecordIsUsed& isUsed) -> Result<Reasons> {
+        const std::vector<RecordChange<Type>> changes = ChangesOf(*stored, members, isAgain);
+        const Result<ChangeOutcome<Type>> outcome = make(app, changes, isUsed);
+        if (!outcome) return outcome.error();
+        return ReasonsOf(changes, *outcome, members);
+    };
 }
 
 /// Notes that these records were stored. Does nothing if nobody asks for it, or if what one of them replaced
 /// is not known.
 template <class Type>
 void NoteChanges(AppContext& app, const HistoryOf& whose, std::string name,
-                 const std::vector<StoredRecord<Type>>& stored, const RecordMembers<Type>& members,
+                 std::vector<StoredRecord<Type>> stored, const RecordMembers<Type>& members,
                  MakesChanges<Type> make) {
     const auto isKnown = [](const StoredRecord<Type>& each) { return each.IsNew || each.Before; };
     if (!app.Changes || !std::ranges::all_of(stored, isKnown)) return;
-    HistoryStep step{.Name = std::move(name)};
-    auto back = std::make_shared<std::vector<RecordChange<Type>>>();
-    back->reserve(stored.size());
-    for (const StoredRecord<Type>& each : stored) {
-        RecordChange<Type>& change =
-            back->emplace_back(RecordChange<Type>{each.Before.value_or(each.Record), each.Record});
-        if (each.IsNew) change.Record.*members.Active = false;
-        if (each.IsNew) step.HasAdded = true;
-    }
-    step.TakeBack = [back, members, make](const AppContext& context, const RecordIsUsed& isUsed) {
-        return MakeStep<Type>(context, *back, isUsed, members, make);
-    };
-    step.DoAgain = [back, members, make](const AppContext& context, const RecordIsUsed& isUsed) {
-        return MakeStep<Type>(context, Opposite(*back), isUsed, members, make);
-    };
+    const bool hasAdded = std::ranges::any_of(stored, &StoredRecord<Type>::IsNew);
+    const auto kept = std::make_shared<const std::vector<StoredRecord<Type>>>(std::move(stored));
+    HistoryStep step{.Name = std::move(name), .HasAdded = hasAdded};
+    step.TakeBack = ActionOf<Type>(kept, members, make, false);
+    step.DoAgain = ActionOf<Type>(kept, members, make, true);
     app.Changes->Note(whose, std::move(step));
 }
 } // namespace mact

@@ -49,6 +49,7 @@ template <class Record, class... Types>
 std::vector<StoredRecord<Record>> NewRecords(RecordFile& file, const RecordLayout<Record, Types...>& layout,
                                              std::int16_t first) {
     std::vector<StoredRecord<Record>> records;
+    records.reserve(static_cast<std::size_t>(file.Count() - first) + 1);
     const Done read = file.ForEachSlot([&](std::int16_t number, std::string_view slot) {
         if (number < first) return true;
         StoredRecord<Record>& stored = records.emplace_back();

@@ -118,7 +118,9 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
             stored = NewRecords(file, MaterialLayout, first);
         };
     ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
-    if (!stored.empty()) NoteMaterials(app, NameOfImport(source, stored.size()), stored);
+    if (stored.empty()) return 0;
+    std::string name = NameOfImport(source, stored.size());
+    NoteMaterials(app, std::move(name), std::move(stored));
     return 0;
 }
 } // namespace mact

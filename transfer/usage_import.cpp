@@ -137,7 +137,9 @@ std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& sourc
             stored = NewRecords(file, UsageLayout, first);
         };
     ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
-    if (!stored.empty()) NoteUsageTogether(app, NameOfImport(source, stored.size()), stored);
+    if (stored.empty()) return 0;
+    std::string name = NameOfImport(source, stored.size());
+    NoteUsageTogether(app, std::move(name), std::move(stored));
     return 0;
 }
 } // namespace mact

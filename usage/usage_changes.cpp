@@ -122,10 +122,9 @@ Result<UsageOutcome> ChangeUsage(const DataFiles& data, const std::vector<UsageC
     return changer.Finish();
 }
 
-void NoteUsageTogether(AppContext& app, std::string name,
-                       const std::vector<StoredRecord<UsageRecord>>& stored) {
-    NoteChanges<UsageRecord>(app, {HistoryKind::Usage, app.CurrentCompanyId}, std::move(name), stored,
-                             Members,
+void NoteUsageTogether(AppContext& app, std::string name, std::vector<StoredRecord<UsageRecord>> stored) {
+    NoteChanges<UsageRecord>(app, {HistoryKind::Usage, app.CurrentCompanyId}, std::move(name),
+                             std::move(stored), Members,
                              [](const DataFiles& data, const std::vector<UsageChange>& changes,
                                 const RecordIsUsed&) { return ChangeUsage(data, changes); });
 }
@@ -148,13 +147,14 @@ Failed SaveUsageTogether(AppContext& app, const std::vector<UsageChange>& change
         return true;
     }
     if (changes.empty()) return false;
+    if (!app.Changes) return false;
     std::vector<StoredRecord<UsageRecord>> stored;
+    stored.reserve(changes.size());
     for (std::size_t index = 0; index < changes.size(); ++index)
         stored.push_back({outcome.Stored[index], changes[index].AsRead, changes[index].Record.UsageId == 0});
-    NoteUsageTogether(app,
-                      "sheet of " + Utf8FromCodePage(Trim(changes.front().Record.Period)) + " (" +
-                          Counted(stored.size(), "record") + ')',
-                      stored);
+    std::string name = "sheet of " + Utf8FromCodePage(Trim(changes.front().Record.Period)) + " (" +
+                       Counted(stored.size(), "record") + ')';
+    NoteUsageTogether(app, std::move(name), std::move(stored));
     return false;
 }
 

@@ -25,8 +25,7 @@ Result<UsageOutcome> ChangeUsage(const DataFiles& data, const std::vector<UsageC
 /// Notes what was done with a record, so that it can be taken back, as in "delete PR-101 (3/2005)".
 void NoteUsage(AppContext& app, std::string_view doing, const StoredRecord<UsageRecord>& stored);
 /// The same of several records, under a name for all of them.
-void NoteUsageTogether(AppContext& app, std::string name,
-                       const std::vector<StoredRecord<UsageRecord>>& stored);
+void NoteUsageTogether(AppContext& app, std::string name, std::vector<StoredRecord<UsageRecord>> stored);
 
 /// As ChangeUsage, for a month's sheet; a failure and what was refused are shown, in one message. False if
 /// all are stored.

@@ -19,10 +19,16 @@
 namespace mact {
 namespace {
 
-constexpr int MostUnmatchedLines = 500; ///< that are named: nobody reads more
+constexpr int MostUnmatchedLines = 500;           ///< that are named: nobody reads more
+constexpr std::size_t MostUnmatchedLetters = 200; ///< of a line: a text of megabytes takes seconds to show
 
 QString Records(std::size_t count) {
     return count == 1 ? QStringLiteral("1 record") : QStringLiteral("%1 records").arg(count);
+}
+
+QString Shortened(const std::string& codePageText) {
+    const QString text = FromCodePage(codePageText.substr(0, MostUnmatchedLetters));
+    return codePageText.size() > MostUnmatchedLetters ? text + QChar(0x2026) : text;
 }
 
 } // namespace
@@ -186,8 +192,7 @@ void frmMonthSheet::ShowUnmatched(const std::vector<UnmatchedLine>& lines) {
         if (texts.size() == MostUnmatchedLines) break;
         texts << tr("Line %1: %2: %3")
                      .arg(line.Number)
-                     .arg(FromCodePage(line.Text).replace(u'\t', QLatin1String(" | ")),
-                          FromUtf8(line.Reason));
+                     .arg(Shortened(line.Text).replace(u'\t', QLatin1String(" | ")), FromUtf8(line.Reason));
     }
     if (lines.size() > MostUnmatchedLines) texts << tr("and %1 more").arg(lines.size() - MostUnmatchedLines);
     m_ui->txt_Unmatched->setPlainText(texts.join(u'\n'));

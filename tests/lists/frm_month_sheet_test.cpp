@@ -507,6 +507,17 @@ private slots:
         });
     }
 
+    void A_long_line_that_was_pasted_is_named_by_its_beginning() {
+        SheetProgram program;
+        InSheet(program, [](frmMonthSheet& window) {
+            PasteText(window, ("1\n" + std::string(201, 'x')).c_str());
+            QCOMPARE(
+                Named<QPlainTextEdit>(window, "txt_Unmatched").toPlainText(),
+                QStringLiteral("Line 2: %1\u2026: The quantity is not a number.").arg(QString(200, u'x')));
+            Key(window, Qt::Key_Delete);
+        });
+    }
+
     void A_Material_ID_can_be_pasted_into_the_empty_row() {
         SheetProgram program;
         InSheet(program, [](frmMonthSheet& window) {

@@ -139,6 +139,7 @@ std::vector<PastedLine> SplitPastedText(std::string_view text) {
         PastedLine& line = lines.emplace_back(PastedLine{.Number = static_cast<int>(lines.size()) + 1});
         for (;;) {
             line.Cells.push_back(TakeCell(text));
+            ++line.Columns;
             if (!text.starts_with('\t')) break;
             text.remove_prefix(1);
         }
@@ -168,8 +169,10 @@ std::int16_t PastedUnit(std::string_view cell) {
 
 PasteOutcome Paste(MonthSheet& sheet, std::string_view text, std::size_t firstRow) {
     const std::vector<PastedLine> lines = SplitPastedText(text);
+    // Blank columns count: Material IDs that are numbers would be taken for quantities, if none is beside
+    // them.
     const bool isOneColumn =
-        std::ranges::all_of(lines, [](const PastedLine& line) { return line.Cells.size() <= 1; });
+        std::ranges::all_of(lines, [](const PastedLine& line) { return line.Columns <= 1; });
     Paster paster(sheet, firstRow);
     for (const PastedLine& line : lines)
         if (isOneColumn)

@@ -14,7 +14,8 @@ namespace mact {
 
 /// A line of pasted text.
 struct PastedLine {
-    int Number = 0; ///< counted from 1, blank ones too
+    int Number = 0;  ///< counted from 1, blank ones too
+    int Columns = 0; ///< with the blank ones at the end
     std::vector<std::string>
         Cells{}; ///< without surrounding blanks and quotes; blank ones at the end are left out
 };
@@ -37,8 +38,8 @@ struct PasteOutcome {
     std::vector<std::size_t> Rows{}; ///< those entered, in the order of the lines
     std::vector<UnmatchedLine> Unmatched{};
 };
-/// Enters the pasted cells into the sheet. If no line has more than one, they are quantities for the rows
-/// from `firstRow` on, and a blank line leaves its row alone. Otherwise each line has a Material ID, a
+/// Enters the pasted cells into the sheet. If no line has more than one column, they are quantities for the
+/// rows from `firstRow` on, and a blank line leaves its row alone. Otherwise each line has a Material ID, a
 /// quantity and perhaps a unit, and materials without a row get one. What cannot be understood leaves the
 /// sheet alone, and so does a line without a quantity.
 PasteOutcome Paste(MonthSheet& sheet, std::string_view text, std::size_t firstRow = 0);

@@ -174,6 +174,12 @@ TEST_F(PasteTest, AMaterialWithoutAQuantityGetsNoRow) {
     EXPECT_EQ(RowsOf(sheet), (Texts{"A 3 lbs", "B 0 lbs", "C lbs"}));
 }
 
+TEST_F(PasteTest, MaterialIdsWithoutAnyQuantityAreNotTakenForQuantities) {
+    MonthSheet sheet = Sheet();
+    EXPECT_EQ(Pasted(sheet, "101\t\nA\t\n"), Texts{"1 101: There is no material with this Material ID."});
+    EXPECT_EQ(RowsOf(sheet), (Texts{"A lbs", "B lbs", "C lbs"}));
+}
+
 TEST_F(PasteTest, NothingPastedEntersNothing) {
     MonthSheet sheet = Sheet();
     for (const char* text : {"", "\r\n", " \t \n\n"})

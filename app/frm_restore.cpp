@@ -144,6 +144,11 @@ void frmRestore::AddSets(const std::vector<FoundSet>& sets) {
     m_steps.start(0);
 }
 
+void frmRestore::SelectSet(const std::filesystem::path& set) {
+    const auto row = std::ranges::find(m_rows, set, [](const Row& each) { return each.Found.Folder; });
+    if (row != m_rows.end()) m_ui->tbl_Sets->selectRow(static_cast<int>(row - m_rows.begin()));
+}
+
 void frmRestore::Step() {
     const auto row = std::ranges::find_if(m_rows, [](const Row& each) { return !each.Description; });
     if (row == m_rows.end()) return;
@@ -245,7 +250,12 @@ void frmRestore::Restore() {
     LimitToTexts(*this);
     const Result<std::vector<FoundSet>> sets = FindBackupSets(m_app); // with the one just kept
     if (!ShowFailure(m_app, sets)) AddSets(*sets);
-    m_ui->cmd_Close->setFocus();
+    if (restored) {
+        m_ui->cmd_Close->setFocus();
+        return;
+    }
+    SelectSet(set); // a second try must not be at another one
+    m_ui->tbl_Sets->setFocus();
 }
 
 void ShowRestore(AppContext& app, QWidget* parent) {

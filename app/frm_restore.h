@@ -42,6 +42,7 @@ private:
     void FindSets();
     /// Lists them above the others; one that is listed is listed anew.
     void AddSets(const std::vector<FoundSet>& sets);
+    void SelectSet(const std::filesystem::path& set);
     /// Looks into the next set, so that the window stays alive meanwhile.
     void Step();
     void ShowRow(std::size_t number);

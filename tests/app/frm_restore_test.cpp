@@ -191,6 +191,21 @@ private slots:
         QVERIFY(program.Data() != before);
     }
 
+    void A_set_that_has_not_been_restored_stays_chosen() {
+        RestoreProgram program;
+        WriteContent(program.First / "incomplete.txt", "The file \"9_usage.talvor\" is missing.\r\n");
+        program.Prompts.Answers = {PromptAnswer::No};
+        program.Show([&](frmRestore& window) {
+            Choose(window, 1);
+            Tick(window);
+            Press(window, "cmd_Restore");
+            RestoreProgram::WaitForSets(window);
+            QVERIFY(Details(window).startsWith(Shown(program.First)));
+            QVERIFY(!Named<QCheckBox>(window, "chk_Confirm").isChecked());
+            QCOMPARE(window.focusWidget()->objectName(), QStringLiteral("tbl_Sets"));
+        });
+    }
+
     void Another_folder_adds_the_set_that_it_is() {
         RestoreProgram program;
         const std::filesystem::path copy = program.Folder.Path() / "from the stick";

@@ -103,6 +103,8 @@ public:
         if (!IsFolderAt(folder)) return Success();
         const Result<std::vector<FileForSet>> found = FilesForSet(folder);
         if (!found) return found.error();
+        const Done allowed = m_files.AllowOpenFiles(found->size());
+        if (!allowed) return allowed;
         for (const FileForSet& file : *found) {
             const std::filesystem::path path = folder / file.Name;
             const std::string name = PathText(file.Name);
@@ -262,11 +264,17 @@ Result<OptionalRestored> RestoreWithNote(AppContext& app, const std::filesystem:
 
 Result<OptionalRestored> Restore(AppContext& app, const std::filesystem::path& set,
                                  const RestoreQuestions& questions) {
-    if (IsWithin(set, PlacesOf(app).Data))
+    const DataPlaces places = PlacesOf(app);
+    if (IsWithin(set, places.Data))
         return CannotRestore(set, "it is in the data folder, which is about to be replaced");
+    // Choosing another folder, a user may come upon what an attempt has left.
+    for (const std::filesystem::path& own : {places.Second, places.Old})
+        if (IsWithin(set, own))
+            return CannotRestore(set, "its folder is the program's own, for restoring; "
+                                      "copy it to another place first");
     const Result<std::filesystem::path> folder = FolderOfSets(app);
     if (!folder) return folder.error();
-    if (IsWithin(*folder, PlacesOf(app).Data))
+    if (IsWithin(*folder, places.Data))
         return CannotRestore(set, "the backup folder is in the data folder, which is about to be replaced; "
                                   "choose another one in the configuration");
     const Result<SetContent> content = ReadSetContent(app, set);

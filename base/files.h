@@ -73,6 +73,8 @@ public:
     virtual Done FlushFolder(const std::filesystem::path&) { return Success(); }
     /// Whether a folder can be renamed while files in it are open.
     virtual bool RenamesFoldersInUse() const { return true; }
+    /// Lets that many files be open at once, besides a few others. A Failure if the system does not.
+    virtual Done AllowOpenFiles(std::size_t) { return Success(); }
     virtual NameKind KindOfName(const std::filesystem::path&) { return NameKind::Plain; }
     /// A Failure if the path is a link that must not be followed.
     virtual Done CheckLink(const std::filesystem::path&) { return Success(); }

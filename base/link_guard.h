@@ -30,6 +30,7 @@ public:
     }
     Done FlushFolder(const std::filesystem::path& path) override { return m_files.FlushFolder(path); }
     bool RenamesFoldersInUse() const override { return m_files.RenamesFoldersInUse(); }
+    Done AllowOpenFiles(std::size_t count) override { return m_files.AllowOpenFiles(count); }
     NameKind KindOfName(const std::filesystem::path& path) override { return m_files.KindOfName(path); }
     Done CheckLink(const std::filesystem::path& path) override;
 

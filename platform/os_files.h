@@ -15,6 +15,7 @@ public:
     Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) override;
     Done FlushFolder(const std::filesystem::path& path) override;
     bool RenamesFoldersInUse() const override;
+    Done AllowOpenFiles(std::size_t count) override;
     NameKind KindOfName(const std::filesystem::path& path) override;
 };
 } // namespace mact

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <string>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <thread>
@@ -290,5 +291,17 @@ Done OsFiles::FlushFolder(const std::filesystem::path& path) {
 
 bool OsFiles::RenamesFoldersInUse() const {
     return true;
+}
+
+Done OsFiles::AllowOpenFiles(std::size_t count) {
+    constexpr rlim_t others = 256; // of the windows, and what is open for a moment
+    struct rlimit limit {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= count + others) return Success();
+    // The usual limit is far below the one up to which the user may raise it.
+    struct rlimit raised = limit;
+    raised.rlim_cur = count + others;
+    if (raised.rlim_cur <= limit.rlim_max && ::setrlimit(RLIMIT_NOFILE, &raised) == 0) return Success();
+    return Failure{.Doing = "open " + std::to_string(count) + " files at once",
+                   .Reason = "the system lets a program open no more than " + std::to_string(limit.rlim_max)};
 }
 } // namespace mact

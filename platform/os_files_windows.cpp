@@ -259,8 +259,16 @@ template <class Call> DWORD WhileBeingRemoved(const Call& fails) {
 /// Removes what has the name of a file of our own and is none: a link, or a file with several names.
 Done RemoveForeign(const std::filesystem::path& path) {
     if (OsFiles().KindOfName(path) == NameKind::Plain) return Success();
-    if (!::DeleteFileW(path.c_str())) return DescribeError("remove the file", path, ::GetLastError());
-    return Success();
+    if (::DeleteFileW(path.c_str())) return Success();
+    const DWORD error = ::GetLastError();
+    // As elsewhere, one that may not be written to is removed: the copy of a file on a disk that may not.
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    const bool isReadOnly =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (isReadOnly && ::SetFileAttributesW(path.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) &&
+        ::DeleteFileW(path.c_str()))
+        return Success();
+    return DescribeError("remove the file", path, error);
 }
 
 } // namespace
@@ -336,5 +344,9 @@ Done OsFiles::FlushFolder(const std::filesystem::path&) {
 
 bool OsFiles::RenamesFoldersInUse() const {
     return false;
+}
+
+Done OsFiles::AllowOpenFiles(std::size_t) {
+    return Success(); // 16 million by themselves
 }
 } // namespace mact

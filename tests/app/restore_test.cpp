@@ -16,6 +16,10 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+#endif
+
 namespace mact {
 namespace {
 
@@ -191,6 +195,21 @@ TEST_F(RestoreTest, TheDataFolderItselfIsRefused) {
     ExpectNothingHasHappened(CannotRestore("it is in the data folder, which is about to be replaced"));
 }
 
+/// Copies of their own: what is left of an attempt is removed before the next.
+TEST_F(RestoreTest, AFolderOfTheSwapItselfIsRefusedAndStays) {
+    for (const char* name : {"data.mact.new", "data.mact.old"}) {
+        std::filesystem::copy(Set, ProgramFile(name));
+        Prompts.Shown.clear();
+        EXPECT_FALSE(RestoreSet(App, ProgramFile(name), Questions()));
+        EXPECT_EQ(ShownTexts(), Sentences{"Cannot restore the backup set \"" + PathText(ProgramFile(name)) +
+                                          "\": its folder is the program's own, for restoring; copy it to "
+                                          "another place first."});
+        EXPECT_EQ(FilesIn(ProgramFile(name)), OfSet);
+        EXPECT_EQ(FilesIn(Data), Before);
+        std::filesystem::remove_all(ProgramFile(name));
+    }
+}
+
 TEST_F(RestoreTest, ABackupFolderInTheDataFolderIsRefused) {
     Settings.Values[{"BACKUP", "PATH"}] = PathText(Data);
     EXPECT_FALSE(Restore());
@@ -342,6 +361,44 @@ TEST_F(RestoreTest, AnotherCopyThatIsRestoringIsWaitedForAndThenSaid) {
     ExpectRestored();
 }
 
+#ifndef _WIN32
+/// All of them are locked at once: three hundred companies have more files than a program may usually open.
+TEST_F(RestoreTest, MoreFilesThanMayBeOpenAtOnceAreReplacedAllTheSame) {
+    for (int company = 2; company <= 150; ++company)
+        WriteContent(DataFile(std::to_string(company) + "_overview.txt"), "");
+    Before = FilesIn(Data);
+    struct rlimit limit {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    struct rlimit lower = limit;
+    lower.rlim_cur = 120;
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &lower), 0);
+    ExpectRestored();
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+}
+
+TEST_F(RestoreTest, AsManyOpenFilesAsNoSystemAllowsAreAFailure) {
+    struct rlimit limit {};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const Done allowed = Files.AllowOpenFiles(std::size_t{1} << 40U);
+    ASSERT_FALSE(allowed);
+    EXPECT_EQ(SentenceOf(allowed.error()),
+              "Cannot open 1099511627776 files at once: the system lets a program "
+              "open no more than " +
+                  std::to_string(limit.rlim_max) + ".");
+}
+#endif
+
+TEST_F(RestoreTest, MoreFilesThanTheSystemAllowsAreRefusedWithEverythingAsItWas) {
+    class FewFiles : public WrappedFiles {
+    public:
+        Done AllowOpenFiles(std::size_t count) override {
+            return Failure{.Doing = "open " + std::to_string(count) + " files at once", .Reason = "too many"};
+        }
+    } few;
+    EXPECT_FALSE(RestoreWith(few));
+    ExpectNothingHasHappened(CannotRestore("cannot open 4 files at once: too many"));
+}
+
 /// Two openers: one has the file open when its folder is replaced, and saves afterwards.
 TEST_F(RestoreTest, WhoHadAFileOpenSavesIntoTheRestoredOne) {
     const std::filesystem::path usage = DataFile("1_usage.talvor");
@@ -452,6 +509,15 @@ TEST_F(RestoreTest, WhatIsLeftOfAnAttemptIsReplaced) {
 }
 
 #ifndef _WIN32
+/// As a copy is for a moment if its set is on a disk that may not be written to.
+TEST_F(RestoreTest, WhatIsLeftOfAnAttemptIsReplacedEvenIfItMayNotBeWrittenTo) {
+    std::filesystem::create_directory(ProgramFile("data.mact.new"));
+    const std::filesystem::path left = ProgramFile("data.mact.new") / "1_usage.talvor";
+    WriteContent(left, "cut off");
+    std::filesystem::permissions(left, std::filesystem::perms::owner_read);
+    ExpectRestored();
+}
+
 TEST_F(RestoreTest, LinksAndDevicesInTheSetAreNotRestored) {
     std::filesystem::create_symlink("/dev/zero", Set / "2_usage.talvor");
     WriteContent(Folder.Path() / "private.txt", "private");

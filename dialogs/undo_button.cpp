@@ -94,11 +94,8 @@ void UndoButton::Make(Move make, const char* doing, const HistoryStep* step) {
     const std::string what = std::string(doing) + " \"" + step->Name + '"'; // the step is about to move
     const Result<Reasons> reasons = (m_app->Changes->*make)(m_list.Whose(), *m_app, m_list.IsUsed());
     if (ShowFailure(*m_app, reasons)) return;
-    if (!reasons->empty()) {
-        ShowError(*m_app, {.Doing = what, .Reason = Joined(*reasons)});
-        return;
-    }
-    m_list.Reload();
+    if (!reasons->empty()) ShowError(*m_app, {.Doing = what, .Reason = Joined(*reasons)});
+    m_list.Reload(); // after a refusal too: the list may not show yet what another copy has changed
     ShowStep();
 }
 } // namespace mact

@@ -239,6 +239,23 @@ private slots:
         QCOMPARE(Lines(window, "lst_Companies"), QStringList{QStringLiteral("Acme (Dock 1)")});
     }
 
+    void A_refusal_shows_what_another_copy_has_changed() {
+        UndoProgram program;
+        InUsage(program, [&](frmList& window) {
+            Delete(window, 1);
+            AppContext other = program.App;
+            other.Changes = nullptr;
+            QVERIFY(!SaveUsage(
+                other, {.UsageId = 2, .MaterialId = 2, .Period = "4/2005", .Quantity = 9, .Unit = UnitLbs}));
+            Press(window, Qt::Key_Z);
+            QCOMPARE(program.Prompts.LastText(),
+                     std::string("Cannot undo \"delete GC & 2 (3/2005)\": it is not deleted."));
+            QCOMPARE(Lines(window),
+                     (QStringList{QStringLiteral("PR-101 (3/2005)"), QStringLiteral("GC & 2 (4/2005)")}));
+            QCOMPARE(Says(window), QStringLiteral("Undo: delete GC & 2 (3/2005)"));
+        });
+    }
+
     void A_company_that_another_copy_has_selected_stays() {
         TestProgram program;
         History changes;

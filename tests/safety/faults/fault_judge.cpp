@@ -281,7 +281,8 @@ bool IsSoundAfterNextRun(const SweptTask& task, const SoundRuns& sound, const st
     const bool isAsTwice = IsSame(name, present, Content(sound.Twice.Files, name));
     if (IsLog(name)) return isAsOnce || isAsTwice || task.IsImport; // of an import, it depends on the records
     if (!IsRecordFile(name)) return isAsOnce || isAsTwice;
-    if (left.contains(name + UndoSuffix)) return isAsOnce || isAsTwice; // with one that holds, or one without
+    if (left.contains(name + UndoSuffix)) // with one that holds, or one without
+        return isAsOnce || isAsTwice || IsBetween(sound, name, present);
     if (IsSame(name, Content(left, name), Content(sound.Once.Files, name))) return isAsTwice;
     if (IsSame(name, Content(left, name), Content(sound.Before, name))) return isAsOnce;
     // The next run knows nothing of the first half of this one.
@@ -298,7 +299,8 @@ Problems JudgeFaultyRun(const SweptTask& task, const SoundRuns& sound, const Cal
     // What a copy says that outlasts the program is heard by nobody.
     const bool isTold = run.Status == StatusFailed || (!run.Errors.empty() && !task.IsCopiedLater);
     if (isTold && !MustWork(task, fault, run)) return JudgeFailed(task, sound, fault, run, unremoved);
-    Problems problems = Differences(sound.Once.Files, run.Files, unremoved);
+    const bool isNotNoted = sound.Between && run.Output.ends_with(ThereIsNothingToUndo);
+    Problems problems = Differences(isNotNoted ? *sound.Between : sound.Once.Files, run.Files, unremoved);
     // The next start compares the set with its note: it removes the note of a complete set.
     const bool isNoted = std::ranges::any_of(run.Files, [](const auto& file) { return IsNote(file.first); });
     const bool isToldLater = task.IsCopiedLater && (isNoted || IsToldInSet(sound, run));
@@ -310,7 +312,8 @@ Problems JudgeFaultyRun(const SweptTask& task, const SoundRuns& sound, const Cal
     if (run.Status != sound.Once.Status) problems.push_back("status " + std::to_string(run.Status));
     if (!run.Errors.empty() && !task.IsCopiedLater)
         problems.emplace_back("a message although there was no failure");
-    if (run.Output != sound.Once.Output) problems.emplace_back("another output than without a fault");
+    if (run.Output != sound.Once.Output + (isNotNoted ? ThereIsNothingToUndo : ""))
+        problems.emplace_back("another output than without a fault");
     return problems;
 }
 

@@ -14,7 +14,7 @@ namespace mact {
 struct SweptTask {
     ChildStart Start{};
     /// Of a task that does something and then takes it back: what it does. That stays if it cannot be taken
-    /// back.
+    /// back, or could not be noted: then the task ends its output with ThereIsNothingToUndo.
     std::optional<ChildStart> FirstHalf{};
     bool PrintsWhatIsThere = false; ///< its output is no claim that something was done
     bool IsImport = false;          ///< one that ends by itself keeps the records that it has stored
@@ -23,6 +23,8 @@ struct SweptTask {
         false;              ///< the backup is still being copied when the program says that it is complete
     bool IsRestore = false; ///< all data files are replaced, or none; the next start finishes it
 };
+
+inline constexpr const char* ThereIsNothingToUndo = "There is nothing to undo.\n";
 
 /// Tries the faults one after another. Fails the test for each that breaks a promise: what is in the files is
 /// as before or as after the task, nothing else has changed or is left over, a failure is told in one

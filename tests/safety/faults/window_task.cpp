@@ -180,12 +180,20 @@ void DeleteUsage(const Shop& shop) {
         Click(list, "cmd_Delete");
     });
 }
+/// Takes back what was done last, if that could be noted.
+void TakeBack(const frmList& list) {
+    if (hasFailed) return;
+    if (Named<QAbstractButton>(list, "cmd_Undo").isVisible())
+        Click(list, "cmd_Undo");
+    else
+        std::cout << "There is nothing to undo.\n";
+}
 /// The last record of the list.
 void TakeBackDeletedUsage(const Shop& shop) {
     InList(shop, "cmd_Usage", [](frmList& list) {
         ChooseRow(list, "lst_Main", Named<QListWidget>(list, "lst_Main").count() - 1);
         Click(list, "cmd_Delete");
-        if (!hasFailed) Click(list, "cmd_Undo");
+        TakeBack(list);
     });
 }
 
@@ -280,7 +288,7 @@ void ImportMaterials(const Shop& shop) {
 void TakeBackImportedMaterials(const Shop& shop) {
     InList(shop, "cmd_Material", [file = shop.Folder + QStringLiteral("/in/materials.txt")](frmList& list) {
         Transfer<frmImport>(list, "cmd_Import", file);
-        if (!hasFailed) Click(list, "cmd_Undo");
+        TakeBack(list);
     });
 }
 void ImportUsage(const Shop& shop) {

@@ -163,11 +163,8 @@ public:
     SheetTypist(SheetView& view, double& longestBlockMs) : m_view(view), m_longest(longestBlockMs) {}
 
     void ChooseRecordedMonth() {
-        for (const auto& [name, row] : {
-                 std::pair{"cbo_Year",  5 },
-                 std::pair{"cbo_Month", 11}
-        })
-            Block([&] { Child<QComboBox>(name)->setCurrentIndex(row); });
+        Block([&] { Child<QComboBox>("cbo_Year")->setCurrentIndex(5); });
+        Block([&] { Child<QComboBox>("cbo_Month")->setCurrentIndex(11); });
     }
     /// Quantities, a Material ID, and then last month's quantities in all rows.
     void EnterRows() {

@@ -72,7 +72,7 @@ void frmMonthSheet::PrepareTable() {
         {MonthSheetTable::Description, 30},
         {MonthSheetTable::Quantity,    13},
         {MonthSheetTable::Unit,        8 },
-        {MonthSheetTable::LastMonth,   20},
+        {MonthSheetTable::MonthBefore, 20},
         {MonthSheetTable::Pounds,      13},
         {MonthSheetTable::Recorded,    12},
     };

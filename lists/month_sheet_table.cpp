@@ -31,7 +31,7 @@ QString InOneLine(std::string_view errors) {
 }
 
 bool IsNumberColumn(int column) {
-    return column == MonthSheetTable::Quantity || column == MonthSheetTable::LastMonth ||
+    return column == MonthSheetTable::Quantity || column == MonthSheetTable::MonthBefore ||
            column == MonthSheetTable::Pounds;
 }
 
@@ -179,7 +179,7 @@ QString MonthSheetTable::CellText(int place, int column) const {
         return FromCodePage(row.Quantity);
     case Unit:
         return UnitText(row.Unit);
-    case LastMonth:
+    case MonthBefore:
         if (!row.LastMonth) return {};
         return FromCodePage(NumberText(row.LastMonth->Quantity)) + u' ' + UnitText(row.LastMonth->Unit);
     case Pounds: {
@@ -197,7 +197,7 @@ QVariant MonthSheetTable::Colour(const QModelIndex& index) const {
     const QPalette palette = QApplication::palette();
     if (index.column() == Remark) return ColourOf(State::Over, false, palette);
     const bool isHint =
-        index.column() == LastMonth || (IsIdRow(index.row()) && index.column() == Description);
+        index.column() == MonthBefore || (IsIdRow(index.row()) && index.column() == Description);
     return isHint ? QVariant(palette.color(QPalette::PlaceholderText)) : QVariant();
 }
 
@@ -269,8 +269,8 @@ QVariant MonthSheetTable::headerData(int section, Qt::Orientation orientation, i
         return tr("Quantity");
     case Unit:
         return tr("Unit");
-    case LastMonth:
-        return tr("Month before");
+    case MonthBefore:
+        return tr("Last month");
     case Pounds:
         return tr("Pounds");
     case Recorded:

@@ -17,7 +17,17 @@ class MonthSheetTable : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum Column { MaterialId, Description, Quantity, Unit, LastMonth, Pounds, Recorded, Remark, ColumnCount };
+    enum Column {
+        MaterialId,
+        Description,
+        Quantity,
+        Unit,
+        MonthBefore,
+        Pounds,
+        Recorded,
+        Remark,
+        ColumnCount
+    };
 
     explicit MonthSheetTable(MonthSheet sheet, QObject* parent = nullptr)
         : QAbstractTableModel(parent), m_sheet(std::move(sheet)) {}

@@ -5,6 +5,7 @@
 #include "materials/units.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace mact {
 namespace {
@@ -76,6 +77,16 @@ std::string TextOf(const PastedLine& line) {
     return text;
 }
 
+/// Words above a column of quantities.
+bool IsHeading(const PastedLine& line) {
+    if (line.Cells.empty()) return false;
+    const std::string& cell = line.Cells[0];
+    const auto isLetter = [](char character) {
+        return std::isalpha(static_cast<unsigned char>(character)) != 0;
+    };
+    return std::ranges::any_of(cell, isLetter) && cell.find_first_of("0123456789") == std::string::npos;
+}
+
 /// Enters lines into a sheet, one after the other.
 class Paster {
 public:
@@ -83,6 +94,8 @@ public:
 
     /// A quantity for the next row.
     void EnterInOrder(const PastedLine& line) {
+        if (line.Number == 1 && IsHeading(line))
+            return Refuse(line, "It was taken for a heading; the quantities begin with the next line.");
         const std::size_t row = m_nextRow++;
         if (line.Cells.empty()) return;
         const std::optional<std::string> quantity = PastedQuantity(line.Cells[0]);

@@ -41,6 +41,6 @@ struct PasteOutcome {
 /// Enters the pasted cells into the sheet. If no line has more than one column, they are quantities for the
 /// rows from `firstRow` on, and a blank line leaves its row alone. Otherwise each line has a Material ID, a
 /// quantity and perhaps a unit, and materials without a row get one. What cannot be understood leaves the
-/// sheet alone, and so does a line without a quantity.
+/// sheet alone, and so does a line without a quantity. A heading above quantities takes no row.
 PasteOutcome Paste(MonthSheet& sheet, std::string_view text, std::size_t firstRow = 0);
 } // namespace mact

@@ -182,7 +182,7 @@ private slots:
                      QStringList({"White <gel> coat", "Caf\u00E9", "Resin"}));
             QCOMPARE(Column(window, Table::Quantity), QStringList({"", "", ""}));
             QCOMPARE(Column(window, Table::Unit), QStringList({"lbs", "Mgal", "lbs"}));
-            QCOMPARE(Column(window, Table::LastMonth), QStringList({"12 lbs", "", "7 lbs"}));
+            QCOMPARE(Column(window, Table::MonthBefore), QStringList({"12 lbs", "", "7 lbs"}));
             QCOMPARE(Column(window, Table::Recorded), QStringList({"", "", ""}));
             QCOMPARE(Current(window), std::pair(0, int{Table::Quantity}));
             QVERIFY(View(window).hasFocus());
@@ -194,7 +194,7 @@ private slots:
         SheetProgram program;
         InSheet(program, [](frmMonthSheet& window) {
             const QAbstractItemModel& model = *View(window).model();
-            QCOMPARE(model.data(model.index(0, Table::LastMonth), Qt::ForegroundRole).value<QColor>(),
+            QCOMPARE(model.data(model.index(0, Table::MonthBefore), Qt::ForegroundRole).value<QColor>(),
                      QApplication::palette().color(QPalette::PlaceholderText));
             QVERIFY(!model.data(model.index(0, Table::Quantity), Qt::ForegroundRole).isValid());
         });
@@ -706,7 +706,7 @@ private slots:
             ChooseMonth(window, 4);
             QCOMPARE(MonthShown(window), QStringLiteral("APR 2005"));
             QCOMPARE(Column(window, Table::Quantity), QStringList({"", "", ""}));
-            QCOMPARE(Column(window, Table::LastMonth), QStringList({"", "", ""}));
+            QCOMPARE(Column(window, Table::MonthBefore), QStringList({"", "", ""}));
         });
         QCOMPARE(program.Prompts.Shown.size(), std::size_t{2});
     }

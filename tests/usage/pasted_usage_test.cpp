@@ -131,6 +131,13 @@ TEST_F(PasteTest, AQuantityThatIsNoNumberIsNamedAndLeavesItsRowAlone) {
     EXPECT_EQ(RowsOf(sheet), (Texts{"A 5 lbs", "B lbs", "C 7 lbs"}));
 }
 
+TEST_F(PasteTest, AHeadingAboveQuantitiesTakesNoRow) {
+    MonthSheet sheet = Sheet();
+    EXPECT_EQ(Pasted(sheet, "Quantity\n5\n6\n"),
+              Texts{"1 Quantity: It was taken for a heading; the quantities begin with the next line."});
+    EXPECT_EQ(RowsOf(sheet), (Texts{"A 5 lbs", "B 6 lbs", "C lbs"}));
+}
+
 TEST_F(PasteTest, TwoColumnsAreMaterialIdAndQuantity) {
     MonthSheet sheet = Sheet();
     EXPECT_EQ(Pasted(sheet, "c\t5\n d \t6\n\nA\t7"), Texts{});

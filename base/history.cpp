@@ -21,22 +21,24 @@ const HistoryStep* History::ToRedo(const HistoryOf& whose) const {
                                                                      : &found->second.TakenBack.back();
 }
 
-Result<Reasons> History::Undo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed) {
+Result<HistoryRefusal> History::Undo(const HistoryOf& whose, const AppContext& app,
+                                     const RecordIsUsed& isUsed) {
     Steps& steps = m_steps.at(whose);
     return Make({steps.Done, steps.TakenBack, &HistoryStep::TakeBack}, app, isUsed);
 }
 
-Result<Reasons> History::Redo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed) {
+Result<HistoryRefusal> History::Redo(const HistoryOf& whose, const AppContext& app,
+                                     const RecordIsUsed& isUsed) {
     Steps& steps = m_steps.at(whose);
     return Make({steps.TakenBack, steps.Done, &HistoryStep::DoAgain}, app, isUsed);
 }
 
-Result<Reasons> History::Make(const Move& move, const AppContext& app, const RecordIsUsed& isUsed) {
-    Result<Reasons> reasons = (move.From.back().*move.Action)(app, isUsed);
-    if (reasons && reasons->empty()) {
-        move.To.push_back(std::move(move.From.back()));
-        move.From.pop_back();
-    }
-    return reasons;
+Result<HistoryRefusal> History::Make(const Move& move, const AppContext& app, const RecordIsUsed& isUsed) {
+    Result<HistoryRefusal> refusal = (move.From.back().*move.Action)(app, isUsed);
+    if (!refusal) return refusal;
+    const bool isDone = refusal->Reasons.empty();
+    if (isDone) move.To.push_back(std::move(move.From.back()));
+    if (isDone || refusal->IsForGood) move.From.pop_back();
+    return refusal;
 }
 } // namespace mact

@@ -31,14 +31,18 @@ struct HistoryOf {
 /// callback, since what refers to a record lies above its store.
 using RecordIsUsed = std::function<Result<bool>(std::int16_t number)>;
 
-/// Why nothing was done: a clause for each record, UTF-8, without a full stop. Empty = done.
-using Reasons = std::vector<std::string>;
+/// Why nothing was done.
+struct HistoryRefusal {
+    std::vector<std::string>
+        Reasons{};          ///< a clause for each record, UTF-8, without a full stop; empty = done
+    bool IsForGood = false; ///< another copy has changed a record, so that trying again will not help
+};
 
 /// Something that was done, all or nothing, as it is taken back and done again.
 struct HistoryStep {
     std::string Name{};    ///< UTF-8, as in "delete PR-101 (3/2005)"
     bool HasAdded = false; ///< records were added: taken back, they are marked as deleted
-    using Action = std::function<Result<Reasons>(const AppContext&, const RecordIsUsed&)>;
+    using Action = std::function<Result<HistoryRefusal>(const AppContext&, const RecordIsUsed&)>;
     Action TakeBack{};
     Action DoAgain{};
 };
@@ -50,9 +54,10 @@ public:
     /// The step that Undo takes back next, or that Redo does again; null if there is none.
     const HistoryStep* ToUndo(const HistoryOf& whose) const;
     const HistoryStep* ToRedo(const HistoryOf& whose) const;
-    /// A step that is refused or fails stays where it is. There must be one.
-    Result<Reasons> Undo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed);
-    Result<Reasons> Redo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed);
+    /// A step that is refused or fails stays where it is; one that is refused for good is forgotten, lest it
+    /// stand in the way of those before it. There must be one.
+    Result<HistoryRefusal> Undo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed);
+    Result<HistoryRefusal> Redo(const HistoryOf& whose, const AppContext& app, const RecordIsUsed& isUsed);
     /// To be called when the files are not the same any more.
     void Clear() { m_steps.clear(); }
 
@@ -66,7 +71,7 @@ private:
         std::vector<HistoryStep>& To;
         HistoryStep::Action HistoryStep::*Action;
     };
-    static Result<Reasons> Make(const Move& move, const AppContext& app, const RecordIsUsed& isUsed);
+    static Result<HistoryRefusal> Make(const Move& move, const AppContext& app, const RecordIsUsed& isUsed);
 
     std::map<HistoryOf, Steps> m_steps;
 };

@@ -14,13 +14,14 @@ namespace {
 
 constexpr std::size_t MostReasons = 3; // in one message
 
-std::string Joined(const Reasons& reasons) {
+std::string Joined(const HistoryRefusal& refusal) {
+    const std::vector<std::string>& reasons = refusal.Reasons;
     std::string joined;
     for (std::size_t index = 0; index < std::min(reasons.size(), MostReasons); ++index)
         joined += (index > 0 ? "; " : "") + reasons[index];
     if (reasons.size() > MostReasons)
         joined += "; and " + std::to_string(reasons.size() - MostReasons) + " more";
-    return joined;
+    return joined + (refusal.IsForGood ? "; it is left out from now on" : "");
 }
 
 } // namespace
@@ -92,9 +93,12 @@ void UndoButton::Redo() {
 void UndoButton::Make(Move make, const char* doing, const HistoryStep* step) {
     if (!step) return;
     const std::string what = std::string(doing) + " \"" + step->Name + '"'; // the step is about to move
-    const Result<Reasons> reasons = (m_app->Changes->*make)(m_list.Whose(), *m_app, m_list.IsUsed());
-    if (ShowFailure(*m_app, reasons)) return;
-    if (!reasons->empty()) ShowError(*m_app, {.Doing = what, .Reason = Joined(*reasons)});
+    const Result<HistoryRefusal> refusal = [&] {
+        const BusyCursor busy; // taking an import of 32,767 materials back takes 0.3 s
+        return (m_app->Changes->*make)(m_list.Whose(), *m_app, m_list.IsUsed());
+    }();
+    if (ShowFailure(*m_app, refusal)) return;
+    if (!refusal->Reasons.empty()) ShowError(*m_app, {.Doing = what, .Reason = Joined(*refusal)});
     m_list.Reload(); // after a refusal too: the list may not show yet what another copy has changed
     ShowStep();
 }

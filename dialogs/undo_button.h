@@ -33,7 +33,8 @@ protected:
 private:
     void Undo();
     void Redo();
-    using Move = Result<Reasons> (History::*)(const HistoryOf&, const AppContext&, const RecordIsUsed&);
+    using Move = Result<HistoryRefusal> (History::*)(const HistoryOf&, const AppContext&,
+                                                     const RecordIsUsed&);
     void Make(Move make, const char* doing, const HistoryStep* step);
     void ElideText();
 

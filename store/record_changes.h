@@ -29,6 +29,7 @@ template <class Type> struct RecordChange {
 struct RefusedChange {
     std::size_t Change = 0; ///< index
     std::string Reason{};   ///< UTF-8, what is the matter with the record ("it has changed since ...")
+    bool IsForGood = false; ///< the record is not as it was read, so that trying again will not help
 };
 
 /// What came of changes: either all of them are stored, or none is.
@@ -66,7 +67,7 @@ template <class Type, class... Types> class RecordChanger {
 public:
     RecordChanger(RecordFile& file, const RecordLayout<Type, Types...>& layout,
                   const RecordMembers<Type>& members, const std::vector<RecordChange<Type>>& changes)
-        : m_file(file), m_layout(layout), m_members(members), m_changes(changes), m_reasons(changes.size()) {}
+        : m_file(file), m_layout(layout), m_members(members), m_changes(changes), m_refused(changes.size()) {}
 
     /// Reads the whole file: finds what has changed since it was looked at, and calls `visitOther` with the
     /// slot and the record of all that no change replaces.
@@ -76,25 +77,25 @@ public:
         const Done read = m_file.ForEachSlot([&](std::int16_t slot, std::string_view bytes) {
             Unpack(m_layout, bytes, found);
             const std::size_t change = std::exchange(wanted[slot], 0);
-            if (change != 0) m_reasons[change - 1] = ReasonAgainst(m_changes[change - 1], slot, found);
-            if (change == 0 || !m_reasons[change - 1].empty()) visitOther(slot, std::as_const(found));
+            if (change != 0) RefuseForGood(change - 1, ReasonAgainst(m_changes[change - 1], slot, found));
+            if (change == 0 || IsRefused(change - 1)) visitOther(slot, std::as_const(found));
             return true;
         });
         for (std::size_t index = 0; index < m_changes.size(); ++index)
             if (NumberOf(index) != 0 && wanted[NumberOf(index)] == index + 1)
-                Refuse(index, "it does not exist");
+                RefuseForGood(index, "it does not exist");
         return read;
     }
-    bool IsRefused(std::size_t change) const { return !m_reasons[change].empty(); }
+    bool IsRefused(std::size_t change) const { return !m_refused[change].Reason.empty(); }
     /// An empty reason is none. Of several the first counts.
     void Refuse(std::size_t change, std::string reason) {
-        if (!IsRefused(change)) m_reasons[change] = std::move(reason);
+        if (!IsRefused(change)) m_refused[change] = {change, std::move(reason)};
     }
     /// Makes all of the changes, if none has been refused. The bytes after a record's fields stay.
     Result<ChangeOutcome<Type>> Finish() {
         ChangeOutcome<Type> outcome;
         for (std::size_t index = 0; index < m_changes.size(); ++index)
-            if (IsRefused(index)) outcome.Refused.push_back({index, m_reasons[index]});
+            if (IsRefused(index)) outcome.Refused.push_back(m_refused[index]);
         if (!outcome.Refused.empty()) return outcome;
 
         std::vector<NewSlot> newSlots;
@@ -116,6 +117,10 @@ public:
     }
 
 private:
+    void RefuseForGood(std::size_t change, std::string reason) {
+        Refuse(change, std::move(reason));
+        m_refused[change].IsForGood = IsRefused(change);
+    }
     std::int16_t NumberOf(std::size_t change) const { return m_changes[change].Record.*m_members.Number; }
     /// The change of each record, counted from 1; 0 = none.
     ByNumber<std::size_t> Wanted() {
@@ -152,7 +157,7 @@ private:
     const RecordLayout<Type, Types...>& m_layout;
     const RecordMembers<Type>& m_members;
     const std::vector<RecordChange<Type>>& m_changes;
-    std::vector<std::string> m_reasons; ///< against each change; empty = none
+    std::vector<RefusedChange> m_refused; ///< of each change; without a reason it is not
 };
 
 /// The changes that bring deleted records back.

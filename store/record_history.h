@@ -20,18 +20,19 @@ using MakesChanges = Result<ChangeOutcome<Type>> (*)(const DataFiles& data,
                                                      const std::vector<RecordChange<Type>>& changes,
                                                      const RecordIsUsed& isUsed);
 
-/// The reasons of an outcome, with the records' numbers if there are several.
+/// Why an outcome was refused, with the records' numbers if there are several.
 template <class Type>
-Reasons ReasonsOf(const std::vector<RecordChange<Type>>& changes, const ChangeOutcome<Type>& outcome,
-                  const RecordMembers<Type>& members) {
-    Reasons reasons;
+HistoryRefusal RefusalOf(const std::vector<RecordChange<Type>>& changes, const ChangeOutcome<Type>& outcome,
+                         const RecordMembers<Type>& members) {
+    HistoryRefusal refusal;
     for (const RefusedChange& refused : outcome.Refused) {
         const std::int16_t number = changes[refused.Change].Record.*members.Number;
         const std::string whose =
             changes.size() > 1 ? std::string(members.Name) + ' ' + std::to_string(number) + ": " : "";
-        reasons.push_back(whose + refused.Reason);
+        refusal.Reasons.push_back(whose + refused.Reason);
+        refusal.IsForGood = refusal.IsForGood || refused.IsForGood;
     }
-    return reasons;
+    return refusal;
 }
 
 /// The changes that take the records back or, if it `isAgain`, store them once more.
@@ -56,11 +57,11 @@ template <class Type>
 HistoryStep::Action ActionOf(std::shared_ptr<const std::vector<StoredRecord<Type>>> stored,
                              const RecordMembers<Type>& members, MakesChanges<Type> make, bool isAgain) {
     return [stored = std::move(stored), members, make,
-            isAgain](const AppContext& app, const RecordIsUsed& isUsed) -> Result<Reasons> {
+            isAgain](const AppContext& app, const RecordIsUsed& isUsed) -> Result<HistoryRefusal> {
         const std::vector<RecordChange<Type>> changes = ChangesOf(*stored, members, isAgain);
         const Result<ChangeOutcome<Type>> outcome = make(app, changes, isUsed);
         if (!outcome) return outcome.error();
-        return ReasonsOf(changes, *outcome, members);
+        return RefusalOf(changes, *outcome, members);
     };
 }
 

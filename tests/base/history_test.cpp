@@ -13,12 +13,12 @@ class HistoryTest : public testing::Test, public TestProgram {
 protected:
     History Changes;
     std::string Made{}; ///< "-a" when a is taken back, "+a" when it is done again
-    Result<Reasons> Answer = Reasons{};
+    Result<HistoryRefusal> Answer = HistoryRefusal{};
 
     void Note(const std::string& name, const HistoryOf& whose = Usage) {
         const auto action = [&](char sign) {
             return [this, sign, name](const AppContext&, const RecordIsUsed&) {
-                if (Answer && Answer->empty()) Made += sign + name;
+                if (Answer && Answer->Reasons.empty()) Made += sign + name;
                 return Answer;
             };
         };
@@ -32,8 +32,8 @@ protected:
         const HistoryStep* const step = Changes.ToRedo(Usage);
         return step ? step->Name : "";
     }
-    Result<Reasons> Undo() { return Changes.Undo(Usage, App, {}); }
-    Result<Reasons> Redo() { return Changes.Redo(Usage, App, {}); }
+    Result<HistoryRefusal> Undo() { return Changes.Undo(Usage, App, {}); }
+    Result<HistoryRefusal> Redo() { return Changes.Redo(Usage, App, {}); }
 };
 
 TEST_F(HistoryTest, IsEmptyAtFirst) {
@@ -68,11 +68,21 @@ TEST_F(HistoryTest, WhatWasTakenBackIsForgottenOnceSomethingElseIsDone) {
 
 TEST_F(HistoryTest, AStepThatIsRefusedOrFailsStays) {
     Note("a");
-    Answer = Reasons{"it has changed"};
-    EXPECT_EQ(*Undo(), Reasons{"it has changed"});
+    Answer = HistoryRefusal{.Reasons = {"later usage refers to it"}};
+    EXPECT_EQ(Undo()->Reasons, std::vector<std::string>{"later usage refers to it"});
     EXPECT_EQ(ToUndo(), "a");
     Answer = Failure{.Doing = "write"};
     EXPECT_FALSE(Undo());
+    EXPECT_EQ(ToUndo(), "a");
+    EXPECT_EQ(ToRedo(), "");
+    EXPECT_EQ(Made, "");
+}
+
+TEST_F(HistoryTest, AStepThatIsRefusedForGoodIsForgottenAndTheOneBeforeItIsNext) {
+    Note("a");
+    Note("b");
+    Answer = HistoryRefusal{.Reasons = {"it has changed"}, .IsForGood = true};
+    EXPECT_EQ(Undo()->Reasons, std::vector<std::string>{"it has changed"});
     EXPECT_EQ(ToUndo(), "a");
     EXPECT_EQ(ToRedo(), "");
     EXPECT_EQ(Made, "");

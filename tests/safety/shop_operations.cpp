@@ -85,8 +85,8 @@ bool UndeleteSomeUsage(AppContext& app) {
 /// As the list does it. A refusal is a failure without a message.
 bool TakeBack(AppContext& app, HistoryKind kind) {
     const auto isUsed = [&](std::int16_t material) { return IsMaterialUsed(app, material); };
-    const Result<Reasons> reasons = app.Changes->Undo({kind, app.CurrentCompanyId}, app, isUsed);
-    return !ShowFailure(app, reasons) && reasons->empty();
+    const Result<HistoryRefusal> refusal = app.Changes->Undo({kind, app.CurrentCompanyId}, app, isUsed);
+    return !ShowFailure(app, refusal) && refusal->Reasons.empty();
 }
 /// An edit, a delete and an addition that were made together.
 bool TakeBackMaterials(AppContext& app) {

@@ -91,8 +91,8 @@ bool ChangeUsageFrom(AppContext& app, std::int16_t first, const std::string& per
 /// As the list does it. A refusal is a failure without a message.
 bool TakeBack(AppContext& app, HistoryKind kind) {
     const auto isUsed = [&](std::int16_t material) { return IsMaterialUsed(app, material); };
-    const Result<Reasons> reasons = app.Changes->Undo({kind, app.CurrentCompanyId}, app, isUsed);
-    return !ShowFailure(app, reasons) && reasons->empty();
+    const Result<HistoryRefusal> refusal = app.Changes->Undo({kind, app.CurrentCompanyId}, app, isUsed);
+    return !ShowFailure(app, refusal) && refusal->Reasons.empty();
 }
 
 /// Takes back what ChangeUsageFrom has done, in one step.

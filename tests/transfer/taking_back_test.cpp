@@ -10,6 +10,8 @@ constexpr HistoryOf OfMaterials{HistoryKind::Materials, 1};
 constexpr HistoryOf OfUsage{HistoryKind::Usage, 1};
 constexpr HistoryOf OfCompanies{.Kind = HistoryKind::Companies};
 
+using Reasons = std::vector<std::string>;
+
 /// What stores note of what they did, taken back and done again.
 class TakingBack : public TransferTest {
 protected:
@@ -35,10 +37,10 @@ protected:
     }
     /// The reasons against it.
     Reasons Undo(const HistoryOf& whose) {
-        return *Changes.Undo(whose, App, [this](std::int16_t) -> Result<bool> { return IsUsed; });
+        return Changes.Undo(whose, App, [this](std::int16_t) -> Result<bool> { return IsUsed; })->Reasons;
     }
     Reasons Redo(const HistoryOf& whose) {
-        return *Changes.Redo(whose, App, [this](std::int16_t) -> Result<bool> { return IsUsed; });
+        return Changes.Redo(whose, App, [this](std::int16_t) -> Result<bool> { return IsUsed; })->Reasons;
     }
     /// Number, month and quantity of each record; deleted ones are in brackets.
     std::string UsageText() {
@@ -105,14 +107,27 @@ TEST_F(TakingBack, StepsAreTakenBackOneAfterTheOther) {
     EXPECT_EQ(ToUndo(OfUsage), "");
 }
 
-TEST_F(TakingBack, IsRefusedIfAnotherCopyHasChangedTheRecordSince) {
+TEST_F(TakingBack, IsRefusedIfAnotherCopyHasChangedTheRecordSinceAndThenLeftOut) {
+    Use(2, "2/2005", 7); // record 2
     Use(1, "2/2005", 20, 1);
+    Use(1, "2/2005", 30, 1);
     App.Changes = nullptr; // another copy
-    Use(1, "2/2005", 21, 1);
+    Use(1, "2/2005", 31, 1);
     EXPECT_EQ(Undo(OfUsage), Reasons{"it has changed since it was looked at"});
-    EXPECT_EQ(UsageText(), "1:2/2005=21");
+    EXPECT_EQ(UsageText(), "1:2/2005=31 2:2/2005=7");
     EXPECT_FALSE(DeleteUsage(App, 1));
     EXPECT_EQ(Undo(OfUsage), Reasons{"it has been deleted since"});
+    EXPECT_EQ(Undo(OfUsage), Reasons{}); // the addition of the other record
+    EXPECT_EQ(UsageText(), "(1:2/2005=31) (2:2/2005=7)");
+}
+
+TEST_F(TakingBack, ADeleteThatAnotherCopyHasTakenBackIsLeftOut) {
+    EXPECT_FALSE(DeleteUsage(App, 1));
+    UsageRecord deleted{.UsageId = 1, .MaterialId = 1, .Period = "2/2005", .Quantity = 10, .Unit = UnitLbs};
+    deleted.Active = false;
+    EXPECT_TRUE(UndeleteUsage(App, {deleted})->empty());
+    EXPECT_EQ(Undo(OfUsage), Reasons{"it is not deleted"});
+    EXPECT_EQ(ToUndo(OfUsage), "");
 }
 
 TEST_F(TakingBack, ADeleteIsNotTakenBackIfALiveRecordOfTheMaterialAndMonthExistsByNow) {

@@ -175,7 +175,9 @@ Result<std::vector<FoundSet>> FindBackupSets(AppContext& app) {
     const Result<std::string> setting = app.Settings.TryRead(Settings::Backup, Settings::Path);
     if (!setting) return setting.error();
     Result<std::vector<FoundSet>> sets = FindBackupSetsIn(app.ProgramFolder);
-    const std::filesystem::path folder = PathFromUtf8(*setting);
+    std::filesystem::path folder = PathFromUtf8(*setting);
+    // Windows finds no folder whose path ends with a separator.
+    if (!folder.has_filename()) folder = folder.parent_path();
     std::error_code ignored; // one that cannot be compared is another one
     if (!sets || setting->empty() || std::filesystem::equivalent(folder, app.ProgramFolder, ignored))
         return sets;

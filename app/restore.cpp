@@ -204,7 +204,10 @@ Done SwapUnderLocks(AppContext& app, const DataPlaces& places, const Kept& kept,
     }
     // A folder in use cannot be renamed there. What is saved just now stays in the replaced folder, which
     // then differs from the kept set.
-    if (!files.RenamesFoldersInUse()) locks.Release();
+    if (!files.RenamesFoldersInUse()) {
+        locks.Release();
+        static_cast<void>(files.FlushFolder(places.Data)); // of the temporary files, which do no harm
+    }
     const Done written = note.Write(holdsAll);
     if (!written) {
         const Done emptied = note.Empty();

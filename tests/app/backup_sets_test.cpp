@@ -76,7 +76,8 @@ TEST_F(BackupSetsTest, TheDateIsTheNewestOfItsFiles) {
     SetTimes(Set, newest - std::chrono::hours(3));
     std::filesystem::last_write_time(Set / "1_usage.talvor", newest);
     WriteContent(Set / "incomplete.txt", "written later");
-    EXPECT_EQ(DescribeSet(App, Set).Newest, newest);
+    // Read back, since a file system need not keep nanoseconds.
+    EXPECT_EQ(DescribeSet(App, Set).Newest, std::filesystem::last_write_time(Set / "1_usage.talvor"));
 }
 
 #ifndef _WIN32
@@ -222,7 +223,7 @@ TEST_F(BackupSetsTest, WhatTheNoteOfTheBackupMissesIsAFault) {
 TEST_F(BackupSetsTest, ASetThatCannotBeReadIsDescribedByItsFailure) {
     EXPECT_EQ(DescribeSet(App, ProgramFile("gone")).Faults,
               Sentences{"Cannot read the folder \"" + PathText(ProgramFile("gone")) +
-                        "\": " + ReasonOf(std::errc::no_such_file_or_directory, 3) + "."});
+                        "\": " + std::make_error_code(std::errc::no_such_file_or_directory).message() + "."});
 }
 
 TEST_F(BackupSetsTest, AFileOfMoreRecordsThanCountIsAFaultAndNotRead) {

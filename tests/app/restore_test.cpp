@@ -185,8 +185,8 @@ TEST_F(RestoreTest, AnEmptySetIsRefused) {
 TEST_F(RestoreTest, ASetThatIsNotThereIsRefused) {
     std::filesystem::remove_all(Set);
     EXPECT_FALSE(Restore());
-    ExpectNothingHasHappened("Cannot read the folder \"" + PathText(Set) +
-                             "\": " + ReasonOf(std::errc::no_such_file_or_directory, 3) + ".");
+    ExpectNothingHasHappened("Cannot read the folder \"" + PathText(Set) + "\": " +
+                             std::make_error_code(std::errc::no_such_file_or_directory).message() + ".");
 }
 
 TEST_F(RestoreTest, TheDataFolderItselfIsRefused) {
@@ -415,10 +415,10 @@ TEST_F(RestoreTest, WhoHadAFileOpenSavesIntoTheRestoredOne) {
 class DisturbedRenames : public WrappedFiles {
 public:
     std::function<void(const std::filesystem::path& from)> AfterRename = [](const auto&) {};
-    std::string Refused{}; ///< the end of the name that cannot be renamed
+    std::string Refused{}; ///< the end of the folder's name that cannot be renamed
 
     Done RenameFolder(const std::filesystem::path& from, const std::filesystem::path& to) override {
-        if (!Refused.empty() && PathText(from).ends_with(Refused))
+        if (!Refused.empty() && PathText(from.filename()).ends_with(Refused))
             return Failure{"rename the folder", from, "It is in use"};
         const Done renamed = WrappedFiles::RenameFolder(from, to);
         AfterRename(from);
@@ -428,7 +428,7 @@ public:
 
 TEST_F(RestoreTest, AFirstRenameThatFailsChangesNothing) {
     DisturbedRenames files;
-    files.Refused = "/program/data";
+    files.Refused = "data";
     EXPECT_FALSE(RestoreWith(files));
     ExpectNothingHasHappened(
         CannotRestore("cannot rename the folder \"" + PathText(Data) + "\": It is in use"));

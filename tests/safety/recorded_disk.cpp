@@ -38,6 +38,19 @@ void MoveFolder(NamedFiles& files, const DiskStep& step) {
     files = std::move(moved);
 }
 
+/// Each sector by itself may be on the disk, and so may the file's new length.
+void WriteSectors(DiskFile& file, const DiskStep& step, const std::function<bool()>& isDone) {
+    const std::uint64_t end = step.Offset + step.Bytes.size();
+    for (std::uint64_t at = step.Offset; at < end;) {
+        const std::uint64_t next = std::min(end, (at / SectorLength + 1) * SectorLength);
+        if (isDone()) file.Write(at, std::string_view(step.Bytes).substr(at - step.Offset, next - at));
+        at = next;
+    }
+    if (end <= file.Seen) return;
+    file.Seen = end;
+    if (isDone()) file.Length = std::max(file.Length, end);
+}
+
 } // namespace
 
 PowerCut::PowerCut(const DiskContent& before, const std::vector<DiskStep>& steps, std::size_t count)
@@ -99,21 +112,9 @@ DiskContent PowerCut::Content(const std::function<bool()>& isThere) const {
             named[step.Path]->Seen = std::min(named[step.Path]->Seen, step.Offset);
             if (isDone()) named[step.Path]->CutTo(step.Offset);
             break;
-        case Write: {
-            DiskFile& file = *named[step.Path];
-            const std::uint64_t end = step.Offset + step.Bytes.size();
-            for (std::uint64_t at = step.Offset; at < end;) {
-                const std::uint64_t next = std::min(end, (at / SectorLength + 1) * SectorLength);
-                if (isDone())
-                    file.Write(at, std::string_view(step.Bytes).substr(at - step.Offset, next - at));
-                at = next;
-            }
-            if (end > file.Seen) {
-                file.Seen = end;
-                if (isDone()) file.Length = std::max(file.Length, end);
-            }
+        case Write:
+            WriteSectors(*named[step.Path], step, isDone);
             break;
-        }
         case Flush:
         case FlushFolder:
             break;

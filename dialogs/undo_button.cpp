@@ -83,20 +83,28 @@ void UndoButton::ElideText() {
 }
 
 void UndoButton::Undo() {
-    Make(&History::Undo, "undo", m_app->Changes ? m_app->Changes->ToUndo(m_list.Whose()) : nullptr);
+    const HistoryStep* const step = m_app->Changes ? m_app->Changes->ToUndo(m_list.Whose()) : nullptr;
+    if (!step) return;
+    const std::string what = "undo \"" + step->Name + '"'; // the step is about to move
+    const Result<HistoryRefusal> refusal = [this] {
+        const BusyCursor busy; // taking an import of 32,767 materials back takes 0.3 s
+        return m_app->Changes->Undo(m_list.Whose(), *m_app, m_list.IsUsed());
+    }();
+    ShowOutcome(what, refusal);
 }
 
 void UndoButton::Redo() {
-    Make(&History::Redo, "do again", m_app->Changes ? m_app->Changes->ToRedo(m_list.Whose()) : nullptr);
+    const HistoryStep* const step = m_app->Changes ? m_app->Changes->ToRedo(m_list.Whose()) : nullptr;
+    if (!step) return;
+    const std::string what = "do again \"" + step->Name + '"';
+    const Result<HistoryRefusal> refusal = [this] {
+        const BusyCursor busy;
+        return m_app->Changes->Redo(m_list.Whose(), *m_app, m_list.IsUsed());
+    }();
+    ShowOutcome(what, refusal);
 }
 
-void UndoButton::Make(Move make, const char* doing, const HistoryStep* step) {
-    if (!step) return;
-    const std::string what = std::string(doing) + " \"" + step->Name + '"'; // the step is about to move
-    const Result<HistoryRefusal> refusal = [&] {
-        const BusyCursor busy; // taking an import of 32,767 materials back takes 0.3 s
-        return (m_app->Changes->*make)(m_list.Whose(), *m_app, m_list.IsUsed());
-    }();
+void UndoButton::ShowOutcome(const std::string& what, const Result<HistoryRefusal>& refusal) {
     if (ShowFailure(*m_app, refusal)) return;
     if (!refusal->Reasons.empty()) ShowError(*m_app, {.Doing = what, .Reason = Joined(*refusal)});
     m_list.Reload(); // after a refusal too: the list may not show yet what another copy has changed

@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include <functional>
+#include <string>
 
 namespace mact {
 
@@ -33,9 +34,8 @@ protected:
 private:
     void Undo();
     void Redo();
-    using Move = Result<HistoryRefusal> (History::*)(const HistoryOf&, const AppContext&,
-                                                     const RecordIsUsed&);
-    void Make(Move make, const char* doing, const HistoryStep* step);
+    /// `what` is what could not be done.
+    void ShowOutcome(const std::string& what, const Result<HistoryRefusal>& refusal);
     void ElideText();
 
     AppContext* m_app = nullptr;

@@ -3,6 +3,7 @@
 #include "app/backup.h"
 #include "app/backup_copy.h"
 #include "app/backup_note.h"
+#include "base/interrupted.h"
 #include "base/settings.h"
 #include "base/text.h"
 #include "base/text_lines.h"
@@ -205,8 +206,13 @@ Result<SetContent> ReadSetContent(AppContext& app, const std::filesystem::path& 
     if (!names) return names.error();
     SetContent content;
     for (const std::filesystem::path& name : *names) {
-        std::error_code ignored; // what cannot be seen is no file
-        const auto status = std::filesystem::symlink_status(set / name, ignored);
+        std::error_code error;
+        const std::filesystem::file_status status = WhileInterrupted(error, [&](std::error_code& given) {
+            return std::filesystem::symlink_status(set / name, given);
+        });
+        // Not left out as something that is no file: a restore would do without it.
+        if (status.type() == std::filesystem::file_type::none)
+            return Failure{"look for the file", set / name, error.message()};
         if (name == BackupFailuresName)
             AddWrittenDownFailures(app.Files, set / name, content);
         else if (!std::filesystem::is_regular_file(status))

@@ -222,6 +222,11 @@ void ShowLines(QComboBox& combo, const ListLines& lines) {
     combo.setCurrentIndex(-1);
 }
 
+void ShowCompany(QLabel& label, const AppContext& app) {
+    label.setText(QStringLiteral("Company: ") +
+                  FromCodePage(app.CurrentCompanyName + ", " + app.CurrentCompanyLocation));
+}
+
 void MakeRoomForLines(QLabel& label, int lines) {
     label.setMinimumHeight(lines * label.fontMetrics().lineSpacing());
 }

@@ -57,6 +57,9 @@ void AcceptAnyYear(QComboBox& year);
 void ShowLines(QListWidget& list, const ListLines& lines);
 void ShowLines(QComboBox& combo, const ListLines& lines);
 
+/// Names the current company in a window's lbl_Company, so that nobody works on the wrong one.
+void ShowCompany(QLabel& label, const AppContext& app);
+
 /// Reserves the height of `lines` lines of text, whatever the label holds.
 void MakeRoomForLines(QLabel& label, int lines);
 

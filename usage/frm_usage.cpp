@@ -16,6 +16,7 @@ frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials
     m_ui->setupUi(this);
     m_ui->lbl_Id->hide();     // the number of the record that is edited
     m_ui->lbl_result->hide(); // what Show returns
+    ShowCompany(*m_ui->lbl_Company, app);
     ListLines lines;
     FillMaterialList(lines, materials, false);
     ShowLines(*m_ui->cbo_MaterialId, lines);

@@ -1,3 +1,4 @@
+#include "dialogs/elided_label.h"
 #include "dialogs/link_label.h"
 #include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
@@ -121,6 +122,7 @@ bool Fits(const QSize& text, const QWidget& control) {
 }
 
 bool IsWholeLabel(const QLabel& label) {
+    if (qobject_cast<const ElidedLabel*>(&label)) return label.height() >= label.sizeHint().height();
     if (label.text().isEmpty()) return true;
     if (label.wordWrap()) return label.heightForWidth(label.width()) <= label.height();
     return Fits(label.sizeHint(), label);

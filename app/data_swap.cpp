@@ -22,19 +22,6 @@ std::filesystem::path WithSuffix(std::filesystem::path path, const std::string& 
     return path;
 }
 
-/// Where a link leads, be there anything or not.
-std::filesystem::path EndOfLinks(std::filesystem::path path) {
-    constexpr int most = 40; // as the system's
-    std::error_code error;
-    for (int links = 0; links < most; ++links) {
-        const std::filesystem::path target = std::filesystem::read_symlink(path, error);
-        if (error) break;
-        path = (path.parent_path() / target).lexically_normal(); // an absolute target replaces the rest
-        if (!path.has_filename()) path = path.parent_path();     // it ended with a separator
-    }
-    return path;
-}
-
 /// Links are not followed. A Failure if the system cannot tell.
 Result<std::filesystem::file_status> StatusAt(const std::filesystem::path& path) {
     std::error_code error;
@@ -126,7 +113,7 @@ Done RemoveWhatIsLeft(FileAccess& files, const DataPlaces& places) {
 } // namespace
 
 DataPlaces PlacesOf(const AppContext& app) {
-    const std::filesystem::path data = EndOfLinks(DataFolder(app));
+    const std::filesystem::path data = EndOfLinks(DataFolder(app)).lexically_normal();
     return {data, WithSuffix(data, ".mact.new"), WithSuffix(data, ".mact.old")};
 }
 

@@ -156,4 +156,16 @@ Result<bool> IsAnythingAt(const std::filesystem::path& path) {
         return std::filesystem::exists(status);
     });
 }
+
+std::filesystem::path EndOfLinks(std::filesystem::path path) {
+    constexpr int most = 40; // as the system's
+    std::error_code error;
+    for (int links = 0; links < most; ++links) {
+        const std::filesystem::path target = std::filesystem::read_symlink(path, error);
+        if (error) break;
+        path = path.parent_path() / target;                  // an absolute target replaces what is before it
+        if (!path.has_filename()) path = path.parent_path(); // it ended with a separator
+    }
+    return path;
+}
 } // namespace mact

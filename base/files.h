@@ -100,6 +100,9 @@ inline constexpr std::uint64_t LongestSmallFile = std::uint64_t{2} * 1024 * 1024
 Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path& path,
                                   std::uint64_t longest = LongestWholeFile);
 
+/// Where a link leads, be there anything or not; another path leads to itself.
+std::filesystem::path EndOfLinks(std::filesystem::path path);
+
 /// Whether the path leads to a file (anything but a folder), or to a folder. Links are followed.
 bool IsFileAt(const std::filesystem::path& path);
 bool IsFolderAt(const std::filesystem::path& path);

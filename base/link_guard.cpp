@@ -32,18 +32,6 @@ bool AreSameName(const std::filesystem::path& left, const std::filesystem::path&
     return left.filename() == right.filename() && AreSame(left.parent_path(), right.parent_path());
 }
 
-/// Where a link leads, be there a file or not; another path leads to itself.
-std::filesystem::path EndOfLinks(std::filesystem::path path) {
-    constexpr int most = 40; // as the system's
-    std::error_code error;
-    for (int links = 0; links < most; ++links) {
-        const std::filesystem::path target = std::filesystem::read_symlink(path, error);
-        if (error) break;
-        path = path.parent_path() / target; // an absolute target replaces what is before it
-    }
-    return path;
-}
-
 } // namespace
 
 LinkGuard::LinkGuard(FileAccess& files, std::filesystem::path programFolder,

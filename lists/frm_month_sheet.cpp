@@ -2,6 +2,7 @@
 
 #include "base/messages.h"
 #include "base/numbers.h"
+#include "base/text.h"
 #include "dialogs/dialog_routines.h"
 #include "lists/ui_frm_month_sheet.h"
 #include "materials/units.h"
@@ -21,10 +22,6 @@ namespace {
 
 constexpr int MostUnmatchedLines = 500;           ///< that are named: nobody reads more
 constexpr std::size_t MostUnmatchedLetters = 200; ///< of a line: a text of megabytes takes seconds to show
-
-QString Records(std::size_t count) {
-    return count == 1 ? QStringLiteral("1 record") : QStringLiteral("%1 records").arg(count);
-}
 
 QString Shortened(const std::string& codePageText) {
     const QString text = FromCodePage(codePageText.substr(0, MostUnmatchedLetters));
@@ -285,7 +282,8 @@ bool frmMonthSheet::SaveChanges() {
     m_hasSaved = true;
     Remember(changes);
     ReadAgain(false);
-    m_ui->lbl_Saved->setText(tr("Saved %1 of %2.").arg(Records(changes.Changes.size()), MonthInWords()));
+    m_ui->lbl_Saved->setText(
+        tr("Saved %1 of %2.").arg(FromUtf8(Counted(changes.Changes.size(), "record")), MonthInWords()));
     return true;
 }
 

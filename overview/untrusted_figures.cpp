@@ -180,8 +180,7 @@ std::vector<std::size_t> FindingsOfLines(const UntrustedFigures& untrusted) {
 
 std::string UntrustedText(std::size_t findings) {
     if (findings == 0) return {};
-    return "not trusted: " + WholeNumberText(static_cast<std::int64_t>(findings)) +
-           (findings == 1 ? " finding" : " findings");
+    return "not trusted: " + Counted(findings, "finding");
 }
 
 std::string UntrustedSentence(std::size_t findings) {

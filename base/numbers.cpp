@@ -133,4 +133,12 @@ std::string GroupedText(double number) {
     if (number < 0 && !isZero) text.insert(0, 1, '-'); // -0.001 is 0.00
     return text;
 }
+
+std::string ShortGroupedText(double number) {
+    if (std::abs(number) < 0.1) return NumberText(RoundTo(number, 6));
+    std::string text = GroupedText(number);
+    text.erase(text.find_last_not_of('0') + 1); // its point stops it
+    if (text.ends_with('.')) text.pop_back();
+    return text;
+}
 } // namespace mact

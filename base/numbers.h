@@ -33,4 +33,7 @@ double RoundTo(double number, int decimals);
 
 /// "," every three digits, two decimals, leading zero, "-" in front of negatives: 1,234.50
 std::string GroupedText(double number);
+/// The same without zeros at its end: 1,234.5 or 402. For hints; a small number keeps its first digits:
+/// 0.004.
+std::string ShortGroupedText(double number);
 } // namespace mact

@@ -41,7 +41,8 @@ QString ElidedLabel::ShownText() const {
 
 QSize ElidedLabel::sizeHint() const {
     const QMargins margins = contentsMargins();
-    return {fontMetrics().horizontalAdvance(WholeText()) + margins.left() + margins.right(),
+    // The advance may have been rounded down, and then the text would lack a fraction of a pixel.
+    return {fontMetrics().horizontalAdvance(WholeText()) + 1 + margins.left() + margins.right(),
             fontMetrics().height() + margins.top() + margins.bottom()};
 }
 

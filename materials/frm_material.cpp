@@ -6,6 +6,7 @@
 #include "dialogs/pictures.h"
 #include "materials/frm_emission_factor_help.h"
 #include "materials/frm_other_pollutants.h"
+#include "materials/material_hints.h"
 #include "materials/material_texts.h"
 #include "materials/ui_frm_material.h"
 #include "store/additional_names.h"
@@ -51,6 +52,7 @@ frmMaterial::frmMaterial(AppContext& app, QWidget* parent)
     std::vector<std::string> types;
     GetMaterialTypes(m_app, types, true);
     ShowNames(*m_ui->cbo_MaterialType, types);
+    FollowEntries();
 
     // A choice by the user arrives as currentIndexChanged and then as activated. Choosing the same type again
     // arrives as activated alone, and counts too: the flag tells whether the choice was handled already.
@@ -136,6 +138,7 @@ void frmMaterial::ShowMethodsOfType() {
 void frmMaterial::ShowFiller(const QString& filler, bool canBeTyped) {
     m_ui->txt_filler->setText(filler);
     m_ui->txt_filler->setEnabled(canBeTyped);
+    ShowHints();
 }
 
 void frmMaterial::ShowEmissionFactor(bool isTicked) {
@@ -144,6 +147,27 @@ void frmMaterial::ShowEmissionFactor(bool isTicked) {
     for (QWidget* control : std::initializer_list<QWidget*>{
              m_ui->txt_EmissionFactor, m_ui->lbl_EmissionFactor, m_ui->txt_Comments, m_ui->lbl_Basis})
         control->setEnabled(isTicked);
+}
+
+/// Shows the hints, from now on.
+void frmMaterial::FollowEntries() {
+    // Without the table there are no hints on it: what is wrong was just told by those who fill the types.
+    if (Result<std::vector<HapContentRecord>> types = ReadHapContents(m_app)) m_types = std::move(*types);
+    m_ui->lbl_Figures->SetFields({m_ui->cbo_MaterialType, m_ui->cbo_ApplicationType, m_ui->txt_filler});
+    m_ui->lbl_Doubts->SetFields({m_ui->txt_density, m_ui->txt_HapContents});
+    MakeRoomForLines(*m_ui->lbl_Figures, 1); // so that the window stays while a number is typed
+    MakeRoomForLines(*m_ui->lbl_Doubts, 2);
+    for (const QLineEdit* edit : {m_ui->txt_density, m_ui->txt_HapContents, m_ui->txt_filler})
+        connect(edit, &QLineEdit::textChanged, this, &frmMaterial::ShowHints);
+    for (const QComboBox* combo : {m_ui->cbo_MaterialType, m_ui->cbo_ApplicationType})
+        connect(combo, &QComboBox::currentIndexChanged, this, &frmMaterial::ShowHints);
+    connect(m_ui->chk_EmissionFactor, &QCheckBox::toggled, this, &frmMaterial::ShowHints);
+}
+
+void frmMaterial::ShowHints() {
+    const MaterialHints hints = HintsOn(ReadForm(), m_types);
+    m_ui->lbl_Figures->Show(hints.Figures);
+    m_ui->lbl_Doubts->Show(hints.Doubts);
 }
 
 void frmMaterial::ShowPollutants() {

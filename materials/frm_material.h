@@ -2,11 +2,13 @@
 
 #include "base/app_context.h"
 #include "materials/material_entry.h"
+#include "store/material_types.h"
 
 #include <QDialog>
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class QWidget;
 
@@ -44,6 +46,8 @@ private:
     void ShowMethodsOfType();
     void ShowFiller(const QString& filler, bool canBeTyped);
     void ShowEmissionFactor(bool isTicked);
+    void FollowEntries();
+    void ShowHints();
     void ShowPollutants();
     void Save();
     void CloseWhenSaved(Failed hasFailed);
@@ -51,6 +55,7 @@ private:
     AppContext& m_app;
     std::unique_ptr<Ui::frmMaterial> m_ui;
     std::unique_ptr<frmOtherPollutants> m_pollutants; ///< hidden, except while the user edits there
+    std::vector<HapContentRecord> m_types;            ///< the table, for the hints
     bool m_hasTypeJustChanged = false;
 };
 

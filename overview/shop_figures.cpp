@@ -2,6 +2,7 @@
 
 #include "base/by_number.h"
 #include "base/text.h"
+#include "materials/point_value.h"
 #include "materials/units.h"
 #include "overview/window_sums.h"
 #include "reports/compliant_materials_report.h"

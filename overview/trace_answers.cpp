@@ -1,11 +1,11 @@
 #include "overview/trace_answers.h"
 
 #include "base/numbers.h"
+#include "materials/point_value.h"
 #include "materials/units.h"
 #include "overview/overview_csv.h"
 #include "overview/trace_parts.h"
 #include "overview/window_sums.h"
-#include "reports/emission_average_report.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,7 @@
 #include "overview/window_sums.h"
 
 #include "base/text.h"
+#include "materials/point_value.h"
 #include "reports/emission_average_report.h"
 #include "reports/weighted_average_report.h"
 

@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "materials/point_value.h"
 #include "reports/report_publishing.h"
 #include "reports/reports.h"
 
@@ -114,11 +115,6 @@ Done AddGroup(const TypeGroup& type, const MaterialsByMethod& materials, const P
 }
 
 } // namespace
-
-double PointValue(const HapContentRecord& method, double hapContent) {
-    // On purpose without the filler, even for filled resins, and without a material's own emission factor.
-    return RoundTo(method.EfCoefficient * std::pow(hapContent, method.EfExponent), 2);
-}
 
 double AmountInMg(double pounds) {
     // In Mg on purpose, although the column that shows it says kg.

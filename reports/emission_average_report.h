@@ -41,9 +41,6 @@ struct EmissionAverageData {
     double Allowance = 0; ///< of the whole report, kg, not rounded
 };
 
-/// Kg of HAP per Mg by the method's emission-factor equation, rounded to 2 decimals. A filled resin's filler
-/// does not reduce it and never has. Infinite or not a number if the equation has no result.
-double PointValue(const HapContentRecord& method, double hapContent);
 /// Mg rounded to 2 decimals; 0 if nothing was used.
 double AmountInMg(double pounds);
 /// Kg, not rounded.

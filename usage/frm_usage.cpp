@@ -6,13 +6,29 @@
 #include "dialogs/dialog_routines.h"
 #include "materials/material_store.h"
 #include "usage/ui_frm_usage.h"
+#include "usage/usage_hint.h"
 #include "usage/usage_store.h"
 #include "usage/usage_texts.h"
 
+#include <utility>
+
 namespace mact {
 
-frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials, QWidget* parent)
-    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmUsage>()) {
+namespace {
+
+/// What the hint needs. Nothing, if it cannot be read or is not there: whatever is wrong with it is told by
+/// the list and by the save.
+std::vector<UsageRecord> UsageForHint(const DataFiles& data) {
+    if (!IsFileAt(UsageFile(data))) return {};
+    Result<std::vector<UsageRecord>> usage = ReadUsage(data);
+    return usage ? std::move(*usage) : std::vector<UsageRecord>();
+}
+
+} // namespace
+
+frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials,
+                   std::vector<UsageRecord> usage, QWidget* parent)
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmUsage>()), m_usage(std::move(usage)) {
     m_ui->setupUi(this);
     m_ui->lbl_Id->hide();     // the number of the record that is edited
     m_ui->lbl_result->hide(); // what Show returns
@@ -20,15 +36,23 @@ frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials
     ListLines lines;
     FillMaterialList(lines, materials, false);
     ShowLines(*m_ui->cbo_MaterialId, lines);
-    for (const MaterialRecord& material : materials)
+    m_densities.reserve(materials.size());
+    for (const MaterialRecord& material : materials) {
         m_descriptions << FromCodePage(Trim(material.Description));
+        m_densities.push_back(material.Density);
+    }
     for (QComboBox* combo : {m_ui->cbo_Month, m_ui->cbo_Unit}) {
         NumberItems(*combo);
         combo->setCurrentIndex(-1); // the form has selected the first entry
     }
     AcceptAnyYear(*m_ui->cbo_Year);
     AcceptCodePageText(*m_ui->txt_Quantiry);
+    m_ui->lbl_QuantityHint->SetFields({m_ui->txt_Quantiry, m_ui->cbo_Unit});
+    MakeRoomForLines(*m_ui->lbl_QuantityHint, 2); // so that the window stays while a number is typed
     connect(m_ui->cbo_MaterialId, &QComboBox::currentIndexChanged, this, &frmUsage::ShowDescription);
+    for (const QComboBox* combo : {m_ui->cbo_MaterialId, m_ui->cbo_Unit})
+        connect(combo, &QComboBox::currentIndexChanged, this, &frmUsage::ShowHint);
+    connect(m_ui->txt_Quantiry, &QLineEdit::textChanged, this, &frmUsage::ShowHint);
     connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmUsage::Save);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
     m_ui->cbo_MaterialId->setFocus();
@@ -68,6 +92,7 @@ void frmUsage::PrepareEdit(const UsageRecord& usage) {
     SelectListItem(*m_ui->cbo_Unit, usage.Unit);
     m_ui->txt_Quantiry->setText(FromCodePage(NumberText(usage.Quantity)));
     m_ui->lbl_Id->setText(QString::number(usage.UsageId)); // so that Save overwrites it
+    ShowHint();                                            // which leaves that record out
 }
 
 /// A year that the list lacks is shown as if it had been typed.
@@ -80,6 +105,16 @@ void frmUsage::SelectYear(const QString& year) {
 void frmUsage::ShowDescription() {
     const int row = m_ui->cbo_MaterialId->currentIndex();
     m_ui->lbl_Description->setText(row < 0 ? QString() : m_descriptions.at(row));
+}
+
+void frmUsage::ShowHint() {
+    const UsageEntry entry = ReadForm();
+    const int row = m_ui->cbo_MaterialId->currentIndex();
+    if (!entry.MaterialId || row < 0) return m_ui->lbl_QuantityHint->Show({});
+    const double density = m_densities[static_cast<std::size_t>(row)];
+    const std::int16_t edited = ParseInt16(m_ui->lbl_Id->text().toStdString()).value_or(0);
+    m_ui->lbl_QuantityHint->Show(
+        HintOn(entry, density, MedianMonth(m_usage, *entry.MaterialId, density, edited)));
 }
 
 UsageEntry frmUsage::ReadForm() const {
@@ -160,7 +195,7 @@ int NewUsage(AppContext& app, QWidget* parent) {
         ShowFormErrors(app, UsageTexts::NeedsMaterials);
         return -1;
     }
-    frmUsage window(app, *materials, parent);
+    frmUsage window(app, *materials, UsageForHint(app), parent);
     window.PrepareNew();
     return window.Show();
 }
@@ -178,7 +213,7 @@ int EditUsage(AppContext& app, std::int16_t usageId, QWidget* parent) {
         ShowFormErrors(app, UsageTexts::MaterialsNotFound);
         return -1;
     }
-    frmUsage window(app, *materials, parent);
+    frmUsage window(app, *materials, UsageForHint(app), parent);
     window.PrepareEdit(found->front());
     return window.Show();
 }

@@ -24,7 +24,9 @@ class frmUsage : public QDialog {
     Q_OBJECT
 
 public:
-    frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials, QWidget* parent);
+    /// `usage` is what the hint compares a quantity with.
+    frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials, std::vector<UsageRecord> usage,
+             QWidget* parent);
     ~frmUsage() override;
 
     bool Validate_Form();
@@ -43,6 +45,7 @@ private:
     void PrepareRemembered();
     void SelectYear(const QString& year);
     void ShowDescription();
+    void ShowHint();
     UsageEntry ReadForm() const;
     void FocusFirstError(const UsageEntry& entry);
     void Save();
@@ -52,7 +55,9 @@ private:
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmUsage> m_ui;
-    QStringList m_descriptions; ///< of the materials, in the order of cbo_MaterialId
+    std::vector<UsageRecord> m_usage;
+    QStringList m_descriptions;      ///< of the materials, in the order of cbo_MaterialId
+    std::vector<double> m_densities; ///< in the same order; lb/gal
 };
 
 /// 0 if a record was saved, otherwise -1.

@@ -157,6 +157,20 @@ TEST(RoundToTest, IsNotFiniteWhereTheProductOverflows) {
     EXPECT_TRUE(std::isinf(RoundTo(1e308, 2)));
 }
 
+TEST(ShortGroupedTextTest, HasNoZerosAtItsEnd) {
+    EXPECT_EQ(ShortGroupedText(500500), "500,500");
+    EXPECT_EQ(ShortGroupedText(1234.5), "1,234.5");
+    EXPECT_EQ(ShortGroupedText(402.256), "402.26");
+    EXPECT_EQ(ShortGroupedText(-1000), "-1,000");
+    EXPECT_EQ(ShortGroupedText(0), "0");
+    EXPECT_EQ(ShortGroupedText(0.1), "0.1");
+}
+
+TEST(ShortGroupedTextTest, ASmallNumberKeepsItsFirstDigits) {
+    EXPECT_EQ(ShortGroupedText(0.0442), "0.0442");
+    EXPECT_EQ(ShortGroupedText(-0.004), "-0.004");
+}
+
 TEST(GroupedTextTest, HasSeparatorsTwoDecimalsAndALeadingZero) {
     EXPECT_EQ(GroupedText(1234.5), "1,234.50");
     EXPECT_EQ(GroupedText(0), "0.00");

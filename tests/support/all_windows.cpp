@@ -245,6 +245,19 @@ void EditCompany(const QWidget& window) {
     Press(window, "cmd_Edit");
 }
 
+void TypeGallonsAsMgal(const QWidget& window) {
+    Named<QComboBox>(window, "cbo_MaterialId").setCurrentIndex(1);
+    Named<QComboBox>(window, "cbo_Unit").setCurrentIndex(0);
+    Type(window, "txt_Quantiry", QStringLiteral("55"));
+}
+
+void TypeDoubtfulMaterial(const QWidget& window) {
+    Named<QComboBox>(window, "cbo_MaterialType").setCurrentIndex(0);
+    Type(window, "txt_density", QStringLiteral("0.92"));
+    Type(window, "txt_HapContents", QStringLiteral("0.35"));
+    Press(window, "chk_EmissionFactor");
+}
+
 void FilterUsage(const QWidget& window) {
     Named<QComboBox>(window, "cbo_Materials").setCurrentIndex(3);
     Named<QComboBox>(window, "cbo_Year").setCurrentIndex(1);
@@ -397,58 +410,60 @@ void ReplaceMaterial(const QWidget& window) {
 
 const std::vector<WindowState>& AllWindows() {
     static const std::vector<WindowState> windows{
-        {"frmMain",                           OpenMain,                   WithVerdict       },
-        {"frmMain_no_company",                OpenMainWithoutCompany,     AsItOpens         },
-        {"frmMain_warning",                   OpenMainWithWarning,        WithVerdict       },
-        {"frmAbout",                          ShowAbout,                  AsItOpens         },
-        {"frmCompany",                        ShowCompanies,              SelectCompanyLine },
-        {"frmCompany_edit",                   ShowCompanies,              EditCompany       },
-        {"frmExtraPollutantsNames",           ShowAdditionalNames,        AsItOpens         },
-        {"frmMaterialTypes",                  ShowMaterialTypes,          AsItOpens         },
-        {"frmMaterialTypes_new",              ShowMaterialTypes,          StartNewType      },
-        {"frmList_materials",                 ShowMaterialList,           AsItOpens         },
-        {"frmList_usage",                     ShowUsageList,              AsItOpens         },
-        {"frmList_usage_filtered",            ShowUsageList,              FilterUsage       },
-        {"frmList_usage_undo",                OpenUsageAfterDelete,       AsItOpens         },
-        {"frmCompany_undo",                   OpenCompaniesAfterEdit,     AsItOpens         },
-        {"frmMonthSheet",                     OpenMonthSheet,             AsItOpens         },
-        {"frmMonthSheet_filled",              OpenMonthSheet,             FillMonthSheet    },
-        {"frmMonthSheet_empty",               OpenMonthSheet,             EmptyMonthSheet   },
-        {"frmMonthSheet_long",                OpenLongMonthSheet,         GoToLastRow       },
-        {"frmMaterial_new",                   OpenNewMaterial,            AsItOpens         },
-        {"frmMaterial_edit",                  OpenMaterial,               GiveEmissionFactor},
-        {"frmMaterial_filled",                OpenFilledMaterial,         AsItOpens         },
-        {"frmOtherPollutants",                OpenOtherPollutants,        AsItOpens         },
-        {"frm_EmissionFactorHelp",            ShowEmissionFactorHelp,     AsItOpens         },
-        {"frmUsage_new",                      OpenNewUsage,               AsItOpens         },
-        {"frmUsage_edit",                     OpenUsage,                  AsItOpens         },
-        {"frmImport",                         ShowMaterialImport,         AsItOpens         },
-        {"frmImport_path",                    ShowMaterialImport,         TypeImportPath    },
-        {"frmImport_at_work",                 ShowMaterialImport,         ShowImportAtWork  },
-        {"frmImport_errors",                  ShowUsageImport,            ImportWithErrors  },
-        {"frmExport",                         ShowMaterialExport,         AsItOpens         },
-        {"frmExport_done",                    ShowUsageExport,            ExportToFile      },
-        {"frmErrorLog",                       OpenErrorLog,               AsItOpens         },
-        {"frmConfig",                         ShowConfiguration,          AsItOpens         },
-        {"frmRestore",                        OpenRestore,                AsItOpens         },
-        {"frmRestore_incomplete",             OpenRestore,                ChooseIncomplete  },
-        {"frmRestore_done",                   OpenRestore,                RestoreASet       },
-        {"frmReports",                        ShowReportsForm,            AsItOpens         },
-        {"frmReports_month",                  ShowReportsForm,            ChooseMonths      },
-        {"frmOverview",                       ShowOverview,               AsItOpens         },
-        {"frmOverview_row",                   ShowOverview,               SelectWorstRow    },
-        {"frmOverviewOptions",                OpenOverviewOptions,        AsItOpens         },
-        {"frmOverviewOptions_not_understood", OpenDamagedOverviewOptions, AsItOpens         },
-        {"frmHalfYear",                       OpenHalfYear,               AsItOpens         },
-        {"frmHalfYear_made",                  OpenHalfYear,               MakeAPack         },
-        {"frmHalfYear_kept",                  OpenKeptHalfYears,          ChooseKeptPack    },
-        {"frmOverviewHelp",                   ShowOverviewHelp,           AsItOpens         },
-        {"frmTrace",                          OpenTrace,                  AsItOpens         },
-        {"frmTrace_record",                   OpenTrace,                  SelectTracedRecord},
-        {"frmWhatIf",                         OpenWhatIf,                 AsCalculated      },
-        {"frmWhatIf_amount",                  OpenWhatIf,                 HalveAnAmount     },
-        {"frmWhatIf_method",                  OpenWhatIf,                 ChangeMethod      },
-        {"frmWhatIf_replace",                 OpenWhatIf,                 ReplaceMaterial   },
+        {"frmMain",                           OpenMain,                   WithVerdict         },
+        {"frmMain_no_company",                OpenMainWithoutCompany,     AsItOpens           },
+        {"frmMain_warning",                   OpenMainWithWarning,        WithVerdict         },
+        {"frmAbout",                          ShowAbout,                  AsItOpens           },
+        {"frmCompany",                        ShowCompanies,              SelectCompanyLine   },
+        {"frmCompany_edit",                   ShowCompanies,              EditCompany         },
+        {"frmExtraPollutantsNames",           ShowAdditionalNames,        AsItOpens           },
+        {"frmMaterialTypes",                  ShowMaterialTypes,          AsItOpens           },
+        {"frmMaterialTypes_new",              ShowMaterialTypes,          StartNewType        },
+        {"frmList_materials",                 ShowMaterialList,           AsItOpens           },
+        {"frmList_usage",                     ShowUsageList,              AsItOpens           },
+        {"frmList_usage_filtered",            ShowUsageList,              FilterUsage         },
+        {"frmList_usage_undo",                OpenUsageAfterDelete,       AsItOpens           },
+        {"frmCompany_undo",                   OpenCompaniesAfterEdit,     AsItOpens           },
+        {"frmMonthSheet",                     OpenMonthSheet,             AsItOpens           },
+        {"frmMonthSheet_filled",              OpenMonthSheet,             FillMonthSheet      },
+        {"frmMonthSheet_empty",               OpenMonthSheet,             EmptyMonthSheet     },
+        {"frmMonthSheet_long",                OpenLongMonthSheet,         GoToLastRow         },
+        {"frmMaterial_new",                   OpenNewMaterial,            AsItOpens           },
+        {"frmMaterial_doubts",                OpenNewMaterial,            TypeDoubtfulMaterial},
+        {"frmMaterial_edit",                  OpenMaterial,               GiveEmissionFactor  },
+        {"frmMaterial_filled",                OpenFilledMaterial,         AsItOpens           },
+        {"frmOtherPollutants",                OpenOtherPollutants,        AsItOpens           },
+        {"frm_EmissionFactorHelp",            ShowEmissionFactorHelp,     AsItOpens           },
+        {"frmUsage_new",                      OpenNewUsage,               AsItOpens           },
+        {"frmUsage_doubt",                    OpenNewUsage,               TypeGallonsAsMgal   },
+        {"frmUsage_edit",                     OpenUsage,                  AsItOpens           },
+        {"frmImport",                         ShowMaterialImport,         AsItOpens           },
+        {"frmImport_path",                    ShowMaterialImport,         TypeImportPath      },
+        {"frmImport_at_work",                 ShowMaterialImport,         ShowImportAtWork    },
+        {"frmImport_errors",                  ShowUsageImport,            ImportWithErrors    },
+        {"frmExport",                         ShowMaterialExport,         AsItOpens           },
+        {"frmExport_done",                    ShowUsageExport,            ExportToFile        },
+        {"frmErrorLog",                       OpenErrorLog,               AsItOpens           },
+        {"frmConfig",                         ShowConfiguration,          AsItOpens           },
+        {"frmRestore",                        OpenRestore,                AsItOpens           },
+        {"frmRestore_incomplete",             OpenRestore,                ChooseIncomplete    },
+        {"frmRestore_done",                   OpenRestore,                RestoreASet         },
+        {"frmReports",                        ShowReportsForm,            AsItOpens           },
+        {"frmReports_month",                  ShowReportsForm,            ChooseMonths        },
+        {"frmOverview",                       ShowOverview,               AsItOpens           },
+        {"frmOverview_row",                   ShowOverview,               SelectWorstRow      },
+        {"frmOverviewOptions",                OpenOverviewOptions,        AsItOpens           },
+        {"frmOverviewOptions_not_understood", OpenDamagedOverviewOptions, AsItOpens           },
+        {"frmHalfYear",                       OpenHalfYear,               AsItOpens           },
+        {"frmHalfYear_made",                  OpenHalfYear,               MakeAPack           },
+        {"frmHalfYear_kept",                  OpenKeptHalfYears,          ChooseKeptPack      },
+        {"frmOverviewHelp",                   ShowOverviewHelp,           AsItOpens           },
+        {"frmTrace",                          OpenTrace,                  AsItOpens           },
+        {"frmTrace_record",                   OpenTrace,                  SelectTracedRecord  },
+        {"frmWhatIf",                         OpenWhatIf,                 AsCalculated        },
+        {"frmWhatIf_amount",                  OpenWhatIf,                 HalveAnAmount       },
+        {"frmWhatIf_method",                  OpenWhatIf,                 ChangeMethod        },
+        {"frmWhatIf_replace",                 OpenWhatIf,                 ReplaceMaterial     },
     };
     return windows;
 }

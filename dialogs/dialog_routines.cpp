@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace mact {
 namespace {
@@ -69,6 +70,23 @@ private:
 
     QLineEdit& m_edit;
 };
+
+/// A line with a detail, which is not part of its text.
+class RecordLine : public QListWidgetItem {
+public:
+    RecordLine(const QString& text, QString detail) : QListWidgetItem(text), m_detail(std::move(detail)) {}
+
+    QVariant data(int role) const override {
+        if (m_detail.isEmpty() || (role != DetailRole && role != Qt::AccessibleTextRole))
+            return QListWidgetItem::data(role);
+        return role == DetailRole ? m_detail : text() + QStringLiteral(", ") + m_detail;
+    }
+
+private:
+    QString m_detail;
+};
+
+const QString DetailGap = QStringLiteral("      "); // between a line's text and its detail, at least
 
 /// Lets the user scroll to the end of the longest line: lines of uniform size all take that of the last.
 void MakeRoomForLongest(QListWidget& list, const QString& longest) {
@@ -190,16 +208,18 @@ void AcceptAnyYear(QComboBox& year) {
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]{0,4}")), &year));
 }
 
-void ShowLines(QListWidget& list, const ListLines& lines) {
+void ShowLines(QListWidget& list, const ListLines& lines, const QStringList& details) {
     list.setUniformItemSizes(true); // otherwise each line is measured by itself
     list.setUpdatesEnabled(false);
     list.clear();
     QString longest; // in characters: measuring every line is what uniform sizes avoid
     for (const ListLine& line : lines) {
-        auto* item = new QListWidgetItem(FromCodePage(line.Text));
+        const QString detail = details.value(list.count());
+        auto* item = new RecordLine(FromCodePage(line.Text), detail);
         item->setData(Qt::UserRole, line.ItemData);
         list.addItem(item);
-        if (item->text().size() > longest.size()) longest = item->text();
+        if (item->text().size() + detail.size() > longest.size())
+            longest = detail.isEmpty() ? item->text() : item->text() + DetailGap + detail;
     }
     MakeRoomForLongest(list, longest);
     list.setCurrentRow(-1);

@@ -4,6 +4,7 @@
 #include "base/list_lines.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <cstdint>
@@ -53,8 +54,12 @@ std::optional<std::string> SelectedText(const QComboBox& combo);
 /// Gives each listed year item data 0, and lets the user type any other number of up to four digits.
 void AcceptAnyYear(QComboBox& year);
 
+/// Of a line in a list: what a RecordList draws at its right end, and screen readers read after its text.
+inline constexpr int DetailRole = Qt::UserRole + 1;
+
 /// Fills the list, with item data in Qt::UserRole and no line selected. Fast enough for 32,767 lines.
-void ShowLines(QListWidget& list, const ListLines& lines);
+/// `details` has one for each line, or none at all.
+void ShowLines(QListWidget& list, const ListLines& lines, const QStringList& details = {});
 void ShowLines(QComboBox& combo, const ListLines& lines);
 
 /// Names the current company in a window's lbl_Company, so that nobody works on the wrong one.

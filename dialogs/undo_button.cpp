@@ -83,31 +83,32 @@ void UndoButton::ElideText() {
 }
 
 void UndoButton::Undo() {
-    const HistoryStep* const step = m_app->Changes ? m_app->Changes->ToUndo(m_list.Whose()) : nullptr;
-    if (!step) return;
-    const std::string what = "undo \"" + step->Name + '"'; // the step is about to move
-    const Result<HistoryRefusal> refusal = [this] {
-        const BusyCursor busy; // taking an import of 32,767 materials back takes 0.3 s
-        return m_app->Changes->Undo(m_list.Whose(), *m_app, m_list.IsUsed());
-    }();
-    ShowOutcome(what, refusal);
+    Make(true);
 }
 
 void UndoButton::Redo() {
-    const HistoryStep* const step = m_app->Changes ? m_app->Changes->ToRedo(m_list.Whose()) : nullptr;
-    if (!step) return;
-    const std::string what = "do again \"" + step->Name + '"';
-    const Result<HistoryRefusal> refusal = [this] {
-        const BusyCursor busy;
-        return m_app->Changes->Redo(m_list.Whose(), *m_app, m_list.IsUsed());
-    }();
-    ShowOutcome(what, refusal);
+    Make(false);
 }
 
-void UndoButton::ShowOutcome(const std::string& what, const Result<HistoryRefusal>& refusal) {
+void UndoButton::Make(bool isUndo) {
+    if (!m_app->Changes) return;
+    History& changes = *m_app->Changes;
+    const HistoryOf whose = m_list.Whose();
+    const HistoryStep* const step = isUndo ? changes.ToUndo(whose) : changes.ToRedo(whose);
+    if (!step) return;
+    const std::string name = step->Name; // the step is about to move
+    const Result<HistoryRefusal> refusal = [&] {
+        const BusyCursor busy; // taking an import of 32,767 materials back takes 0.3 s
+        return isUndo ? changes.Undo(whose, *m_app, m_list.IsUsed())
+                      : changes.Redo(whose, *m_app, m_list.IsUsed());
+    }();
     if (ShowFailure(*m_app, refusal)) return;
-    if (!refusal->Reasons.empty()) ShowError(*m_app, {.Doing = what, .Reason = Joined(*refusal)});
+    if (!refusal->Reasons.empty())
+        ShowError(*m_app,
+                  {.Doing = (isUndo ? "undo \"" : "do again \"") + name + '"', .Reason = Joined(*refusal)});
     m_list.Reload(); // after a refusal too: the list may not show yet what another copy has changed
+    if (refusal->Reasons.empty() && m_list.Say)
+        m_list.Say((isUndo ? QStringLiteral("Undone: ") : QStringLiteral("Done again: ")) + FromUtf8(name));
     ShowStep();
 }
 } // namespace mact

@@ -5,7 +5,6 @@
 #include <QPushButton>
 
 #include <functional>
-#include <string>
 
 namespace mact {
 
@@ -17,11 +16,13 @@ class UndoButton : public QPushButton {
 public:
     explicit UndoButton(QWidget* parent = nullptr);
 
-    /// What the button needs of its list. `IsUsed` makes what an undo asks before a record goes.
+    /// What the button needs of its list. `IsUsed` makes what an undo asks before a record goes; `Say` may be
+    /// left out.
     struct List {
         std::function<HistoryOf()> Whose{};
         std::function<RecordIsUsed()> IsUsed{};
         std::function<void()> Reload{};
+        std::function<void(const QString&)> Say{}; ///< what was taken back or done again
     };
     /// To be called once. Without a history the button stays hidden.
     void Bind(AppContext& app, List list);
@@ -34,8 +35,7 @@ protected:
 private:
     void Undo();
     void Redo();
-    /// `what` is what could not be done.
-    void ShowOutcome(const std::string& what, const Result<HistoryRefusal>& refusal);
+    void Make(bool isUndo);
     void ElideText();
 
     AppContext* m_app = nullptr;

@@ -4,6 +4,7 @@
 #include "dialogs/dialog_routines.h"
 #include "dialogs/pictures.h"
 #include "lists/frm_month_sheet.h"
+#include "lists/list_status.h"
 #include "lists/ui_frm_list.h"
 #include "materials/frm_material.h"
 #include "materials/material_store.h"
@@ -12,9 +13,12 @@
 #include "usage/frm_usage.h"
 #include "usage/usage_store.h"
 
+#include <QShortcut>
+
 #include <algorithm>
 #include <optional>
 #include <unordered_set>
+#include <utility>
 
 namespace mact {
 namespace {
@@ -25,6 +29,14 @@ constexpr int TwipsPerInch = 1440;
 // The captions of cmd_Filter. They are its state, too: a filter is applied while it reads Reset.
 constexpr const char* ApplyFilter = "&Apply";
 constexpr const char* ResetFilter = "&Reset";
+
+constexpr const char* EmptyMaterials =
+    "No materials yet.\nNew (Ctrl+N) enters one, Import reads a file of them.";
+constexpr const char* EmptyUsage =
+    "No usage yet.\nNew (Ctrl+N) enters a record, Month sheet a whole month, Import reads a file.";
+constexpr const char* EmptyUsageWithoutMaterials =
+    "No usage yet, and no materials.\nClose this window and enter materials first.";
+constexpr const char* EmptyFilter = "The filter lets no record pass.\nReset shows all.";
 
 } // namespace
 
@@ -43,10 +55,12 @@ frmList::frmList(AppContext& app, QWidget* parent)
     connect(m_ui->cmd_MonthSheet, &QPushButton::clicked, this, &frmList::OpenMonthSheet);
     connect(m_ui->cmd_Filter, &QPushButton::clicked, this, &frmList::ApplyOrResetFilter);
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
-    m_ui->cmd_Undo->Bind(app,
-                         {.Whose = [this] { return Whose(); },
-                          .IsUsed = [this] { return IsUsedMaterial(); },
-                          .Reload = [this] { IsForMaterials() ? ReloadMaterialList() : ReloadUsageList(); }});
+    m_ui->cmd_Undo->Bind(app, {.Whose = [this] { return Whose(); },
+                               .IsUsed = [this] { return IsUsedMaterial(); },
+                               .Reload = [this] { ReloadList(); },
+                               .Say = [this](const QString& text) { ShowStatus(text); }});
+    m_ui->wdg_Search->Bind(*m_ui->lst_Main);
+    AddKeys();
     const std::pair<QPushButton*, const char*> icons[] = {
         {m_ui->cmd_New,        "new"   },
         {m_ui->cmd_Edit,       "edit"  },
@@ -62,6 +76,18 @@ frmList::frmList(AppContext& app, QWidget* parent)
 }
 
 frmList::~frmList() = default;
+
+void frmList::AddKeys() {
+    const auto add = [](QWidget* where, const QKeySequence& keys, QPushButton* button) {
+        const auto context = qobject_cast<QListWidget*>(where) ? Qt::WidgetShortcut : Qt::WindowShortcut;
+        connect(new QShortcut(keys, where, nullptr, nullptr, context), &QShortcut::activated, button,
+                [button] { button->click(); });
+        button->setToolTip(keys.toString(QKeySequence::NativeText));
+    };
+    add(this, QKeySequence(Qt::CTRL | Qt::Key_N), m_ui->cmd_New);
+    add(this, QKeySequence(Qt::Key_F2), m_ui->cmd_Edit);
+    add(m_ui->lst_Main, QKeySequence(Qt::Key_Delete), m_ui->cmd_Delete); // boxes have it for their text
+}
 
 void frmList::Set_Module(std::int16_t mode) {
     m_mode = mode;
@@ -103,10 +129,11 @@ void frmList::PrepareUsage() {
     const Result<std::vector<MaterialRecord>> materials = ReadMaterials(m_app);
     const bool hasMaterials = !ShowFailure(m_app, materials);
     std::vector<UsageRecord> usage; // all of it: the filter starts empty
-    ListLines lines;
-    if (FindUsage(m_app, {}, usage) && hasMaterials) FillUsageList(m_app, lines, usage);
-    ShowList(lines);
-    SelectListItem(*m_ui->lst_Main);
+    FindUsage(m_app, {}, usage);
+    m_records = usage.size();
+    m_ui->lst_Main->SetEmptyText(
+        QString::fromLatin1(hasMaterials && materials->empty() ? EmptyUsageWithoutMaterials : EmptyUsage));
+    ShowUsage(hasMaterials ? usage : std::vector<UsageRecord>());
     ListLines materialLines;
     if (hasMaterials) FillMaterialList(materialLines, *materials, false);
     ShowLines(*m_ui->cbo_Materials, materialLines);
@@ -115,27 +142,82 @@ void frmList::PrepareUsage() {
     m_ui->FrameList->setTitle(QStringLiteral("Usages"));
 }
 
-void frmList::ReloadMaterialList() {
+void frmList::ReloadList() {
+    if (IsForMaterials())
+        ReloadMaterialList();
+    else
+        ReloadUsageList();
+}
+
+std::vector<MaterialRecord> frmList::ReloadMaterialList() {
     std::vector<MaterialRecord> materials;
     ListLines lines;
     if (FindMaterials(m_app, {}, materials)) FillMaterialList(lines, materials, true);
+    m_ui->lst_Main->SetEmptyText(QString::fromLatin1(EmptyMaterials));
     ShowList(lines);
+    m_records = materials.size();
+    ShowStatus(FromUtf8(ListedText(m_records, m_records, "material")));
+    return materials;
 }
 
 void frmList::Refresh_Usage_List() {
     std::vector<UsageRecord> usage;
-    ListLines lines;
-    const UsageFilter filter{.MaterialId = SelectedData(*m_ui->cbo_Materials),
-                             .Year = SelectedText(*m_ui->cbo_Year)};
-    if (FindUsage(m_app, filter, usage)) FillUsageList(m_app, lines, usage);
-    ShowList(lines);
-    SelectListItem(*m_ui->lst_Main);
+    FindUsage(m_app,
+              {.MaterialId = SelectedData(*m_ui->cbo_Materials), .Year = SelectedText(*m_ui->cbo_Year)},
+              usage);
+    ShowUsage(usage);
 }
 
-void frmList::ReloadUsageList() {
-    const Result<std::vector<UsageRecord>> usage = ReadUsage(m_app);
-    if (usage) ShowYears(*usage); // Refresh_Usage_List shows the failure
+std::vector<UsageRecord> frmList::ReloadUsageList() {
+    Result<std::vector<UsageRecord>> usage = ReadUsage(m_app);
+    if (usage) { // Refresh_Usage_List shows the failure
+        ShowYears(*usage);
+        m_records = usage->size();
+    }
     Refresh_Usage_List();
+    return usage ? std::move(*usage) : std::vector<UsageRecord>();
+}
+
+void frmList::ShowUsage(const std::vector<UsageRecord>& usage) {
+    UsageLines lines;
+    if (!usage.empty()) lines = ListUsage(m_app, usage);
+    QStringList quantities;
+    quantities.reserve(static_cast<qsizetype>(lines.Records.size()));
+    for (const std::size_t place : lines.Records)
+        quantities << FromUtf8(QuantityInWords(usage[place]));
+    ShowList(lines.Lines, quantities);
+    SelectListItem(*m_ui->lst_Main);
+    ShowStatus(FromUtf8(ListedText(usage.size(), std::max(m_records, usage.size()), "record")));
+}
+
+void frmList::ShowStatus(const QString& text) {
+    m_ui->lbl_Status->setText(text);
+    m_ui->lst_Main->Describe(text); // screen readers are told of the change
+}
+
+void frmList::ShowSavedMaterial(const std::vector<MaterialRecord>& materials, std::int16_t materialId) {
+    const auto saved = std::ranges::find(materials, materialId, &MaterialRecord::MaterialId);
+    if (saved == materials.end()) return; // another copy has deleted it since
+    ListLines line;
+    FillMaterialList(line, {*saved}, true);
+    ShowStatus(FromCodePage("Saved " + line.front().Text + "; ") +
+               FromUtf8(ListedText(m_records, m_records, "material")));
+}
+
+void frmList::ShowSavedUsage(const std::vector<UsageRecord>& usage, std::int16_t usageId) {
+    const auto saved = std::ranges::find(usage, usageId, &UsageRecord::UsageId);
+    const Result<MaterialIds> materialIds = ReadMaterialIds(m_app);
+    if (saved == usage.end() || !materialIds) return; // the list has told of a failure
+    QString text =
+        FromUtf8(SavedUsageText(*saved, (*materialIds)[saved->MaterialId].value_or(std::string()), usage));
+    if (!IsListed(usageId)) text += QStringLiteral("; hidden by the filter");
+    ShowStatus(text);
+}
+
+bool frmList::IsListed(std::int16_t recordId) const {
+    for (int row = 0; row < m_ui->lst_Main->count(); ++row)
+        if (m_ui->lst_Main->item(row)->data(Qt::UserRole).toInt() == recordId) return true;
+    return false;
 }
 
 void frmList::ShowYears(const std::vector<UsageRecord>& usage) {
@@ -149,11 +231,11 @@ void frmList::ShowYears(const std::vector<UsageRecord>& usage) {
     if (selected) SelectListItem(*m_ui->cbo_Year, FromCodePage(*selected), false);
 }
 
-void frmList::ShowList(const ListLines& lines) {
+void frmList::ShowList(const ListLines& lines, const QStringList& details) {
     // Otherwise a button that is about to be disabled would pass the focus on to the next one.
     if (focusWidget() == m_ui->cmd_Edit || focusWidget() == m_ui->cmd_Delete) m_ui->lst_Main->setFocus();
     const int row = m_ui->lst_Main->currentRow();
-    ShowLines(*m_ui->lst_Main, lines);
+    ShowLines(*m_ui->lst_Main, lines, details);
     // No line is selected, but the arrow keys go on from where they were.
     if (row >= 0)
         m_ui->lst_Main->setCurrentRow(std::min(row, m_ui->lst_Main->count() - 1),
@@ -167,12 +249,18 @@ void frmList::SetButtons() {
 }
 
 void frmList::NewRecord() {
-    // An editor returns 0 if it saved. Otherwise the list stays, with its selection.
+    // An editor returns 0 if it saved. Otherwise the list stays, with its selection. What is new has the
+    // highest number.
     if (!IsForMaterials()) {
-        if (NewUsage(m_app, this) == 0) ReloadUsageList();
+        if (NewUsage(m_app, this) != 0) return;
+        const std::vector<UsageRecord> usage = ReloadUsageList();
+        const auto newest = std::ranges::max_element(usage, {}, &UsageRecord::UsageId);
+        if (newest != usage.end()) ShowSavedUsage(usage, newest->UsageId);
     } else if (NewMaterial(m_app, this) == 0) {
-        ReloadMaterialList();
+        const std::vector<MaterialRecord> materials = ReloadMaterialList();
         SelectListItem(*m_ui->lst_Main);
+        const auto newest = std::ranges::max_element(materials, {}, &MaterialRecord::MaterialId);
+        if (newest != materials.end()) ShowSavedMaterial(materials, newest->MaterialId);
     }
 }
 
@@ -182,9 +270,9 @@ void frmList::EditRecord() {
     const auto recordId =
         static_cast<std::int16_t>(m_ui->lst_Main->currentItem()->data(Qt::UserRole).toInt());
     if (!IsForMaterials()) {
-        if (EditUsage(m_app, recordId, this) == 0) ReloadUsageList();
+        if (EditUsage(m_app, recordId, this) == 0) ShowSavedUsage(ReloadUsageList(), recordId);
     } else if (EditMaterial(m_app, recordId, this) == 0) {
-        ReloadMaterialList();
+        ShowSavedMaterial(ReloadMaterialList(), recordId);
     }
 }
 
@@ -192,28 +280,29 @@ void frmList::DeleteRecord() {
     if (SelectedRow(*m_ui->lst_Main) < 0) return;
     const QListWidgetItem& line = *m_ui->lst_Main->currentItem();
     const auto recordId = static_cast<std::int16_t>(line.data(Qt::UserRole).toInt());
+    const QString text = line.text();
     // The question claims too much, on purpose: the record keeps its slot.
     const std::string question =
-        "Are you sure you want to delete " + line.text().toStdString() + "? This can not be undone.";
+        "Are you sure you want to delete " + text.toStdString() + "? This can not be undone.";
     if (m_app.Prompts.Show({question, PromptKind::Question, PromptButtons::YesNo}) != PromptAnswer::Yes)
         return;
     if (IsForMaterials()) {
         // A callback, since materials/ may not include usage/.
         const auto isUsed = [this](std::int16_t materialId) { return IsMaterialUsed(m_app, materialId); };
-        if (!DeleteMaterial(m_app, recordId, isUsed)) ReloadMaterialList(); // true = not deleted
-    } else if (!DeleteUsage(m_app, recordId)) {
-        ReloadUsageList();
+        if (DeleteMaterial(m_app, recordId, isUsed)) return; // true = not deleted
+    } else if (DeleteUsage(m_app, recordId)) {
+        return;
     }
+    ReloadList();
+    ShowStatus(QStringLiteral("Deleted ") + text + QStringLiteral("; ") + m_ui->lbl_Status->text());
 }
 
 void frmList::ImportRecords() {
-    if (IsForMaterials()) {
+    if (IsForMaterials())
         ShowMaterialImport(m_app, this);
-        ReloadMaterialList();
-    } else {
+    else
         ShowUsageImport(m_app, this);
-        ReloadUsageList();
-    }
+    ReloadAfterMany();
 }
 
 void frmList::ExportRecords() {
@@ -224,7 +313,15 @@ void frmList::ExportRecords() {
 }
 
 void frmList::OpenMonthSheet() {
-    if (ShowMonthSheet(m_app, this)) ReloadUsageList();
+    if (ShowMonthSheet(m_app, this)) ReloadAfterMany();
+}
+
+void frmList::ReloadAfterMany() {
+    const std::size_t before = m_records;
+    ReloadList();
+    if (m_records > before)
+        ShowStatus(m_ui->lbl_Status->text() +
+                   QStringLiteral(", %1 more than before").arg(m_records - before));
 }
 
 void frmList::ApplyOrResetFilter() {
@@ -245,6 +342,7 @@ void frmList::SetFilterApplied(bool isApplied) {
     m_ui->cbo_Materials->setEnabled(!isApplied);
     m_ui->cbo_Year->setEnabled(!isApplied);
     m_ui->cmd_Filter->setText(QString::fromLatin1(isApplied ? ResetFilter : ApplyFilter));
+    m_ui->lst_Main->SetEmptyText(QString::fromLatin1(isApplied ? EmptyFilter : EmptyUsage));
     Refresh_Usage_List();
 }
 

@@ -14,6 +14,7 @@ class frmList;
 
 namespace mact {
 
+struct MaterialRecord;
 struct UsageRecord;
 
 /// The list browser: the live materials or the live usage records of the current company. The mode, set
@@ -42,11 +43,23 @@ private:
     RecordIsUsed IsUsedMaterial();
     void PrepareMaterials();
     void PrepareUsage();
+    void AddKeys();
+    /// To be called after a change of records, each with its count in the status line. Both return what they
+    /// have read: nothing after a failure, which they show.
+    void ReloadList();
     /// Leaves no line selected.
-    void ReloadMaterialList();
-    void ShowList(const ListLines& lines);
-    /// To be called after a change of records: also offers a new year in the filter.
-    void ReloadUsageList();
+    std::vector<MaterialRecord> ReloadMaterialList();
+    /// Also offers a new year in the filter.
+    std::vector<UsageRecord> ReloadUsageList();
+    /// After an import or a month's sheet.
+    void ReloadAfterMany();
+    void ShowList(const ListLines& lines, const QStringList& details = {});
+    /// What passes the filter, with the first line selected.
+    void ShowUsage(const std::vector<UsageRecord>& usage);
+    void ShowStatus(const QString& text);
+    void ShowSavedMaterial(const std::vector<MaterialRecord>& materials, std::int16_t materialId);
+    void ShowSavedUsage(const std::vector<UsageRecord>& usage, std::int16_t usageId);
+    bool IsListed(std::int16_t recordId) const;
     void ShowYears(const std::vector<UsageRecord>& usage);
     void SetButtons();
     void NewRecord();
@@ -61,6 +74,7 @@ private:
     AppContext& m_app;
     std::unique_ptr<Ui::frmList> m_ui;
     std::int16_t m_mode = 0;
+    std::size_t m_records = 0; ///< live ones, when they were read last
 };
 
 void ShowMaterialList(AppContext& app, QWidget* parent);

@@ -6,6 +6,8 @@
 #include "dialogs/dialog_routines.h"
 #include "store/ui_frm_company.h"
 
+#include <QShortcut>
+
 namespace mact {
 namespace {
 
@@ -29,13 +31,30 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
     connect(m_ui->cmd_Switch, &QPushButton::clicked, this, &frmCompany::Select_Company);
     connect(m_ui->cmd_Edit, &QPushButton::clicked, this, &frmCompany::EditCompany);
     connect(m_ui->cmd_Save, &QPushButton::clicked, this, &frmCompany::SaveEntry);
+    connect(m_ui->cmd_New, &QPushButton::clicked, this, &frmCompany::StartNewCompany);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_N), this), &QShortcut::activated, m_ui->cmd_New,
+            &QPushButton::click);
+    connect(new QShortcut(QKeySequence(Qt::Key_F2), this), &QShortcut::activated, m_ui->cmd_Edit,
+            &QPushButton::click);
+    m_ui->cmd_New->setToolTip(QStringLiteral("Ctrl+N"));
+    m_ui->cmd_Edit->setToolTip(QStringLiteral("F2"));
+    m_ui->wdg_Search->Bind(*m_ui->lst_Companies);
+    m_ui->lst_Companies->SetEmptyText(
+        QStringLiteral("No companies yet.\nType a name and a location below, then Save."));
+    m_ui->lbl_Editing->SetFields({m_ui->txt_CompanyName, m_ui->txt_CompanyLocation});
+    MakeRoomForLines(*m_ui->lbl_Editing, 2);
     m_ui->cmd_Undo->Bind(app, {.Whose = [] { return HistoryOf{.Kind = HistoryKind::Companies}; },
                                .IsUsed = [this]() -> RecordIsUsed {
                                    return [this](std::int16_t companyId) {
                                        return IsCurrentCompany(m_app, companyId);
                                    };
                                },
-                               .Reload = [this] { FillList(); }});
+                               .Reload = [this] { FillList(); },
+                               .Say =
+                                   [this](const QString& text) {
+                                       m_said = text;
+                                       ShowHint();
+                                   }});
     FillList();
     ShowCurrentCompany();
     Enable_Button();
@@ -51,6 +70,7 @@ void frmCompany::FillList() {
     ListLines lines;
     FillCompanyList(lines, *companies);
     ShowLines(*m_ui->lst_Companies, lines);
+    m_ui->lst_Companies->Describe({});
     EnableListButtons();
 }
 
@@ -66,7 +86,10 @@ void frmCompany::Enable_Button() {
         !TrimmedText(*m_ui->txt_CompanyName).empty() && !TrimmedText(*m_ui->txt_CompanyLocation).empty();
     m_ui->cmd_Save->setEnabled(canSave);
     m_ui->cmd_Save->setDefault(canSave);
+    m_ui->cmd_New->setEnabled(m_edited || !m_ui->txt_CompanyName->text().isEmpty() ||
+                              !m_ui->txt_CompanyLocation->text().isEmpty());
     EnableListButtons();
+    ShowHint();
 }
 
 void frmCompany::EnableListButtons() {
@@ -85,15 +108,43 @@ std::optional<CompanyRecord> frmCompany::SelectedCompany() {
     return found.front();
 }
 
+void frmCompany::ShowHint() {
+    if (!m_edited) return m_ui->lbl_Editing->Show({.Text = m_said.toStdString()});
+    const std::string name(Trim(m_edited->CompanyName));
+    const bool isOtherName = !IsSameName(ToCodePage(m_ui->txt_CompanyName->text()), name);
+    const std::string which = name + " (" + std::string(Trim(m_edited->CompanyLocation)) + ")";
+    m_ui->lbl_Editing->Show(
+        {.Text = "Save overwrites " + Utf8FromCodePage(which) +
+                 (isOtherName ? ", which gets this name. New starts a new company instead." : "."),
+         .IsDoubtful = isOtherName});
+}
+
 void frmCompany::EditCompany() {
     const std::optional<CompanyRecord> company = SelectedCompany();
     if (!company) return;
+    m_edited = company;
     m_ui->lbl_Id->setText(QString::number(company->CompanyId));
     m_ui->FrameCompany->setTitle(QStringLiteral("Edited company"));
     m_ui->txt_CompanyName->setText(FromCodePage(Trim(company->CompanyName)));
     m_ui->txt_CompanyLocation->setText(FromCodePage(Trim(company->CompanyLocation)));
+    Enable_Button();
     m_ui->txt_CompanyName->setFocus();
     m_ui->txt_CompanyName->selectAll();
+}
+
+void frmCompany::EmptyEntry() {
+    m_edited.reset();
+    m_ui->lbl_Id->clear(); // what is typed next is a new company
+    m_ui->FrameCompany->setTitle(QStringLiteral("New company"));
+    m_ui->txt_CompanyName->clear();
+    m_ui->txt_CompanyLocation->clear();
+    Enable_Button();
+}
+
+void frmCompany::StartNewCompany() {
+    m_said.clear();
+    EmptyEntry();
+    m_ui->txt_CompanyName->setFocus();
 }
 
 void frmCompany::SaveEntry() {
@@ -103,17 +154,17 @@ void frmCompany::SaveEntry() {
         ShowInformation(m_app, NeedsNameAndLocation);
         return;
     }
-    // The boxes are emptied even after a failure. The current company keeps its old name until it is selected
-    // again.
+    // The current company keeps its old name until it is selected again.
     const std::int16_t edited = ParseInt16(m_ui->lbl_Id->text().toStdString()).value_or(0);
     const Done written =
         StoreCompany(m_app, {.CompanyId = edited, .CompanyName = name, .CompanyLocation = location});
-    m_ui->lbl_Id->clear(); // what is typed next is a new company
-    m_ui->FrameCompany->setTitle(QStringLiteral("New company"));
-    m_ui->txt_CompanyName->clear();
-    m_ui->txt_CompanyLocation->clear();
-    // Not listed again after a failure: reading may meet the same fault, which is to be told once.
-    if (!ShowFailure(m_app, written)) FillList();
+    // After a failure what was typed stays, to be saved again. The list does too: reading may meet the same
+    // fault, which is to be told once.
+    if (ShowFailure(m_app, written)) return;
+    m_said =
+        QStringLiteral("Saved %1. Select it to work on it.").arg(FromCodePage(name + " (" + location + ")"));
+    EmptyEntry();
+    FillList();
     m_ui->cmd_Undo->ShowStep();
     m_ui->lst_Companies->setFocus(); // cmd_Save, disabled by now, may have had it
 }

@@ -27,7 +27,12 @@ private:
     void ShowCurrentCompany();
     void Enable_Button();
     void EnableListButtons();
+    /// Which company is edited; otherwise what was done last.
+    void ShowHint();
     void EditCompany();
+    /// Leads out of editing.
+    void StartNewCompany();
+    void EmptyEntry();
     void SaveEntry();
     void Select_Company();
     /// Empty if no line is selected or its company cannot be found.
@@ -35,6 +40,8 @@ private:
 
     AppContext& m_app;
     std::unique_ptr<Ui::frmCompany> m_ui;
+    std::optional<CompanyRecord> m_edited{}; ///< as it was when its editing began
+    QString m_said{};
 };
 
 void ShowCompanies(AppContext& app, QWidget* parent);

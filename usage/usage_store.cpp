@@ -166,31 +166,43 @@ Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId) {
     });
 }
 
-void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageRecord>& records) {
-    list.clear();
+UsageLines ListUsage(AppContext& app, const std::vector<UsageRecord>& records) {
+    UsageLines usage;
     const Result<MaterialIds> materialIds = ReadMaterialIds(app);
-    if (ShowFailure(app, materialIds)) return; // no line could name its material
-    list.reserve(records.size());
+    if (ShowFailure(app, materialIds)) return usage; // no line could name its material
+    usage.Lines.reserve(records.size());
+    usage.Records.reserve(records.size());
     bool hasShownFailure = false;
-    for (const UsageRecord& usage : records) {
-        if (!usage.Active) continue;
-        if (const std::optional<std::string>& material = (*materialIds)[usage.MaterialId]) {
-            std::string& line = list.emplace_back(ListLine{{}, usage.UsageId}).Text;
-            line.reserve(material->size() + usage.Period.size() + 3);
-            line += *material;
-            line += " (";
-            line += Trim(usage.Period);
-            line += ')';
-        } else if (!list.empty()) {
+    for (std::size_t place = 0; place < records.size(); ++place) {
+        const UsageRecord& record = records[place];
+        if (!record.Active) continue;
+        if (const std::optional<std::string>& material = (*materialIds)[record.MaterialId]) {
+            std::string& line = usage.Lines.emplace_back(ListLine{{}, record.UsageId}).Text;
+            line.reserve(material->size() + record.Period.size() + 3);
+            AppendAll(line, *material, " (", Trim(record.Period), ")");
+            usage.Records.push_back(place);
+        } else if (!usage.Lines.empty()) {
             // On purpose: the line before it is the only way to a record whose material is gone.
-            list.back().ItemData = usage.UsageId;
+            usage.Lines.back().ItemData = record.UsageId;
         } else if (!hasShownFailure) {
             ShowError(app,
-                      {.Doing = "list usage record " + std::to_string(usage.UsageId),
-                       .Reason = "its material " + std::to_string(usage.MaterialId) + " does not exist"});
+                      {.Doing = "list usage record " + std::to_string(record.UsageId),
+                       .Reason = "its material " + std::to_string(record.MaterialId) + " does not exist"});
             hasShownFailure = true;
         }
     }
+    return usage;
+}
+
+void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageRecord>& records) {
+    list = ListUsage(app, records).Lines;
+}
+
+std::string QuantityInWords(const UsageRecord& usage) {
+    const std::string quantity = NumberText(usage.Quantity);
+    if (usage.Unit == UnitMgal) return quantity + " Mgal";
+    return usage.Unit == UnitLbs ? quantity + " lbs"
+                                 : quantity + " (unit " + std::to_string(usage.Unit) + ')';
 }
 
 void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records) {

@@ -60,6 +60,16 @@ Result<bool> IsMaterialUsed(const DataFiles& data, std::int16_t materialId);
 /// before it, that is a failure, shown once.
 void FillUsageList(AppContext& app, ListLines& list, const std::vector<UsageRecord>& records);
 
+/// The same lines, with the record that each one's text is of: its index in `records`.
+struct UsageLines {
+    ListLines Lines{};
+    std::vector<std::size_t> Records{};
+};
+UsageLines ListUsage(AppContext& app, const std::vector<UsageRecord>& records);
+
+/// "402 lbs", "0.5 Mgal": as it was entered, whatever the number of digits.
+std::string QuantityInWords(const UsageRecord& usage);
+
 /// The distinct years of the live records in order of appearance. Item data: the year, 0 if not a number.
 void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records);
 

@@ -102,7 +102,7 @@ private slots:
         Named<QPushButton>(window, "cmd_Save").click();
         QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
         QCOMPARE(Named<QListWidget>(window, "lst_Companies").count(), 2);
-        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string());
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string("Acme"));
     }
 
     void Saving_with_only_a_name_shows_the_message_and_writes_nothing() {
@@ -199,6 +199,74 @@ private slots:
         Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
         QTest::keyClick(&window, Qt::Key_Return);
         QCOMPARE(program.App.CurrentCompanyId, std::int16_t(2));
+    }
+
+    void The_window_says_which_company_is_edited_and_New_leads_out() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        QVERIFY(!Named<QPushButton>(window, "cmd_New").isEnabled());
+        Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+        Named<QPushButton>(window, "cmd_Edit").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Editing"),
+                 std::string("Save overwrites Caf\xC3\xA9 Hulls (Nice)."));
+        TypeCompany(window, "", "");
+        TypeCompany(window, "Third Yard", "Port");
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Editing"),
+                 std::string("Save overwrites Caf\xC3\xA9 Hulls (Nice), which gets this name. "
+                             "New starts a new company instead."));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Id"), std::string("2")); // as before
+        Named<QPushButton>(window, "cmd_New").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Editing"), std::string());
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Id"), std::string());
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string());
+        TypeCompany(window, "Third Yard", "Port");
+        Named<QPushButton>(window, "cmd_Save").click();
+        QCOMPARE(program.Companies().size(), std::size_t(3));
+        QCOMPARE(program.Companies()[1].CompanyName, std::string("Caf\xE9 Hulls"));
+    }
+
+    void A_save_is_confirmed() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        TypeCompany(window, "Third Yard", "Port");
+        Named<QPushButton>(window, "cmd_Save").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Editing"),
+                 std::string("Saved Third Yard (Port). Select it to work on it."));
+    }
+
+    void An_edit_that_could_not_be_saved_stays_an_edit() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+        Named<QPushButton>(window, "cmd_Edit").click();
+        std::filesystem::rename(program.DataFile("companies.talvor"), program.DataFile("kept"));
+        std::filesystem::create_directory(program.DataFile("companies.talvor"));
+        TypeCompany(window, "Caf\xC3\xA9 Boats", "Nice");
+        Named<QPushButton>(window, "cmd_Save").click();
+        QCOMPARE(TextOf<QLineEdit>(window, "txt_CompanyName"), std::string("Caf\xC3\xA9 Boats"));
+        std::filesystem::remove(program.DataFile("companies.talvor"));
+        std::filesystem::rename(program.DataFile("kept"), program.DataFile("companies.talvor"));
+        Named<QPushButton>(window, "cmd_Save").click(); // once more
+        QCOMPARE(program.Companies().size(), std::size_t(2));
+        QCOMPARE(program.Companies()[1].CompanyName, std::string("Caf\xE9 Boats"));
+    }
+
+    void The_keys_do_what_they_do_elsewhere() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        auto& list = Named<QListWidget>(window, "lst_Companies");
+        list.setFocus();
+        QTest::keyClick(&list, Qt::Key_F, Qt::ControlModifier);
+        QTest::keyClicks(window.focusWidget(), QStringLiteral("hulls"));
+        QCOMPARE(list.currentRow(), 1);
+        QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+        QTest::keyClick(&list, Qt::Key_F2);
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Id"), std::string("2"));
+        QTest::keyClick(window.focusWidget(), Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Id"), std::string());
+        QCOMPARE(window.focusWidget()->objectName(), QStringLiteral("txt_CompanyName"));
     }
 };
 } // namespace mact

@@ -45,6 +45,7 @@
 #include <QTreeView>
 
 #include <fstream>
+#include <utility>
 
 namespace mact {
 namespace {
@@ -245,6 +246,20 @@ void EditCompany(const QWidget& window) {
     Press(window, "cmd_Edit");
 }
 
+void SearchList(const QWidget& window) {
+    Named<QWidget>(window, "wdg_Search").show();
+    Type(window, "txt_Find", QStringLiteral("PR-1"));
+    Named<QLabel>(window, "lbl_Found").setText(QStringLiteral("in no line"));
+    QCoreApplication::processEvents(); // makes room for it
+}
+
+/// Of a company without records.
+void OpenEmptyList(AppContext& app, QWidget* parent) {
+    const std::int16_t before = std::exchange(app.CurrentCompanyId, std::int16_t{99});
+    ShowMaterialList(app, parent);
+    app.CurrentCompanyId = before;
+}
+
 void TypeGallonsAsMgal(const QWidget& window) {
     Named<QComboBox>(window, "cbo_MaterialId").setCurrentIndex(1);
     Named<QComboBox>(window, "cbo_Unit").setCurrentIndex(0);
@@ -423,6 +438,8 @@ const std::vector<WindowState>& AllWindows() {
         {"frmList_usage",                     ShowUsageList,              AsItOpens           },
         {"frmList_usage_filtered",            ShowUsageList,              FilterUsage         },
         {"frmList_usage_undo",                OpenUsageAfterDelete,       AsItOpens           },
+        {"frmList_search",                    ShowUsageList,              SearchList          },
+        {"frmList_empty",                     OpenEmptyList,              AsItOpens           },
         {"frmCompany_undo",                   OpenCompaniesAfterEdit,     AsItOpens           },
         {"frmMonthSheet",                     OpenMonthSheet,             AsItOpens           },
         {"frmMonthSheet_filled",              OpenMonthSheet,             FillMonthSheet      },

@@ -3,6 +3,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
+#include "dialogs/hint_label.h"
 #include "materials/units.h"
 #include "overview/overview_csv.h"
 #include "overview/state_colours.h"
@@ -28,6 +29,13 @@ QString InOneLine(std::string_view errors) {
         sentences << line;
     }
     return sentences.join(u' ');
+}
+
+QString AsSentence(const std::string& clause) {
+    QString sentence = FromUtf8(clause);
+    if (sentence.isEmpty()) return sentence;
+    sentence.front() = sentence.front().toUpper();
+    return sentence + u'.';
 }
 
 bool IsNumberColumn(int column) {
@@ -59,6 +67,16 @@ bool MonthSheetTable::IsEntry(const QModelIndex& index) const {
 
 QString MonthSheetTable::RemarkOf(int row) const {
     if (row < 0 || row >= rowCount()) return {};
+    const QString fault = FaultOf(row);
+    return fault.isEmpty() && !IsIdRow(row) ? AsSentence(m_sheet.DoubtOf(static_cast<std::size_t>(row)))
+                                            : fault;
+}
+
+bool MonthSheetTable::IsDoubtOnly(int row) const {
+    return row >= 0 && row < rowCount() && FaultOf(row).isEmpty();
+}
+
+QString MonthSheetTable::FaultOf(int row) const {
     if (IsIdRow(row))
         return m_typedId.isEmpty() ? QString() : tr("There is no material with this Material ID.");
     const auto place = static_cast<std::size_t>(row);
@@ -81,9 +99,7 @@ MonthSheetTable::Faults MonthSheetTable::FindFaults() const {
 }
 
 void MonthSheetTable::Refuse(std::size_t row, const std::string& reason) {
-    QString sentence = FromUtf8(reason);
-    if (!sentence.isEmpty()) sentence.front() = sentence.front().toUpper();
-    m_refused[row] = sentence + u'.';
+    m_refused[row] = AsSentence(reason);
     const int place = static_cast<int>(row);
     emit dataChanged(index(place, 0), index(place, ColumnCount - 1));
 }
@@ -195,7 +211,8 @@ QString MonthSheetTable::CellText(int place, int column) const {
 
 QVariant MonthSheetTable::Colour(const QModelIndex& index) const {
     const QPalette palette = QApplication::palette();
-    if (index.column() == Remark) return ColourOf(State::Over, false, palette);
+    if (index.column() == Remark)
+        return IsDoubtOnly(index.row()) ? DoubtColour(palette) : ColourOf(State::Over, false, palette);
     const bool isHint =
         index.column() == MonthBefore || (IsIdRow(index.row()) && index.column() == Description);
     return isHint ? QVariant(palette.color(QPalette::PlaceholderText)) : QVariant();

@@ -42,8 +42,11 @@ public:
     bool IsEntry(const QModelIndex& index) const;
     /// Whether anything would be lost.
     bool IsAnyTyped() const { return !m_typedId.isEmpty() || m_sheet.IsAnyEntered(); }
-    /// What is wrong with the row, in words; empty if nothing is.
+    /// What is wrong with the row, in words; otherwise why it may be a mistake; empty if there is nothing to
+    /// say.
     QString RemarkOf(int row) const;
+    /// Whether the remark is a doubt, with which the row can be saved.
+    bool IsDoubtOnly(int row) const;
     /// The first row with something wrong, and how many there are.
     struct Faults {
         int First = -1; ///< row
@@ -76,6 +79,7 @@ signals:
     void MaterialChosen(int row);
 
 private:
+    QString FaultOf(int row) const;
     QString CellText(int row, int column) const;
     QString IdRowText(int column) const;
     QVariant Colour(const QModelIndex& index) const;

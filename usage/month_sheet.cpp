@@ -6,6 +6,7 @@
 #include "materials/units.h"
 #include "store/steady_reading.h"
 #include "usage/usage_entry.h"
+#include "usage/usage_hint.h"
 #include "usage/usage_store.h"
 
 #include <algorithm>
@@ -218,6 +219,15 @@ UsageEntry MonthSheet::EntryOf(const SheetRow& row) const {
 
 std::string MonthSheet::ErrorsOf(std::size_t row) const {
     return IsEntered(row) ? CheckUsageEntry(EntryOf(m_rows[row])).Text() : std::string();
+}
+
+std::string MonthSheet::DoubtOf(std::size_t row) const {
+    if (!IsEntered(row)) return {};
+    const SheetRow& entered = m_rows[row];
+    const SheetMaterial& material = entered.Material;
+    const std::int16_t present = entered.Present ? entered.Present->UsageId : std::int16_t{0};
+    return DoubtOn(EntryOf(entered), material.Density,
+                   MedianMonth(m_records->Usage(), material.MaterialId, material.Density, present));
 }
 
 std::vector<SheetError> MonthSheet::Errors() const {

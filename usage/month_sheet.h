@@ -102,6 +102,9 @@ public:
     bool IsAnyEntered() const;
     /// Of a row that is entered; empty if nothing is wrong.
     std::string ErrorsOf(std::size_t row) const;
+    /// Of a row that is entered, why it may be a mistake (DoubtOn); empty if nothing speaks for one. Looks
+    /// through all usage, in 0.05 ms at the limit: for rows that are shown.
+    std::string DoubtOf(std::size_t row) const;
     /// Of all rows that are entered, in their order.
     std::vector<SheetError> Errors() const;
     /// The rows that are entered and in which nothing is wrong.

@@ -19,19 +19,6 @@ std::optional<double> MedianOf(std::vector<double>& values) {
     return below + (*middle - below) / 2; // the sum of the two could overflow
 }
 
-std::string DoubtOf(double quantity, double pounds, const UsageEntry& entry,
-                    std::optional<double> medianMonth) {
-    if (quantity < 0) return "a quantity below 0";
-    if (quantity > 0 && pounds == 0) return "gallons weigh nothing, since the material's density is 0";
-    if (!medianMonth || *medianMonth <= 0) return {};
-    const std::string median = ShortGroupedText(*medianMonth) + " lbs, this material's median month";
-    if (pounds > UnusualTimes * *medianMonth)
-        return "over five times " + median +
-               (entry.Unit == UnitMgal ? "; 1 Mgal is 1,000 gallons" : std::string());
-    if (pounds < *medianMonth / UnusualTimes) return "under a fifth of " + median;
-    return {};
-}
-
 } // namespace
 
 std::optional<double> MedianMonth(const std::vector<UsageRecord>& usage, std::int16_t materialId,
@@ -45,12 +32,27 @@ std::optional<double> MedianMonth(const std::vector<UsageRecord>& usage, std::in
     return MedianOf(months);
 }
 
-Hint HintOn(const UsageEntry& entry, double density, std::optional<double> medianMonth) {
+std::string DoubtOn(const UsageEntry& entry, double density, std::optional<double> medianMonth) {
     const std::optional<double> quantity = ParseNumber(Trim(entry.Quantity));
     if (!entry.MaterialId || !entry.Unit || !quantity) return {};
     const Result<double> pounds = ConvertQuantity(*quantity, density, *entry.Unit, UnitLbs);
-    if (!pounds) return {.Text = "too large to be shown in lbs", .IsDoubtful = true};
-    const std::string doubt = DoubtOf(*quantity, *pounds, entry, medianMonth);
+    if (!pounds) return "too large to be shown in lbs";
+    if (*quantity < 0) return "a quantity below 0";
+    if (*quantity > 0 && *pounds == 0) return "gallons weigh nothing, since the material's density is 0";
+    if (!medianMonth || *medianMonth <= 0) return {};
+    const std::string median = ShortGroupedText(*medianMonth) + " lbs, this material's median month";
+    if (*pounds > UnusualTimes * *medianMonth)
+        return "over five times " + median +
+               (entry.Unit == UnitMgal ? "; 1 Mgal is 1,000 gallons" : std::string());
+    return *pounds < *medianMonth / UnusualTimes ? "under a fifth of " + median : std::string();
+}
+
+Hint HintOn(const UsageEntry& entry, double density, std::optional<double> medianMonth) {
+    const std::optional<double> quantity = ParseNumber(Trim(entry.Quantity));
+    if (!entry.MaterialId || !entry.Unit || !quantity) return {};
+    const std::string doubt = DoubtOn(entry, density, medianMonth);
+    const Result<double> pounds = ConvertQuantity(*quantity, density, *entry.Unit, UnitLbs);
+    if (!pounds) return {.Text = doubt, .IsDoubtful = true};
     const std::string text = "= " + ShortGroupedText(*pounds) + " lbs";
     return {.Text = doubt.empty() ? text : text + ": " + doubt, .IsDoubtful = !doubt.empty()};
 }

@@ -1,3 +1,4 @@
+#include "dialogs/hint_label.h"
 #include "lists/frm_list.h"
 #include "lists/frm_month_sheet.h"
 #include "lists/sheet_view.h"
@@ -544,6 +545,24 @@ private slots:
                      std::string("Nothing was saved: something is wrong in 2 rows."));
         }));
         QCOMPARE(program.UsageBytes(), before);
+    }
+
+    void A_doubtful_quantity_is_remarked_in_amber_and_saved_all_the_same() {
+        SheetProgram program;
+        QVERIFY(InSheet(program, [](frmMonthSheet& window) {
+            Type(window, "5\n90"); // GC-2: 90 Mgal after 0.5
+            const QAbstractItemModel& model = *View(window).model();
+            Key(window, Qt::Key_Return);
+            const QString remark = Cell(window, 1, Table::Remark);
+            QVERIFY2(remark.startsWith(QStringLiteral("Over five times")), qPrintable(remark));
+            QVERIFY(
+                remark.endsWith(QStringLiteral("this material's median month; 1 Mgal is 1,000 gallons.")));
+            QCOMPARE(model.data(model.index(1, Table::Remark), Qt::ForegroundRole).value<QColor>(),
+                     DoubtColour(QApplication::palette()));
+            QCOMPARE(Cell(window, 0, Table::Remark), QString());
+            Press(window, "cmd_Save");
+            QCOMPARE(Label(window, "lbl_Saved"), std::string("Saved 2 records of 3/2005."));
+        }));
     }
 
     void A_quantity_without_a_unit_is_not_saved_and_its_unit_is_focused() {

@@ -293,5 +293,21 @@ TEST_F(MonthSheetTest, TheLargestFilesMakeASheetOfTheirOwn) {
     EXPECT_EQ(Save(sheet), 0U);
 }
 
+TEST_F(MonthSheetTest, DoubtsAQuantityFarFromTheMaterialsMedianMonth) {
+    const std::int16_t material = Add("GC-110");
+    Use(material, "1/2005", 400);
+    Use(material, "2/2005", 400);
+    Use(material, "3/2005", 99999); // the record that is being edited
+    MonthSheet sheet = Sheet();
+    EXPECT_EQ(sheet.DoubtOf(0), ""); // it is stored, and nothing else is entered
+    sheet.EnterQuantity(0, "2001");
+    EXPECT_EQ(sheet.DoubtOf(0), "over five times 400 lbs, this material's median month");
+    sheet.EnterQuantity(0, "400");
+    EXPECT_EQ(sheet.DoubtOf(0), "");
+    sheet.EnterQuantity(0, "79");
+    EXPECT_EQ(sheet.DoubtOf(0), "under a fifth of 400 lbs, this material's median month");
+    EXPECT_EQ(sheet.Changes().Changes.size(), std::size_t{1}); // saved all the same
+}
+
 } // namespace
 } // namespace mact

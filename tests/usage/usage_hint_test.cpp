@@ -45,6 +45,13 @@ TEST(MedianMonthTest, RecordsThatAreTooLargeForPoundsAreLeftOut) {
     EXPECT_EQ(MedianMonth({Used(1, 1, 1.5e308), Used(2, 1, 1.7e308)}, 1, 9, 0), 1.6e308); // not their sum
 }
 
+TEST(UsageDoubtTest, IsTheHintWithoutTheQuantity) {
+    EXPECT_EQ(DoubtOn(Entry("80", UnitLbs), 9.1, 402),
+              "under a fifth of 402 lbs, this material's median month");
+    EXPECT_EQ(DoubtOn(Entry("402", UnitLbs), 9.1, 402), "");
+    EXPECT_EQ(DoubtOn(Entry("", UnitLbs), 9.1, 402), "");
+}
+
 TEST(UsageHintTest, ShowsTheQuantityInPounds) {
     const Hint hint = HintOn(Entry("55", UnitMgal), 9.1, {}); // 55,000 gallons of 9.1 lb
     EXPECT_EQ(hint.Text, "= 500,500 lbs");

@@ -10,31 +10,17 @@
 namespace mact {
 namespace {
 
-/// Opens the file if there is one; without one there is nothing to visit.
-template <class Record, class... Types, class Visitor>
-Done VisitSlots(const DataFiles& data, const std::filesystem::path& path,
-                const RecordLayout<Record, Types...>& layout, const Visitor& visit) {
-    const Result<bool> isThere = IsAnythingAt(path);
-    if (!isThere) return isThere.error();
-    if (!*isThere) return Success();
-    Result<RecordFile> file = RecordFile::OpenExisting(data.Files, path, layout.SlotLength());
-    if (!file) return file.error();
-    return file->ForEachSlot([&](std::int16_t number, std::string_view slot) {
-        visit(number, slot);
-        return true;
-    });
-}
-
 Done ReadTypes(const DataFiles& data, std::vector<HapContentRecord>& types) {
-    return VisitSlots(
-        data, HapContentsFile(data), HapContentLayout,
+    return ForEachSlotIfThere(
+        data.Files, HapContentsFile(data), HapContentLayout.SlotLength(),
         [&](std::int16_t, std::string_view slot) { Unpack(HapContentLayout, slot, types.emplace_back()); });
 }
 
 Done ReadLiveMaterials(const DataFiles& data, std::vector<ShopMaterial>& materials) {
     MaterialRecord read;
-    return VisitSlots(
-        data, MaterialsFile(data), MaterialLayout, [&](std::int16_t number, std::string_view slot) {
+    return ForEachSlotIfThere(
+        data.Files, MaterialsFile(data), MaterialLayout.SlotLength(),
+        [&](std::int16_t number, std::string_view slot) {
             UnpackOnly<&MaterialRecord::Active, &MaterialRecord::MaterialId, &MaterialRecord::CustomId,
                        &MaterialRecord::MaterialType, &MaterialRecord::ApplicationMethod,
                        &MaterialRecord::Density, &MaterialRecord::HapContent, &MaterialRecord::EmissionFactor,
@@ -55,15 +41,16 @@ Done ReadLiveMaterials(const DataFiles& data, std::vector<ShopMaterial>& materia
 
 Done ReadLiveUsage(const DataFiles& data, std::vector<ShopUse>& usage) {
     UsageRecord read;
-    return VisitSlots(data, UsageFile(data), UsageLayout, [&](std::int16_t number, std::string_view slot) {
-        Unpack(UsageLayout, slot, read);
-        if (!read.Active) return;
-        usage.push_back({.Record = number,
-                         .MaterialId = read.MaterialId,
-                         .Period = read.Period,
-                         .Quantity = read.Quantity,
-                         .Unit = read.Unit});
-    });
+    return ForEachSlotIfThere(data.Files, UsageFile(data), UsageLayout.SlotLength(),
+                              [&](std::int16_t number, std::string_view slot) {
+                                  Unpack(UsageLayout, slot, read);
+                                  if (!read.Active) return;
+                                  usage.push_back({.Record = number,
+                                                   .MaterialId = read.MaterialId,
+                                                   .Period = read.Period,
+                                                   .Quantity = read.Quantity,
+                                                   .Unit = read.Unit});
+                              });
 }
 
 } // namespace

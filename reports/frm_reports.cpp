@@ -4,20 +4,47 @@
 #include "reports/reports.h"
 #include "reports/ui_frm_reports.h"
 
+#include <algorithm>
+
 namespace mact {
+namespace {
+
+/// Unlike SelectListItem, this also shows a year that the list lacks, as if it had been typed.
+void SelectYear(QComboBox& years, const QString& year) {
+    years.setCurrentIndex(-1);
+    SelectListItem(years, year, false);
+    if (years.currentIndex() < 0) years.setEditText(year);
+}
+
+/// Room for any of its texts, so that nothing moves while a year is typed.
+void MakeRoomForContent(QLabel& content) {
+    int widest = 0;
+    for (const char* text : {"No usage; the newest is MMM 8888", "No usage has been entered yet.",
+                             "No materials have been entered yet.", "Type a year from 1900 to 9999."})
+        widest = std::max(widest, content.fontMetrics().horizontalAdvance(QString::fromLatin1(text)));
+    content.setMinimumWidth(widest + content.fontMetrics().averageCharWidth());
+}
+
+} // namespace
 
 frmReports::frmReports(AppContext& app, QWidget* parent)
-    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()) {
+    : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()), m_usage(ReadPeriodCounts(app)),
+      m_materials(CountMaterials(app)) {
     m_ui->setupUi(this);
     for (const ReportFrame& frame : Frames()) {
         NumberItems(*frame.Month);
         AcceptAnyYear(*frame.Year);
         if (frame.Month != m_ui->cbo_Month) SelectCurrentMonth(frame); // the first starts with all materials
+        MakeRoomForContent(*frame.Content);
+        connect(frame.Month, &QComboBox::currentIndexChanged, this, [this, frame] { ShowContent(frame); });
+        connect(frame.Year, &QComboBox::currentTextChanged, this, [this, frame] { ShowContent(frame); });
+        ShowContent(frame);
         connect(frame.Generate, &QPushButton::clicked, this, [this, frame] { Generate(frame); });
     }
     connect(m_ui->opt_materials_0, &QRadioButton::clicked, this, [this] { ChooseMaterials(true); });
     connect(m_ui->opt_materials_1, &QRadioButton::clicked, this, [this] { ChooseMaterials(false); });
     ChooseMaterials(true);
+    PrepareNewestMonth();
 }
 
 frmReports::~frmReports() = default;
@@ -25,11 +52,16 @@ frmReports::~frmReports() = default;
 std::array<frmReports::ReportFrame, 5> frmReports::Frames() const {
     return {
         {
-         {m_ui->cbo_Month, m_ui->cbo_Year, m_ui->cmd_Generate, GenerateCompliantMaterialsReport},
-         {m_ui->cbo_Month2, m_ui->cbo_Year2, m_ui->cmd_Generate2, GenerateWeightedAverageReport},
-         {m_ui->cbo_Month3, m_ui->cbo_Year3, m_ui->cmd_Generate3, GenerateEmissionAverageReport},
-         {m_ui->cbo_Month4, m_ui->cbo_Year4, m_ui->cmd_Generate4, GenerateAdditionalHapUsageReport},
-         {m_ui->cbo_Month5, m_ui->cbo_Year5, m_ui->cmd_Generate5, GenerateAdditionalHapEmissionReport},
+         {m_ui->cbo_Month, m_ui->cbo_Year, m_ui->lbl_Content, m_ui->cmd_Generate,
+             GenerateCompliantMaterialsReport},
+         {m_ui->cbo_Month2, m_ui->cbo_Year2, m_ui->lbl_Content2, m_ui->cmd_Generate2,
+             GenerateWeightedAverageReport},
+         {m_ui->cbo_Month3, m_ui->cbo_Year3, m_ui->lbl_Content3, m_ui->cmd_Generate3,
+             GenerateEmissionAverageReport},
+         {m_ui->cbo_Month4, m_ui->cbo_Year4, m_ui->lbl_Content4, m_ui->cmd_Generate4,
+             GenerateAdditionalHapUsageReport},
+         {m_ui->cbo_Month5, m_ui->cbo_Year5, m_ui->lbl_Content5, m_ui->cmd_Generate5,
+             GenerateAdditionalHapEmissionReport},
          }
     };
 }
@@ -43,6 +75,40 @@ void frmReports::SelectCurrentMonth(const ReportFrame& frame) {
     SelectListItem(*frame.Year, QString::number(static_cast<int>(today.year())), false);
 }
 
+void frmReports::SelectNewestMonth() {
+    const std::chrono::year_month newest = *m_usage->Newest(); // or the button would be disabled
+    m_ui->opt_materials_1->setChecked(true);
+    ChooseMaterials(false);
+    for (const ReportFrame& frame : Frames()) {
+        SelectListItem(*frame.Month, unsigned{newest.month()});
+        SelectYear(*frame.Year, QString::number(int{newest.year()}));
+    }
+}
+
+void frmReports::PrepareNewestMonth() {
+    const bool hasNewest = m_usage && m_usage->Newest();
+    m_ui->cmd_NewestMonth->setEnabled(hasNewest);
+    m_ui->cmd_NewestMonth->setToolTip(hasNewest ? QStringLiteral("Sets all five reports to ") +
+                                                      FromUtf8(ShortMonthName(*m_usage->Newest()))
+                                                : QStringLiteral("No month has usage"));
+    connect(m_ui->cmd_NewestMonth, &QPushButton::clicked, this, &frmReports::SelectNewestMonth);
+}
+
+bool frmReports::IsForAllMaterials(const ReportFrame& frame) const {
+    return frame.Month == m_ui->cbo_Month && m_ui->opt_materials_0->isChecked();
+}
+
+void frmReports::ShowContent(const ReportFrame& frame) {
+    const std::string content =
+        IsForAllMaterials(frame)
+            ? MaterialsContent(m_materials)
+            : PeriodContent(m_usage, SelectedData(*frame.Month), frame.Year->currentText().toStdString());
+    frame.Content->setText(FromUtf8(content));
+    // So that a screen reader says it with the field, and when it changes.
+    for (QWidget* control : std::initializer_list<QWidget*>{frame.Month, frame.Year, frame.Generate})
+        control->setAccessibleDescription(frame.Content->text());
+}
+
 void frmReports::ChooseMaterials(bool areAllWanted) {
     const ReportFrame frame = Frames().front(); // only this report can do without a month
     frame.Month->setEnabled(!areAllWanted);
@@ -54,13 +120,13 @@ void frmReports::ChooseMaterials(bool areAllWanted) {
     } else {
         SelectCurrentMonth(frame);
     }
+    ShowContent(frame); // even if the month was none before
 }
 
 void frmReports::Generate(const ReportFrame& frame) {
     const BusyCursor cursor;
     ReportPeriod period;
-    const bool isForAll = frame.Month == m_ui->cbo_Month && m_ui->opt_materials_0->isChecked();
-    if (!isForAll) // without a month or year the text is not a period, and the report says so
+    if (!IsForAllMaterials(frame)) // without a month or year the text is not a period, and the report says so
         period.EndText =
             (frame.Month->currentData().toString() + u'/' + frame.Year->currentText()).toStdString();
     frame.Report(m_app, period); // shows its own failures

@@ -54,6 +54,12 @@ std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool i
     return Padded(monthText, isPadded ? 2 : 1) + '/' + Padded(WholeNumberText(int{month->year()}), 4);
 }
 
+std::string ShortMonthName(std::chrono::year_month month) {
+    constexpr std::string_view names = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
+    return std::string(names.substr((unsigned{month.month()} - 1) * 3, 3)) + ' ' +
+           Padded(WholeNumberText(int{month.year()}), 4);
+}
+
 Result<ReportMonths> MonthsOf(const ReportPeriod& period) {
     const Result<std::string> list = BuildPeriodList(period.EndText, period.Months);
     if (!list) return list.error();

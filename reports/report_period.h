@@ -27,6 +27,9 @@ Result<std::string> BuildPeriodList(std::string_view endText, std::int16_t month
 /// MM/YYYY if padded, M/YYYY otherwise; the empty text without a month.
 std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool isPadded);
 
+/// "DEC 2005"
+std::string ShortMonthName(std::chrono::year_month month);
+
 struct ReportMonths {
     std::string List{};  ///< from BuildPeriodList
     std::string Start{}; ///< MM/YYYY

@@ -148,6 +148,22 @@ private:
     std::optional<std::int64_t> m_time{}; ///< when the file had last changed before it
 };
 
+/// Calls `visit` with each slot's number and bytes, in file order. A missing file has none, and is not
+/// created.
+template <class Visitor>
+Done ForEachSlotIfThere(FileAccess& files, const std::filesystem::path& path, std::size_t slotLength,
+                        const Visitor& visit) {
+    const Result<bool> isThere = IsAnythingAt(path);
+    if (!isThere) return isThere.error();
+    if (!*isThere) return Success();
+    Result<RecordFile> file = RecordFile::OpenExisting(files, path, slotLength);
+    if (!file) return file.error();
+    return file->ForEachSlot([&](std::int16_t number, std::string_view slot) {
+        visit(number, slot);
+        return true;
+    });
+}
+
 /// The record in slot `number`; empty if it cannot be read.
 template <class Record, class... Types>
 std::optional<Record> ReadRecordAt(RecordFile& file, const RecordLayout<Record, Types...>& layout,

@@ -38,7 +38,7 @@ class UsageMatcher {
 public:
     UsageMatcher(const UsageFilter& filter, std::optional<MaterialIds> materialIds)
         : m_filter(filter), m_materialIds(std::move(materialIds)),
-          m_periods('|' + UpperCase(filter.Periods.value_or("")) + '|') {}
+          m_periods(PeriodListKey(filter.Periods.value_or(""))) {}
 
     bool Passes(const UsageRecord& usage) {
         if (m_filter.UsageId && usage.UsageId != *m_filter.UsageId) return false;
@@ -62,9 +62,8 @@ private:
         return (!m_filter.Year || IsSameName(pieces.Year, *m_filter.Year)) &&
                (!m_filter.Month || IsSameName(pieces.Month, *m_filter.Month));
     }
-    // The list of a report ends in "|" itself, so an empty period is found in it, on purpose.
     bool IsOfPeriods(const UsageRecord& usage) const {
-        return m_periods.find('|' + ComparisonKey(usage.Period) + '|') != std::string::npos;
+        return m_periods.find(PeriodKey(usage.Period)) != std::string::npos;
     }
 
     const UsageFilter& m_filter;              ///< outlives the matcher
@@ -97,6 +96,15 @@ Result<std::optional<StoredUsage>> MarkAsDeleted(const DataFiles& data, std::int
 }
 
 } // namespace
+
+std::string PeriodKey(std::string_view period) {
+    return '|' + ComparisonKey(period) + '|';
+}
+
+// The list of a report ends in "|" itself, so an empty period is found in it, on purpose.
+std::string PeriodListKey(std::string_view periods) {
+    return '|' + UpperCase(periods) + '|';
+}
 
 PeriodPieces SplitPeriod(std::string_view period) {
     const std::string_view text = Trim(period);

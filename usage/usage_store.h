@@ -73,6 +73,10 @@ std::string QuantityInWords(const UsageRecord& usage);
 /// The distinct years of the live records in order of appearance. Item data: the year, 0 if not a number.
 void FillUsageYears(ListLines& list, const std::vector<UsageRecord>& records);
 
+/// A record belongs to a list of periods (UsageFilter::Periods) if its key occurs in the list's.
+std::string PeriodKey(std::string_view period);
+std::string PeriodListKey(std::string_view periods);
+
 /// The first two pieces of a period between its "/", trimmed; a missing piece is the empty text.
 struct PeriodPieces {
     std::string_view Month;

@@ -1,9 +1,11 @@
 #include "reports/frm_reports.h"
 #include "tests/support/gui.h"
 #include "tests/support/test_program.h"
+#include "usage/usage_store.h"
 
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -32,6 +34,18 @@ QPushButton& GenerateButton(const frmReports& window, int frame) {
 template <class T> QString Words(const frmReports& window, const char* name) {
     return Named<T>(window, name).text().remove(u'&');
 }
+
+QString Content(const frmReports& window, int frame) {
+    return Named<QLabel>(window, qPrintable(Numbered("lbl_Content", frame))).text();
+}
+
+/// Usage of two months; the day is in March 2005.
+struct UsedProgram : TestProgram {
+    UsedProgram() {
+        for (const char* period : {"3/2004", "4/2004", "5/2004"})
+            if (SaveUsage(App, {.MaterialId = 1, .Period = period, .Unit = UnitLbs})) qFatal("Not saved");
+    }
+};
 
 constexpr const char* ReportFiles[] = {"report.htm", "report2.htm", "report3.htm", "report4.htm",
                                        "report5.htm"};
@@ -190,6 +204,84 @@ private slots:
         QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
         QCOMPARE(program.Prompts.Shown[0].Kind, PromptKind::Failure);
         QVERIFY(!program.HasFile(4));
+    }
+
+    void Each_frame_says_what_its_months_hold() {
+        UsedProgram program;
+        const frmReports window(program.App, nullptr);
+        QCOMPARE(Content(window, 1), QStringLiteral("No materials have been entered yet."));
+        for (int frame = 2; frame <= 5; ++frame) {
+            QCOMPARE(Content(window, frame), QStringLiteral("2 records")); // April 2004 to March 2005
+            QCOMPARE(Month(window, frame).accessibleDescription(), QStringLiteral("2 records"));
+            QCOMPARE(Year(window, frame).accessibleDescription(), QStringLiteral("2 records"));
+        }
+    }
+
+    void What_the_months_hold_follows_the_month_and_each_key_in_the_year() {
+        UsedProgram program;
+        const frmReports window(program.App, nullptr);
+        Month(window, 4).setCurrentIndex(3); // April 2005: May 2004 on
+        QCOMPARE(Content(window, 4), QStringLiteral("1 record"));
+        QLineEdit& edit = *Year(window, 4).lineEdit();
+        edit.selectAll();
+        QTest::keyClicks(&edit, QStringLiteral("202"));
+        QCOMPARE(Content(window, 4), QStringLiteral("Type a year from 1900 to 9999."));
+        QTest::keyClicks(&edit, QStringLiteral("6"));
+        QCOMPARE(Content(window, 4), QStringLiteral("No usage; the newest is MAY 2004"));
+        Month(window, 4).setCurrentIndex(-1);
+        QCOMPARE(Content(window, 4), QStringLiteral("Choose a month."));
+        QCOMPARE(Content(window, 3), QStringLiteral("2 records")); // each frame says its own
+    }
+
+    void The_first_frame_counts_materials_or_usage_as_its_report_does() {
+        UsedProgram program;
+        const frmReports window(program.App, nullptr);
+        Named<QRadioButton>(window, "opt_materials_1").click();
+        QCOMPARE(Content(window, 1), QStringLiteral("2 records"));
+        Named<QRadioButton>(window, "opt_materials_0").click();
+        QCOMPARE(Content(window, 1), QStringLiteral("No materials have been entered yet."));
+    }
+
+    void One_button_sets_all_frames_to_the_newest_month_with_usage() {
+        UsedProgram program;
+        program.Calendar.Month = std::chrono::year{2026} / std::chrono::May;
+        const frmReports window(program.App, nullptr);
+        Named<QPushButton>(window, "cmd_NewestMonth").click();
+        QVERIFY(Named<QRadioButton>(window, "opt_materials_1").isChecked());
+        for (int frame = 1; frame <= 5; ++frame) {
+            QVERIFY(Month(window, frame).isEnabled() && Year(window, frame).isEnabled());
+            QCOMPARE(Month(window, frame).currentText(), QStringLiteral("MAY"));
+            QCOMPARE(Year(window, frame).currentText(), QStringLiteral("2004"));
+            QCOMPARE(Content(window, frame), QStringLiteral("3 records"));
+        }
+    }
+
+    void The_newest_month_may_be_of_a_year_that_the_list_lacks() {
+        UsedProgram program;
+        QVERIFY(!SaveUsage(program.App, {.MaterialId = 1, .Period = "2/2026", .Unit = UnitLbs}));
+        const frmReports window(program.App, nullptr);
+        Named<QPushButton>(window, "cmd_NewestMonth").click();
+        QCOMPARE(Year(window, 3).currentText(), QStringLiteral("2026"));
+        QCOMPARE(Year(window, 3).count(), 11);
+        QCOMPARE(Content(window, 3), QStringLiteral("1 record"));
+    }
+
+    void Without_usage_there_is_no_newest_month_and_nothing_is_created() {
+        TestProgram program;
+        const frmReports window(program.App, nullptr);
+        QCOMPARE(Content(window, 2), QStringLiteral("No usage has been entered yet."));
+        QVERIFY(!Named<QPushButton>(window, "cmd_NewestMonth").isEnabled());
+        QVERIFY(!Named<QPushButton>(window, "cmd_NewestMonth").toolTip().isEmpty());
+        QVERIFY(std::filesystem::is_empty(program.DataFile("")));
+    }
+
+    void Usage_that_cannot_be_read_is_said_in_the_window() {
+        TestProgram program;
+        std::filesystem::create_directory(program.DataFile("1_usage.talvor"));
+        const frmReports window(program.App, nullptr);
+        QCOMPARE(Content(window, 5), QStringLiteral("The usage cannot be read."));
+        QVERIFY(!Named<QPushButton>(window, "cmd_NewestMonth").isEnabled());
+        QVERIFY(program.Prompts.Shown.empty());
     }
 
     void Escape_closes() {

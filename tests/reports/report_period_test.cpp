@@ -68,6 +68,11 @@ INSTANTIATE_TEST_SUITE_P(Texts, NoPeriodEndTest,
                                          "3/10000", "3/05", "3.5/2005", "-3/2005", "3/2005/1", "JAN/2005",
                                          "3/20O5", "003/2005", "1e0/2005"));
 
+TEST(ShortMonthNameTest, HasThreeLettersAndTheYear) {
+    EXPECT_EQ(ShortMonthName(std::chrono::year{2005} / 1), "JAN 2005");
+    EXPECT_EQ(ShortMonthName(std::chrono::year{1999} / 12), "DEC 1999");
+}
+
 TEST(FormatMonthYearTest, PadsTheMonthWhenAsked) {
     EXPECT_EQ(FormatMonthYear(year(2008) / 3, true), "03/2008");
     EXPECT_EQ(FormatMonthYear(year(2008) / 3, false), "3/2008");

@@ -1,8 +1,14 @@
 #include "reports/frm_reports.h"
 
+#include "base/failure.h"
+#include "base/files.h"
 #include "dialogs/dialog_routines.h"
+#include "reports/report_publishing.h"
 #include "reports/reports.h"
 #include "reports/ui_frm_reports.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
 
 #include <algorithm>
 
@@ -39,12 +45,17 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
         connect(frame.Month, &QComboBox::currentIndexChanged, this, [this, frame] { ShowContent(frame); });
         connect(frame.Year, &QComboBox::currentTextChanged, this, [this, frame] { ShowContent(frame); });
         ShowContent(frame);
+        for (QObject* field : FieldsOf(frame))
+            field->installEventFilter(this);
         connect(frame.Generate, &QPushButton::clicked, this, [this, frame] { Generate(frame); });
     }
     connect(m_ui->opt_materials_0, &QRadioButton::clicked, this, [this] { ChooseMaterials(true); });
     connect(m_ui->opt_materials_1, &QRadioButton::clicked, this, [this] { ChooseMaterials(false); });
     ChooseMaterials(true);
     PrepareNewestMonth();
+    OfferLastReport(NewestReport(app.ProgramFolder));
+    connect(m_ui->cmd_LastReport, &QPushButton::clicked, this, &frmReports::OpenLastReport);
+    connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 frmReports::~frmReports() = default;
@@ -53,15 +64,15 @@ std::array<frmReports::ReportFrame, 5> frmReports::Frames() const {
     return {
         {
          {m_ui->cbo_Month, m_ui->cbo_Year, m_ui->lbl_Content, m_ui->cmd_Generate,
-             GenerateCompliantMaterialsReport},
+             GenerateCompliantMaterialsReport, CompliantMaterialsFile},
          {m_ui->cbo_Month2, m_ui->cbo_Year2, m_ui->lbl_Content2, m_ui->cmd_Generate2,
-             GenerateWeightedAverageReport},
+             GenerateWeightedAverageReport, WeightedAverageFile},
          {m_ui->cbo_Month3, m_ui->cbo_Year3, m_ui->lbl_Content3, m_ui->cmd_Generate3,
-             GenerateEmissionAverageReport},
+             GenerateEmissionAverageReport, EmissionAverageFile},
          {m_ui->cbo_Month4, m_ui->cbo_Year4, m_ui->lbl_Content4, m_ui->cmd_Generate4,
-             GenerateAdditionalHapUsageReport},
+             GenerateAdditionalHapUsageReport, AdditionalHapUsageFile},
          {m_ui->cbo_Month5, m_ui->cbo_Year5, m_ui->lbl_Content5, m_ui->cmd_Generate5,
-             GenerateAdditionalHapEmissionReport},
+             GenerateAdditionalHapEmissionReport, AdditionalHapEmissionFile},
          }
     };
 }
@@ -129,7 +140,45 @@ void frmReports::Generate(const ReportFrame& frame) {
     if (!IsForAllMaterials(frame)) // without a month or year the text is not a period, and the report says so
         period.EndText =
             (frame.Month->currentData().toString() + u'/' + frame.Year->currentText()).toStdString();
-    frame.Report(m_app, period); // shows its own failures
+    const std::int16_t outcome = frame.Report(m_app, period); // shows its own failures
+    if (outcome == ReportPublished) OfferLastReport(m_app.ProgramFolder / frame.File);
+}
+
+std::array<QObject*, 3> frmReports::FieldsOf(const ReportFrame& frame) {
+    return {frame.Month, frame.Year, frame.Year->lineEdit()};
+}
+
+bool frmReports::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return QDialog::eventFilter(watched, event);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter)
+        return QDialog::eventFilter(watched, event);
+    for (const ReportFrame& frame : Frames())
+        if (std::ranges::count(FieldsOf(frame), watched) > 0 && !key->isAutoRepeat()) frame.Generate->click();
+    return true;
+}
+
+void frmReports::OfferLastReport(std::optional<std::filesystem::path> report) {
+    m_lastReport = std::move(report);
+    m_ui->cmd_LastReport->setEnabled(m_lastReport.has_value());
+    m_ui->cmd_LastReport->setToolTip(m_lastReport ? QString() : QStringLiteral("No report has been made"));
+    m_ui->lbl_LastReport->setText(m_lastReport ? QStringLiteral("Last report: ") + FromPath(*m_lastReport)
+                                               : QString());
+}
+
+void frmReports::OpenLastReport() {
+    const std::filesystem::path report = *m_lastReport; // or the button would be disabled
+    if (!IsFileAt(report)) {
+        OfferLastReport(NewestReport(m_app.ProgramFolder));
+        m_ui->lbl_LastReport->setText(QStringLiteral("This report is no longer there: ") + FromPath(report));
+        return;
+    }
+    const Result<bool> isOpened = OpenInBrowser(m_app, report);
+    if (!isOpened)
+        m_ui->lbl_LastReport->setText(FromUtf8(SentenceOf(isOpened.error())));
+    else if (!*isOpened)
+        m_ui->lbl_LastReport->setText(QStringLiteral("No browser is configured. The report is ") +
+                                      FromPath(report));
 }
 
 void ShowReportsForm(AppContext& app, QWidget* parent) {

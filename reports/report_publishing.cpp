@@ -35,13 +35,33 @@ bool UserWantsEmptyReport(AppContext& app) {
                              PromptKind::Question, PromptButtons::YesNo}) == PromptAnswer::Yes;
 }
 
-void OpenReport(AppContext& app, const std::filesystem::path& page) {
+Result<bool> OpenInBrowser(AppContext& app, const std::filesystem::path& page) {
     const std::string browser = app.Settings.Read(Settings::Browser, Settings::Path);
-    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) { // one that is gone counts as none
-        ShowSavedAs(app, PathText(page));
-        return;
+    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) return false; // one that is gone counts as none
+    return app.Programs.Start(BrowserStart(browser, PathText(page))).transform([](const auto&) {
+        return true;
+    });
+}
+
+void OpenReport(AppContext& app, const std::filesystem::path& page) {
+    const Result<bool> isOpened = OpenInBrowser(app, page);
+    if (!ShowFailure(app, isOpened) && !*isOpened) ShowSavedAs(app, PathText(page));
+}
+
+std::optional<std::filesystem::path> NewestReport(const std::filesystem::path& programFolder) {
+    std::optional<std::filesystem::path> newest;
+    std::filesystem::file_time_type newestTime{};
+    for (const char* name : {CompliantMaterialsFile, WeightedAverageFile, EmissionAverageFile,
+                             AdditionalHapUsageFile, AdditionalHapEmissionFile}) {
+        const std::filesystem::path report = programFolder / name;
+        std::error_code error;
+        if (!std::filesystem::is_regular_file(report, error)) continue;
+        const auto time = std::filesystem::last_write_time(report, error);
+        if (error || (newest && time < newestTime)) continue;
+        newest = report;
+        newestTime = time;
     }
-    ShowFailure(app, app.Programs.Start(BrowserStart(browser, PathText(page))));
+    return newest;
 }
 
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,12 @@ bool UserWantsEmptyReport(AppContext& app);
 /// says where it was saved. Returns ReportPublished or ReportFailed; if the browser does not start, that is
 /// shown, but the report is published. Without a page it shows why there is none and writes nothing.
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html);
+
+/// Opens a page in the configured browser. False without one: then nothing was opened.
+Result<bool> OpenInBrowser(AppContext& app, const std::filesystem::path& page);
+
+/// The report in the program folder that was written last; empty if there is none.
+std::optional<std::filesystem::path> NewestReport(const std::filesystem::path& programFolder);
 
 /// Opens a page that has been written in the configured browser or, without one, says where it was saved. A
 /// browser that does not start is shown.

@@ -22,6 +22,7 @@ void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* pa
         ShowError(app, text.error()); // the window opens all the same, empty
     // One title for all three logs, on purpose.
     window.setWindowTitle(QStringLiteral("Material Import - Error Log"));
+    QObject::connect(controls.cmd_Close, &QPushButton::clicked, &window, &QDialog::reject);
     ShowModally(app, window);
 }
 } // namespace mact

@@ -11,6 +11,8 @@
 #include <QRadioButton>
 #include <QTest>
 
+#include <chrono>
+
 namespace mact {
 namespace {
 
@@ -53,6 +55,20 @@ constexpr const char* ReportFiles[] = {"report.htm", "report2.htm", "report3.htm
 /// A program whose user wants empty reports too.
 struct ReportsProgram : TestProgram {
     ReportsProgram() { Prompts.Answers.assign(10, PromptAnswer::Yes); }
+    /// A browser that can be started.
+    std::filesystem::path SetBrowser() {
+        std::filesystem::path browser = Folder.Path() / "browser";
+        WriteContent(browser, "");
+        Settings.Values[{"BROWSER", "PATH"}] = PathText(browser);
+        return browser;
+    }
+    /// A report as if made that many hours ago.
+    void MakeReport(int frame, int hoursAgo) {
+        WriteContent(ProgramFile(ReportFiles[frame - 1]), "<html></html>");
+        std::filesystem::last_write_time(ProgramFile(ReportFiles[frame - 1]),
+                                         std::filesystem::file_time_type::clock::now() -
+                                             std::chrono::hours(hoursAgo));
+    }
     bool HasFile(int frame) const { return std::filesystem::exists(ProgramFile(ReportFiles[frame - 1])); }
 };
 
@@ -282,6 +298,133 @@ private slots:
         QCOMPARE(Content(window, 5), QStringLiteral("The usage cannot be read."));
         QVERIFY(!Named<QPushButton>(window, "cmd_NewestMonth").isEnabled());
         QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void Enter_in_a_month_or_a_year_generates_the_report_of_its_frame() {
+        for (int frame = 1; frame <= 5; ++frame) {
+            for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+                ReportsProgram program;
+                frmReports window(program.App, nullptr);
+                Named<QRadioButton>(window, "opt_materials_1").click();
+                QTest::keyClick(&Month(window, frame), key);
+                for (int other = 1; other <= 5; ++other)
+                    QCOMPARE(program.HasFile(other), other == frame);
+                QVERIFY(std::filesystem::remove(program.ProgramFile(ReportFiles[frame - 1])));
+                QTest::keyClick(&Year(window, frame), key);
+                QVERIFY(program.HasFile(frame));
+            }
+        }
+    }
+
+    void Enter_takes_the_year_as_typed_and_counts_once() {
+        ReportsProgram program;
+        program.SetBrowser();
+        frmReports window(program.App, nullptr);
+        QLineEdit& edit = *Year(window, 2).lineEdit();
+        edit.selectAll();
+        QTest::keyClicks(&edit, QStringLiteral("2026"));
+        QTest::keyClick(&Year(window, 2), Qt::Key_Return);
+        QVERIFY(ContentOf(program.ProgramFile("report2.htm")).find("03/2026") != std::string::npos);
+        QCOMPARE(program.Programs.Started.size(), std::size_t(1));
+    }
+
+    void Enter_held_down_generates_no_more_reports() {
+        ReportsProgram program;
+        frmReports window(program.App, nullptr);
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(&Month(window, 3), &repeated);
+        QVERIFY(!program.HasFile(3));
+    }
+
+    void Without_a_report_there_is_none_to_show() {
+        ReportsProgram program;
+        const frmReports window(program.App, nullptr);
+        const auto& button = Named<QPushButton>(window, "cmd_LastReport");
+        QVERIFY(!button.isEnabled());
+        QCOMPARE(button.toolTip(), QStringLiteral("No report has been made"));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_LastReport"), std::string());
+    }
+
+    void Show_last_report_opens_the_one_just_generated_and_makes_none() {
+        ReportsProgram program;
+        const std::filesystem::path browser = program.SetBrowser();
+        program.MakeReport(5, -1); // later than any that is made now
+        const frmReports window(program.App, nullptr);
+        GenerateButton(window, 2).click();
+        const std::string page = ContentOf(program.ProgramFile("report2.htm"));
+        Named<QPushButton>(window, "cmd_LastReport").click();
+        QCOMPARE(program.Programs.Started.size(), std::size_t(2));
+        QCOMPARE(program.Programs.Started[1].Program, browser);
+        QCOMPARE(program.Programs.Started[1].CommandLine, program.Programs.Started[0].CommandLine);
+        QCOMPARE(ContentOf(program.ProgramFile("report2.htm")), page);
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void Show_last_report_opens_the_newest_of_an_earlier_run() {
+        ReportsProgram program;
+        program.SetBrowser();
+        program.MakeReport(1, 3);
+        program.MakeReport(3, 1);
+        program.MakeReport(5, 2);
+        const frmReports window(program.App, nullptr);
+        Named<QPushButton>(window, "cmd_LastReport").click();
+        QCOMPARE(program.Programs.Started.size(), std::size_t(1));
+        QVERIFY(program.Programs.Started[0].CommandLine.ends_with("report3.htm"));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_LastReport"),
+                 "Last report: " + PathText(program.ProgramFile("report3.htm")));
+    }
+
+    void A_report_that_was_declined_is_not_the_last() {
+        TestProgram program; // whose user wants no empty reports
+        const frmReports window(program.App, nullptr);
+        GenerateButton(window, 1).click();
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1)); // the question
+        QVERIFY(!Named<QPushButton>(window, "cmd_LastReport").isEnabled());
+    }
+
+    void Without_a_browser_the_window_says_where_the_last_report_is() {
+        ReportsProgram program;
+        program.MakeReport(4, 1);
+        const frmReports window(program.App, nullptr);
+        Named<QPushButton>(window, "cmd_LastReport").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_LastReport"),
+                 "No browser is configured. The report is " + PathText(program.ProgramFile("report4.htm")));
+        QVERIFY(program.Prompts.Shown.empty());
+        QVERIFY(program.Programs.Started.empty());
+    }
+
+    void A_browser_that_does_not_start_is_said_in_the_window() {
+        ReportsProgram program;
+        program.SetBrowser();
+        program.Programs.FailsWith = Failure{.Doing = "start the program", .Reason = "Permission denied"};
+        program.MakeReport(4, 1);
+        const frmReports window(program.App, nullptr);
+        Named<QPushButton>(window, "cmd_LastReport").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_LastReport"),
+                 std::string("Cannot start the program: Permission denied."));
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void A_last_report_that_is_gone_is_not_opened() {
+        ReportsProgram program;
+        program.SetBrowser();
+        program.MakeReport(4, 1);
+        const frmReports window(program.App, nullptr);
+        std::filesystem::remove(program.ProgramFile("report4.htm"));
+        Named<QPushButton>(window, "cmd_LastReport").click();
+        QVERIFY(program.Programs.Started.empty());
+        QCOMPARE(TextOf<QLabel>(window, "lbl_LastReport"),
+                 "This report is no longer there: " + PathText(program.ProgramFile("report4.htm")));
+        QVERIFY(!Named<QPushButton>(window, "cmd_LastReport").isEnabled());
+    }
+
+    void Close_closes() {
+        TestProgram program;
+        InNextModal<frmReports>([](frmReports& window) {
+            Named<QPushButton>(window, "cmd_Close").click();
+            QVERIFY(!window.isVisible());
+        });
+        ShowReportsForm(program.App, nullptr);
     }
 
     void Escape_closes() {

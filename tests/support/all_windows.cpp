@@ -318,6 +318,24 @@ void ChooseMonths(const QWidget& window) {
     Press(window, "opt_materials_1");
 }
 
+/// After an earlier run.
+void OpenReportsWithLast(AppContext& app, QWidget* parent) {
+    const std::filesystem::path report = app.ProgramFolder / "report2.htm";
+    std::ofstream(report) << "<html></html>";
+    ShowReportsForm(app, parent);
+    std::error_code ignored;
+    std::filesystem::remove(report, ignored);
+}
+
+/// Without a browser, and with months that hold nothing.
+void ShowLastReport(const QWidget& window) {
+    Press(window, "opt_materials_1");
+    for (const char* name : {"cbo_Year", "cbo_Year3"})
+        Named<QComboBox>(window, name).setCurrentIndex(0);
+    Named<QComboBox>(window, "cbo_Year4").setEditText(QStringLiteral("202"));
+    Press(window, "cmd_LastReport");
+}
+
 /// With the statements at its foot.
 void SelectWorstRow(const QWidget& window) {
     Named<QTableView>(window, "tbl_Rows").selectRow(0);
@@ -467,6 +485,7 @@ const std::vector<WindowState>& AllWindows() {
         {"frmRestore_done",                   OpenRestore,                RestoreASet       },
         {"frmReports",                        ShowReportsForm,            AsItOpens         },
         {"frmReports_month",                  ShowReportsForm,            ChooseMonths      },
+        {"frmReports_last",                   OpenReportsWithLast,        ShowLastReport    },
         {"frmOverview",                       ShowOverview,               AsItOpens         },
         {"frmOverview_row",                   ShowOverview,               SelectWorstRow    },
         {"frmOverviewOptions",                OpenOverviewOptions,        AsItOpens         },

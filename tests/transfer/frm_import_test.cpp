@@ -1,6 +1,7 @@
 #include "materials/material_store.h"
 #include "tests/support/gui.h"
 #include "tests/support/test_program.h"
+#include "transfer/frm_error_log.h"
 #include "transfer/frm_import.h"
 
 #include <QLabel>
@@ -143,6 +144,20 @@ private slots:
         Named<QPushButton>(window, "cmd_ViewErrors").click();
         QCOMPARE(log, QStringLiteral("caf\u00E9|b    ***** Invalid number of delimited fields ******\n"));
         QCOMPARE(title, QStringLiteral("Material Import - Error Log"));
+    }
+
+    void The_error_log_has_a_button_that_closes_it() {
+        TestProgram program;
+        WriteContent(ImportErrorLog(program.App, TransferModule::Materials), "a line\r\n");
+        InNextModal<QDialog>([&](QDialog& viewer) {
+            QApplication::setActiveWindow(&viewer);
+            QVERIFY(Named<QPlainTextEdit>(viewer, "txt_Errors").hasFocus()); // for the arrow keys
+            QVERIFY(Named<QPushButton>(viewer, "cmd_Close").isDefault());
+            Named<QPushButton>(viewer, "cmd_Close").click();
+            QVERIFY(!viewer.isVisible());
+        });
+        ShowErrorLog(program.App, ImportErrorLog(program.App, TransferModule::Materials), nullptr);
+        QVERIFY(program.Prompts.Shown.empty());
     }
 
     void A_second_start_is_refused_while_it_works() {

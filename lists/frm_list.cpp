@@ -43,6 +43,7 @@ constexpr const char* EmptyFilter = "The filter lets no record pass.\nReset show
 frmList::frmList(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmList>()) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     SelectByKeys(*m_ui->lst_Main);
     connect(m_ui->lst_Main, &QListWidget::itemSelectionChanged, this, &frmList::SetButtons);
     connect(m_ui->lst_Main, &QListWidget::itemClicked, this, &frmList::SetButtons);

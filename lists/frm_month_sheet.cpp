@@ -35,6 +35,7 @@ frmMonthSheet::frmMonthSheet(AppContext& app, SheetRecords records, QWidget* par
       m_table(MonthSheet(*m_records, FirstSheetMonth(*m_records, app.Calendar.CurrentMonth()))),
       m_ui(std::make_unique<Ui::frmMonthSheet>()) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     NumberItems(*m_ui->cbo_Month);
     AcceptAnyYear(*m_ui->cbo_Year);
     m_changed.setObjectName(QStringLiteral("tmr_Changed"));

@@ -36,6 +36,7 @@ frmMaterial::frmMaterial(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmMaterial>()),
       m_pollutants(std::make_unique<frmOtherPollutants>(app, this)) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     setWindowTitle(QString::fromLatin1(MaterialTexts::NewCaption));
     m_ui->lbl_Id->hide();     // the number of the material that is edited
     m_ui->lbl_result->hide(); // what Outcome reads

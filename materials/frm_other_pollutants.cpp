@@ -11,6 +11,7 @@ namespace mact {
 frmOtherPollutants::frmOtherPollutants(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmOtherPollutants>()) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     m_rows = {
         {{m_ui->lbl_number_0, m_ui->lbl_poll_0, m_ui->txt_pollcontent_0, m_ui->txt_pollEFactor_0},
          {m_ui->lbl_number_1, m_ui->lbl_poll_1, m_ui->txt_pollcontent_1, m_ui->txt_pollEFactor_1},

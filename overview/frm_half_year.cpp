@@ -51,6 +51,7 @@ frmHalfYear::frmHalfYear(AppContext& app, const ShopFigures& shop, MonthNumber m
     : QDialog(parent), m_app(app), m_shop(shop), m_ui(std::make_unique<Ui::frmHalfYear>()),
       m_lines(std::make_unique<DifferenceLines>()) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     AcceptAnyYear(*m_ui->cbo_Year);
     SelectByKeys(*m_ui->lst_Packs);
     m_ui->tbl_Differences->setModel(m_lines.get());

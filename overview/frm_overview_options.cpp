@@ -35,6 +35,7 @@ frmOverviewOptions::frmOverviewOptions(AppContext& app, OverviewOptions options,
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmOverviewOptions>()),
       m_options(std::move(options)) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     AcceptAnyYear(*m_ui->cbo_StartYear);
     for (QComboBox* box : OptionBoxes())
         for (const auto& choice : Choices)
@@ -90,9 +91,9 @@ void frmOverviewOptions::SizeToTexts() {
     const QWidget& form = *m_ui->wid_Form;
     QScrollArea& scroll = *m_ui->scroll_Form;
     const QMargins margins = layout()->contentsMargins();
-    const QSize around(margins.left() + margins.right(), margins.top() + margins.bottom() +
-                                                             layout()->spacing() +
-                                                             m_ui->layout_Buttons->sizeHint().height());
+    const QSize around(margins.left() + margins.right(),
+                       margins.top() + m_ui->lbl_Company->sizeHint().height() + 2 * layout()->spacing() +
+                           m_ui->layout_Buttons->sizeHint().height() + margins.bottom());
     const QSize room = screen()->availableSize() - around;
     const int leastWidth = form.minimumSizeHint().width();
     scroll.setMinimumWidth(

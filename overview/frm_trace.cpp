@@ -48,6 +48,7 @@ frmTrace::frmTrace(AppContext& app, const ShopFigures& shop, const MonthFigures&
       m_findings(FindingsOfLines(CountUntrusted(shop, figures))), m_ui(std::make_unique<Ui::frmTrace>()),
       m_model(new TraceModel(this)) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     QTreeView& tree = *m_ui->tre_Parts;
     tree.setModel(m_model);
     tree.header()->setStretchLastSection(false);

@@ -65,13 +65,14 @@ QString StateCell(const Verdict& verdict, int months) {
 
 } // namespace
 
-frmWhatIf::frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, MonthNumber monthEnd,
-                     QWidget* parent)
+frmWhatIf::frmWhatIf(const AppContext& app, const ShopRecords& shop, const OverviewOptions& options,
+                     MonthNumber monthEnd, QWidget* parent)
     : QDialog(parent), m_shop(shop, options.Start), m_start(options.Start),
       m_first(std::max(monthEnd - WindowMonths + 1, FirstMonthEnd)), m_last(monthEnd),
       m_newest(m_shop.At(monthEnd)), m_untrusted(CountUntrusted(m_shop, m_newest)),
       m_ui(std::make_unique<Ui::frmWhatIf>()) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     m_steps.setObjectName(QStringLiteral("tmr_Steps"));
     AcceptCodePageText(*m_ui->txt_Number);
     NumberItems(*m_ui->cbo_FromMonth);
@@ -383,7 +384,7 @@ void frmWhatIf::ShowBreakEven() {
 
 void ShowWhatIf(AppContext& app, const ShopRecords& shop, const OverviewOptions& options,
                 MonthNumber monthEnd, QWidget* parent) {
-    frmWhatIf window(shop, options, monthEnd, parent);
+    frmWhatIf window(app, shop, options, monthEnd, parent);
     ShowModally(app, window);
 }
 } // namespace mact

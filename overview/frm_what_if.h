@@ -26,7 +26,8 @@ class frmWhatIf : public QDialog {
 
 public:
     /// `shop` outlives the window.
-    frmWhatIf(const ShopRecords& shop, const OverviewOptions& options, MonthNumber monthEnd, QWidget* parent);
+    frmWhatIf(const AppContext& app, const ShopRecords& shop, const OverviewOptions& options,
+              MonthNumber monthEnd, QWidget* parent);
     ~frmWhatIf() override;
 
 private:

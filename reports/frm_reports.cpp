@@ -37,6 +37,7 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmReports>()), m_usage(ReadPeriodCounts(app)),
       m_materials(CountMaterials(app)) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     for (const ReportFrame& frame : Frames()) {
         NumberItems(*frame.Month);
         AcceptAnyYear(*frame.Year);

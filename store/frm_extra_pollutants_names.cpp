@@ -11,6 +11,7 @@ namespace mact {
 frmExtraPollutantsNames::frmExtraPollutantsNames(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExtraPollutantsNames>()) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     for (QLineEdit* box : Boxes())
         AcceptCodePageText(*box);
     connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmExtraPollutantsNames::SaveNames);

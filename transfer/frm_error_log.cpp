@@ -14,6 +14,7 @@ void ShowErrorLog(AppContext& app, const std::filesystem::path& log, QWidget* pa
     QDialog window(parent);
     Ui::frmErrorLog controls;
     controls.setupUi(&window);
+    ShowCompany(*controls.lbl_Company, app);
     controls.txt_Errors->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     const Result<std::string> text = ReadErrorLog(app.Files, log);
     if (text)

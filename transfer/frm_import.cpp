@@ -29,6 +29,7 @@ void KeepPlace(QWidget& control) {
 frmImport::frmImport(AppContext& app, TransferModule module, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmImport>()) {
     m_ui->setupUi(this);
+    ShowCompany(*m_ui->lbl_Company, app);
     m_ui->lbl_Module->hide(); // holds the module's number, which Module reads back
     m_ui->lbl_Module->setNum(static_cast<int>(module));
     m_ui->lbl_status->setText(QStringLiteral("Idle"));

@@ -1,3 +1,4 @@
+#include "dialogs/dialog_routines.h"
 #include "dialogs/elided_label.h"
 #include "dialogs/link_label.h"
 #include "tests/support/all_windows.h"
@@ -308,6 +309,22 @@ private slots:
                 QTest::keyClick(button, Qt::Key_Enter, Qt::KeypadModifier);
                 QCOMPARE(pressed, QStringList({button->objectName(), button->objectName()}));
             }
+        });
+    }
+
+    void Every_window_with_data_of_a_company_names_it_data() { EachWindow(); }
+    void Every_window_with_data_of_a_company_names_it() {
+        InThisWindow([this](const QWidget& window) {
+            // Of all companies, or of none. Configuration and its restore are of the program.
+            static const QStringList ofNone{"frmAbout",  "frm_EmissionFactorHelp", "frmOverviewHelp",
+                                            "frmConfig", "frmMaterialTypes",       "frmRestore"};
+            if (ofNone.contains(window.objectName()) || m_shop.App.CurrentCompanyId == 0) return;
+            QStringList texts;
+            for (const auto* label : VisibleIn<QLabel>(window))
+                texts << label->text();
+            const QString company = FromCodePage(m_shop.App.CurrentCompanyName);
+            QVERIFY(!company.isEmpty());
+            QVERIFY2(!texts.filter(company).isEmpty(), qPrintable(texts.join(u'|')));
         });
     }
 

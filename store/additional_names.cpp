@@ -30,6 +30,57 @@ std::string_view TakeValue(std::string_view& text) {
     return Trim(value);
 }
 
+constexpr std::string_view LineEnd = "\r\n";
+
+/// Not in quotes, so a comma in a name divides the line when it is read.
+std::string FileOf(const PollutantNames& names) {
+    std::string file = names.front();
+    for (std::size_t index = 1; index < names.size(); ++index)
+        AppendAll(file, "|", names[index]);
+    file += LineEnd;
+    return file;
+}
+
+bool AreSameNames(std::string_view line, const PollutantNames& names) {
+    return AreSix(line) && std::ranges::equal(Split(line, '|'), names, {}, Trim,
+                                              [](const std::string& name) { return Trim(name); });
+}
+
+std::size_t CountNames(std::string_view line) {
+    return line.empty() ? 0 : Split(line, '|').size();
+}
+
+/// Short enough for six of them to be read at a glance.
+std::string Shown(std::string_view name) {
+    constexpr std::size_t longest = 40;
+    const std::size_t end = name.find(LineEnd); // is within a value whose quote is never closed
+    std::string shown = Utf8FromCodePage(name.substr(0, std::min(end, longest)));
+    if (end > longest && name.size() > longest) shown += "...";
+    if (end != std::string_view::npos) shown += "<line break>";
+    return shown;
+}
+
+std::string InQuotes(std::string_view line) {
+    std::string text;
+    for (const std::string_view name : Split(line, '|'))
+        AppendAll(text, text.empty() ? "\"" : ", \"", Shown(Trim(name)), "\"");
+    return text;
+}
+
+void AddCause(std::string& causes, std::string_view cause) {
+    AppendAll(causes, causes.empty() ? "" : " and ", cause);
+}
+
+/// Whether a quote begins a value: the first one, or one after a comma.
+bool HasLeadingQuote(std::string_view line) {
+    for (std::size_t quote = line.find('"'); quote != std::string_view::npos;
+         quote = line.find('"', quote + 1)) {
+        const std::string_view before = TrimEnd(line.substr(0, quote));
+        if (before.empty() || before.ends_with(',')) return true;
+    }
+    return false;
+}
+
 } // namespace
 
 // Only the last value, on purpose: of names with a comma only the end survives.
@@ -75,11 +126,23 @@ void LoadAdditionalNames(AppContext& app) {
 }
 
 Done SaveAdditionalNames(const DataFiles& data, const PollutantNames& names) {
-    std::string line = names.front();
-    for (std::size_t index = 1; index < names.size(); ++index)
-        line += '|' + names[index];
-    // Not in quotes, so a comma in a name divides the line when it is read.
-    return ReplaceFile(data.Files, AdditionalNamesFile(data), line + "\r\n");
+    return ReplaceFile(data.Files, AdditionalNamesFile(data), FileOf(names));
+}
+
+std::string WhatIsReadBack(const PollutantNames& names) {
+    const std::string file = FileOf(names);
+    const std::string_view line = LastCommaSeparatedValue(file);
+    if (AreSameNames(line, names)) return {};
+    std::string text = AreSix(line) ? "These names will be read back as " + InQuotes(line) + '.'
+                                    : "None of these names will be read back: the file would hold " +
+                                          Counted(CountNames(line), "name") + ", and six are needed.";
+    const std::string_view all = std::string_view(file).substr(0, file.size() - LineEnd.size());
+    std::string causes;
+    if (all.find(',') != std::string_view::npos) AddCause(causes, "commas");
+    if (std::ranges::any_of(names, [](const auto& name) { return name.find('|') != std::string::npos; }))
+        AddCause(causes, "\"|\"");
+    if (HasLeadingQuote(all)) AddCause(causes, "a quotation mark in front");
+    return text + " Avoid " + causes + '.'; // one of them there is: nothing else changes a line
 }
 
 bool AreSix(std::string_view names) {

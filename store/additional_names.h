@@ -30,6 +30,10 @@ void LoadAdditionalNames(AppContext& app);
 /// Writes the names as given, for the next load; the context keeps those it has.
 Done SaveAdditionalNames(const DataFiles& data, const PollutantNames& names);
 
+/// What the next load would make of the names, in a sentence or two; empty if it is the same six names.
+/// Blanks around a name do not count. UTF-8.
+std::string WhatIsReadBack(const PollutantNames& names);
+
 /// Whether the names are exactly six.
 bool AreSix(std::string_view names);
 

@@ -6,14 +6,19 @@
 #include "store/additional_names.h"
 #include "store/ui_frm_extra_pollutants_names.h"
 
+#include <algorithm>
+
 namespace mact {
 
 frmExtraPollutantsNames::frmExtraPollutantsNames(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExtraPollutantsNames>()) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
-    for (QLineEdit* box : Boxes())
+    MakeRoomForLines(*m_ui->lbl_ReadBack, 3); // so that the window stays while a name is typed
+    for (QLineEdit* box : Boxes()) {
         AcceptCodePageText(*box);
+        connect(box, &QLineEdit::textChanged, this, &frmExtraPollutantsNames::ShowReadBack);
+    }
     connect(m_ui->cmd_OK, &QPushButton::clicked, this, &frmExtraPollutantsNames::SaveNames);
     connect(m_ui->cmd_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 
@@ -32,6 +37,18 @@ frmExtraPollutantsNames::~frmExtraPollutantsNames() = default;
 std::array<QLineEdit*, 6> frmExtraPollutantsNames::Boxes() const {
     return {m_ui->txt_pname_0, m_ui->txt_pname_1, m_ui->txt_pname_2,
             m_ui->txt_pname_3, m_ui->txt_pname_4, m_ui->txt_pname_5};
+}
+
+void frmExtraPollutantsNames::ShowReadBack() {
+    PollutantNames names;
+    std::ranges::transform(Boxes(), names.begin(),
+                           [](const QLineEdit* box) { return ToCodePage(box->text()); });
+    const QString text = FromUtf8(WhatIsReadBack(names));
+    if (text == m_ui->lbl_ReadBack->text()) return;
+    m_ui->lbl_ReadBack->setText(text);
+    for (QLineEdit* box : Boxes())
+        box->setAccessibleDescription(text); // tells screen readers of the change, too
+    if (isVisible()) LimitToTexts(*this);
 }
 
 void frmExtraPollutantsNames::SaveNames() {

@@ -25,6 +25,8 @@ public:
 
 private:
     std::array<QLineEdit*, 6> Boxes() const;
+    /// Says what becomes of the names once saved, if that is not what was typed. It stops no save.
+    void ShowReadBack();
     void SaveNames();
 
     AppContext& m_app;

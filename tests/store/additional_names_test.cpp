@@ -1,4 +1,6 @@
 #include "store/additional_names.h"
+
+#include "base/text.h"
 #include "tests/support/test_program.h"
 
 #include <gtest/gtest.h>
@@ -106,5 +108,72 @@ TEST(IsUsedNameTest, ADashWithBlanksAroundIsUnused) {
     EXPECT_TRUE(IsUsedName(""));
 }
 
+struct ReadBackCase {
+    const char* Name;
+    PollutantNames Names;
+    const char* Text;
+};
+const ReadBackCase ReadBackCases[] = {
+    {"Plain",                  {"MMA", "Styrene", "-", "-", "-", "-"},    ""                                },
+    {"BlanksAround",           {" MMA ", "Styrene", "-", "-", "-", "- "}, ""                                },
+    {"QuoteWithin",            {"MMA", "\"S\"", "a\"b", "-", "-", "-"},   ""                                },
+    {"Empty",                  {"", "", "", "", "", ""},                  ""                                },
+    {"Comma",
+     {"1,3-Butadiene", "MMA", "-", "-", "-", "-"},
+     "These names will be read back as \"3-Butadiene\", \"MMA\", \"-\", \"-\", \"-\", \"-\". Avoid commas." },
+    {"CommaBehindTheFirst",
+     {"MMA", "1,3-Butadiene", "-", "-", "-", "-"},
+     "None of these names will be read back: the file would hold 5 names, and six are needed. Avoid commas."},
+    {"CommaInTheLast",
+     {"a", "b", "c", "d", "e", "f,g"},
+     "None of these names will be read back: the file would hold 1 name, and six are needed. Avoid commas." },
+    {"CommaAtTheEnd",
+     {"a", "b", "c", "d", "e", "f,"},
+     "None of these names will be read back: the file would hold 0 names, and six are needed. Avoid commas."},
+    {"Bar",
+     {"a|b", "c", "d", "e", "f", "g"},
+     "None of these names will be read back: the file would hold 7 names, and six are needed. Avoid \"|\"." },
+    {"LeadingQuote",
+     {"\"MMA\"", "Styrene", "-", "-", "-", "-"},
+     "None of these names will be read back: the file would hold 1 name, and six are needed. Avoid a "
+     "quotation "
+     "mark in front."                                                                                       },
+    {"QuoteThatIsNeverClosed",
+     {"\"MMA", "Styrene", "-", "-", "-", "-"},
+     "These names will be read back as \"MMA\", \"Styrene\", \"-\", \"-\", \"-\", \"-<line break>\". Avoid a "
+     "quotation mark in front."                                                                             },
+    {"AllOfThem",
+     {"a", "b|c", "d, \"e", "f", "g", "h"},
+     "None of these names will be read back: the file would hold 4 names, and six are needed. Avoid commas "
+     "and "
+     "\"|\" and a quotation mark in front."                                                                 },
+};
+class ReadBackTest : public testing::TestWithParam<ReadBackCase> {};
+
+TEST_P(ReadBackTest, SaysWhatTheNextLoadMakesOfTheNames) {
+    EXPECT_EQ(WhatIsReadBack(GetParam().Names), GetParam().Text);
+}
+
+TEST_P(ReadBackTest, SaysNothingOnlyIfTheNextLoadGivesTheSame) {
+    TestProgram program;
+    ASSERT_TRUE(SaveAdditionalNames(program.App, GetParam().Names));
+    LoadAdditionalNames(program.App);
+    PollutantNames typed = GetParam().Names;
+    PollutantNames loaded = SplitAdditionalNames(program.App.AdditionalNames);
+    for (PollutantNames* names : {&typed, &loaded})
+        for (std::string& name : *names)
+            name = Trim(name);
+    EXPECT_EQ(WhatIsReadBack(GetParam().Names).empty(),
+              AreSix(program.App.AdditionalNames) && loaded == typed);
+}
+INSTANTIATE_TEST_SUITE_P(Names, ReadBackTest, testing::ValuesIn(ReadBackCases),
+                         [](const auto& test) { return test.param.Name; });
+
+TEST(WhatIsReadBackTest, ShowsLongNamesShortenedAndInUtf8) {
+    const std::string text = WhatIsReadBack({"x,\xE9" + std::string(249, 'w'), "MMA", "-", "-", "-", "-"});
+    EXPECT_TRUE(
+        text.starts_with("These names will be read back as \"\xC3\xA9" + std::string(39, 'w') + "...\""))
+        << text;
+}
 } // namespace
 } // namespace mact

@@ -5,6 +5,7 @@
 #include "tests/support/limited_files.h"
 #include "tests/support/test_program.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -62,6 +63,57 @@ class frm_extra_pollutants_names_test : public QObject {
     Q_OBJECT
 
 private slots:
+    void What_will_be_read_back_follows_each_key_and_stops_no_save() {
+        NamesProgram program;
+        program.Show([&](frmExtraPollutantsNames& window) {
+            const auto& label = Named<QLabel>(window, "lbl_ReadBack");
+            auto& edit = Named<QLineEdit>(window, "txt_pname_0");
+            QCOMPARE(label.text(), QString());
+            edit.selectAll();
+            QTest::keyClicks(&edit, QStringLiteral("1"));
+            QCOMPARE(label.text(), QString());
+            QTest::keyClicks(&edit, QStringLiteral(",3-B"));
+            const QString said =
+                QStringLiteral("These names will be read back as \"3-B\", \"-\", \"-\", \"-\", "
+                               "\"-\", \"-\". Avoid commas.");
+            QCOMPARE(label.text(), said);
+            QCOMPARE(edit.accessibleDescription(), said);
+            QVERIFY(label.heightForWidth(label.width()) <= label.height());
+            Press(window, "cmd_OK");
+            QVERIFY(!window.isVisible());
+        });
+        QCOMPARE(ContentOf(program.File), std::string("1,3-B|-|-|-|-|-\r\n"));
+        QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void Names_that_are_mended_are_no_longer_spoken_of() {
+        NamesProgram program;
+        program.Show([&](frmExtraPollutantsNames& window) {
+            Type(window, {"a|b", "MMA", "-", "-", "-", "-"});
+            QVERIFY(!Named<QLabel>(window, "lbl_ReadBack").text().isEmpty());
+            Type(window, {"a b", "MMA", "-", "-", "-", "-"});
+            QCOMPARE(Named<QLabel>(window, "lbl_ReadBack").text(), QString());
+            QCOMPARE(Named<QLineEdit>(window, "txt_pname_0").accessibleDescription(), QString());
+        });
+    }
+
+    void Long_names_that_are_lost_leave_the_window_on_the_screen() {
+        NamesProgram program;
+        program.Show([&](frmExtraPollutantsNames& window) {
+            Type(window, QStringList(6, QString(250, u'W') + QStringLiteral(" ,|")));
+            QCoreApplication::processEvents();
+            const auto& label = Named<QLabel>(window, "lbl_ReadBack");
+            QVERIFY(label.heightForWidth(label.width()) <= label.height());
+            QVERIFY(window.width() < 600 && window.height() <= 500);
+            Type(window, {QString(250, u'W') + u',' + QString(250, u'W'), QString(250, u'W'),
+                          QString(250, u'W'), QString(250, u'W'), QString(250, u'W'), QString(250, u'W')});
+            QCoreApplication::processEvents();
+            QVERIFY(label.heightForWidth(label.width()) <= label.height());
+            QVERIFY2(window.width() < 600 && window.height() <= 500,
+                     qPrintable(QString::number(window.height())));
+        });
+    }
+
     void A_company_without_the_file_gets_six_unused_names() {
         NamesProgram program;
         program.Show([](frmExtraPollutantsNames& window) { QCOMPARE(Names(window), QStringList(6, "-")); });

@@ -237,6 +237,10 @@ void MakeAPack(const QWidget& window) {
         QCoreApplication::processEvents();
 }
 
+void TypeLostNames(const QWidget& window) {
+    Type(window, "txt_pname_0", QStringLiteral("1,3-Butadiene"));
+}
+
 void SelectCompanyLine(const QWidget& window) {
     Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
 }
@@ -450,6 +454,7 @@ const std::vector<WindowState>& AllWindows() {
         {"frmCompany",                        ShowCompanies,              SelectCompanyLine },
         {"frmCompany_edit",                   ShowCompanies,              EditCompany       },
         {"frmExtraPollutantsNames",           ShowAdditionalNames,        AsItOpens         },
+        {"frmExtraPollutantsNames_lost",      ShowAdditionalNames,        TypeLostNames     },
         {"frmMaterialTypes",                  ShowMaterialTypes,          AsItOpens         },
         {"frmMaterialTypes_new",              ShowMaterialTypes,          StartNewType      },
         {"frmList_materials",                 ShowMaterialList,           AsItOpens         },

@@ -2,8 +2,9 @@
 #include "app/startup.h"
 #include "base/link_guard.h"
 #include "base/messages.h"
-#include "dialogs/message_icons.h"
 #include "dialogs/pictures.h"
+#include "dialogs/program_style.h"
+#include "dialogs/window_colours.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_file_dialogs.h"
@@ -20,9 +21,8 @@ using namespace mact;
 int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(EmblemIcon());
-#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS) // elsewhere the system has such icons
-    QApplication::setStyle(new StyleWithMessageIcons);
-#endif
+    QApplication::setStyle(new ProgramStyle);
+    ShowWindowsIn(Colours::Light);
     QtPrompts prompts;
     const std::filesystem::path programFolder = ToPath(QCoreApplication::applicationDirPath());
     QtSettings settings(programFolder);

@@ -1,6 +1,6 @@
 #include "app/frm_main.h"
 #include "benchmarks/bench_shop.h"
-#include "dialogs/message_icons.h"
+#include "dialogs/program_style.h"
 #include "lists/frm_month_sheet.h"
 #include "lists/sheet_view.h"
 #include "overview/verdict.h"
@@ -249,7 +249,7 @@ int main(int argc, char* argv[]) {
         std::fprintf(stderr, "mact_window_bench FOLDER\n");
         return 2;
     }
-    QApplication::setStyle(new StyleWithMessageIcons);
+    QApplication::setStyle(new ProgramStyle);
     BenchShop shop(std::filesystem::path(argv[1]) / "all", MostRecords);
     frmMain window(shop.App());
     window.show();

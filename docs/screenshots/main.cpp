@@ -1,10 +1,10 @@
-#include "dialogs/message_icons.h"
+#include "dialogs/program_style.h"
+#include "dialogs/window_colours.h"
 #include "platform/qt_prompts.h"
 #include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
 
 #include <QApplication>
-#include <QPalette>
 #include <QPixmap>
 
 #include <algorithm>
@@ -18,46 +18,6 @@ using namespace mact;
 // QT_SCALE_FACTOR=2 makes it NAME_light@2x.png.
 
 namespace {
-
-struct Colour {
-    QPalette::ColorRole Role;
-    const char* Light;
-    const char* Dark;
-};
-constexpr Colour Colours[] = {
-    {QPalette::Window,          "#f3f3f3", "#2b2d30"},
-    {QPalette::WindowText,      "#1b1b1b", "#e4e6ea"},
-    {QPalette::Base,            "#ffffff", "#1f2023"},
-    {QPalette::AlternateBase,   "#f7f7f7", "#27292c"},
-    {QPalette::Text,            "#1b1b1b", "#e4e6ea"},
-    {QPalette::Button,          "#f6f6f6", "#3a3d41"},
-    {QPalette::ButtonText,      "#1b1b1b", "#e4e6ea"},
-    {QPalette::BrightText,      "#ffffff", "#ffffff"},
-    {QPalette::Highlight,       "#1f6fb2", "#2f7fc4"},
-    {QPalette::HighlightedText, "#ffffff", "#ffffff"},
-    {QPalette::ToolTipBase,     "#ffffe1", "#3a3d41"},
-    {QPalette::ToolTipText,     "#1b1b1b", "#e4e6ea"},
-    {QPalette::PlaceholderText, "#767676", "#8d9096"},
-    {QPalette::Link,            "#1f6fb2", "#6cb3ee"},
-    {QPalette::Light,           "#ffffff", "#4a4d52"},
-    {QPalette::Midlight,        "#eaeaea", "#404347"},
-    {QPalette::Mid,             "#b8b8b8", "#232528"},
-    {QPalette::Dark,            "#9f9f9f", "#1b1c1f"},
-    {QPalette::Shadow,          "#707070", "#101113"},
-};
-constexpr QPalette::ColorRole Texts[] = {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
-                                         QPalette::HighlightedText};
-
-QPalette PaletteOf(bool isDark) {
-    QPalette palette;
-    for (const Colour& colour : Colours)
-        palette.setColor(colour.Role, QColor(isDark ? colour.Dark : colour.Light));
-    for (const QPalette::ColorRole role : Texts)
-        palette.setColor(QPalette::Disabled, role, QColor(isDark ? "#a0a3a9" : "#8a8a8a"));
-    palette.setColor(QPalette::Disabled, QPalette::Base, palette.color(QPalette::Window));
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(isDark ? "#4a4d52" : "#c4c4c4"));
-    return palette;
-}
 
 void ShowPrompt(const char* text, PromptKind kind, PromptButtons buttons) {
     QtPrompts().Show({text, kind, buttons});
@@ -116,8 +76,8 @@ int main(int argc, char* argv[]) {
     }
     const QString& look = arguments[1];
     const QStringList names = arguments.mid(2);
-    QApplication::setStyle(new StyleWithMessageIcons(QStringLiteral("Fusion")));
-    QApplication::setPalette(PaletteOf(look == QLatin1String("dark")));
+    QApplication::setStyle(new ProgramStyle);
+    ShowWindowsIn(look == QLatin1String("dark") ? Colours::Dark : Colours::Light);
     QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
     QApplication::setCursorFlashTime(0); // a blinking text cursor would be in some pictures and not in others
     const QString scale = application.devicePixelRatio() > 1 ? QStringLiteral("@2x") : QString();

@@ -1,5 +1,6 @@
 #include "base/text.h"
-#include "dialogs/message_icons.h"
+#include "dialogs/dialog_routines.h"
+#include "dialogs/program_style.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_file_dialogs.h"
 #include "platform/qt_programs.h"
@@ -246,7 +247,7 @@ private slots:
     }
 
     void Message_boxes_have_icons_without_an_icon_theme() {
-        const StyleWithMessageIcons style;
+        const ProgramStyle style;
         const QString themeBefore = QIcon::themeName();
         QIcon::setThemeName(QStringLiteral("no such theme"));
         for (const QStyle::StandardPixmap icon :
@@ -257,6 +258,31 @@ private slots:
             QVERIFY(picture.pixelColor(64, 24).alpha() > 0);
         }
         QIcon::setThemeName(themeBefore);
+    }
+
+    void Message_boxes_have_the_programs_icons_whatever_the_desktop_has() {
+        const TemporaryFolder folder; // with an icon theme, whose icons are empty
+        const std::filesystem::path theme = folder.Path() / "theirs";
+        std::filesystem::create_directories(theme / "16");
+        WriteContent(theme / "index.theme",
+                     "[Icon Theme]\nName=theirs\nDirectories=16\n\n[16]\nSize=16\nType=Scalable\n");
+        QPixmap empty(16, 16);
+        empty.fill(Qt::transparent);
+        for (const char* name : {"dialog-information", "dialog-question", "dialog-warning", "dialog-error"})
+            QVERIFY(empty.save(FromPath(theme / "16" / (std::string(name) + ".png"))));
+        const QStringList pathsBefore = QIcon::themeSearchPaths();
+        const QString themeBefore = QIcon::themeName();
+        QIcon::setThemeSearchPaths({FromPath(folder.Path())});
+        QIcon::setThemeName(QStringLiteral("theirs"));
+        QVERIFY(QIcon::hasThemeIcon(QStringLiteral("dialog-error")));
+        const ProgramStyle style;
+        for (const QStyle::StandardPixmap icon :
+             {QStyle::SP_MessageBoxInformation, QStyle::SP_MessageBoxQuestion, QStyle::SP_MessageBoxWarning,
+              QStyle::SP_MessageBoxCritical})
+            QVERIFY(style.standardIcon(icon).pixmap(QSize(128, 128)).toImage().pixelColor(64, 24).alpha() >
+                    0);
+        QIcon::setThemeName(themeBefore);
+        QIcon::setThemeSearchPaths(pathsBefore);
     }
 
     void A_question_answers_with_the_button_that_was_pressed() {

@@ -1,0 +1,96 @@
+#include "dialogs/program_style.h"
+
+#include "dialogs/pictures.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <QStyleOption>
+
+#include <algorithm>
+
+namespace mact {
+namespace {
+
+struct MessageIcon {
+    QStyle::StandardPixmap Standard;
+    const char* PictureName;
+};
+constexpr MessageIcon MessageIcons[] = {
+    {QStyle::SP_MessageBoxInformation, "message_information"},
+    {QStyle::SP_MessageBoxQuestion,    "message_question"   },
+    {QStyle::SP_MessageBoxWarning,     "message_exclamation"},
+    {QStyle::SP_MessageBoxCritical,    "message_failure"    },
+};
+
+/// `share` of the first colour, and the rest of the second.
+QColor Mixed(const QColor& first, const QColor& second, float share) {
+    const float rest = 1 - share;
+    return QColor::fromRgbF(first.redF() * share + second.redF() * rest,
+                            first.greenF() * share + second.greenF() * rest,
+                            first.blueF() * share + second.blueF() * rest);
+}
+
+/// At least 3 to 1 against window and base, in light and in dark.
+QColor BoxOutlineOf(const QStyleOption& option) {
+    const QPalette& palette = option.palette;
+    if (!(option.state & QStyle::State_Enabled))
+        return palette.color(QPalette::Disabled, QPalette::WindowText);
+    return Mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.65F);
+}
+
+QColor FieldOutlineOf(const QStyleOption& option) {
+    const QPalette& palette = option.palette;
+    const bool isEnabled = option.state & QStyle::State_Enabled;
+    if (isEnabled && option.state & QStyle::State_HasFocus) return palette.color(QPalette::Link);
+    return Mixed(palette.color(QPalette::Active, QPalette::WindowText), palette.color(QPalette::Window),
+                 isEnabled ? 0.4F : 0.2F);
+}
+
+/// The outline in place of the one that was drawn, which is darker than the window: too dark for a dark one.
+void DrawOutline(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter) {
+    const bool isField = element == QStyle::PE_FrameLineEdit;
+    const bool isFocus = element == QStyle::PE_FrameFocusRect;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(isFocus   ? option.palette.color(QPalette::Link)
+                   : isField ? FieldOutlineOf(option)
+                             : BoxOutlineOf(option));
+    painter.setBrush(Qt::NoBrush);
+    const QRectF outline = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (element == QStyle::PE_IndicatorRadioButton)
+        painter.drawEllipse(outline);
+    else if (isField)
+        painter.drawRoundedRect(outline, 2, 2);
+    else
+        painter.drawRect(outline);
+    painter.restore();
+}
+
+} // namespace
+
+ProgramStyle::ProgramStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+QIcon ProgramStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption* option,
+                                 const QWidget* widget) const {
+    const auto* icon = std::ranges::find(MessageIcons, standardIcon, &MessageIcon::Standard);
+    if (icon != std::end(MessageIcons)) return QIcon(PictureFile(QString::fromLatin1(icon->PictureName)));
+    return QProxyStyle::standardIcon(standardIcon, option, widget);
+}
+
+void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                 const QWidget* widget) const {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    switch (element) {
+    case PE_IndicatorCheckBox:
+    case PE_IndicatorRadioButton:
+    case PE_FrameLineEdit:
+        DrawOutline(element, *option, *painter);
+        break;
+    case PE_FrameFocusRect: // of whatever has the focus, if it came there by keyboard
+        if (option->state & State_KeyboardFocusChange) DrawOutline(element, *option, *painter);
+        break;
+    default:
+        break;
+    }
+}
+} // namespace mact

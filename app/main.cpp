@@ -4,13 +4,14 @@
 #include "base/messages.h"
 #include "dialogs/pictures.h"
 #include "dialogs/program_style.h"
-#include "dialogs/window_colours.h"
+#include "platform/desktop_colours.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_file_dialogs.h"
 #include "platform/qt_programs.h"
 #include "platform/qt_prompts.h"
 #include "platform/qt_settings.h"
+#include "platform/qt_window_colours.h"
 
 #include "dialogs/dialog_routines.h"
 
@@ -22,7 +23,6 @@ int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(EmblemIcon());
     QApplication::setStyle(new ProgramStyle);
-    ShowWindowsIn(Colours::Light);
     QtPrompts prompts;
     const std::filesystem::path programFolder = ToPath(QCoreApplication::applicationDirPath());
     QtSettings settings(programFolder);
@@ -34,6 +34,9 @@ int main(int argc, char* argv[]) {
     AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
     History changes;
     app.Changes = &changes;
+    const std::unique_ptr<DesktopColours> desktop = AskDesktop();
+    QtWindowColours colours(settings, *desktop);
+    app.Colours = &colours;
     if (const Done started = StartUp(app); !started) {
         ShowError(app, started.error());
         return 1;

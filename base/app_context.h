@@ -36,5 +36,7 @@ struct AppContext {
     LastUsageEntry LastUsage{};
     /// Where stores note what they did, so that it can be taken back; null if nobody will.
     History* Changes = nullptr;
+    /// Null if there are no windows to be coloured.
+    WindowColours* Colours = nullptr;
 };
 } // namespace mact

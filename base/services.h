@@ -91,6 +91,14 @@ public:
                                                               const std::filesystem::path& start) = 0;
 };
 
+/// The colours in which all windows are shown.
+class WindowColours : public Service {
+public:
+    /// Shows the windows in the colours of the setting, from now on: "light", "dark", or what the desktop
+    /// asks for.
+    virtual void FollowSetting() = 0;
+};
+
 class Clock : public Service {
 public:
     /// By the user's local time.

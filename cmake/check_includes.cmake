@@ -23,7 +23,7 @@ set(windows_may_include dialogs) # in every folder
 set(folders base dialogs platform store materials usage transfer reports check overview lists app cli benchmarks docs tests)
 
 # A folder's CMakeLists.txt says with feature() which library a file belongs to; a file not listed is part of a program.
-set(libraries CORE SYSTEM POSIX_SYSTEM WINDOWS_SYSTEM SETTINGS GUI)
+set(libraries CORE SYSTEM POSIX_SYSTEM WINDOWS_SYSTEM SETTINGS GUI DBUS)
 set(core_libraries CORE)
 set(without_qt CORE SYSTEM POSIX_SYSTEM WINDOWS_SYSTEM)
 set(folders_without_windows cli)
@@ -44,7 +44,7 @@ function(read_libraries folder)
   string(REGEX MATCHALL "[^ \n]+" words "${CMAKE_MATCH_1}")
   foreach(word IN LISTS words)
     if(word IN_LIST libraries)
-      set(library "${word}")
+      string(REPLACE DBUS GUI library "${word}")
     else()
       set_property(GLOBAL PROPERTY "library_of_${folder}/${word}" "${library}")
     endif()

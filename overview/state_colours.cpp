@@ -1,5 +1,7 @@
 #include "overview/state_colours.h"
 
+#include "dialogs/hint_label.h"
+
 namespace mact {
 namespace {
 
@@ -15,7 +17,7 @@ QColor Either(const QPalette& palette, const char* onLight, const char* onDark) 
 QColor ColourOf(State state, bool isNarrow, const QPalette& palette) {
     switch (state) {
     case State::Within:
-        return isNarrow ? Either(palette, "#8a5a00", "#ffc766") : Either(palette, "#1b6e3c", "#7fd6a0");
+        return isNarrow ? DoubtColour(palette) : Either(palette, "#1b6e3c", "#7fd6a0");
     case State::Over:
     case State::None:
         return Either(palette, "#b3261e", "#ff8a80");

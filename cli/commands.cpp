@@ -118,12 +118,11 @@ ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& na
 
 ExitStatus ImportFile(AppContext& app, TransferModule module, const std::filesystem::path& file) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
-    int processedCount = 0;
-    int errorCount = 0;
-    const auto import = module == TransferModule::Materials ? ImportMaterialFile : ImportUsageFile;
-    import(app, file, processedCount, errorCount, {});
-    PrintLines(ImportSummary(processedCount, errorCount));
-    return TransferStatus(errorCount);
+    const auto import = module == TransferModule::Materials ? ImportMaterials : ImportUsage;
+    const ImportCounts counts = import(app, file, {});
+    PrintLines(ImportSummary(counts.Processed, counts.Errors));
+    if (const std::string remarks = ImportRemarks(counts, module); !remarks.empty()) PrintLines(remarks);
+    return TransferStatus(counts.Errors);
 }
 
 ExitStatus ExportFile(AppContext& app, TransferModule module, const std::filesystem::path& file) {

@@ -35,6 +35,8 @@ frmImport::frmImport(AppContext& app, TransferModule module, QWidget* parent)
     m_ui->lbl_status->setText(QStringLiteral("Idle"));
     m_ui->cmd_ViewErrors->hide();
     MakeRoomForLines(*m_ui->lbl_status, 3); // a summary's, or the controls would move
+    MakeRoomForLines(*m_ui->lbl_Remarks, 3); // of one remark; a window with both may grow
+    m_ui->lbl_Remarks->setMinimumWidth(60 * fontMetrics().averageCharWidth());
     m_ui->lbl_Progress->setMinimumWidth(
         fontMetrics().horizontalAdvance(QStringLiteral("88,888,888 lines"))); // or the bar would jump
     KeepPlace(*m_ui->bar_Progress);
@@ -87,16 +89,14 @@ void frmImport::RunImport(const std::filesystem::path& source) {
         return m_progress->Watch(progress);
     };
     ShowWorking(true);
-    int processedCount = 0;
-    int errorCount = 0;
-    if (Module() == TransferModule::Materials)
-        ImportMaterialFile(m_app, source, processedCount, errorCount, watcher);
-    else
-        ImportUsageFile(m_app, source, processedCount, errorCount, watcher);
+    const auto import = Module() == TransferModule::Materials ? ImportMaterials : ImportUsage;
+    const ImportCounts counts = import(m_app, source, watcher);
     m_progress.reset(); // IsWorking until here, so reject does not close the window
     ShowWorking(false);
-    m_ui->lbl_status->setText(QString::fromStdString(ImportSummary(processedCount, errorCount)));
-    m_ui->cmd_ViewErrors->setVisible(errorCount != 0);
+    m_ui->lbl_status->setText(QString::fromStdString(ImportSummary(counts.Processed, counts.Errors)));
+    m_ui->lbl_Remarks->setText(QString::fromStdString(ImportRemarks(counts, Module())));
+    m_ui->cmd_ViewErrors->setVisible(counts.Errors != 0);
+    LimitToTexts(*this);
 }
 
 void frmImport::ShowWorking(bool isWorking) {
@@ -108,6 +108,7 @@ void frmImport::ShowWorking(bool isWorking) {
         m_ui->cmd_Import->setEnabled(false);
         m_ui->cmd_ViewErrors->hide();
         m_ui->lbl_status->setText(QStringLiteral("Importing..."));
+        m_ui->lbl_Remarks->clear();
         m_ui->cmd_Cancel->setFocus(); // a stray Enter after the import must not start another
     } else {
         Enable_Button();

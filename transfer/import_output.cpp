@@ -33,6 +33,8 @@ void ImportOutput::LogRejection(const ImportedLine& line, std::string_view messa
     m_log.AddLine(TransferTexts::Record, line.Text);
     m_log.AddLine(message);
     m_log.AddLine({}); // an entry ends with an empty line
+    if (message == TransferTexts::MaterialExists || message == TransferTexts::UsageExists)
+        ++m_counts.AlreadyThere;
 }
 
 void ImportOutput::LogTooLong(const ImportedLine& line, std::uint64_t length) {

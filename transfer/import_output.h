@@ -1,6 +1,7 @@
 #pragma once
 
 #include "store/record_appender.h"
+#include "transfer/transfer.h"
 #include "transfer/transfer_log.h"
 
 #include <string_view>
@@ -12,11 +13,6 @@ namespace mact {
 struct ImportedLine {
     std::string_view Text;
     int Number = 0; ///< from 1
-};
-
-struct ImportCounts {
-    int Processed = 0;
-    int Errors = 0;
 };
 
 /// Succeeds if both did; otherwise reports both failures, `first`'s first.
@@ -33,6 +29,8 @@ public:
     /// Logs a line that has the wrong number of fields.
     void LogInvalidFieldCount(const ImportedLine& line);
     void LogRejection(const ImportedLine& line, std::string_view message);
+    /// To be called after the record of its line was appended.
+    void CountDroppedFiller() { ++m_counts.DroppedFillers; }
     /// Logs a line of `length` bytes, more than are read. `line` holds its beginning.
     void LogTooLong(const ImportedLine& line, std::uint64_t length);
 

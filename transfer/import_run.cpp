@@ -39,7 +39,11 @@ Result<std::unique_ptr<OpenedFile>> OpenSource(FileAccess& files, const ImportJo
     return files.Open(job.Source, OpenMode::Read);
 }
 
-Done Import(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts) {
+} // namespace
+
+Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher,
+               ImportCounts& counts) {
+    counts = {};
     // Before anything else, since opening the log empties it.
     const Done checked = CheckSourceIsNotLog(job.Source, job.Log);
     if (!checked) return checked;
@@ -62,17 +66,6 @@ Done Import(FileAccess& files, const ImportJob& job, const TransferWatcher& watc
     if (job.Imported && output.File().Count() > before)
         job.Imported(output.File(), static_cast<std::int16_t>(before + 1));
     return Both(imported, finished);
-}
-
-} // namespace
-
-Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
-               int& errorCount) {
-    ImportCounts counts;
-    const Done imported = Import(files, job, watcher, counts);
-    processedCount = counts.Processed;
-    errorCount = counts.Errors;
-    return imported;
 }
 
 std::string NameOfImport(const std::filesystem::path& source, std::size_t records) {

@@ -26,8 +26,7 @@ struct ImportJob {
 };
 
 /// Runs the import with the data file locked. Sets the counts even if it fails: those reached by then.
-Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, int& processedCount,
-               int& errorCount);
+Done RunImport(FileAccess& files, const ImportJob& job, const TransferWatcher& watcher, ImportCounts& counts);
 
 /// The fields of a line, which are separated by "|"; empty unless there are exactly `Count`.
 template <std::size_t Count>

@@ -36,6 +36,7 @@ struct MaterialImport::CheckedLine {
     double Density = 0;
     double HapContent = 0;
     std::array<double, 12> PollutantNumbers{}; ///< content and factor in turn
+    bool HasFiller = false;
 
     /// Sets what a line has a field for, without the filler on purpose. Emission factor, comments, filler and
     /// Active keep their defaults, even in a record that is reused: nothing sets them. Texts are cut here
@@ -82,7 +83,9 @@ std::string_view MaterialImport::Check(CheckedLine& checked) {
     const std::optional<double> hapContent = ParseNumber(fields[5]);
     if (!hapContent) return TransferTexts::HapContentNotNumeric;
     if (!ParseAll(&fields[6], checked.PollutantNumbers)) return TransferTexts::PollutantNotNumeric;
-    if (!IsNumeric(fields[18])) return TransferTexts::FillerNotNumeric; // checked, but not stored
+    const std::optional<double> filler = ParseNumber(fields[18]); // checked, but not stored
+    if (!filler) return TransferTexts::FillerNotNumeric;
+    checked.HasFiller = *filler != 0;
     checked.Density = *density;
     checked.HapContent = *hapContent;
     return {};
@@ -95,13 +98,14 @@ Result<bool> MaterialImport::ImportMaterialLine(const ImportedLine& line, Import
     if (!number) return number.error(); // the file is full: the import ends, without counting this line
     checked.Fill(m_record, *number);
     output.AppendRecord(MaterialLayout, m_record);
+    if (checked.HasFiller) output.CountDroppedFiller();
     // Cut as in the file: a second line with the same Material ID of over 100 characters is accepted.
     m_customIds.Add(ComparisonKey(checked.Fields[0].substr(0, TextLength)));
     return false;
 }
 
-std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
-                                int& errorCount, const TransferWatcher& watcher) {
+ImportCounts ImportMaterials(AppContext& app, const std::filesystem::path& source,
+                             const TransferWatcher& watcher) {
     MaterialImport import;
     std::vector<StoredRecord<MaterialRecord>> stored;
     ImportJob job{
@@ -117,10 +121,19 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
         job.Imported = [&](RecordFile& file, std::int16_t first) {
             stored = NewRecords(file, MaterialLayout, first);
         };
-    ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
-    if (stored.empty()) return 0;
+    ImportCounts counts;
+    ShowFailure(app, RunImport(app.Files, job, watcher, counts));
+    if (stored.empty()) return counts;
     std::string name = NameOfImport(source, stored.size());
     NoteMaterials(app, std::move(name), std::move(stored));
+    return counts;
+}
+
+std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
+                                int& errorCount, const TransferWatcher& watcher) {
+    const ImportCounts counts = ImportMaterials(app, source, watcher);
+    processedCount = counts.Processed;
+    errorCount = counts.Errors;
     return 0;
 }
 } // namespace mact

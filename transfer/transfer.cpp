@@ -42,6 +42,20 @@ std::string ImportSummary(int processedCount, int errorCount) {
     return Summary(TransferTexts::SuccessfulImports, processedCount, errorCount);
 }
 
+std::string ImportRemarks(const ImportCounts& counts, TransferModule module) {
+    std::string remarks;
+    if (counts.DroppedFillers > 0)
+        remarks = "The filler of " + Counted(static_cast<std::uint64_t>(counts.DroppedFillers), "material") +
+                  " was not imported; it can be entered by hand.";
+    if (counts.AlreadyThere == 0) return remarks;
+    if (!remarks.empty()) remarks += ' ';
+    AppendAll(remarks, Counted(static_cast<std::uint64_t>(counts.AlreadyThere), "line"),
+              counts.AlreadyThere == 1 ? " was" : " were", " rejected because ",
+              module == TransferModule::Materials ? "the material" : "usage of the material in that month",
+              " was there already; what is stored stays as it was.");
+    return remarks;
+}
+
 std::string ExportSummary(int processedCount, std::optional<int> errorCount) {
     return Summary(TransferTexts::SuccessfulExports, processedCount, errorCount);
 }

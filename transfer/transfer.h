@@ -34,6 +34,19 @@ std::int16_t ImportMaterialFile(AppContext& app, const std::filesystem::path& so
 std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
                              int& errorCount, const TransferWatcher& watcher = {});
 
+/// What became of the lines of an import.
+struct ImportCounts {
+    int Processed = 0;
+    int Errors = 0;         ///< rejected lines
+    int AlreadyThere = 0;   ///< those among them whose material, or usage of that month, existed already
+    int DroppedFillers = 0; ///< stored materials whose line has a filler
+};
+/// The same two, with all counts.
+ImportCounts ImportMaterials(AppContext& app, const std::filesystem::path& source,
+                             const TransferWatcher& watcher = {});
+ImportCounts ImportUsage(AppContext& app, const std::filesystem::path& source,
+                         const TransferWatcher& watcher = {});
+
 /// Replaces the content of `target` with all records, deleted ones included. Returns 0. A failed export
 /// leaves the target as it was and counts nothing. A material export never sets the error count.
 std::int16_t ExportMaterialFile(AppContext& app, const std::filesystem::path& target, int& processedCount,
@@ -47,6 +60,8 @@ std::filesystem::path TypedPath(std::string_view utf8Text);
 
 /// The three lines that a dialog shows after a run, separated by CR LF.
 std::string ImportSummary(int processedCount, int errorCount);
+/// What the summary does not say, in a sentence or two; empty if there is nothing to add.
+std::string ImportRemarks(const ImportCounts& counts, TransferModule module);
 /// Without an error count the last line ends after "Errors : ".
 std::string ExportSummary(int processedCount, std::optional<int> errorCount);
 

@@ -119,8 +119,8 @@ Result<bool> UsageImport::ImportUsageLine(const ImportedLine& line, ImportOutput
     return false;
 }
 
-std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
-                             int& errorCount, const TransferWatcher& watcher) {
+ImportCounts ImportUsage(AppContext& app, const std::filesystem::path& source,
+                         const TransferWatcher& watcher) {
     UsageImport import;
     std::vector<StoredRecord<UsageRecord>> stored;
     ImportJob job{
@@ -136,10 +136,19 @@ std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& sourc
         job.Imported = [&](RecordFile& file, std::int16_t first) {
             stored = NewRecords(file, UsageLayout, first);
         };
-    ShowFailure(app, RunImport(app.Files, job, watcher, processedCount, errorCount));
-    if (stored.empty()) return 0;
+    ImportCounts counts;
+    ShowFailure(app, RunImport(app.Files, job, watcher, counts));
+    if (stored.empty()) return counts;
     std::string name = NameOfImport(source, stored.size());
     NoteUsageTogether(app, std::move(name), std::move(stored));
+    return counts;
+}
+
+std::int16_t ImportUsageFile(AppContext& app, const std::filesystem::path& source, int& processedCount,
+                             int& errorCount, const TransferWatcher& watcher) {
+    const ImportCounts counts = ImportUsage(app, source, watcher);
+    processedCount = counts.Processed;
+    errorCount = counts.Errors;
     return 0;
 }
 } // namespace mact

@@ -142,6 +142,16 @@ TEST_F(CliTest, AnImportWithRejectedRecordsEndsWithStatus4) {
               "x    ***** Invalid number of delimited fields ******\r\n");
 }
 
+TEST_F(CliTest, AnImportSaysBelowItsSummaryWhatWasThereAlready) {
+    Run({"add-company", "Acme", "Dock 1"});
+    const std::string file = FileNamed("materials.txt", GoodMaterials);
+    Run({"--company", "1", "import-materials", file});
+    EXPECT_EQ(
+        Run({"--company", "1", "import-materials", file}).Output,
+        "Total Records Processed : 2\nSucessful Imports : 0\nErrors : 2\n"
+        "2 lines were rejected because the material was there already; what is stored stays as it was.\n");
+}
+
 TEST_F(CliTest, AFileThatCannotBeReadIsAFailureOfOneLine) {
     Run({"add-company", "Acme", "Dock 1"});
     const ProgramRun run =

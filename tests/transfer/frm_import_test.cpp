@@ -1,4 +1,5 @@
 #include "materials/material_store.h"
+#include "store/material_types.h"
 #include "tests/support/gui.h"
 #include "tests/support/test_program.h"
 #include "transfer/frm_error_log.h"
@@ -158,6 +159,26 @@ private slots:
         });
         ShowErrorLog(program.App, ImportErrorLog(program.App, TransferModule::Materials), nullptr);
         QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void What_was_dropped_is_said_below_the_summary_until_the_next_import() {
+        TestProgram program;
+        QVERIFY(CreateDefaultHapContents(program.App));
+        const std::string line = "PF-1|a resin|Production resin|Spray|9|30|0|0|0|0|0|0|0|0|0|0|0|0|5\r\n";
+        frmImport window(program.App, TransferModule::Materials, nullptr);
+        Named<QLineEdit>(window, "txt_SourceFile").setText(SourceFile(program, line + line));
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Remarks"), std::string());
+        Named<QPushButton>(window, "cmd_Import").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_status"),
+                 std::string("Total Records Processed : 2\r\nSucessful Imports : 1\r\nErrors : 1"));
+        QCOMPARE(
+            TextOf<QLabel>(window, "lbl_Remarks"),
+            std::string("The filler of 1 material was not imported; it can be entered by hand. 1 line was "
+                        "rejected because the material was there already; what is stored stays as it was."));
+        QVERIFY(program.Prompts.Shown.empty());
+        Named<QLineEdit>(window, "txt_SourceFile").setText(SourceFile(program, ""));
+        Named<QPushButton>(window, "cmd_Import").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Remarks"), std::string());
     }
 
     void A_second_start_is_refused_while_it_works() {

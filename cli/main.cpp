@@ -2,24 +2,16 @@
 #include "base/link_guard.h"
 #include "base/messages.h"
 #include "base/text.h"
-#include "cli/commands.h"
+#include "cli/command_line.h"
 #include "cli/console_services.h"
-#include "cli/deleted_commands.h"
-#include "cli/overview_commands.h"
-#include "cli/restore_command.h"
-#include "overview/half_year.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_settings.h"
-#include "reports/report_period.h"
 
-#include <CLI/CLI.hpp>
 #include <QCoreApplication>
 
-#include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <functional>
 #include <iostream>
 
 #ifdef Q_OS_WIN
@@ -29,254 +21,6 @@
 using namespace mact;
 
 namespace {
-
-/// What the command line asks for. Not copyable, since the commands hold references to it.
-struct CommandLine {
-    CommandLine() = default;
-    CommandLine(const CommandLine&) = delete;
-    CommandLine& operator=(const CommandLine&) = delete;
-
-    std::string Folder{};
-    std::optional<std::int16_t> CompanyId{};
-    std::function<ExitStatus(AppContext&)> Command{};
-    /// The command that does without the start, which creates a data folder and fails if that is damaged.
-    std::string NotStartedFor{};
-
-    std::string Name{};
-    std::string Location{};
-    std::int16_t SelectedId = 0;
-    std::string File{};
-    std::string Kind{};
-    std::string Ending{};
-    bool AnswersYes = false;
-    OverviewSpan Span{};
-    bool IsCsv = false;
-    bool IsAll = false;
-    bool IsJson = false;
-    std::string MonthEnd{};
-    std::string Figure{};
-    std::string Item{};
-    std::string HalfYear{};
-    std::vector<std::string> PollutantNames{};
-    std::vector<std::int16_t> RecordNumbers{};
-    std::string Set{};
-    bool IsList = false;
-    RestoreConsent Consent{};
-};
-
-CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
-                     const std::string& description, const std::function<ExitStatus(AppContext&)>& command) {
-    CLI::App& added = *parser.add_subcommand(name, description);
-    added.set_version_flag("--version", parser.version()); // a command does not inherit it
-    // Only noted here: the command runs once the whole line has been checked.
-    added.callback([&asked, command] { asked.Command = command; });
-    return added;
-}
-
-void AddCompanyCommands(CLI::App& parser, CommandLine& asked) {
-    AddCommand(parser, asked, "companies", "List the companies: id|name|location", ListCompanies);
-    CLI::App& add = AddCommand(parser, asked, "add-company", "Add a company and print its id",
-                               [&](AppContext& app) { return AddCompany(app, asked.Name, asked.Location); });
-    add.add_option("NAME", asked.Name, "Company name")->required();
-    add.add_option("LOCATION", asked.Location, "Location")->required();
-    CLI::App& select =
-        AddCommand(parser, asked, "select-company", "Make a company the current one, now and later",
-                   [&](AppContext& app) { return UseCompany(app, asked.SelectedId, true); });
-    select.add_option("ID", asked.SelectedId, "The company's id")->required();
-}
-
-void AddNamesCommand(CLI::App& parser, CommandLine& asked) {
-    constexpr int six = 6;
-    CLI::App& names =
-        AddCommand(parser, asked, "names", "List or set the names of the six additional pollutants",
-                   [&](AppContext& app) {
-                       return asked.PollutantNames.empty() ? ShowPollutantNames(app)
-                                                           : SetPollutantNames(app, asked.PollutantNames);
-                   });
-    names
-        .add_option(
-            "NAME", asked.PollutantNames,
-            "All six names; \"-\" is one that is not in use. Without names they are listed, one a line")
-        ->expected(six);
-}
-
-void AddDeletedCommands(CLI::App& parser, CommandLine& asked) {
-    constexpr int mostSlots = 32767; // of a data file
-    AddCommand(parser, asked, "deleted",
-               "List the deleted records: materials|number|Material ID, and "
-               "usage|number|Material ID|month|quantity|unit",
-               ListDeleted);
-    CLI::App& undelete =
-        AddCommand(parser, asked, "undelete",
-                   "Bring deleted records back: all that are named or, if one is refused, none",
-                   [&](AppContext& app) { return Undelete(app, asked.Kind, asked.RecordNumbers); });
-    undelete.add_option("FILE", asked.Kind, "Which records")
-        ->required()
-        ->check(CLI::IsMember(RecordFileNames()));
-    undelete.add_option("ID", asked.RecordNumbers, "Their numbers, as deleted lists them")
-        ->required()
-        ->check(CLI::Range(1, mostSlots));
-    undelete.footer("A record is refused, with the reason, if it is not deleted, has changed meanwhile or is "
-                    "damaged,\nif a live material has the same Material ID, if live usage is of the same "
-                    "material and month,\nor if the material of the usage is deleted or gone. The status is "
-                    "then 4.");
-}
-
-using Transfer = ExitStatus (*)(AppContext&, TransferModule, const std::filesystem::path&);
-
-void AddTransferCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
-                        const std::string& description, Transfer transfer, TransferModule module) {
-    CLI::App& added =
-        AddCommand(parser, asked, name, description, [&asked, transfer, module](AppContext& app) {
-            return transfer(app, module, PathFromUtf8(asked.File));
-        });
-    added.add_option("FILE", asked.File, "The text file")->required();
-}
-
-/// Only the compliant materials report does without a month.
-void CheckEnding(const CommandLine& asked) {
-    if (asked.Ending.empty() && asked.Kind != "compliant")
-        throw CLI::ValidationError("report " + asked.Kind, "needs --ending M/YYYY");
-}
-
-/// What is wrong with the text; empty if nothing is.
-std::string CheckMonth(const std::string& text) {
-    return ParsePeriodEnd(text) ? std::string{} : "\"" + text + "\" is not a month M/YYYY";
-}
-
-void AddOverviewCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& overview =
-        AddCommand(parser, asked, "overview", "Print where the company stands at the end of each month",
-                   [&](AppContext& app) { return PrintOverview(app, asked.Span, asked.IsCsv); });
-    overview
-        .add_option("--from", asked.Span.From, "First month end; by default the eleventh before the last")
-        ->type_name("M/YYYY")
-        ->check(CheckMonth);
-    overview.add_option("--to", asked.Span.To, "Last month end; by default the newest month with use")
-        ->type_name("M/YYYY")
-        ->check(CheckMonth);
-    overview.add_flag("--csv", asked.IsCsv, "Print comma-separated values");
-}
-
-void AddStatusCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& status =
-        AddCommand(parser, asked, "status", "Print in a line where the company stands",
-                   [&](AppContext& app) { return PrintStatus(app, asked.IsAll, asked.IsJson); });
-    status.add_flag("--all", asked.IsAll, "All companies, worst first");
-    status.add_flag("--json", asked.IsJson, "Print JSON");
-}
-
-void AddTraceCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& trace = AddCommand(
-        parser, asked, "trace", "Print what a figure of a month end was calculated from",
-        [&](AppContext& app) { return PrintTrace(app, asked.MonthEnd, asked.Figure, asked.Item); });
-    trace.add_option("MONTH", asked.MonthEnd, "The month end, M/YYYY")->required()->check(CheckMonth);
-    trace.add_option("FIGURE", asked.Figure, "The figure, as in overview --csv")->required();
-    trace.add_option("ITEM", asked.Item, "Its item, as in overview --csv");
-}
-
-void AddHalfYearCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& pack =
-        AddCommand(parser, asked, "half-year", "Write the half-year pack and print its paths",
-                   [&](AppContext& app) { return WriteHalfYear(app, asked.HalfYear, asked.AnswersYes); });
-    pack.add_option("HALF", asked.HalfYear, "1/2005 is January to June 2005, 2/2005 July to December")
-        ->required()
-        ->check([](const std::string& text) {
-            return ParseHalfYear(text) ? std::string{} : "\"" + text + "\" is not 1/YYYY or 2/YYYY";
-        });
-    pack.add_flag("--yes", asked.AnswersYes, "Replace a pack that is there");
-}
-
-void AddReportCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& report =
-        AddCommand(parser, asked, "report", "Write a report and print its path",
-                   [&](AppContext& app) { return WriteReport(app, asked.Kind, asked.Ending); });
-    report.add_option("KIND", asked.Kind, "Which report")->required()->check(CLI::IsMember(ReportKinds()));
-    report
-        .add_option("--ending", asked.Ending,
-                    "Last month of the twelve; without it the compliant report has all materials")
-        ->type_name("M/YYYY")
-        ->check(CheckMonth);
-    report.add_flag("--yes", asked.AnswersYes, "Write a report without records too");
-    report.parse_complete_callback([&asked] { CheckEnding(asked); });
-}
-
-void AddCheckCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& check =
-        AddCommand(parser, asked, "check",
-                   "Look through the data files of all companies and print what is wrong", CheckDataFolder);
-    check.parse_complete_callback([&asked] { asked.NotStartedFor = "check"; });
-}
-
-void AddRestoreCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& restore = AddCommand(
-        parser, asked, "restore", "Put a backup set in the place of the data files, or list the sets",
-        [&](AppContext& app) {
-            return asked.IsList || asked.Set.empty() ? ListSets(app) : Restore(app, asked.Set, asked.Consent);
-        });
-    restore.add_option("SET", asked.Set,
-                       "A set's folder, name or number. Without it the sets are listed, one a line");
-    restore.add_flag("--list", asked.IsList, "List the sets, newest first");
-    restore.add_flag("--incomplete", asked.Consent.ToIncompleteSet,
-                     "Restore a set that is cut or incomplete too");
-    restore.add_flag("--without-backup", asked.Consent.ToIncompleteBackup,
-                     "Go on if the present data cannot be backed up");
-    restore.parse_complete_callback([&asked] { asked.NotStartedFor = "restore"; });
-}
-
-/// Not a callback of `check`: the parser sets main options such as --company only after those have run.
-void CheckCompanyOption(const CommandLine& asked) {
-    if (!asked.NotStartedFor.empty() && asked.CompanyId)
-        throw CLI::ValidationError(asked.NotStartedFor, "looks at all companies, without --company");
-}
-
-/// The status to end with; empty if there is a command to run.
-std::optional<ExitStatus> ReadCommandLine(const QStringList& texts, CommandLine& asked) {
-    CLI::App parser("HAP content records and reports of a composites shop, without windows.", "mact-cli");
-    parser.set_version_flag("--version", "MACT (V" MACT_VERSION_TEXT ")");
-    parser.require_subcommand(1);
-    parser.add_option("--folder", asked.Folder, "The program folder, which holds the data folder")
-        ->type_name("DIR");
-    parser.add_option("--company", asked.CompanyId, "Work with this company, without remembering it")
-        ->type_name("ID");
-    AddCompanyCommands(parser, asked);
-    AddNamesCommand(parser, asked);
-    AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportFile,
-                       TransferModule::Materials);
-    AddTransferCommand(parser, asked, "import-usage", "Import monthly usage", ImportFile,
-                       TransferModule::Usage);
-    AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportFile,
-                       TransferModule::Materials);
-    AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportFile,
-                       TransferModule::Usage);
-    AddDeletedCommands(parser, asked);
-    AddReportCommand(parser, asked);
-    AddOverviewCommand(parser, asked);
-    AddStatusCommand(parser, asked);
-    AddTraceCommand(parser, asked);
-    AddHalfYearCommand(parser, asked);
-    AddCheckCommand(parser, asked);
-    AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
-               BackUp);
-    AddRestoreCommand(parser, asked);
-
-    // The parser takes the arguments from the vector's end. Not argv, which is not UTF-8 on Windows.
-    std::vector<std::string> reversed;
-    for (const QString& text : texts.mid(1))
-        reversed.push_back(text.toStdString());
-    std::ranges::reverse(reversed);
-    try {
-        parser.parse(reversed);
-        CheckCompanyOption(asked);
-    } catch (const CLI::Success& help) { // --help or --version
-        parser.exit(help, std::cout, std::cerr);
-        return StatusDone;
-    } catch (const CLI::ParseError& error) {
-        std::cerr << "mact-cli: " << error.what() << '\n';
-        return StatusWrongUse;
-    }
-    return std::nullopt;
-}
 
 ExitStatus StartAndRun(const CommandLine& asked, const ConsolePrompts& prompts, AppContext& app) {
     if (asked.NotStartedFor
@@ -324,8 +68,12 @@ int main(int argc, char* argv[]) try {
     // Drops Qt's warnings, such as that of a locale without UTF-8: the error output is for failures.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     const QCoreApplication application(argc, argv);
+    std::vector<std::string> arguments;
+    for (const QString& text :
+         QCoreApplication::arguments().mid(1)) // not argv, which is not UTF-8 on Windows
+        arguments.push_back(text.toStdString());
     CommandLine asked;
-    const std::optional<ExitStatus> ended = ReadCommandLine(QCoreApplication::arguments(), asked);
+    const std::optional<ExitStatus> ended = ReadCommandLine(std::move(arguments), asked);
     return ended ? *ended : Run(asked);
 } catch (const std::exception& error) {
     // None of our own code throws, so memory has run out.

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "cli/commands.h"
+#include "cli/overview_commands.h"
+#include "cli/restore_command.h"
+
+#include <CLI/App.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace mact {
+
+/// What the command line asks for. Not copyable, since the commands hold references to it.
+struct CommandLine {
+    CommandLine() = default;
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    std::string Folder{};
+    std::optional<std::int16_t> CompanyId{};
+    std::function<ExitStatus(AppContext&)> Command{};
+    /// The command that does without the start, which creates a data folder and fails if that is damaged.
+    std::string NotStartedFor{};
+
+    std::string Name{};
+    std::string Location{};
+    std::int16_t SelectedId = 0;
+    std::string File{};
+    std::string Kind{};
+    std::string Ending{};
+    bool AnswersYes = false;
+    OverviewSpan Span{};
+    bool IsCsv = false;
+    bool IsAll = false;
+    bool IsJson = false;
+    std::string MonthEnd{};
+    std::string Figure{};
+    std::string Item{};
+    std::string HalfYear{};
+    std::vector<std::string> PollutantNames{};
+    std::vector<std::int16_t> RecordNumbers{};
+    std::string Set{};
+    bool IsList = false;
+    RestoreConsent Consent{};
+};
+
+/// Describes all commands and options to the parser, which stores what it reads in `asked`.
+void DescribeCommands(CLI::App& parser, CommandLine& asked);
+
+/// Reads the arguments, in UTF-8 and without the program's name. The status to end with; empty if there is a
+/// command to run.
+std::optional<ExitStatus> ReadCommandLine(std::vector<std::string> arguments, CommandLine& asked);
+} // namespace mact

@@ -175,7 +175,7 @@ void AddRestoreCommand(CLI::App& parser, CommandLine& asked) {
 
 /// Not a callback of `check`: the parser sets main options such as --company only after those have run.
 void CheckCompanyOption(const CommandLine& asked) {
-    if (!asked.NotStartedFor.empty() && asked.CompanyId)
+    if (!asked.NotStartedFor.empty() && asked.Company)
         throw CLI::ValidationError(asked.NotStartedFor, "looks at all companies, without --company");
 }
 
@@ -186,10 +186,16 @@ void DescribeCommands(CLI::App& parser, CommandLine& asked) {
     parser.name("mact-cli");
     parser.set_version_flag("--version", "MACT (V" MACT_VERSION_TEXT ")");
     parser.require_subcommand(1);
+    parser.fallthrough(); // inherited: a command passes on the options that it does not know
     parser.add_option("--folder", asked.Folder, "The program folder, which holds the data folder")
         ->type_name("DIR");
-    parser.add_option("--company", asked.CompanyId, "Work with this company, without remembering it")
-        ->type_name("ID");
+    parser
+        .add_option("--company", asked.Company,
+                    "Work with the company of this id or name, without remembering it")
+        ->type_name("COMPANY");
+    parser.footer(
+        "--folder and --company may also follow the command. A name is the whole name of a company; "
+        "its case does\nnot matter. A number is always an id.");
     AddCompanyCommands(parser, asked);
     AddNamesCommand(parser, asked);
     AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportFile,

@@ -21,7 +21,7 @@ struct CommandLine {
     CommandLine& operator=(const CommandLine&) = delete;
 
     std::string Folder{};
-    std::optional<std::int16_t> CompanyId{};
+    std::optional<std::string> Company{}; ///< an id or a name, in UTF-8
     std::function<ExitStatus(AppContext&)> Command{};
     /// The command that does without the start, which creates a data folder and fails if that is damaged.
     std::string NotStartedFor{};

@@ -3,6 +3,7 @@
 #include "base/messages.h"
 #include "base/text.h"
 #include "cli/command_line.h"
+#include "cli/company_option.h"
 #include "cli/console_services.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
@@ -30,8 +31,8 @@ ExitStatus StartAndRun(const CommandLine& asked, const ConsolePrompts& prompts, 
         // tell it once more, or work without the company.
         if (ShowFailure(app, started) || prompts.HasShownFailure()) return StatusFailed;
     }
-    if (asked.CompanyId) {
-        const ExitStatus used = UseCompany(app, *asked.CompanyId, false);
+    if (asked.Company) {
+        const ExitStatus used = UseCompanyMeant(app, *asked.Company);
         if (used != StatusDone) return used;
     }
     return asked.Command(app);

@@ -7,7 +7,7 @@
 namespace mact {
 
 ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                      const std::filesystem::path& settingsFolder) {
+                      const std::filesystem::path& settingsFolder, std::string_view input) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", QString::fromStdString(PathText(settingsFolder)));
     QStringList texts;
@@ -17,6 +17,7 @@ ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<st
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QString::fromStdString(PathText(program)), texts);
+    process.write(input.data(), static_cast<qint64>(input.size()));
     process.closeWriteChannel();
     constexpr int aMinute = 60'000;
     if (!process.waitForFinished(aMinute) || process.exitStatus() != QProcess::NormalExit) return {};

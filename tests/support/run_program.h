@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace mact {
@@ -13,7 +14,8 @@ struct ProgramRun {
     std::string Errors{};
 };
 
-/// Runs a program to its end, with its settings in `settingsFolder` instead of the user's own.
+/// Runs a program to its end, with its settings in `settingsFolder` instead of the user's own and `input` as
+/// its standard input.
 ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                      const std::filesystem::path& settingsFolder);
+                      const std::filesystem::path& settingsFolder, std::string_view input = {});
 } // namespace mact

@@ -67,42 +67,6 @@ void AppendUtf8(std::string& text, char16_t character) {
     }
 }
 
-struct DecodedCharacter {
-    char32_t Character = 0; ///< 0xFFFD for a malformed byte
-    std::size_t Length = 1; ///< bytes
-};
-
-/// The first character of a text that is not empty.
-DecodedCharacter DecodeUtf8(std::string_view text) {
-    constexpr DecodedCharacter malformed{0xFFFD, 1}; // a character that the code page lacks
-    const auto byteAt = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-    const unsigned char first = byteAt(0);
-    if (first < 0x80) return {first, 1};
-    std::size_t length = 0;
-    char32_t character = 0;
-    if (first >= 0xC2 && first <= 0xDF) { // 0xC0 and 0xC1 begin only overlong forms
-        length = 2;
-        character = first & 0x1FU;
-    } else if (first >= 0xE0 && first <= 0xEF) {
-        length = 3;
-        character = first & 0x0FU;
-    } else if (first >= 0xF0 && first <= 0xF4) {
-        length = 4;
-        character = first & 0x07U;
-    } else {
-        return malformed;
-    }
-    if (text.size() < length) return malformed;
-    for (std::size_t index = 1; index < length; ++index) {
-        if ((byteAt(index) & 0xC0U) != 0x80U) return malformed;
-        character = (character << 6) | (byteAt(index) & 0x3FU);
-    }
-    const bool overlong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
-    const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
-    if (overlong || surrogate || character > 0x10FFFF) return malformed;
-    return {character, length};
-}
-
 } // namespace
 
 std::string_view Trim(std::string_view text) {
@@ -160,15 +124,43 @@ std::string Utf8FromCodePage(std::string_view codePageText) {
     return text;
 }
 
+DecodedCharacter DecodeUtf8(std::string_view text) {
+    constexpr DecodedCharacter malformed{0xFFFD, 1, true}; // a character that the code page lacks
+    const auto byteAt = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
+    const unsigned char first = byteAt(0);
+    if (first < 0x80) return {first, 1};
+    std::size_t length = 0;
+    char32_t character = 0;
+    if (first >= 0xC2 && first <= 0xDF) { // 0xC0 and 0xC1 begin only overlong forms
+        length = 2;
+        character = first & 0x1FU;
+    } else if (first >= 0xE0 && first <= 0xEF) {
+        length = 3;
+        character = first & 0x0FU;
+    } else if (first >= 0xF0 && first <= 0xF4) {
+        length = 4;
+        character = first & 0x07U;
+    } else {
+        return malformed;
+    }
+    if (text.size() < length) return malformed;
+    for (std::size_t index = 1; index < length; ++index) {
+        if ((byteAt(index) & 0xC0U) != 0x80U) return malformed;
+        character = (character << 6) | (byteAt(index) & 0x3FU);
+    }
+    const bool overlong = (length == 3 && character < 0x800) || (length == 4 && character < 0x10000);
+    const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
+    if (overlong || surrogate || character > 0x10FFFF) return malformed;
+    return {character, length};
+}
+
 std::string Printable(std::string_view utf8Text) {
     std::string text;
     text.reserve(utf8Text.size());
     while (!utf8Text.empty()) {
         const DecodedCharacter decoded = DecodeUtf8(utf8Text);
-        const char32_t character = decoded.Character;
-        const bool isControl = character < ' ' || (character >= 0x7F && character <= 0x9F);
         // A malformed byte, such as one of a path, stays.
-        text += isControl ? std::string_view("?") : utf8Text.substr(0, decoded.Length);
+        text += IsControl(decoded.Character) ? std::string_view("?") : utf8Text.substr(0, decoded.Length);
         utf8Text.remove_prefix(decoded.Length);
     }
     return text;

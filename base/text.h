@@ -46,6 +46,19 @@ std::string Utf8FromCodePage(std::string_view codePageText);
 /// instead of showing it.
 std::string Printable(std::string_view utf8Text);
 
+/// The first character of a text in UTF-8 that is not empty.
+struct DecodedCharacter {
+    char32_t Character = 0; ///< 0xFFFD for a malformed byte
+    std::size_t Length = 1; ///< bytes
+    bool IsMalformed = false;
+};
+DecodedCharacter DecodeUtf8(std::string_view text);
+
+/// Whether a terminal might obey the character instead of showing it.
+constexpr bool IsControl(char32_t character) {
+    return character < 0x20 || (character >= 0x7F && character <= 0x9F);
+}
+
 /// A character that the code page lacks, and every byte of malformed UTF-8, becomes "?".
 std::string CodePageFromUtf8(std::string_view utf8Text);
 

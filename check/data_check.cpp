@@ -118,14 +118,14 @@ Result<std::set<std::string>> NamesIn(const std::filesystem::path& folder) {
 
 /// What a check yields.
 struct Checked {
-    std::vector<std::string> Findings;
+    std::vector<Finding> Findings;
     std::vector<Failure> Failures;
     std::optional<CompanyIds> Companies; ///< that can be selected; empty if they are not known
 };
 
 Checked CheckOnce(const DataFiles& data, const std::set<std::string>& names) {
     Checked checked;
-    const FindingTaker take = [&](const std::string& line) { checked.Findings.push_back(line); };
+    const FindingTaker take = [&](const Finding& finding) { checked.Findings.push_back(finding); };
     // A shared file that cannot be read is one Failure; what depends on it is then not judged.
     const auto types = CheckTable(data, names, take);
     if (!types) checked.Failures.push_back(types.error());
@@ -162,18 +162,27 @@ std::optional<CompanyIds> CheckAllFiles(const DataFiles& data, const std::set<st
         failures.push_back(checked.error());
         return std::nullopt;
     }
-    for (const std::string& line : checked->Findings)
-        take(line);
+    for (const Finding& finding : checked->Findings)
+        take(finding);
     failures = checked->Failures;
     return checked->Companies;
 }
 
+FindingTaker AsLines(const FindingLineTaker& take) {
+    return [&take](const Finding& finding) { take(LineOf(finding)); };
+}
+
 } // namespace
 
+std::string LineOf(const Finding& finding) {
+    const std::string record = finding.Record == 0 ? "" : ", record " + std::to_string(finding.Record);
+    return finding.File + record + ": " + finding.What;
+}
+
 std::vector<Failure> CheckDataFiles(const DataFiles& data, const std::set<std::string>& names,
-                                    const FindingTaker& take) {
+                                    const FindingLineTaker& take) {
     std::vector<Failure> failures;
-    CheckAllFiles(data, names, take, failures);
+    CheckAllFiles(data, names, AsLines(take), failures);
     return failures;
 }
 
@@ -181,7 +190,7 @@ std::vector<Failure> CheckData(const AppContext& app, const FindingTaker& take) 
     const std::filesystem::path folder = DataFolder(app);
     std::error_code error;
     if (!std::filesystem::exists(folder, error) && !error) {
-        take("data: the folder \"" + PathText(folder) + "\" does not exist");
+        take({.File = "data", .What = "the folder \"" + PathText(folder) + "\" does not exist"});
         return {};
     }
     const Result<std::set<std::string>> names = NamesIn(folder);
@@ -191,5 +200,9 @@ std::vector<Failure> CheckData(const AppContext& app, const FindingTaker& take) 
     const Done checked = CheckRememberedCompany(app.Settings, companies, take);
     if (!checked) failures.push_back(checked.error());
     return failures;
+}
+
+std::vector<Failure> CheckData(const AppContext& app, const FindingLineTaker& take) {
+    return CheckData(app, AsLines(take));
 }
 } // namespace mact

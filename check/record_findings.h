@@ -14,9 +14,9 @@ class FileFindings {
 public:
     FileFindings(std::string file, const FindingTaker& take) : m_file(std::move(file)), m_take(take) {}
 
-    void Add(std::string_view what) const { m_take(m_file + ": " + std::string(what)); }
+    void Add(std::string_view what) const { m_take({.File = m_file, .What = std::string(what)}); }
     void Add(std::int16_t record, std::string_view what) const {
-        m_take(m_file + ", record " + std::to_string(record) + ": " + std::string(what));
+        m_take({.File = m_file, .Record = record, .What = std::string(what)});
     }
     /// A finding if the number is not finite. `name` is as in "the density".
     void CheckFinite(std::int16_t record, std::string_view name, double number) const;

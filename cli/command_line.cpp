@@ -23,7 +23,10 @@ CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& na
 }
 
 void AddCompanyCommands(CLI::App& parser, CommandLine& asked) {
-    AddCommand(parser, asked, "companies", "List the companies: id|name|location", ListCompanies);
+    CLI::App& companies = AddCommand(parser, asked, "companies", "List the companies: id|name|location",
+                                     [&](AppContext& app) { return ListCompanies(app, asked.IsJson); });
+    companies.add_flag("--json", asked.IsJson,
+                       "Print JSON: id, name, location, and whether it is the current company");
     CLI::App& add = AddCommand(parser, asked, "add-company", "Add a company and print its id",
                                [&](AppContext& app) { return AddCompany(app, asked.Name, asked.Location); });
     add.add_option("NAME", asked.Name, "Company name")->required();
@@ -151,9 +154,10 @@ void AddReportCommand(CLI::App& parser, CommandLine& asked) {
 }
 
 void AddCheckCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& check =
-        AddCommand(parser, asked, "check",
-                   "Look through the data files of all companies and print what is wrong", CheckDataFolder);
+    CLI::App& check = AddCommand(parser, asked, "check",
+                                 "Look through the data files of all companies and print what is wrong",
+                                 [&](AppContext& app) { return CheckDataFolder(app, asked.IsJson); });
+    check.add_flag("--json", asked.IsJson, "Print JSON: file, record and finding of each");
     check.parse_complete_callback([&asked] { asked.NotStartedFor = "check"; });
 }
 

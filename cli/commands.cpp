@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "app/backup.h"
+#include "base/json.h"
 #include "base/messages.h"
 #include "base/text.h"
 #include "check/data_check.h"
@@ -60,14 +61,32 @@ Result<std::string> NameText(const std::string& utf8Name) {
     return RecordText(utf8Name);
 }
 
+std::string CompaniesJson(const std::vector<CompanyRecord>& companies, std::int16_t currentId) {
+    std::vector<std::string> objects;
+    for (const CompanyRecord& company : companies)
+        objects.push_back("{\"id\": " + std::to_string(company.CompanyId) +
+                          ", \"name\": " + JsonText(Utf8FromCodePage(Trim(company.CompanyName))) +
+                          ", \"location\": " + JsonText(Utf8FromCodePage(Trim(company.CompanyLocation))) +
+                          ", \"current\": " + (company.CompanyId == currentId ? "true}" : "false}"));
+    return JsonLines(objects);
+}
+
+std::string JsonObject(const Finding& finding) {
+    const std::string record = finding.Record == 0 ? "null" : std::to_string(finding.Record);
+    return "{\"file\": " + JsonText(finding.File) + ", \"record\": " + record +
+           ", \"finding\": " + JsonText(finding.What) + '}';
+}
+
 } // namespace
 
-ExitStatus ListCompanies(AppContext& app) {
-    std::vector<CompanyRecord> companies;
-    FindCompanies(app, {}, companies); // shows its own failure
-    for (const CompanyRecord& company : companies)
-        std::cout << company.CompanyId << '|' << Shown(company.CompanyName) << '|'
-                  << Shown(company.CompanyLocation) << '\n';
+ExitStatus ListCompanies(AppContext& app, bool isJson) {
+    const Result<std::vector<CompanyRecord>> companies = ReadCompanies(app);
+    if (!companies) return Fail(app, companies.error());
+    if (isJson) std::cout << CompaniesJson(*companies, app.CurrentCompanyId);
+    for (const CompanyRecord& company : *companies)
+        if (!isJson)
+            std::cout << company.CompanyId << '|' << Shown(company.CompanyName) << '|'
+                      << Shown(company.CompanyLocation) << '\n';
     return StatusDone;
 }
 
@@ -162,12 +181,17 @@ const std::vector<std::string>& ReportKinds() {
     return kinds;
 }
 
-ExitStatus CheckDataFolder(AppContext& app) {
+ExitStatus CheckDataFolder(AppContext& app, bool isJson) {
     ExitStatus status = StatusDone;
-    const std::vector<Failure> failures = CheckData(app, [&](const std::string& finding) {
-        std::cout << finding << '\n';
+    std::vector<std::string> objects;
+    const std::vector<Failure> failures = CheckData(app, [&](const Finding& finding) {
+        if (isJson)
+            objects.push_back(JsonObject(finding));
+        else
+            std::cout << LineOf(finding) << '\n';
         status = StatusRejected;
     });
+    if (isJson) std::cout << JsonLines(objects);
     for (const Failure& failure : failures)
         ShowError(app, failure);
     return status;

@@ -24,7 +24,7 @@ enum ExitStatus : int {
 };
 
 /// One line per company: id|name|location
-ExitStatus ListCompanies(AppContext& app);
+ExitStatus ListCompanies(AppContext& app, bool isJson);
 /// Prints the new company's number. The texts are UTF-8.
 ExitStatus AddCompany(AppContext& app, const std::string& name, const std::string& location);
 /// Makes the company current for this run, and with `isRemembered` for later ones too.
@@ -43,7 +43,7 @@ ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::stri
 const std::vector<std::string>& ReportKinds();
 
 /// Prints the findings of CheckData, one per line.
-ExitStatus CheckDataFolder(AppContext& app);
+ExitStatus CheckDataFolder(AppContext& app, bool isJson);
 
 /// Prints the folder of the new set once every file is in it.
 ExitStatus BackUp(AppContext& app);

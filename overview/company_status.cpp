@@ -1,5 +1,6 @@
 #include "overview/company_status.h"
 
+#include "base/json.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "overview/attention.h"
@@ -22,26 +23,6 @@ double PercentLeft(double figure, double limit) {
     return (limit - figure) / limit * 100;
 }
 
-/// For people and for programs: a text in quotes, with what JSON does not take in a text escaped.
-std::string JsonText(std::string_view utf8Text) {
-    std::string json = "\"";
-    for (const char character : utf8Text) {
-        constexpr unsigned char firstPrintable = 0x20;
-        if (character == '"' || character == '\\') {
-            json += '\\';
-            json += character;
-        } else if (static_cast<unsigned char>(character) < firstPrintable) {
-            constexpr std::string_view digits = "0123456789abcdef";
-            json += "\\u00";
-            json += digits[static_cast<unsigned char>(character) / 16];
-            json += digits[static_cast<unsigned char>(character) % 16];
-        } else {
-            json += character;
-        }
-    }
-    return json + '"';
-}
-
 std::string MonthOrNothing(const CompanyStatus& status) {
     return status.NewestUse ? MonthText(*status.NewestUse) : std::string();
 }
@@ -55,7 +36,7 @@ std::string JsonObject(const CompanyStatus& status) {
     const auto state = [&](State of) { return JsonText(StateText(of, status.Months)); };
     std::string json = "{\"id\": " + WholeNumberText(status.CompanyId);
     json += ", \"name\": " + JsonText(Utf8FromCodePage(Trim(status.Name)));
-    json += ", \"month\": " + (status.NewestUse ? JsonText(MonthOrNothing(status)) : "null");
+    json += ", \"month\": " + JsonTextOrNull(MonthOrNothing(status));
     json += ", \"rows\": " + state(status.Rows);
     json += ", \"filled\": " + state(status.Filled);
     json += ", \"average\": " + state(status.Average);
@@ -123,9 +104,9 @@ std::string StatusLine(const CompanyStatus& status) {
 }
 
 std::string StatusJson(const std::vector<CompanyStatus>& companies) {
-    std::string json = "[";
-    for (const CompanyStatus& status : companies)
-        json += (json.size() == 1 ? "\n  " : ",\n  ") + JsonObject(status);
-    return json + (companies.empty() ? "]\n" : "\n]\n");
+    std::vector<std::string> objects;
+    objects.reserve(companies.size());
+    std::ranges::transform(companies, std::back_inserter(objects), JsonObject);
+    return JsonLines(objects);
 }
 } // namespace mact

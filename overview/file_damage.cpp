@@ -33,9 +33,9 @@ Done FindIn(const DataFiles& data, const std::filesystem::path& path, const Layo
 Result<std::vector<std::string>> FindFileDamage(const DataFiles& data) {
     std::vector<std::string> lines;
     std::size_t more = 0;
-    const FindingTaker take = [&](const std::string& line) {
+    const FindingTaker take = [&](const Finding& finding) {
         if (lines.size() < MostLines)
-            lines.push_back(line);
+            lines.push_back(LineOf(finding));
         else
             ++more;
     };

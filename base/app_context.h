@@ -34,6 +34,8 @@ struct AppContext {
     /// The six additional pollutant names joined by "|", code-page text; "-" = not in use.
     std::string AdditionalNames{};
     LastUsageEntry LastUsage{};
+    /// Where a report goes in the place of its file in the program folder; empty = nowhere else.
+    std::filesystem::path ReportTarget{};
     /// Where stores note what they did, so that it can be taken back; null if nobody will.
     History* Changes = nullptr;
     /// Null if there are no windows to be coloured.

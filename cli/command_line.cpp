@@ -1,7 +1,7 @@
 #include "cli/command_line.h"
 
-#include "base/text.h"
 #include "cli/deleted_commands.h"
+#include "cli/standard_streams.h"
 #include "overview/half_year.h"
 #include "reports/report_period.h"
 
@@ -61,8 +61,8 @@ void AddDeletedCommands(CLI::App& parser, CommandLine& asked) {
     CLI::App& undelete =
         AddCommand(parser, asked, "undelete",
                    "Bring deleted records back: all that are named or, if one is refused, none",
-                   [&](AppContext& app) { return Undelete(app, asked.Kind, asked.RecordNumbers); });
-    undelete.add_option("FILE", asked.Kind, "Which records")
+                   [&](AppContext& app) { return Undelete(app, asked.RecordKind, asked.RecordNumbers); });
+    undelete.add_option("FILE", asked.RecordKind, "Which records")
         ->required()
         ->check(CLI::IsMember(RecordFileNames()));
     undelete.add_option("ID", asked.RecordNumbers, "Their numbers, as deleted lists them")
@@ -74,21 +74,26 @@ void AddDeletedCommands(CLI::App& parser, CommandLine& asked) {
                     "then 4.");
 }
 
-using Transfer = ExitStatus (*)(AppContext&, TransferModule, const std::filesystem::path&);
+constexpr const char* ImportedFile = "The text file; \"-\" reads the standard input";
+constexpr const char* ExportedFile =
+    "The text file; \"-\" prints it, and the summary goes to the error output";
+using Transfer = ExitStatus (*)(AppContext&, TransferModule, const std::string&);
 
 void AddTransferCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
-                        const std::string& description, Transfer transfer, TransferModule module) {
+                        const std::string& description, const std::string& fileDescription, Transfer transfer,
+                        TransferModule module) {
     CLI::App& added =
-        AddCommand(parser, asked, name, description, [&asked, transfer, module](AppContext& app) {
-            return transfer(app, module, PathFromUtf8(asked.File));
-        });
-    added.add_option("FILE", asked.File, "The text file")->required();
+        AddCommand(parser, asked, name, description,
+                   [&asked, transfer, module](AppContext& app) { return transfer(app, module, asked.File); });
+    added.add_option("FILE", asked.File, fileDescription)->required()->type_name("");
 }
 
-/// Only the compliant materials report does without a month.
-void CheckEnding(const CommandLine& asked) {
-    if (asked.Ending.empty() && asked.Kind != "compliant")
-        throw CLI::ValidationError("report " + asked.Kind, "needs --ending M/YYYY");
+/// What no option can check by itself.
+void CheckReport(const WantedReport& report) {
+    if (report.Ending.empty() && report.Kind != "compliant") // the only one that does without a month
+        throw CLI::ValidationError("report " + report.Kind, "needs --ending M/YYYY");
+    if (report.IsJson && report.Output == StandardStream)
+        throw CLI::ValidationError("report", "--json and --output - both print");
 }
 
 /// What is wrong with the text; empty if nothing is.
@@ -140,17 +145,23 @@ void AddHalfYearCommand(CLI::App& parser, CommandLine& asked) {
 }
 
 void AddReportCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& report =
-        AddCommand(parser, asked, "report", "Write a report and print its path",
-                   [&](AppContext& app) { return WriteReport(app, asked.Kind, asked.Ending); });
-    report.add_option("KIND", asked.Kind, "Which report")->required()->check(CLI::IsMember(ReportKinds()));
+    CLI::App& report = AddCommand(parser, asked, "report", "Write a report and print its path",
+                                  [&](AppContext& app) { return WriteReport(app, asked.Report); });
+    report.add_option("KIND", asked.Report.Kind, "Which report")
+        ->required()
+        ->check(CLI::IsMember(ReportKinds()));
     report
-        .add_option("--ending", asked.Ending,
+        .add_option("--ending", asked.Report.Ending,
                     "Last month of the twelve; without it the compliant report has all materials")
         ->type_name("M/YYYY")
         ->check(CheckMonth);
+    report
+        .add_option("--output", asked.Report.Output,
+                    "Write to this file instead of the one in the program folder; \"-\" prints the report")
+        ->type_name("FILE");
     report.add_flag("--yes", asked.AnswersYes, "Write a report without records too");
-    report.parse_complete_callback([&asked] { CheckEnding(asked); });
+    report.add_flag("--json", asked.Report.IsJson, "Print JSON: kind, ending, and file or null");
+    report.parse_complete_callback([&asked] { CheckReport(asked.Report); });
 }
 
 void AddCheckCommand(CLI::App& parser, CommandLine& asked) {
@@ -202,13 +213,13 @@ void DescribeCommands(CLI::App& parser, CommandLine& asked) {
         "its case does\nnot matter. A number is always an id.");
     AddCompanyCommands(parser, asked);
     AddNamesCommand(parser, asked);
-    AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportFile,
+    AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportedFile, ImportFile,
                        TransferModule::Materials);
-    AddTransferCommand(parser, asked, "import-usage", "Import monthly usage", ImportFile,
+    AddTransferCommand(parser, asked, "import-usage", "Import monthly usage", ImportedFile, ImportFile,
                        TransferModule::Usage);
-    AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportFile,
+    AddTransferCommand(parser, asked, "export-materials", "Export all materials", ExportedFile, ExportFile,
                        TransferModule::Materials);
-    AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportFile,
+    AddTransferCommand(parser, asked, "export-usage", "Export all monthly usage", ExportedFile, ExportFile,
                        TransferModule::Usage);
     AddDeletedCommands(parser, asked);
     AddReportCommand(parser, asked);

@@ -30,8 +30,8 @@ struct CommandLine {
     std::string Location{};
     std::int16_t SelectedId = 0;
     std::string File{};
-    std::string Kind{};
-    std::string Ending{};
+    std::string RecordKind{};
+    WantedReport Report{};
     bool AnswersYes = false;
     OverviewSpan Span{};
     bool IsCsv = false;

@@ -7,10 +7,12 @@
 #include "check/data_check.h"
 #include "cli/record_text.h"
 #include "cli/refusals.h"
+#include "cli/standard_streams.h"
 #include "reports/reports.h"
 #include "store/additional_names.h"
 #include "store/companies.h"
 #include "transfer/transfer.h"
+#include "transfer/transfer_guards.h"
 
 #include <algorithm>
 #include <array>
@@ -21,9 +23,9 @@ namespace mact {
 namespace {
 
 /// Prints the lines of a summary with the console's line ends.
-void PrintLines(std::string text) {
+void PrintLines(std::ostream& stream, std::string text) {
     std::erase(text, '\r');
-    std::cout << text << '\n';
+    stream << text << '\n';
 }
 
 // Transfers return 0 even if they fail. As the failure is shown, the program ends with StatusFailed.
@@ -43,6 +45,35 @@ constexpr std::array Reports = {
     Report{"additional-usage",    AdditionalHapUsageFile,    GenerateAdditionalHapUsageReport   },
     Report{"additional-emission", AdditionalHapEmissionFile, GenerateAdditionalHapEmissionReport},
 };
+
+Result<std::filesystem::path> FileAt(const std::string& utf8File) {
+    return PathFromUtf8(utf8File);
+}
+
+/// Whether both are one name in one folder, however the folder is spelled.
+bool AreSameName(const std::filesystem::path& left, const std::filesystem::path& right) {
+    std::error_code error;
+    return left.filename() == right.filename() &&
+           std::filesystem::equivalent(left.parent_path(), right.parent_path(), error) && !error;
+}
+
+/// The file that a report is to be written to; a Failure if it is another one of the program's own.
+Result<std::filesystem::path> ReportTargetAt(const AppContext& app, const std::string& utf8File,
+                                             const char* ownName) {
+    std::error_code error;
+    std::filesystem::path target = std::filesystem::absolute(PathFromUtf8(utf8File), error);
+    if (error) return Failure{"write the file", PathFromUtf8(utf8File), error.message()};
+    const Done checked = CheckExportTarget(app, target, {}); // links, data files and pipes
+    if (!checked) return checked.error();
+    const std::filesystem::path folder = DataFolder(app);
+    if (AreSameName(target, folder / target.filename()))
+        return Failure{"write a report to the file", target, "it is in the data folder"};
+    for (const char* name : {CompliantMaterialsFile, WeightedAverageFile, EmissionAverageFile,
+                             AdditionalHapUsageFile, AdditionalHapEmissionFile})
+        if (std::string_view(name) != ownName && AreSameName(target, app.ProgramFolder / name))
+            return Failure{"write the report to the file", target, "it is the file of another report"};
+    return target;
+}
 
 /// Text of the command line as record text; a Failure if it has a character that the code page lacks.
 Result<std::string> RecordText(const std::string& utf8Text) {
@@ -69,6 +100,12 @@ std::string CompaniesJson(const std::vector<CompanyRecord>& companies, std::int1
                           ", \"location\": " + JsonText(Utf8FromCodePage(Trim(company.CompanyLocation))) +
                           ", \"current\": " + (company.CompanyId == currentId ? "true}" : "false}"));
     return JsonLines(objects);
+}
+
+/// `file` is empty if none was written.
+std::string ReportJson(const WantedReport& report, const std::string& file) {
+    return "{\"kind\": " + JsonText(report.Kind) + ", \"ending\": " + JsonTextOrNull(report.Ending) +
+           ", \"file\": " + JsonTextOrNull(file) + "}\n";
 }
 
 std::string JsonObject(const Finding& finding) {
@@ -135,39 +172,60 @@ ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& na
     return saved ? StatusDone : Fail(app, saved.error());
 }
 
-ExitStatus ImportFile(AppContext& app, TransferModule module, const std::filesystem::path& file) {
+ExitStatus ImportFile(AppContext& app, TransferModule module, const std::string& utf8File) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    StandardInput input;
+    const Result<std::filesystem::path> source = utf8File == StandardStream ? input.Read() : FileAt(utf8File);
+    if (!source) return Fail(app, source.error());
     const auto import = module == TransferModule::Materials ? ImportMaterials : ImportUsage;
-    const ImportCounts counts = import(app, file, {});
-    PrintLines(ImportSummary(counts.Processed, counts.Errors));
-    if (const std::string remarks = ImportRemarks(counts, module); !remarks.empty()) PrintLines(remarks);
+    const ImportCounts counts = import(app, *source, {});
+    PrintLines(std::cout, ImportSummary(counts.Processed, counts.Errors));
+    if (const std::string remarks = ImportRemarks(counts, module); !remarks.empty())
+        PrintLines(std::cout, remarks);
     return TransferStatus(counts.Errors);
 }
 
-ExitStatus ExportFile(AppContext& app, TransferModule module, const std::filesystem::path& file) {
+ExitStatus ExportFile(AppContext& app, TransferModule module, const std::string& utf8File) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
+    StandardOutput output;
+    const bool isPrinted = utf8File == StandardStream;
+    const Result<std::filesystem::path> target = isPrinted ? output.Path() : FileAt(utf8File);
+    if (!target) return Fail(app, target.error());
     int processedCount = 0;
     std::optional<int> errorCount;
     const auto exportTo = module == TransferModule::Materials ? ExportMaterialFile : ExportUsageFile;
-    exportTo(app, file, processedCount, errorCount);
-    PrintLines(ExportSummary(processedCount, errorCount));
+    exportTo(app, *target, processedCount, errorCount);
+    const Done printed = isPrinted ? output.Print(app.Files) : Success();
+    if (!printed) return Fail(app, printed.error());
+    PrintLines(isPrinted ? std::cerr : std::cout, ExportSummary(processedCount, errorCount));
     return TransferStatus(errorCount.value_or(0));
 }
 
-ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending) {
+ExitStatus WriteReport(AppContext& app, const WantedReport& wanted) {
     if (!HasCompany(app)) return Refuse(app, NeedsCompany);
     // There is one: the parser accepts no other kind.
     const auto* const report =
-        std::ranges::find_if(Reports, [&](const Report& each) { return kind == each.Kind; });
-    switch (report->Generate(app, {.EndText = ending})) {
-    case ReportPublished:
-        std::cout << PathText(app.ProgramFolder / report->FileName) << '\n';
-        return StatusDone;
-    case ReportDeclined:
-        return StatusDeclined;
-    default:
-        return StatusFailed;
+        std::ranges::find_if(Reports, [&](const Report& each) { return wanted.Kind == each.Kind; });
+    StandardOutput output;
+    const bool isPrinted = wanted.Output == StandardStream;
+    if (!wanted.Output.empty()) {
+        const Result<std::filesystem::path> target =
+            isPrinted ? output.Path() : ReportTargetAt(app, wanted.Output, report->FileName);
+        if (!target) return Fail(app, target.error());
+        app.ReportTarget = *target;
     }
+    const std::int16_t generated = report->Generate(app, {.EndText = wanted.Ending});
+    if (generated == ReportFailed) return StatusFailed;
+    const bool isWritten = generated == ReportPublished;
+    const std::filesystem::path file =
+        wanted.Output.empty() ? app.ProgramFolder / report->FileName : app.ReportTarget;
+    if (wanted.IsJson)
+        std::cout << ReportJson(wanted, isWritten ? PathText(file) : std::string());
+    else if (isWritten && !isPrinted)
+        std::cout << PathText(file) << '\n';
+    const Done printed = isPrinted ? output.Print(app.Files) : Success();
+    if (!printed) return Fail(app, printed.error());
+    return isWritten ? StatusDone : StatusDeclined;
 }
 
 const std::vector<std::string>& ReportKinds() {

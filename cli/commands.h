@@ -4,7 +4,6 @@
 #include "transfer/transfer.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -35,11 +34,19 @@ ExitStatus ShowPollutantNames(AppContext& app);
 /// `names` must be six, in UTF-8.
 ExitStatus SetPollutantNames(AppContext& app, const std::vector<std::string>& names);
 
-ExitStatus ImportFile(AppContext& app, TransferModule module, const std::filesystem::path& file);
-ExitStatus ExportFile(AppContext& app, TransferModule module, const std::filesystem::path& file);
+/// These print the summary. `utf8File` may be "-": the standard input, or the standard output, where the
+/// summary goes to the standard error output.
+ExitStatus ImportFile(AppContext& app, TransferModule module, const std::string& utf8File);
+ExitStatus ExportFile(AppContext& app, TransferModule module, const std::string& utf8File);
 
-/// `kind` must be one of ReportKinds(). Without `ending` (M/YYYY) the compliant report has all materials.
-ExitStatus WriteReport(AppContext& app, const std::string& kind, const std::string& ending);
+struct WantedReport {
+    std::string Kind{};   ///< one of ReportKinds()
+    std::string Ending{}; ///< M/YYYY; empty = all materials, in the compliant report only
+    std::string Output{}; ///< a file in UTF-8 or "-"; empty = the report's own in the program folder
+    bool IsJson = false;
+};
+/// Prints the path of the report or, if the output is "-", the report.
+ExitStatus WriteReport(AppContext& app, const WantedReport& wanted);
 const std::vector<std::string>& ReportKinds();
 
 /// Prints the findings of CheckData, one per line.

@@ -5,6 +5,7 @@
 #include "cli/command_line.h"
 #include "cli/company_option.h"
 #include "cli/console_services.h"
+#include "cli/standard_streams.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_settings.h"
@@ -66,6 +67,7 @@ int main(int argc, char* argv[]) try {
 #ifdef Q_OS_WIN
     SetConsoleOutputCP(CP_UTF8);
 #endif
+    HoldStandardStreams();
     // Drops Qt's warnings, such as that of a locale without UTF-8: the error output is for failures.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     const QCoreApplication application(argc, argv);

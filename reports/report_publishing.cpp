@@ -65,7 +65,8 @@ std::optional<std::filesystem::path> NewestReport(const std::filesystem::path& p
 }
 
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html) {
-    const std::filesystem::path report = app.ProgramFolder / fileName;
+    const std::filesystem::path report =
+        app.ReportTarget.empty() ? app.ProgramFolder / fileName : app.ReportTarget;
     if (html) *html += "\r\n"; // of the page's only line
     const Done written = html ? ReplaceFile(app.Files, report, *html) : html.error();
     if (ShowFailure(app, written)) return ReportFailed;

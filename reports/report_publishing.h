@@ -14,9 +14,10 @@ namespace mact {
 /// Asks whether a report is wanted although there is nothing to report.
 bool UserWantsEmptyReport(AppContext& app);
 
-/// Writes the report's file in the program folder and opens it in the configured browser or, without one,
-/// says where it was saved. Returns ReportPublished or ReportFailed; if the browser does not start, that is
-/// shown, but the report is published. Without a page it shows why there is none and writes nothing.
+/// Writes the report's file in the program folder, or the context's ReportTarget, and opens it in the
+/// configured browser or, without one, says where it was saved. Returns ReportPublished or ReportFailed; if
+/// the browser does not start, that is shown, but the report is published. Without a page it shows why there
+/// is none and writes nothing.
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html);
 
 /// Opens a page in the configured browser. False without one: then nothing was opened.

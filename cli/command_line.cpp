@@ -14,11 +14,16 @@ namespace mact {
 namespace {
 
 CLI::App& AddCommand(CLI::App& parser, CommandLine& asked, const std::string& name,
-                     const std::string& description, const std::function<ExitStatus(AppContext&)>& command) {
+                     const std::string& description, const std::function<ExitStatus(AppContext&)>& command,
+                     CommandStart start = CommandStart::Whole) {
     CLI::App& added = *parser.add_subcommand(name, description);
     added.set_version_flag("--version", parser.version()); // a command does not inherit it
     // Only noted here: the command runs once the whole line has been checked.
-    added.callback([&asked, command] { asked.Command = command; });
+    added.callback([&asked, name, command, start] {
+        asked.CommandName = name;
+        asked.Command = command;
+        asked.Start = start;
+    });
     return added;
 }
 
@@ -102,9 +107,9 @@ std::string CheckMonth(const std::string& text) {
 }
 
 void AddOverviewCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& overview =
-        AddCommand(parser, asked, "overview", "Print where the company stands at the end of each month",
-                   [&](AppContext& app) { return PrintOverview(app, asked.Span, asked.IsCsv); });
+    CLI::App& overview = AddCommand(
+        parser, asked, "overview", "Print where the company stands at the end of each month",
+        [&](AppContext& app) { return PrintOverview(app, asked.Span, asked.IsCsv); }, CommandStart::Looking);
     overview
         .add_option("--from", asked.Span.From, "First month end; by default the eleventh before the last")
         ->type_name("M/YYYY")
@@ -116,9 +121,9 @@ void AddOverviewCommand(CLI::App& parser, CommandLine& asked) {
 }
 
 void AddStatusCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& status =
-        AddCommand(parser, asked, "status", "Print in a line where the company stands",
-                   [&](AppContext& app) { return PrintStatus(app, asked.IsAll, asked.IsJson); });
+    CLI::App& status = AddCommand(
+        parser, asked, "status", "Print in a line where the company stands",
+        [&](AppContext& app) { return PrintStatus(app, asked.IsAll, asked.IsJson); }, CommandStart::Looking);
     status.add_flag("--all", asked.IsAll, "All companies, worst first");
     status.add_flag("--json", asked.IsJson, "Print JSON");
 }
@@ -126,7 +131,8 @@ void AddStatusCommand(CLI::App& parser, CommandLine& asked) {
 void AddTraceCommand(CLI::App& parser, CommandLine& asked) {
     CLI::App& trace = AddCommand(
         parser, asked, "trace", "Print what a figure of a month end was calculated from",
-        [&](AppContext& app) { return PrintTrace(app, asked.MonthEnd, asked.Figure, asked.Item); });
+        [&](AppContext& app) { return PrintTrace(app, asked.MonthEnd, asked.Figure, asked.Item); },
+        CommandStart::Looking);
     trace.add_option("MONTH", asked.MonthEnd, "The month end, M/YYYY")->required()->check(CheckMonth);
     trace.add_option("FIGURE", asked.Figure, "The figure, as in overview --csv")->required();
     trace.add_option("ITEM", asked.Item, "Its item, as in overview --csv");
@@ -165,11 +171,10 @@ void AddReportCommand(CLI::App& parser, CommandLine& asked) {
 }
 
 void AddCheckCommand(CLI::App& parser, CommandLine& asked) {
-    CLI::App& check = AddCommand(parser, asked, "check",
-                                 "Look through the data files of all companies and print what is wrong",
-                                 [&](AppContext& app) { return CheckDataFolder(app, asked.IsJson); });
+    CLI::App& check = AddCommand(
+        parser, asked, "check", "Look through the data files of all companies and print what is wrong",
+        [&](AppContext& app) { return CheckDataFolder(app, asked.IsJson); }, CommandStart::None);
     check.add_flag("--json", asked.IsJson, "Print JSON: file, record and finding of each");
-    check.parse_complete_callback([&asked] { asked.NotStartedFor = "check"; });
 }
 
 void AddRestoreCommand(CLI::App& parser, CommandLine& asked) {
@@ -177,7 +182,8 @@ void AddRestoreCommand(CLI::App& parser, CommandLine& asked) {
         parser, asked, "restore", "Put a backup set in the place of the data files, or list the sets",
         [&](AppContext& app) {
             return asked.IsList || asked.Set.empty() ? ListSets(app) : Restore(app, asked.Set, asked.Consent);
-        });
+        },
+        CommandStart::None);
     restore.add_option("SET", asked.Set,
                        "A set's folder, name or number. Without it the sets are listed, one a line");
     restore.add_flag("--list", asked.IsList, "List the sets, newest first");
@@ -185,13 +191,12 @@ void AddRestoreCommand(CLI::App& parser, CommandLine& asked) {
                      "Restore a set that is cut or incomplete too");
     restore.add_flag("--without-backup", asked.Consent.ToIncompleteBackup,
                      "Go on if the present data cannot be backed up");
-    restore.parse_complete_callback([&asked] { asked.NotStartedFor = "restore"; });
 }
 
 /// Not a callback of `check`: the parser sets main options such as --company only after those have run.
 void CheckCompanyOption(const CommandLine& asked) {
-    if (!asked.NotStartedFor.empty() && asked.Company)
-        throw CLI::ValidationError(asked.NotStartedFor, "looks at all companies, without --company");
+    if (asked.Start == CommandStart::None && asked.Company)
+        throw CLI::ValidationError(asked.CommandName, "looks at all companies, without --company");
 }
 
 } // namespace

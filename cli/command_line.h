@@ -14,6 +14,13 @@
 
 namespace mact {
 
+/// What is done before a command.
+enum class CommandStart {
+    Whole,   ///< as the program starts, which creates a data folder if there is none
+    Looking, ///< the remembered company is made current; nothing is created
+    None,    ///< nothing, and no company: what is looked at may be damaged
+};
+
 /// What the command line asks for. Not copyable, since the commands hold references to it.
 struct CommandLine {
     CommandLine() = default;
@@ -22,9 +29,9 @@ struct CommandLine {
 
     std::string Folder{};
     std::optional<std::string> Company{}; ///< an id or a name, in UTF-8
+    std::string CommandName{};
     std::function<ExitStatus(AppContext&)> Command{};
-    /// The command that does without the start, which creates a data folder and fails if that is damaged.
-    std::string NotStartedFor{};
+    CommandStart Start = CommandStart::Whole;
 
     std::string Name{};
     std::string Location{};

@@ -1,3 +1,4 @@
+#include "app/data_swap.h"
 #include "app/startup.h"
 #include "base/link_guard.h"
 #include "base/messages.h"
@@ -5,16 +6,21 @@
 #include "cli/command_line.h"
 #include "cli/company_option.h"
 #include "cli/console_services.h"
+#include "cli/refusals.h"
 #include "cli/standard_streams.h"
+#include "overview/unchanged_files.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
 #include "platform/qt_settings.h"
+#include "store/companies.h"
+#include "store/data_folder.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <optional>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
@@ -24,19 +30,48 @@ using namespace mact;
 
 namespace {
 
-ExitStatus StartAndRun(const CommandLine& asked, const ConsolePrompts& prompts, AppContext& app) {
-    if (asked.NotStartedFor
-            .empty()) { // StartUp creates files, and fails if the remembered company is not a number
-        const Done started = StartUp(app);
-        // It shows by itself that the companies cannot be read. The command would meet the same fault and
-        // tell it once more, or work without the company.
-        if (ShowFailure(app, started) || prompts.HasShownFailure()) return StatusFailed;
-    }
+ExitStatus RunCommand(const CommandLine& asked, AppContext& app) {
     if (asked.Company) {
         const ExitStatus used = UseCompanyMeant(app, *asked.Company);
         if (used != StatusDone) return used;
     }
     return asked.Command(app);
+}
+
+ExitStatus StartAndRun(const CommandLine& asked, const ConsolePrompts& prompts, AppContext& app) {
+    const Done started = StartUp(app); // fails if the remembered company is not a number
+    // It shows by itself that the companies cannot be read. The command would meet the same fault and tell it
+    // once more, or work without the company.
+    if (ShowFailure(app, started) || prompts.HasShownFailure()) return StatusFailed;
+    return RunCommand(asked, app);
+}
+
+ExitStatus RunLooking(const CommandLine& asked, const ConsolePrompts& prompts, AppContext& app) {
+    if (ShowFailure(app, FinishRestore(app))) return StatusFailed; // it decides what the data folder is
+    const Result<bool> hasFolder = IsAnythingAt(DataFolder(app));
+    if (!hasFolder) return Fail(app, hasFolder.error());
+    if (!*hasFolder) {
+        const bool needsSelected = !asked.Company && !asked.IsAll;
+        return Refuse(app, std::string(needsSelected ? "No company is selected. " : "") +
+                               "There is no data folder \"" + PathText(DataFolder(app)) + "\".");
+    }
+    UnchangedFiles unchanged(app.Files); // the stores create a file that is missing
+    AppContext looking{app.Prompts,  app.Settings, app.Programs,     app.Dialogs,
+                       app.Calendar, unchanged,    app.ProgramFolder};
+    if (ShowFailure(looking, RestoreCompany(looking)) || prompts.HasShownFailure()) return StatusFailed;
+    return RunCommand(asked, looking);
+}
+
+ExitStatus StartedAsAsked(const CommandLine& asked, const ConsolePrompts& prompts, AppContext& app) {
+    switch (asked.Start) {
+    case CommandStart::Whole:
+        return StartAndRun(asked, prompts, app);
+    case CommandStart::Looking:
+        return RunLooking(asked, prompts, app);
+    case CommandStart::None:
+        break;
+    }
+    return asked.Command(app); // which takes no company
 }
 
 ExitStatus Run(const CommandLine& asked) {
@@ -55,7 +90,7 @@ ExitStatus Run(const CommandLine& asked) {
     LinkGuard files(systemFiles, programFolder, SettingsFile());
     AppContext app{prompts, settings, programs, dialogs, calendar, files, programFolder};
 
-    const ExitStatus status = StartAndRun(asked, prompts, app);
+    const ExitStatus status = StartedAsAsked(asked, prompts, app);
     std::cout.flush(); // a full disk may only show now
     if (!std::cout) ShowError(app, {.Doing = "write to the standard output"});
     return prompts.HasShownFailure() ? StatusFailed : status; // even after StatusDone

@@ -126,6 +126,7 @@ ExitStatus PrintStatus(AppContext& app, bool isAll, bool isJson) {
         Result<std::vector<CompanyRecord>> found = ReadCompanies(app);
         if (!found) return Fail(app, found.error());
         companies = std::move(*found);
+        if (companies.empty()) std::cerr << "There are no companies.\n";
     } else {
         if (!HasCompany(app)) return Refuse(app, NeedsCompany);
         companies.push_back({.CompanyId = app.CurrentCompanyId, .CompanyName = app.CurrentCompanyName});

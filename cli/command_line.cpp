@@ -1,5 +1,6 @@
 #include "cli/command_line.h"
 
+#include "base/text.h"
 #include "cli/deleted_commands.h"
 #include "cli/standard_streams.h"
 #include "overview/half_year.h"
@@ -249,7 +250,7 @@ std::optional<ExitStatus> ReadCommandLine(std::vector<std::string> arguments, Co
         parser.exit(help, std::cout, std::cerr);
         return StatusDone;
     } catch (const CLI::ParseError& error) {
-        std::cerr << "mact-cli: " << error.what() << '\n';
+        std::cerr << "mact-cli: " << Printable(error.what()) << '\n';
         return StatusWrongUse;
     }
     return std::nullopt;

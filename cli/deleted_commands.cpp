@@ -67,7 +67,7 @@ ExitStatus Tell(AppContext& app, const Result<std::vector<Failure>>& refusals,
                 const std::vector<Deleted>& asked) {
     if (!refusals) return Fail(app, refusals.error());
     for (const Failure& refusal : *refusals)
-        std::cerr << SentenceOf(refusal) << '\n';
+        std::cerr << Printable(SentenceOf(refusal)) << '\n';
     if (refusals->empty())
         PrintLinesOf(asked);
     else if (asked.size() > 1)

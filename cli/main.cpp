@@ -8,6 +8,7 @@
 #include "cli/console_services.h"
 #include "cli/refusals.h"
 #include "cli/standard_streams.h"
+#include "cli/terminal_guard.h"
 #include "overview/unchanged_files.h"
 #include "platform/os_files.h"
 #include "platform/qt_clock.h"
@@ -103,6 +104,10 @@ int main(int argc, char* argv[]) try {
     SetConsoleOutputCP(CP_UTF8);
 #endif
     HoldStandardStreams();
+    std::optional<TerminalGuard> output;
+    std::optional<TerminalGuard> errors;
+    if (IsStandardOutputTerminal()) output.emplace(std::cout);
+    if (IsStandardErrorTerminal()) errors.emplace(std::cerr);
     // Drops Qt's warnings, such as that of a locale without UTF-8: the error output is for failures.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     const QCoreApplication application(argc, argv);

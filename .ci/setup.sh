@@ -2,7 +2,7 @@
 # install them. Sourced, not run.
 
 run_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libcli11-dev qt6-wayland fonts-dejavu-core)
-test_packages=("${run_packages[@]}" libgtest-dev chromium dbus-daemon)
+test_packages=("${run_packages[@]}" libgtest-dev chromium dbus-daemon fish groff-base zsh)
 bench_packages=("${run_packages[@]}" libbenchmark-dev sqlite3 time)
 windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine64)
 check_packages=("${test_packages[@]}" "${bench_packages[@]}" clang clang-format clang-tidy libclang-rt-14-dev)

@@ -200,6 +200,13 @@ void CheckCompanyOption(const CommandLine& asked) {
         throw CLI::ValidationError(asked.CommandName, "looks at all companies, without --company");
 }
 
+std::string ExitStatusLines() {
+    std::string lines;
+    for (const auto& [status, meaning] : ExitStatusTexts)
+        lines += (lines.empty() ? "  " : "\n  ") + std::to_string(status) + "  " + meaning;
+    return lines;
+}
+
 } // namespace
 
 void DescribeCommands(CLI::App& parser, CommandLine& asked) {
@@ -214,9 +221,7 @@ void DescribeCommands(CLI::App& parser, CommandLine& asked) {
         .add_option("--company", asked.Company,
                     "Work with the company of this id or name, without remembering it")
         ->type_name("COMPANY");
-    parser.footer(
-        "--folder and --company may also follow the command. A name is the whole name of a company; "
-        "its case does\nnot matter. A number is always an id.");
+    parser.footer(CommonNotes); // of every command without notes of its own
     AddCompanyCommands(parser, asked);
     AddNamesCommand(parser, asked);
     AddTransferCommand(parser, asked, "import-materials", "Import materials", ImportedFile, ImportFile,
@@ -237,6 +242,7 @@ void DescribeCommands(CLI::App& parser, CommandLine& asked) {
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
                BackUp);
     AddRestoreCommand(parser, asked);
+    parser.footer(CommonNotes + ("\n\nExit status:\n" + ExitStatusLines())); // of the program only
 }
 
 std::optional<ExitStatus> ReadCommandLine(std::vector<std::string> arguments, CommandLine& asked) {

@@ -55,6 +55,11 @@ struct CommandLine {
     RestoreConsent Consent{};
 };
 
+/// Follows the help of the program, and of each command that has no notes of its own.
+inline constexpr const char* CommonNotes =
+    "--folder and --company may also follow the command. A company's name is its whole name, in any case; a\n"
+    "number is always an id.";
+
 /// Describes all commands and options to the parser, which stores what it reads in `asked`.
 void DescribeCommands(CLI::App& parser, CommandLine& asked);
 

@@ -22,6 +22,21 @@ enum ExitStatus : int {
     StatusUnknown = 6,  ///< a company has no data, or less than twelve months of it
 };
 
+/// What the help says of them.
+struct ExitStatusText {
+    ExitStatus Status;
+    const char* Meaning;
+};
+inline constexpr ExitStatusText ExitStatusTexts[] = {
+    {StatusDone,     "done"                                                           },
+    {StatusFailed,   "a failure, which is said"                                       },
+    {StatusWrongUse, "wrong usage"                                                    },
+    {StatusDeclined, "an empty report was declined; --yes writes it"                  },
+    {StatusRejected, "records were rejected or refused, or check found something"     },
+    {StatusTrouble,  "status: a company is over, or its figures differ"               },
+    {StatusUnknown,  "status: a company has no data, or less than twelve months of it"},
+};
+
 /// One line per company: id|name|location
 ExitStatus ListCompanies(AppContext& app, bool isJson);
 /// Prints the new company's number. The texts are UTF-8.

@@ -54,7 +54,7 @@ _mact_cli_companies() {
         # Within quotes, which stay, a name needs no backslashes.
         [[ $typed == [\"\']* ]] || printf -v name %q "$name"
         COMPREPLY+=("$name")
-    done < <("${@:1:$#-1}" companies 2>/dev/null)
+    done < <("${@:1:$#-1}" known-companies 2>/dev/null)
 }
 )sh";
 

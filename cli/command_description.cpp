@@ -70,7 +70,8 @@ DescribedProgram DescribeProgram(const CLI::App& parser) {
     for (const CLI::Option* option : parser.get_options())
         program.Options.push_back(Described(*option));
     for (const CLI::App* command : parser.get_subcommands({}))
-        program.Commands.push_back(Described(*command, parser));
+        if (!command->get_group().empty()) // as in the help
+            program.Commands.push_back(Described(*command, parser));
     return program;
 }
 

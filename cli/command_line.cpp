@@ -43,6 +43,14 @@ void AddCompanyCommands(CLI::App& parser, CommandLine& asked) {
     select.add_option("ID", asked.SelectedId, "The company's id")->required();
 }
 
+/// For completions: a key that is pressed by the way must not create a data folder. Not in the help.
+void AddKnownCompaniesCommand(CLI::App& parser, CommandLine& asked) {
+    AddCommand(
+        parser, asked, "known-companies", "List the companies, if there is a data folder",
+        [](AppContext& app) { return ListCompanies(app, false); }, CommandStart::Looking)
+        .group("");
+}
+
 void AddNamesCommand(CLI::App& parser, CommandLine& asked) {
     constexpr int six = 6;
     CLI::App& names =
@@ -242,6 +250,7 @@ void DescribeCommands(CLI::App& parser, CommandLine& asked) {
     AddCommand(parser, asked, "backup", "Copy the data files into a new backup set and print its folder",
                BackUp);
     AddRestoreCommand(parser, asked);
+    AddKnownCompaniesCommand(parser, asked);
     parser.footer(CommonNotes + ("\n\nExit status:\n" + ExitStatusLines())); // of the program only
 }
 

@@ -38,7 +38,7 @@ function __mact_cli_companies
     set -l place (contains -i -- --folder $words)
     and test $place -lt (count $words)
     and set -a program --folder $words[(math $place + 1)]
-    for line in (command $program companies 2>/dev/null)
+    for line in (command $program known-companies 2>/dev/null)
         set -l parts (string split '|' -- $line)
         printf '%s\t%s\n%s\t%s\n' $parts[1] $parts[2] $parts[2] $parts[1]
     end

@@ -90,6 +90,7 @@ std::string ManPage(const DescribedProgram& program) {
     page += ".SH NAME\n" + Roff(program.Name) + " \\- " + WithoutFullStop(program.Description) + '\n';
     page += ".SH SYNOPSIS\n" + Bold(program.Name) + " [" + Italic("OPTION") + "]... " + Italic("COMMAND") +
             " [" + Italic("ARGUMENT") + "]...\n";
+    page += ".SH DESCRIPTION\n" + Sentence(program.Description);
     page += ".SH OPTIONS\n" + Sentence(program.Notes) + ListOf(program.Options);
     page += ".SH COMMANDS\n";
     for (const DescribedCommand& command : program.Commands)

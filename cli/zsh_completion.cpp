@@ -10,7 +10,7 @@ constexpr const char* Companies = R"zsh(
 _mact-cli_companies() {
     local -a ids names
     local line folder=${(Q)opt_args[--folder]:-$folder_before}
-    for line in ${(f)"$($program ${folder:+--folder} ${folder:+$folder} companies 2>/dev/null)"}; do
+    for line in ${(f)"$($program ${folder:+--folder} ${folder:+$folder} known-companies 2>/dev/null)"}; do
         ids+=("${line%%|*}:${${line#*|}%%|*}")
         names+=("${${line#*|}%%|*}")
     done

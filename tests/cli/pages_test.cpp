@@ -184,6 +184,18 @@ TEST_F(PagesTest, BashOffersValuesAndArguments) {
               Words{PathText(Folder)});
 }
 
+TEST_F(PagesTest, WhatIsOfferedCreatesNothing) {
+    const std::string folder = AsTyped(PathText(Folder));
+    if (!std::string_view(MACT_BASH).empty()) {
+        EXPECT_EQ(OfferedByBash({"--folder", folder, "--company", ""}), Words{});
+    }
+    if (!std::string_view(MACT_FISH).empty()) {
+        EXPECT_EQ(OfferedByFish("--folder " + folder + " --company "), Words{});
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(Folder));
+    EXPECT_EQ(Page(Zsh).find(" companies 2>"), std::string::npos); // which would create a data folder
+}
+
 TEST_F(PagesTest, FishOffersEveryCommandAndEveryOption) {
     if (std::string_view(MACT_FISH).empty()) GTEST_SKIP() << "fish is not installed.";
     EXPECT_EQ(OfferedByFish(""), CommandNames());

@@ -94,6 +94,7 @@ Result<std::string> NameText(const std::string& utf8Name) {
 
 std::string CompaniesJson(const std::vector<CompanyRecord>& companies, std::int16_t currentId) {
     std::vector<std::string> objects;
+    objects.reserve(companies.size());
     for (const CompanyRecord& company : companies)
         objects.push_back("{\"id\": " + std::to_string(company.CompanyId) +
                           ", \"name\": " + JsonText(Utf8FromCodePage(Trim(company.CompanyName))) +

@@ -59,7 +59,7 @@ StandardInput::~StandardInput() = default;
 Result<std::filesystem::path> StandardInput::Read() {
     if (!m_file->open()) return Failure{.Doing = KeepInput, .Reason = m_file->errorString().toStdString()};
     MakeBinary(stdin);
-    std::array<char, 64 * 1024> bytes{};
+    std::array<char, 65536> bytes{};
     for (;;) {
         errno = 0;
         const std::size_t count = std::fread(bytes.data(), 1, bytes.size(), stdin);

@@ -55,11 +55,10 @@ protected:
     }
     /// What bash offers for the last of the words.
     Words OfferedByBash(const std::vector<std::string>& words) const {
-        std::vector<std::string> arguments = {
-            "--norc", "-c",
-            "source \"$0\"; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _mact_cli \"$1\";"
-            "printf '%s\\n' \"${COMPREPLY[@]}\"",
-            PathOf(Bash), MACT_CLI_PROGRAM};
+        const std::string script = R"(
+            source "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _mact_cli "$1"
+            printf '%s\n' "${COMPREPLY[@]}")";
+        std::vector<std::string> arguments = {"--norc", "-c", script, PathOf(Bash), MACT_CLI_PROGRAM};
         arguments.insert(arguments.end(), words.begin(), words.end());
         const ProgramRun run = RunProgram(MACT_BASH, arguments, Config);
         EXPECT_EQ(run.Errors, "");

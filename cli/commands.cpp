@@ -46,6 +46,7 @@ constexpr std::array Reports = {
     Report{"additional-emission", AdditionalHapEmissionFile, GenerateAdditionalHapEmissionReport},
 };
 
+/// A file as the user names it; never a Failure.
 Result<std::filesystem::path> FileAt(const std::string& utf8File) {
     return PathFromUtf8(utf8File);
 }
@@ -209,9 +210,9 @@ ExitStatus WriteReport(AppContext& app, const WantedReport& wanted) {
         std::ranges::find_if(Reports, [&](const Report& each) { return wanted.Kind == each.Kind; });
     StandardOutput output;
     const bool isPrinted = wanted.Output == StandardStream;
-    if (!wanted.Output.empty()) {
+    if (wanted.Output) {
         const Result<std::filesystem::path> target =
-            isPrinted ? output.Path() : ReportTargetAt(app, wanted.Output, report->FileName);
+            isPrinted ? output.Path() : ReportTargetAt(app, *wanted.Output, report->FileName);
         if (!target) return Fail(app, target.error());
         app.ReportTarget = *target;
     }
@@ -219,7 +220,7 @@ ExitStatus WriteReport(AppContext& app, const WantedReport& wanted) {
     if (generated == ReportFailed) return StatusFailed;
     const bool isWritten = generated == ReportPublished;
     const std::filesystem::path file =
-        wanted.Output.empty() ? app.ProgramFolder / report->FileName : app.ReportTarget;
+        wanted.Output ? app.ReportTarget : app.ProgramFolder / report->FileName;
     if (wanted.IsJson)
         std::cout << ReportJson(wanted, isWritten ? PathText(file) : std::string());
     else if (isWritten && !isPrinted)

@@ -4,6 +4,7 @@
 #include "transfer/transfer.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,7 +58,8 @@ ExitStatus ExportFile(AppContext& app, TransferModule module, const std::string&
 struct WantedReport {
     std::string Kind{};   ///< one of ReportKinds()
     std::string Ending{}; ///< M/YYYY; empty = all materials, in the compliant report only
-    std::string Output{}; ///< a file in UTF-8 or "-"; empty = the report's own in the program folder
+    /// A file in UTF-8, or "-"; without it the report's own in the program folder.
+    std::optional<std::string> Output{};
     bool IsJson = false;
 };
 /// Prints the path of the report or, if the output is "-", the report.

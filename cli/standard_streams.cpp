@@ -75,11 +75,11 @@ Result<std::filesystem::path> StandardInput::Read() {
     return PathFromUtf8(m_file->fileName().toStdString());
 }
 
-StandardOutput::StandardOutput()
-    : m_folder(std::make_unique<QTemporaryDir>(TemporaryName("mact-cli XXXXXX"))) {}
+StandardOutput::StandardOutput() = default;
 StandardOutput::~StandardOutput() = default;
 
-Result<std::filesystem::path> StandardOutput::Path() const {
+Result<std::filesystem::path> StandardOutput::Path() {
+    if (!m_folder) m_folder = std::make_unique<QTemporaryDir>(TemporaryName("mact-cli XXXXXX"));
     if (!m_folder->isValid())
         return Failure{.Doing = "create a temporary folder", .Reason = m_folder->errorString().toStdString()};
     return PathFromUtf8(m_folder->filePath("standard output").toStdString());

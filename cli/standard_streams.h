@@ -42,13 +42,13 @@ public:
     StandardOutput& operator=(const StandardOutput&) = delete;
     ~StandardOutput();
 
-    /// Where to write to.
-    Result<std::filesystem::path> Path() const;
+    /// Where to write to. Makes the folder for it.
+    Result<std::filesystem::path> Path();
     /// Prints the file, which holds code-page text, byte for byte; on a terminal as UTF-8. A file that was
     /// never written prints nothing.
     Done Print(FileAccess& files);
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QTemporaryDir> m_folder; ///< null until it is asked for
 };
 } // namespace mact

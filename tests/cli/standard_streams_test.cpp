@@ -58,6 +58,8 @@ TEST_F(StandardStreams, LeaveNoTemporaryFile) {
     EXPECT_EQ(Shell("mact report compliant --output - | head -c 1").Output, "<");
     EXPECT_EQ(Shell("mact report compliant --ending 1/1999 --output -").Status, 3);
     EXPECT_TRUE(std::filesystem::is_empty(TemporaryFiles));
+    std::filesystem::remove(TemporaryFiles); // and need none without "-"
+    EXPECT_EQ(Shell("mact report compliant && mact export-usage \"$folder/usage.txt\"").Status, 0);
 }
 
 TEST_F(StandardStreams, AnInputThatCannotBeReadIsNamedAndImportsNothing) {
@@ -171,10 +173,12 @@ TEST_F(StandardStreams, AReportIsNotWrittenOverAnotherFileOfTheProgram) {
     EXPECT_EQ(Run({"report", "compliant", "--output", PathText(Folder / "report.htm")}).Status, 0); // its own
 }
 
-TEST_F(StandardStreams, AReportToAFolderOrIntoNoneIsAFailureOfOneLine) {
+TEST_F(StandardStreams, AReportToAFolderOrIntoNoneOrToNoNameIsAFailureOfOneLine) {
     AddShop();
-    for (const std::filesystem::path& file : {Temporary.Path(), Temporary.Path() / "none" / "page.htm"}) {
-        const ProgramRun run = Run({"report", "compliant", "--output", PathText(file)});
+    for (const std::string& file :
+         {PathText(Temporary.Path()), PathText(Temporary.Path() / "none" / "page.htm"),
+          std::string()}) { // a variable of a script that is not set
+        const ProgramRun run = Run({"report", "compliant", "--output", file});
         EXPECT_EQ(run.Status, 1);
         EXPECT_EQ(CountLines(run.Errors), 1) << run.Errors;
     }

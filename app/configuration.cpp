@@ -22,7 +22,18 @@ Configuration ReadConfiguration(AppContext& app) {
     configuration.IsBackedUpOnExit = ParseNumber(read(Settings::Backup, Settings::AutoBackup)) == 1.0;
     configuration.Browser = read(Settings::Browser, Settings::Path);
     if (isKnownToBeGone(LookForFile(PathFromUtf8(configuration.Browser)))) configuration.Browser.clear();
+    configuration.UsesSystemBrowser = read(Settings::Browser, Settings::System) == "1";
+    configuration.WindowColours = read(Settings::Looks, Settings::WindowColours);
+    const bool isKnown =
+        configuration.WindowColours == Settings::Light || configuration.WindowColours == Settings::Dark;
+    if (!isKnown) configuration.WindowColours.clear();
     return configuration;
+}
+
+bool IsBrowserToBeSaved(std::string_view browser) {
+    const std::string_view path = Trim(browser);
+    const Result<bool> isThere = path.empty() ? true : LookForFile(PathFromUtf8(path));
+    return !isThere || *isThere;
 }
 
 std::vector<Failure> SaveConfiguration(SettingsStore& settings, const Configuration& configuration) {
@@ -38,6 +49,15 @@ std::vector<Failure> SaveConfiguration(SettingsStore& settings, const Configurat
     const Result<bool> isThere = browser.empty() ? true : LookForFile(PathFromUtf8(browser));
     if (!isThere) failures.push_back(isThere.error());
     if (isThere && *isThere) save(Settings::Browser, Settings::Path, browser);
+    const auto saveChange = [&](std::string_view section, std::string_view key, std::string_view value,
+                                std::string_view before) {
+        if (value != before) save(section, key, value);
+    };
+    const bool usedSystem = settings.Read(Settings::Browser, Settings::System) == "1";
+    saveChange(Settings::Browser, Settings::System, configuration.UsesSystemBrowser ? "1" : "0",
+               usedSystem ? "1" : "0");
+    saveChange(Settings::Looks, Settings::WindowColours, configuration.WindowColours,
+               settings.Read(Settings::Looks, Settings::WindowColours));
     return failures;
 }
 } // namespace mact

@@ -4,6 +4,7 @@
 #include "app/frm_restore.h"
 #include "app/ui_frm_config.h"
 #include "base/messages.h"
+#include "base/settings.h"
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
 #include "store/frm_extra_pollutants_names.h"
@@ -22,6 +23,14 @@ std::string PathIn(const QLineEdit& edit) {
     return PathText(ToPath(edit.text()));
 }
 
+QString BrowserHint(const std::string& browser, bool usesSystemBrowser) {
+    if (!IsBrowserToBeSaved(browser))
+        return QStringLiteral("There is no such file: Save leaves the browser as it was.");
+    if (!Trim(browser).empty()) return QStringLiteral("Reports open in this program.");
+    return usesSystemBrowser ? QStringLiteral("Reports open in the system's browser.")
+                             : QStringLiteral("Reports are saved, but not opened.");
+}
+
 } // namespace
 
 frmConfig::frmConfig(AppContext& app, QWidget* parent)
@@ -32,10 +41,19 @@ frmConfig::frmConfig(AppContext& app, QWidget* parent)
     m_ui->dir_backup->setText(ShownPath(configuration.BackupFolder));
     m_ui->chk_auto->setChecked(configuration.IsBackedUpOnExit);
     m_ui->txt_browser->setText(ShownPath(configuration.Browser));
+    m_ui->chk_SystemBrowser->setChecked(configuration.UsesSystemBrowser);
+    m_ui->cbo_Colours->setItemData(1, FromUtf8(Settings::Light));
+    m_ui->cbo_Colours->setItemData(2, FromUtf8(Settings::Dark));
+    // The first entry has no data, and is what the empty text means.
+    m_ui->cbo_Colours->setCurrentIndex(
+        std::max(m_ui->cbo_Colours->findData(FromUtf8(configuration.WindowColours)), 0));
+    ShowBrowserHint();
     m_ui->dir_backup->setFocus();
     ShowWhetherThereIsACompany();
 
     connect(m_ui->cmd_Folder, &QPushButton::clicked, this, &frmConfig::ChooseFolder);
+    connect(m_ui->txt_browser, &QLineEdit::textChanged, this, &frmConfig::ShowBrowserHint);
+    connect(m_ui->chk_SystemBrowser, &QCheckBox::toggled, this, &frmConfig::ShowBrowserHint);
     connect(m_ui->cmd_Browse, &QPushButton::clicked, this, &frmConfig::ChooseBrowser);
     connect(m_ui->cmd_ExtraPollutants, &QPushButton::clicked, this,
             [this] { ShowAdditionalNames(m_app, this); });
@@ -56,6 +74,12 @@ void frmConfig::ShowWhetherThereIsACompany() {
         isThere ? QString() : QStringLiteral("Choose a company first: the names are kept for each company."));
 }
 
+void frmConfig::ShowBrowserHint() {
+    const QString hint = BrowserHint(PathIn(*m_ui->txt_browser), m_ui->chk_SystemBrowser->isChecked());
+    m_ui->lbl_BrowserHint->setText(hint);
+    m_ui->txt_browser->setAccessibleDescription(hint);
+}
+
 void frmConfig::ChooseFolder() {
     const auto folder =
         m_app.Dialogs.ChooseFolder("Choose the backup folder", ToPath(m_ui->dir_backup->text()));
@@ -68,10 +92,13 @@ void frmConfig::ChooseBrowser() {
 }
 
 void frmConfig::SaveSettings() {
-    const std::vector<Failure> failures =
-        SaveConfiguration(m_app.Settings, {.BackupFolder = PathIn(*m_ui->dir_backup),
-                                           .IsBackedUpOnExit = m_ui->chk_auto->isChecked(),
-                                           .Browser = PathIn(*m_ui->txt_browser)});
+    const std::vector<Failure> failures = SaveConfiguration(
+        m_app.Settings, {.BackupFolder = PathIn(*m_ui->dir_backup),
+                         .IsBackedUpOnExit = m_ui->chk_auto->isChecked(),
+                         .Browser = PathIn(*m_ui->txt_browser),
+                         .UsesSystemBrowser = m_ui->chk_SystemBrowser->isChecked(),
+                         .WindowColours = m_ui->cbo_Colours->currentData().toString().toStdString()});
+    if (m_app.Colours) m_app.Colours->FollowSetting();
     for (auto failure = failures.begin(); failure != failures.end(); ++failure) {
         // A file that cannot be written is told once, not for each setting in it.
         const auto isSameFault = [&](const Failure& earlier) {

@@ -13,8 +13,8 @@ class frmConfig;
 
 namespace mact {
 
-/// The backup folder, the backup on exit and the browser for the reports; also opens the pollutants' names
-/// and the restore of a backup set.
+/// The backup folder, the backup on exit, the browser for the reports and the windows' colours; also opens
+/// the pollutants' names and the restore of a backup set.
 class frmConfig : public QDialog {
     Q_OBJECT
 
@@ -28,6 +28,8 @@ public:
 private:
     /// Only a company has pollutants' names; a restore can take it away.
     void ShowWhetherThereIsACompany();
+    /// Says in words what the browser's box leads to.
+    void ShowBrowserHint();
     void ChooseFolder();
     void ChooseBrowser();
     /// The window stays open if something could not be saved.

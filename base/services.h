@@ -70,6 +70,8 @@ struct ProgramStart {
 class ProgramStarter : public Service {
 public:
     virtual Done Start(const ProgramStart& start) = 0;
+    /// Shows the file in the program that the user's system has for it.
+    virtual Done OpenWithSystem(const std::filesystem::path& file) = 0;
     /// The text as written in a command script; a Failure if the interpreter lacks one of its characters.
     virtual Result<std::string> ScriptText(std::string_view utf8Text) { return std::string(utf8Text); }
 };

@@ -20,6 +20,8 @@ inline constexpr std::string_view BackupVolume = "BK_VOLUME"; ///< number of the
 inline constexpr std::string_view Browser = "BROWSER";
 inline constexpr std::string_view Path = "PATH"; ///< of the backup folder or the browser program, UTF-8
 
+inline constexpr std::string_view System = "SYSTEM"; ///< "1" = without a browser, the system's
+
 inline constexpr std::string_view Looks = "LOOKS";
 inline constexpr std::string_view WindowColours = "COLORS"; ///< "light", "dark", or empty = as the desktop
 inline constexpr std::string_view Light = "light";

@@ -23,6 +23,7 @@ private:
 class ConsolePrograms : public ProgramStarter {
 public:
     Done Start(const ProgramStart&) override { return Success(); }
+    Done OpenWithSystem(const std::filesystem::path&) override { return Success(); }
 #ifdef _WIN32
     Result<std::string> ScriptText(std::string_view utf8Text) override;
 #endif

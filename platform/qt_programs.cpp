@@ -2,6 +2,9 @@
 
 #include "base/text.h"
 
+#include <QDesktopServices>
+#include <QUrl>
+
 #ifdef _WIN32
 #include "platform/os_script_text.h"
 
@@ -53,4 +56,10 @@ Done QtPrograms::Start(const ProgramStart& start) {
 }
 
 #endif
+
+Done QtPrograms::OpenWithSystem(const std::filesystem::path& file) {
+    if (QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(PathText(file)))))
+        return Success();
+    return Failure{"open the file", file, "the system has no program for it"};
+}
 } // namespace mact

@@ -8,6 +8,7 @@ namespace mact {
 class QtPrograms : public ProgramStarter {
 public:
     Done Start(const ProgramStart& start) override;
+    Done OpenWithSystem(const std::filesystem::path& file) override;
 #ifdef _WIN32
     Result<std::string> ScriptText(std::string_view utf8Text) override;
 #endif

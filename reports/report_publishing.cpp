@@ -37,10 +37,12 @@ bool UserWantsEmptyReport(AppContext& app) {
 
 Result<bool> OpenInBrowser(AppContext& app, const std::filesystem::path& page) {
     const std::string browser = app.Settings.Read(Settings::Browser, Settings::Path);
-    if (browser.empty() || !IsFileAt(PathFromUtf8(browser))) return false; // one that is gone counts as none
-    return app.Programs.Start(BrowserStart(browser, PathText(page))).transform([](const auto&) {
-        return true;
-    });
+    if (!browser.empty() && IsFileAt(PathFromUtf8(browser))) // one that is gone counts as none
+        return app.Programs.Start(BrowserStart(browser, PathText(page))).transform([](const auto&) {
+            return true;
+        });
+    if (app.Settings.Read(Settings::Browser, Settings::System) != "1") return false;
+    return app.Programs.OpenWithSystem(page).transform([](const auto&) { return true; });
 }
 
 void OpenReport(AppContext& app, const std::filesystem::path& page) {

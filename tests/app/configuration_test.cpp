@@ -124,6 +124,49 @@ TEST_F(ConfigurationTest, ABrowserThatIsNotThereLeavesTheEarlierOneWithoutAWord)
     EXPECT_TRUE(Prompts.Shown.empty());
 }
 
+TEST_F(ConfigurationTest, WithoutSettingsNoSystemBrowserAndTheDesktopsColours) {
+    EXPECT_FALSE(ReadConfiguration(App).UsesSystemBrowser);
+    EXPECT_EQ(ReadConfiguration(App).WindowColours, "");
+}
+
+TEST_F(ConfigurationTest, TheSystemsBrowserIsSavedAs1Or0) {
+    EXPECT_TRUE(
+        SaveConfiguration(Settings, {.BackupFolder = "", .Browser = "", .UsesSystemBrowser = true}).empty());
+    EXPECT_EQ(Settings.Read("BROWSER", "SYSTEM"), "1");
+    EXPECT_TRUE(ReadConfiguration(App).UsesSystemBrowser);
+    EXPECT_TRUE(SaveConfiguration(Settings, {}).empty());
+    EXPECT_EQ(Settings.Read("BROWSER", "SYSTEM"), "0");
+    EXPECT_FALSE(ReadConfiguration(App).UsesSystemBrowser);
+}
+
+TEST_F(ConfigurationTest, TheColoursAreSavedAsWords) {
+    for (const char* text : {"light", "dark", ""}) {
+        EXPECT_TRUE(
+            SaveConfiguration(Settings, {.BackupFolder = "", .Browser = "", .WindowColours = text}).empty());
+        EXPECT_EQ(Settings.Read("LOOKS", "COLORS"), text);
+        EXPECT_EQ(ReadConfiguration(App).WindowColours, text);
+    }
+}
+
+TEST_F(ConfigurationTest, ColoursThatAreNotKnownAreShownAsTheDesktops) {
+    Settings.Values[{"LOOKS", "COLORS"}] = "pink";
+    EXPECT_EQ(ReadConfiguration(App).WindowColours, "");
+}
+
+TEST_F(ConfigurationTest, WhatHasNotChangedOfTheTwoIsNotWritten) {
+    EXPECT_TRUE(SaveConfiguration(Settings, {}).empty());
+    EXPECT_FALSE(Settings.Values.contains({"BROWSER", "SYSTEM"}));
+    EXPECT_FALSE(Settings.Values.contains({"LOOKS", "COLORS"}));
+}
+
+TEST_F(ConfigurationTest, ABrowserIsSavedIfItIsThereOrEmpty) {
+    EXPECT_TRUE(IsBrowserToBeSaved(""));
+    EXPECT_TRUE(IsBrowserToBeSaved("  "));
+    EXPECT_TRUE(IsBrowserToBeSaved(" " + PathText(Browser) + " "));
+    EXPECT_FALSE(IsBrowserToBeSaved(PathText(Folder.Path() / "missing")));
+    EXPECT_FALSE(IsBrowserToBeSaved(PathText(Backups)));
+}
+
 std::vector<std::string> SentencesOf(const std::vector<Failure>& failures) {
     std::vector<std::string> sentences(failures.size());
     std::ranges::transform(failures, sentences.begin(), SentenceOf);

@@ -6,6 +6,8 @@
 #include "tests/support/test_program.h"
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
@@ -212,6 +214,55 @@ private slots:
             QCOMPARE(program.ShownTexts(),
                      std::vector<std::string>{"Cannot save \"settings.conf\": it cannot be written."});
         });
+    }
+
+    void Says_in_words_what_the_browser_box_leads_to() {
+        ConfigProgram program;
+        const frmConfig window(program.App, nullptr);
+        QCOMPARE(TextOf<QLabel>(window, "lbl_BrowserHint"), std::string("Reports open in this program."));
+        Type(window, "/no/such browser");
+        QCOMPARE(TextOf<QLabel>(window, "lbl_BrowserHint"),
+                 std::string("There is no such file: Save leaves the browser as it was."));
+        QCOMPARE(Named<QLineEdit>(window, "txt_browser").accessibleDescription(),
+                 Named<QLabel>(window, "lbl_BrowserHint").text());
+        Type(window, " ");
+        QCOMPARE(TextOf<QLabel>(window, "lbl_BrowserHint"),
+                 std::string("Reports are saved, but not opened."));
+        Named<QCheckBox>(window, "chk_SystemBrowser").click();
+        QCOMPARE(TextOf<QLabel>(window, "lbl_BrowserHint"),
+                 std::string("Reports open in the system's browser."));
+    }
+
+    void The_systems_browser_can_be_chosen() {
+        ConfigProgram program;
+        program.Show([](frmConfig& window) {
+            QVERIFY(!Named<QCheckBox>(window, "chk_SystemBrowser").isChecked());
+            Named<QCheckBox>(window, "chk_SystemBrowser").click();
+            Press(window, "cmd_Save");
+        });
+        QCOMPARE(program.Settings.Read("BROWSER", "SYSTEM"), std::string("1"));
+        const frmConfig window(program.App, nullptr);
+        QVERIFY(Named<QCheckBox>(window, "chk_SystemBrowser").isChecked());
+    }
+
+    void Colours_that_are_chosen_are_saved_and_shown_at_once() {
+        ConfigProgram program;
+        ScriptedColours colours;
+        program.App.Colours = &colours;
+        program.Show([&colours](frmConfig& window) {
+            QCOMPARE(Named<QComboBox>(window, "cbo_Colours").currentText(), QStringLiteral("As the desktop"));
+            Named<QComboBox>(window, "cbo_Colours").setCurrentIndex(2);
+            QCOMPARE(colours.Followed, 0);
+            Press(window, "cmd_Save");
+        });
+        QCOMPARE(program.Settings.Read("LOOKS", "COLORS"), std::string("dark"));
+        QCOMPARE(colours.Followed, 1);
+        program.Show([](frmConfig& window) {
+            QCOMPARE(Named<QComboBox>(window, "cbo_Colours").currentText(), QStringLiteral("Dark"));
+            Named<QComboBox>(window, "cbo_Colours").setCurrentIndex(0);
+            Press(window, "cmd_Save");
+        });
+        QCOMPARE(program.Settings.Read("LOOKS", "COLORS"), std::string());
     }
 
     void The_pollutants_names_can_be_edited_from_here() {

@@ -246,6 +246,16 @@ private slots:
         }
     }
 
+    void A_file_that_the_system_has_no_program_for_is_a_failure() {
+        const TemporaryFolder folder;
+        const Done opened =
+            QtPrograms().OpenWithSystem(folder.Path() / "page.htm"); // nothing can be, offscreen
+        QVERIFY(!opened);
+        QCOMPARE(SentenceOf(opened.error()), "Cannot open the file \"" +
+                                                 PathText(folder.Path() / "page.htm") +
+                                                 "\": the system has no program for it.");
+    }
+
     void Message_boxes_have_icons_without_an_icon_theme() {
         const ProgramStyle style;
         const QString themeBefore = QIcon::themeName();

@@ -107,6 +107,47 @@ TEST_F(PublishTest, BrowserThatDoesNotStartIsShownAndTheReportStays) {
     EXPECT_EQ(ContentOf(Program.ProgramFile("report3.htm")), "<html>\x80</html>\r\n");
 }
 
+TEST_F(PublishTest, WithoutABrowserTheSystemsIsUsedIfThatIsSet) {
+    Program.Settings.Values[{"BROWSER", "SYSTEM"}] = "1";
+    EXPECT_EQ(Publish(), ReportPublished);
+    EXPECT_EQ(Program.Programs.OpenedWithSystem, std::vector{Program.ProgramFile("report3.htm")});
+    EXPECT_TRUE(Program.Programs.Started.empty());
+    EXPECT_TRUE(Program.Prompts.Shown.empty());
+}
+
+TEST_F(PublishTest, InPlaceOfAMissingBrowserTheSystemsIsUsedIfThatIsSet) {
+    Program.Settings.Values[{"BROWSER", "SYSTEM"}] = "1";
+    SetBrowser(Program.Folder.Path() / "no browser here");
+    Publish();
+    EXPECT_EQ(Program.Programs.OpenedWithSystem.size(), 1U);
+    EXPECT_TRUE(Program.Prompts.Shown.empty());
+}
+
+TEST_F(PublishTest, ABrowserThatIsThereCountsMoreThanTheSystems) {
+    Program.Settings.Values[{"BROWSER", "SYSTEM"}] = "1";
+    NewBrowser();
+    Publish();
+    EXPECT_EQ(Program.Programs.Started.size(), 1U);
+    EXPECT_TRUE(Program.Programs.OpenedWithSystem.empty());
+}
+
+TEST_F(PublishTest, OnlyTheText1MeansTheSystemsBrowser) {
+    for (const char* text : {"", "0", "1.0", "yes"}) {
+        Program.Settings.Values[{"BROWSER", "SYSTEM"}] = text;
+        Publish();
+        EXPECT_TRUE(Program.Prompts.LastText().starts_with("Report generated sucessfully")) << text;
+    }
+    EXPECT_TRUE(Program.Programs.OpenedWithSystem.empty());
+}
+
+TEST_F(PublishTest, SystemsBrowserThatDoesNotStartIsShownAndTheReportStays) {
+    Program.Settings.Values[{"BROWSER", "SYSTEM"}] = "1";
+    Program.Programs.FailsWith = Failure{.Reason = "Cannot open it: no program"};
+    EXPECT_EQ(Publish(), ReportPublished);
+    EXPECT_EQ(Program.ShownTexts(), std::vector<std::string>{"Cannot open it: no program."});
+    EXPECT_EQ(ContentOf(Program.ProgramFile("report3.htm")), "<html>\x80</html>\r\n");
+}
+
 TEST_F(PublishTest, ReportThatCannotBeWrittenIsAFailureShownOnce) {
     NewBrowser();
     std::filesystem::create_directory(Program.ProgramFile("report3.htm"));

@@ -283,6 +283,10 @@ void FilterUsage(const QWidget& window) {
     Press(window, "cmd_Filter");
 }
 
+void TypeMissingBrowser(const QWidget& window) {
+    Type(window, "txt_browser", QStringLiteral("C:\\Program Files\\Browser\\browser.exe"));
+}
+
 void TypeImportPath(const QWidget& window) {
     Type(window, "txt_SourceFile", QStringLiteral("samples/materials.txt"));
 }
@@ -485,6 +489,7 @@ const std::vector<WindowState>& AllWindows() {
         {"frmExport_done",                    ShowUsageExport,            ExportToFile      },
         {"frmErrorLog",                       OpenErrorLog,               AsItOpens         },
         {"frmConfig",                         ShowConfiguration,          AsItOpens         },
+        {"frmConfig_missing_browser",         ShowConfiguration,          TypeMissingBrowser},
         {"frmRestore",                        OpenRestore,                AsItOpens         },
         {"frmRestore_incomplete",             OpenRestore,                ChooseIncomplete  },
         {"frmRestore_done",                   OpenRestore,                RestoreASet       },

@@ -52,10 +52,16 @@ public:
 class ScriptedPrograms : public ProgramStarter {
 public:
     std::vector<ProgramStart> Started;
+    std::vector<std::filesystem::path> OpenedWithSystem{};
     std::optional<Failure> FailsWith{};
 
     Done Start(const ProgramStart& start) override {
         Started.push_back(start);
+        if (FailsWith) return *FailsWith;
+        return Success();
+    }
+    Done OpenWithSystem(const std::filesystem::path& file) override {
+        OpenedWithSystem.push_back(file);
         if (FailsWith) return *FailsWith;
         return Success();
     }
@@ -80,6 +86,13 @@ public:
         FolderShownFirst = start;
         return Choice;
     }
+};
+
+class ScriptedColours : public WindowColours {
+public:
+    int Followed = 0; ///< how often
+
+    void FollowSetting() override { ++Followed; }
 };
 
 class ScriptedClock : public Clock {

@@ -36,7 +36,10 @@ QString ElidedLabel::WholeText() const {
 }
 
 QString ElidedLabel::ShownText() const {
-    return fontMetrics().elidedText(WholeText(), Qt::ElideMiddle, contentsRect().width());
+    const QString whole = WholeText();
+    // Not left to elidedText, which may measure a little more than sizeHint and shorten what has room.
+    if (fontMetrics().horizontalAdvance(whole) <= contentsRect().width()) return whole;
+    return fontMetrics().elidedText(whole, Qt::ElideMiddle, contentsRect().width());
 }
 
 QSize ElidedLabel::sizeHint() const {

@@ -1,8 +1,10 @@
 #include "app/frm_about.h"
 
 #include "app/ui_frm_about.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/pictures.h"
+#include "store/data_folder.h"
 
 #include <QDialog>
 #include <QFontInfo>
@@ -27,6 +29,10 @@ void ShowAbout(AppContext& app, QWidget* parent) {
     controls.setupUi(&window);
     controls.pic_About->setPixmap(EmblemIcon().pixmap(QSize(72, 72), window.devicePixelRatio()));
     Enlarge(*controls.lbl_Version);
+    controls.lbl_DataFolder->setText(QStringLiteral("Data: ") + FromPath(DataFolder(app)));
+    controls.lbl_DataFolder->setMaximumWidth(60 * window.fontMetrics().averageCharWidth());
+    MakeCopyable(*controls.lbl_Version);
+    MakeCopyable(*controls.lbl_DataFolder);
     window.layout()->setSizeConstraint(QLayout::SetFixedSize);
     QObject::connect(controls.cmd_OK, &QPushButton::clicked, &window, &QDialog::accept);
     ShowModally(app, window);

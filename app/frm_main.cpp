@@ -5,6 +5,7 @@
 #include "app/frm_about.h"
 #include "app/frm_config.h"
 #include "app/ui_frm_main.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/link_label.h"
 #include "dialogs/pictures.h"
@@ -40,6 +41,8 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
     MakeRoomForVerdict();
     SetIcons();
     ConnectButtons();
+    for (QLabel* value : {m_ui->lbl_Company, m_ui->lbl_Backup})
+        MakeCopyable(*value);
     ShowCurrentCompany();
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     m_nextLook.setSingleShot(true);

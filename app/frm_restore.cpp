@@ -5,6 +5,7 @@
 #include "app/ui_frm_restore.h"
 #include "base/messages.h"
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "store/data_folder.h"
 
@@ -101,6 +102,7 @@ void frmRestore::MakeRoom() {
     header.setSectionResizeMode(Companies, QHeaderView::Stretch);
     header.setMinimumSectionSize(fontMetrics().averageCharWidth() * 10);
     MakeRoomForLines(*m_ui->lbl_Status, 3);
+    MakeCopyable(*m_ui->lbl_Status);
 }
 
 void frmRestore::ConnectControls() {

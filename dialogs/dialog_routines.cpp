@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -245,6 +246,7 @@ void ShowLines(QComboBox& combo, const ListLines& lines) {
 void ShowCompany(QLabel& label, const AppContext& app) {
     label.setText(QStringLiteral("Company: ") +
                   FromCodePage(app.CurrentCompanyName + ", " + app.CurrentCompanyLocation));
+    MakeCopyable(label);
 }
 
 void MakeRoomForLines(QLabel& label, int lines) {

@@ -62,7 +62,8 @@ inline constexpr int DetailRole = Qt::UserRole + 1;
 void ShowLines(QListWidget& list, const ListLines& lines, const QStringList& details = {});
 void ShowLines(QComboBox& combo, const ListLines& lines);
 
-/// Names the current company in a window's lbl_Company, so that nobody works on the wrong one.
+/// Names the current company in a window's lbl_Company, so that nobody works on the wrong one, to be copied
+/// too (MakeCopyable).
 void ShowCompany(QLabel& label, const AppContext& app);
 
 /// Reserves the height of `lines` lines of text, whatever the label holds.

@@ -68,8 +68,10 @@ void ElidedLabel::paintEvent(QPaintEvent* event) {
     }
     QPainter painter(this);
     drawFrame(&painter);
+    if (hasSelectedText()) painter.fillRect(contentsRect(), palette().highlight());
     style()->drawItemText(&painter, contentsRect(),
                           static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())),
-                          palette(), isEnabled(), ShownText(), foregroundRole());
+                          palette(), isEnabled(), ShownText(),
+                          hasSelectedText() ? QPalette::HighlightedText : foregroundRole());
 }
 } // namespace mact

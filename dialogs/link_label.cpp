@@ -1,6 +1,8 @@
 #include "dialogs/link_label.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -60,6 +62,8 @@ void LinkLabel::keyPressEvent(QKeyEvent* event) {
         event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
     if (follows)
         emit Followed();
+    else if (event->matches(QKeySequence::Copy))
+        QApplication::clipboard()->setText(text());
     else
         QLabel::keyPressEvent(event);
 }

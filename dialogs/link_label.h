@@ -4,8 +4,8 @@
 
 namespace mact {
 
-/// A line of plain text that is a link as a whole: a click, Enter or Space follows it. Screen readers know it
-/// as one.
+/// A line of plain text that is a link as a whole: a click, Enter or Space follows it, Ctrl+C copies it.
+/// Screen readers know it as one.
 class LinkLabel : public QLabel {
     Q_OBJECT
 

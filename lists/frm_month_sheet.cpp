@@ -3,6 +3,7 @@
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "lists/ui_frm_month_sheet.h"
 #include "materials/units.h"
@@ -36,6 +37,8 @@ frmMonthSheet::frmMonthSheet(AppContext& app, SheetRecords records, QWidget* par
       m_ui(std::make_unique<Ui::frmMonthSheet>()) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    for (QLabel* value : {m_ui->lbl_Sums, m_ui->lbl_Outlook, m_ui->lbl_Saved})
+        MakeCopyable(*value);
     NumberItems(*m_ui->cbo_Month);
     AcceptAnyYear(*m_ui->cbo_Year);
     m_changed.setObjectName(QStringLiteral("tmr_Changed"));

@@ -1,5 +1,6 @@
 #include "materials/frm_emission_factor_help.h"
 
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "materials/material_texts.h"
 #include "materials/ui_frm_emission_factor_help.h"
@@ -12,6 +13,8 @@ frm_EmissionFactorHelp::frm_EmissionFactorHelp(QWidget* parent)
     m_ui->setupUi(this);
     m_ui->lbl_info->setText(QString::fromLatin1(MaterialTexts::AboutEmissionFactors));
     m_ui->lbl_url->setText(QString::fromLatin1(MaterialTexts::EmissionFactorAddress));
+    for (QLabel* text : {m_ui->lbl_info, m_ui->lbl_url})
+        MakeCopyable(*text);
     m_ui->cmd_Close->setFocus(); // rather than the first text
     connect(m_ui->cmd_Close, &QPushButton::clicked, this, &QDialog::reject);
 }

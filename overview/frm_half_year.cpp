@@ -2,6 +2,7 @@
 
 #include "base/messages.h"
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "overview/ui_frm_half_year.h"
 #include "reports/report_publishing.h"
@@ -52,6 +53,8 @@ frmHalfYear::frmHalfYear(AppContext& app, const ShopFigures& shop, MonthNumber m
       m_lines(std::make_unique<DifferenceLines>()) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    for (QLabel* value : {m_ui->lbl_Due, m_ui->lbl_Made})
+        MakeCopyable(*value);
     AcceptAnyYear(*m_ui->cbo_Year);
     SelectByKeys(*m_ui->lst_Packs);
     m_ui->tbl_Differences->setModel(m_lines.get());

@@ -2,6 +2,7 @@
 
 #include "base/messages.h"
 #include "base/numbers.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "overview/answers.h"
 #include "overview/file_damage.h"
@@ -109,6 +110,9 @@ frmOverview::frmOverview(AppContext& app, QWidget* parent)
     AcceptAnyYear(*m_ui->cbo_Year);
     m_ui->lbl_Company->setText(
         BreakableAnywhere(FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation)));
+    for (QLabel* value :
+         {m_ui->lbl_Company, m_ui->lbl_Newest, m_ui->lbl_Answer1, m_ui->lbl_Answer2, m_ui->lbl_Answer3})
+        MakeCopyable(*value);
     m_ui->tbl_Rows->setModel(&m_table);
     m_ui->tbl_Rows->setItemDelegateForColumn(OverviewTable::Bar, &m_bar);
     m_ui->tbl_Rows->sortByColumn(OverviewTable::Is, Qt::AscendingOrder);

@@ -1,5 +1,6 @@
 #include "overview/frm_overview_options.h"
 
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "overview/ui_frm_overview_options.h"
 
@@ -36,6 +37,7 @@ frmOverviewOptions::frmOverviewOptions(AppContext& app, OverviewOptions options,
       m_options(std::move(options)) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    MakeCopyable(*m_ui->lbl_NotUnderstood);
     AcceptAnyYear(*m_ui->cbo_StartYear);
     for (QComboBox* box : OptionBoxes())
         for (const auto& choice : Choices)

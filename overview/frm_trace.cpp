@@ -2,6 +2,7 @@
 
 #include "base/messages.h"
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "materials/frm_material.h"
 #include "overview/trace_model.h"
@@ -49,6 +50,7 @@ frmTrace::frmTrace(AppContext& app, const ShopFigures& shop, const MonthFigures&
       m_model(new TraceModel(this)) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    MakeCopyable(*m_ui->lbl_Value);
     QTreeView& tree = *m_ui->tre_Parts;
     tree.setModel(m_model);
     tree.header()->setStretchLastSection(false);

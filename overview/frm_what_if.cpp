@@ -1,6 +1,7 @@
 #include "overview/frm_what_if.h"
 
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "overview/answers.h"
 #include "overview/overview_csv.h"
@@ -73,6 +74,8 @@ frmWhatIf::frmWhatIf(const AppContext& app, const ShopRecords& shop, const Overv
       m_ui(std::make_unique<Ui::frmWhatIf>()) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    for (QLabel* value : {m_ui->lbl_Today, m_ui->lbl_BreakEven})
+        MakeCopyable(*value);
     m_steps.setObjectName(QStringLiteral("tmr_Steps"));
     AcceptCodePageText(*m_ui->txt_Number);
     NumberItems(*m_ui->cbo_FromMonth);

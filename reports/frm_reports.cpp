@@ -2,6 +2,7 @@
 
 #include "base/failure.h"
 #include "base/files.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "reports/report_publishing.h"
 #include "reports/reports.h"
@@ -38,6 +39,7 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
       m_materials(CountMaterials(app)) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    MakeCopyable(*m_ui->lbl_LastReport);
     for (const ReportFrame& frame : Frames()) {
         NumberItems(*frame.Month);
         AcceptAnyYear(*frame.Year);

@@ -3,6 +3,7 @@
 #include "base/messages.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "store/ui_frm_company.h"
 
@@ -57,6 +58,7 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
                                    }});
     FillList();
     ShowCurrentCompany();
+    MakeCopyable(*m_ui->lbl_CurrentCompany);
     Enable_Button();
     // With no company yet, the first step is to type one.
     if (m_ui->lst_Companies->count() == 0) m_ui->txt_CompanyName->setFocus();

@@ -1,6 +1,7 @@
 #include "transfer/frm_export.h"
 
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "transfer/frm_error_log.h"
 #include "transfer/ui_frm_export.h"
@@ -11,6 +12,7 @@ frmExport::frmExport(AppContext& app, TransferModule module, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmExport>()) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    MakeCopyable(*m_ui->lbl_status);
     m_ui->lbl_Module->hide(); // holds the module's number, which Module reads back
     m_ui->lbl_Module->setNum(static_cast<int>(module));
     m_ui->lbl_status->setText(QStringLiteral("Idle"));

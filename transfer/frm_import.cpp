@@ -3,6 +3,7 @@
 #include "base/files.h"
 #include "base/messages.h"
 #include "base/text.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "transfer/frm_error_log.h"
 #include "transfer/ui_frm_import.h"
@@ -30,11 +31,13 @@ frmImport::frmImport(AppContext& app, TransferModule module, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmImport>()) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    for (QLabel* value : {m_ui->lbl_status, m_ui->lbl_Remarks})
+        MakeCopyable(*value);
     m_ui->lbl_Module->hide(); // holds the module's number, which Module reads back
     m_ui->lbl_Module->setNum(static_cast<int>(module));
     m_ui->lbl_status->setText(QStringLiteral("Idle"));
     m_ui->cmd_ViewErrors->hide();
-    MakeRoomForLines(*m_ui->lbl_status, 3); // a summary's, or the controls would move
+    MakeRoomForLines(*m_ui->lbl_status, 3);  // a summary's, or the controls would move
     MakeRoomForLines(*m_ui->lbl_Remarks, 3); // of one remark; a window with both may grow
     m_ui->lbl_Remarks->setMinimumWidth(60 * fontMetrics().averageCharWidth());
     m_ui->lbl_Progress->setMinimumWidth(

@@ -1,3 +1,4 @@
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/elided_label.h"
 #include "dialogs/link_label.h"
@@ -7,6 +8,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
 #include <QGroupBox>
@@ -64,6 +66,11 @@ template <class T> QList<T*> VisibleIn(const QWidget& window) {
     return visible;
 }
 
+bool IsValue(const QWidget& control) {
+    const auto* label = qobject_cast<const QLabel*>(&control);
+    return label && IsCopyable(*label) && !label->text().isEmpty();
+}
+
 /// The controls that a user works with, named as in the window's form.
 QList<QWidget*> Controls(const QWidget& window) {
     QList<QWidget*> controls;
@@ -71,7 +78,7 @@ QList<QWidget*> Controls(const QWidget& window) {
         if (qobject_cast<QAbstractItemView*>(control->parentWidget())) continue; // a part of the view
         if (qobject_cast<QAbstractButton*>(control) || qobject_cast<QComboBox*>(control) ||
             qobject_cast<QAbstractItemView*>(control) || qobject_cast<QPlainTextEdit*>(control) ||
-            qobject_cast<QTextEdit*>(control) || qobject_cast<LinkLabel*>(control) ||
+            qobject_cast<QTextEdit*>(control) || qobject_cast<LinkLabel*>(control) || IsValue(*control) ||
             (qobject_cast<QLineEdit*>(control) && !qobject_cast<QComboBox*>(control->parentWidget())))
             controls << control;
     }
@@ -211,7 +218,8 @@ private slots:
         InThisWindow([](const QWidget& window) {
             for (const QWidget* control : Controls(window)) {
                 const auto* button = qobject_cast<const QAbstractButton*>(control);
-                QVERIFY2(!control->accessibleName().isEmpty() || (button && !button->text().isEmpty()),
+                QVERIFY2(!control->accessibleName().isEmpty() || (button && !button->text().isEmpty()) ||
+                             IsValue(*control), // whose text is what it is
                          qPrintable(Place(*control)));
             }
         });
@@ -360,10 +368,46 @@ private slots:
             while ((control = control->nextInFocusChain()) != &window) {
                 if (!Controls(window).contains(control) || !control->isVisibleTo(&window)) continue;
                 if (qobject_cast<QAbstractButton*>(control)) continue; // may stand beside its field
+                if (IsValue(*control)) continue;                       // comes after what can be changed
                 QWidget*& last = lastOfParent[control->parentWidget()];
                 QVERIFY2(!last || IsReadAfter(*last, *control), qPrintable(Place(*control)));
                 last = control;
             }
+        });
+    }
+
+    void Values_in_labels_can_be_reached_and_copied_by_keyboard_data() { EachWindow(); }
+    void Values_in_labels_can_be_reached_and_copied_by_keyboard() {
+        // The labels that show an address, a value or an outcome. Not among them: captions, hints that screen
+        // readers say with their field, and what stands in a box or a list, where it can be copied too.
+        static const QStringList values{"lbl_Company",   "lbl_CurrentCompany", "lbl_LastReport",
+                                        "lbl_status",    "lbl_Remarks",        "lbl_Sums",
+                                        "lbl_Outlook",   "lbl_Saved",          "lbl_Value",
+                                        "lbl_Due",       "lbl_Made",           "lbl_Today",
+                                        "lbl_BreakEven", "lbl_Newest",         "lbl_NotUnderstood",
+                                        "lbl_Answer1",   "lbl_Answer2",        "lbl_Answer3",
+                                        "lbl_Version",   "lbl_DataFolder",     "lbl_info",
+                                        "lbl_url",       "lbl_Status",         "lbl_Backup"};
+        InThisWindow([](QWidget& window) {
+            QApplication::setActiveWindow(&window);
+            for (auto* label : VisibleIn<QLabel>(window)) {
+                QCOMPARE(IsCopyable(*label), values.contains(label->objectName()));
+                if (!IsValue(*label)) continue;
+                for (int keys = 0; !label->hasFocus() && keys < 100; ++keys)
+                    QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, Qt::Key_Tab);
+                QVERIFY2(label->hasFocus(), qPrintable(Place(*label)));
+                QTest::keyClick(label, Qt::Key_C, Qt::ControlModifier);
+                QCOMPARE(QGuiApplication::clipboard()->text(),
+                         label->text().remove(u'\u200b').replace(QLatin1String("\r\n"), QLatin1String("\n")));
+            }
+        });
+    }
+
+    void No_copyable_label_has_the_focus_at_first_data() { EachWindow(); }
+    void No_copyable_label_has_the_focus_at_first() {
+        InThisWindow([](QWidget& window) {
+            QApplication::setActiveWindow(&window);
+            QVERIFY(window.focusWidget() && !IsValue(*window.focusWidget()));
         });
     }
 

@@ -1,6 +1,8 @@
 #include "dialogs/link_label.h"
 
 #include <QAccessible>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -41,6 +43,14 @@ private slots:
         QTest::keyClick(&label, key);
         QCOMPARE(spy.count(), followed);
         QVERIFY(label.focusPolicy() & Qt::TabFocus);
+    }
+
+    void Its_text_can_be_copied() {
+        LinkLabel label;
+        label.setText(QStringLiteral("DEC 2005"));
+        label.show();
+        QTest::keyClick(&label, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("DEC 2005"));
     }
 
     void Shows_plain_text() {

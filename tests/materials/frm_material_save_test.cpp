@@ -270,7 +270,8 @@ private slots:
             for (const char* name :
                  {"txt_CustomId", "txt_Description", "cbo_MaterialType", "cbo_ApplicationType", "txt_density",
                   "txt_HapContents", "txt_filler", "chk_EmissionFactor", "img_help", "txt_EmissionFactor",
-                  "txt_Comments", "cmd_Additional", "cmd_Save", "cmd_Cancel", "txt_CustomId"}) {
+                  "txt_Comments", "cmd_Additional", "cmd_Save", "cmd_Cancel", "lbl_Company",
+                  "txt_CustomId"}) {
                 QCOMPARE(window.focusWidget()->objectName(), QString::fromLatin1(name));
                 QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
             }

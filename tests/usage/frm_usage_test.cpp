@@ -278,7 +278,7 @@ private slots:
         UsageProgram program;
         program.New([](frmUsage& window) {
             QCOMPARE(TabOrder(window), QStringList({"cbo_MaterialId", "cbo_Month", "cbo_Year", "txt_Quantiry",
-                                                    "cbo_Unit", "cmd_Save", "cmd_Cancel"}));
+                                                    "cbo_Unit", "cmd_Save", "cmd_Cancel", "lbl_Company"}));
         });
     }
 
@@ -288,7 +288,7 @@ private slots:
         program.New([](frmUsage& window) {
             QCOMPARE(window.focusWidget()->objectName(), QStringLiteral("cbo_MaterialId"));
             QCOMPARE(TabOrder(window), QStringList({"cbo_MaterialId", "txt_Quantiry", "cbo_Unit", "cmd_Save",
-                                                    "cmd_Cancel", "cbo_Month", "cbo_Year"}));
+                                                    "cmd_Cancel", "cbo_Month", "cbo_Year", "lbl_Company"}));
         });
     }
 

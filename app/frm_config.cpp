@@ -23,9 +23,10 @@ std::string PathIn(const QLineEdit& edit) {
     return PathText(ToPath(edit.text()));
 }
 
+const QString NoSuchFile = QStringLiteral("There is no such file: the browser stays as it is.");
+
 QString BrowserHint(const std::string& browser, bool usesSystemBrowser) {
-    if (!IsBrowserToBeSaved(browser))
-        return QStringLiteral("There is no such file: Save leaves the browser as it was.");
+    if (!IsBrowserToBeSaved(browser)) return NoSuchFile;
     if (!Trim(browser).empty()) return QStringLiteral("Reports open in this program.");
     return usesSystemBrowser ? QStringLiteral("Reports open in the system's browser.")
                              : QStringLiteral("Reports are saved, but not opened.");
@@ -47,6 +48,9 @@ frmConfig::frmConfig(AppContext& app, QWidget* parent)
     // The first entry has no data, and is what the empty text means.
     m_ui->cbo_Colours->setCurrentIndex(
         std::max(m_ui->cbo_Colours->findData(FromUtf8(configuration.WindowColours)), 0));
+    // The longest hint has room from the beginning, or the window would grow while something is typed.
+    m_ui->lbl_BrowserHint->setText(NoSuchFile);
+    m_ui->lbl_BrowserHint->setMinimumWidth(m_ui->lbl_BrowserHint->sizeHint().width());
     ShowBrowserHint();
     m_ui->dir_backup->setFocus();
     ShowWhetherThereIsACompany();

@@ -9,6 +9,7 @@
 #include "dialogs/dialog_routines.h"
 #include "dialogs/link_label.h"
 #include "dialogs/pictures.h"
+#include "dialogs/screen_fit.h"
 #include "lists/frm_list.h"
 #include "overview/frm_overview.h"
 #include "reports/frm_reports.h"
@@ -45,6 +46,7 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
         MakeCopyable(*value);
     ShowCurrentCompany();
     layout()->setSizeConstraint(QLayout::SetFixedSize);
+    new ScreenFit(*this);
     m_nextLook.setSingleShot(true);
     connect(&m_nextLook, &QTimer::timeout, this, &frmMain::LookAtBackup);
     m_nextVerdict.setSingleShot(true);

@@ -88,8 +88,8 @@ void SetListButtons(QPushButton* primary = nullptr, QPushButton* second = nullpt
                     const QListWidget* list = nullptr);
 
 /// Keeps the window from becoming too small for its texts: wrapped ones need more height the narrower they
-/// are, which a dialog's own minimum size ignores. To be called again when they have changed while it is
-/// open.
+/// are, which a dialog's own minimum size ignores. What the screen has no room for is scrolled. To be called
+/// again when the texts have changed while the window is open, and their room is needed at once.
 void LimitToTexts(QDialog& window);
 
 /// An editor's outcome for its opener: the number in its hidden lbl_result, or -1.

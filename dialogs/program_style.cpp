@@ -2,9 +2,13 @@
 
 #include "dialogs/pictures.h"
 
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QPainter>
 #include <QStyleOption>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -75,6 +79,29 @@ QIcon ProgramStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption
     const auto* icon = std::ranges::find(MessageIcons, standardIcon, &MessageIcon::Standard);
     if (icon != std::end(MessageIcons)) return QIcon(PictureFile(QString::fromLatin1(icon->PictureName)));
     return QProxyStyle::standardIcon(standardIcon, option, widget);
+}
+
+int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    const int pixels = QProxyStyle::pixelMetric(metric, option, widget);
+    switch (metric) {
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+    case PM_ButtonIconSize:
+    case PM_SmallIconSize: {
+        const QFont font = widget ? widget->font() : QApplication::font();
+        return std::max(pixels, QFontMetrics(font).ascent());
+    }
+    default:
+        return pixels;
+    }
+}
+
+int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* returned) const {
+    if (hint == SH_DialogButtonLayout) return QDialogButtonBox::WinLayout; // Cancel is last
+    return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
 void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

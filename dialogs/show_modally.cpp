@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "dialogs/screen_fit.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -9,8 +10,6 @@
 #include <QDialog>
 #include <QEvent>
 #include <QKeyEvent>
-#include <QLayout>
-#include <QScreen>
 
 namespace mact {
 namespace {
@@ -76,10 +75,7 @@ QSize OwnSize(const QDialog& window) {
 
 void LimitToTexts(QDialog& window) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest); // what has changed inside
-    const QLayout* layout = window.layout();
-    if (!layout || !layout->hasHeightForWidth()) return;
-    const QSize least = layout->totalMinimumSize();
-    window.setMinimumSize(least.expandedTo({0, layout->totalMinimumHeightForWidth(least.width())}));
+    FitOnScreen(window);
 }
 
 int ShowModally(AppContext& app, QDialog& window, const QString& name) {
@@ -90,9 +86,10 @@ int ShowModally(AppContext& app, QDialog& window, const QString& name) {
                             .value_or(window.size())
                             .expandedTo(window.minimumSizeHint())
                             .expandedTo(window.minimumSize())
-                            .boundedTo(window.screen()->availableSize());
+                            .boundedTo(RoomFor(window));
     window.resize(shown);
     // Children of the window, but on the stack: they are destroyed first, and leave it.
+    const ScreenFit screenFit(window);
     const WheelGuard wheelGuard(window);
     const EnterKeyGuard enterKeyGuard(window);
     const int result = window.exec();

@@ -2,6 +2,7 @@
 
 #include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
+#include "dialogs/screen_fit.h"
 #include "overview/ui_frm_overview_options.h"
 
 #include <QCoreApplication>
@@ -96,14 +97,14 @@ void frmOverviewOptions::SizeToTexts() {
     const QSize around(margins.left() + margins.right(),
                        margins.top() + m_ui->lbl_Company->sizeHint().height() + 2 * layout()->spacing() +
                            m_ui->layout_Buttons->sizeHint().height() + margins.bottom());
-    const QSize room = screen()->availableSize() - around;
+    const QSize room = RoomFor(*this) - around;
     const int leastWidth = form.minimumSizeHint().width();
     scroll.setMinimumWidth(
         std::min(leastWidth + scroll.verticalScrollBar()->sizeHint().width(), room.width()));
     const int formWidth = std::max(width() - around.width(), scroll.minimumWidth());
     const QSize whole = QSize(formWidth, form.layout()->totalHeightForWidth(formWidth)) + around;
     const QSize before = size();
-    resize(before.expandedTo(whole).boundedTo(screen()->availableSize()));
+    resize(before.expandedTo(whole).boundedTo(RoomFor(*this)));
     move(pos() - QPoint(width() - before.width(), height() - before.height()) / 2); // the middle stays
 }
 

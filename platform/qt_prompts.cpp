@@ -1,10 +1,23 @@
 #include "platform/qt_prompts.h"
 
+#include "dialogs/screen_fit.h"
+
 #include <QApplication>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
+#include <QScrollArea>
+#include <QStyle>
+
+#include <algorithm>
 
 namespace mact {
 namespace {
+
+constexpr int MostLetters = 70;       // in a line of a long text
+constexpr qsizetype LongestWord = 60; // that is not broken
+constexpr qsizetype LettersPerPart = 20;
 
 QMessageBox::Icon IconOf(PromptKind kind) {
     switch (kind) {
@@ -53,6 +66,50 @@ PromptAnswer AnswerOf(int button) {
     }
 }
 
+/// Gives a word that is too long for a line, such as a name without blanks, places where it may be broken.
+QString Breakable(const QString& text) {
+    QString breakable;
+    qsizetype length = 0; // of the word so far
+    for (const QChar letter : text) {
+        length = letter.isSpace() ? 0 : length + 1;
+        if (length > LongestWord && length % LettersPerPart == 1) breakable += QChar(0x200B);
+        breakable += letter;
+    }
+    return breakable;
+}
+
+/// Scrolls a text that is too high for the screen; the buttons stay in view.
+void FitOnScreen(QMessageBox& box) {
+    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    auto* buttons = box.findChild<QDialogButtonBox*>();
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (!label || !buttons || !grid) return;
+    const QMargins margins = grid->contentsMargins();
+    const QSize around(box.iconPixmap().deviceIndependentSize().toSize().width() + margins.left() +
+                           margins.right() + 3 * grid->horizontalSpacing(),
+                       buttons->sizeHint().height() + margins.top() + margins.bottom() +
+                           2 * grid->verticalSpacing());
+    const QSize room = RoomFor(box) - around;
+    const int bar = box.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    const int width = std::min(room.width() - bar, MostLetters * label->fontMetrics().averageCharWidth());
+    label->setWordWrap(true);
+    if (label->heightForWidth(width) <= room.height()) return;
+    int row = 0;
+    int column = 0;
+    int rows = 1;
+    int columns = 1;
+    grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
+    auto* area = new QScrollArea(&box);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setAccessibleName(box.text()); // Tab leads to it, and arrow keys then scroll
+    grid->removeWidget(label);
+    area->setWidget(label);
+    area->setFixedSize(width + bar, room.height());
+    grid->addWidget(area, row, column, rows, columns);
+}
+
 /// Gives message boxes the ordinary pointer, even during work that shows the busy one.
 class OrdinaryCursor {
 public:
@@ -72,7 +129,9 @@ PromptAnswer QtPrompts::Show(const Prompt& prompt) {
     box.setTextFormat(Qt::PlainText); // a "<" in a material's name is shown as typed
     // The texts break lines with CR LF, Qt with LF alone.
     box.setText(QString::fromStdString(prompt.Text).replace(QLatin1String("\r\n"), QLatin1String("\n")));
+    box.setText(Breakable(box.text()));
     SetButtons(box, prompt.Buttons);
+    FitOnScreen(box);
     return AnswerOf(box.exec());
 }
 } // namespace mact

@@ -15,7 +15,7 @@ using namespace mact;
 // mact_screenshots FOLDER light|dark [NAME...]
 //
 // Draws all windows, or those named, with the sample shop in them, as FOLDER/NAME_light.png.
-// QT_SCALE_FACTOR=2 makes it NAME_light@2x.png.
+// QT_SCALE_FACTOR=2 makes it NAME_light@2x.png, MACT_FONT_POINTS=20 draws large letters.
 
 namespace {
 
@@ -78,7 +78,8 @@ int main(int argc, char* argv[]) {
     const QStringList names = arguments.mid(2);
     QApplication::setStyle(new ProgramStyle);
     ShowWindowsIn(look == QLatin1String("dark") ? Colours::Dark : Colours::Light);
-    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+    const int points = qEnvironmentVariableIntValue("MACT_FONT_POINTS");
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), points > 0 ? points : 9));
     QApplication::setCursorFlashTime(0); // a blinking text cursor would be in some pictures and not in others
     const QString scale = application.devicePixelRatio() > 1 ? QStringLiteral("@2x") : QString();
 

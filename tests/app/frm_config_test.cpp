@@ -222,7 +222,7 @@ private slots:
         QCOMPARE(TextOf<QLabel>(window, "lbl_BrowserHint"), std::string("Reports open in this program."));
         Type(window, "/no/such browser");
         QCOMPARE(TextOf<QLabel>(window, "lbl_BrowserHint"),
-                 std::string("There is no such file: Save leaves the browser as it was."));
+                 std::string("There is no such file: the browser stays as it is."));
         QCOMPARE(Named<QLineEdit>(window, "txt_browser").accessibleDescription(),
                  Named<QLabel>(window, "lbl_BrowserHint").text());
         Type(window, " ");

@@ -16,6 +16,9 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSettings>
 #include <QTest>
 
@@ -293,6 +296,50 @@ private slots:
                     0);
         QIcon::setThemeName(themeBefore);
         QIcon::setThemeSearchPaths(pathsBefore);
+    }
+
+    void A_text_that_is_too_high_for_the_screen_is_scrolled_and_the_buttons_stay() {
+        InNextModal<QMessageBox>([](const QMessageBox& box) {
+            QVERIFY(box.height() < box.screen()->availableSize().height());
+            const auto* area = box.findChild<QScrollArea*>();
+            QVERIFY(area);
+            QVERIFY(area->verticalScrollBar()->maximum() > 0);
+            QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
+            const QWidget& button = *box.button(QMessageBox::Ok);
+            QCOMPARE(button.visibleRegion().boundingRect(), button.rect());
+        });
+        std::string text;
+        for (int line = 0; line < 200; ++line)
+            text += "- what is wrong\r\n";
+        QtPrompts().Show({text, PromptKind::FormErrors});
+    }
+
+    void A_short_text_is_not_scrolled() {
+        InNextModal<QMessageBox>([](const QMessageBox& box) { QVERIFY(!box.findChild<QScrollArea*>()); });
+        QtPrompts().Show({"- what is wrong\r\n", PromptKind::FormErrors});
+    }
+
+    void A_long_name_is_shown_whole_on_several_lines() {
+        InNextModal<QMessageBox>([](const QMessageBox& box) {
+            QString text = box.text();
+            QCOMPARE(text.remove(QChar(0x200B)), QString(300, u'W'));
+            const auto& label = Named<QLabel>(box, "qt_msgbox_label");
+            const QRect whole = label.fontMetrics().boundingRect(QRect(0, 0, label.width(), 10'000),
+                                                                 Qt::TextWordWrap, box.text());
+            QVERIFY(whole.width() <= label.width());
+            QVERIFY(whole.height() <= label.height());
+        });
+        QtPrompts().Show({std::string(300, 'W'), PromptKind::Information});
+    }
+
+    void Cancel_is_the_last_button_whatever_the_desktop() {
+        QApplication::setStyle(new ProgramStyle);
+        InNextModal<QMessageBox>([](const QMessageBox& box) {
+            const auto left = [&box](QMessageBox::StandardButton button) { return box.button(button)->x(); };
+            QVERIFY(left(QMessageBox::Yes) < left(QMessageBox::No));
+            QVERIFY(left(QMessageBox::No) < left(QMessageBox::Cancel));
+        });
+        QtPrompts().Show({"x", PromptKind::Question, PromptButtons::YesNoCancel});
     }
 
     void A_question_answers_with_the_button_that_was_pressed() {

@@ -1,5 +1,6 @@
 #include "cli/man_page.h"
 
+#include "base/text.h"
 #include "cli/commands.h"
 
 #include <algorithm>
@@ -67,13 +68,6 @@ std::string PartOf(const DescribedProgram& program, const DescribedCommand& comm
     return ".SS " + Roff(command.Name) + '\n' + Synopsis(program, command) + ".PP\n" +
            Sentence(command.Description) + ListOf(command.Arguments) + ListOf(command.Options) +
            (command.Notes.empty() ? "" : ".PP\n" + Sentence(command.Notes));
-}
-
-std::string UpperCase(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char letter) {
-        return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
-    });
-    return text;
 }
 
 /// For the line that names a page, which has no full stop.

@@ -56,7 +56,8 @@ std::string FormatMonthYear(std::optional<std::chrono::year_month> month, bool i
 
 std::string ShortMonthName(std::chrono::year_month month) {
     constexpr std::string_view names = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
-    return std::string(names.substr((unsigned{month.month()} - 1) * 3, 3)) + ' ' +
+    const std::size_t number = unsigned{month.month()};
+    return std::string(names.substr((number - 1) * 3, 3)) + ' ' +
            Padded(WholeNumberText(int{month.year()}), 4);
 }
 

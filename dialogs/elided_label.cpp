@@ -36,17 +36,23 @@ QString ElidedLabel::WholeText() const {
 }
 
 QString ElidedLabel::ShownText() const {
-    const QString whole = WholeText();
-    // Not left to elidedText, which may measure a little more than sizeHint and shorten what has room.
-    if (fontMetrics().horizontalAdvance(whole) <= contentsRect().width()) return whole;
-    return fontMetrics().elidedText(whole, Qt::ElideMiddle, contentsRect().width());
+    QStringList lines = WholeText().split(u'\n');
+    const int room = contentsRect().width() - 2 * margin();
+    for (QString& line : lines) // elidedText may measure a little more than sizeHint
+        if (fontMetrics().horizontalAdvance(line) > room)
+            line = fontMetrics().elidedText(line, Qt::ElideMiddle, room);
+    return lines.join(u'\n');
 }
 
 QSize ElidedLabel::sizeHint() const {
-    const QMargins margins = contentsMargins();
+    const QStringList lines = WholeText().split(u'\n');
+    int widest = 0;
+    for (const QString& line : lines)
+        widest = std::max(widest, fontMetrics().horizontalAdvance(line));
+    const int between = static_cast<int>(lines.size() - 1) * fontMetrics().lineSpacing();
     // The advance may have been rounded down, and then the text would lack a fraction of a pixel.
-    return {fontMetrics().horizontalAdvance(WholeText()) + 1 + margins.left() + margins.right(),
-            fontMetrics().height() + margins.top() + margins.bottom()};
+    return QSize(widest + 1, fontMetrics().height() + between).grownBy(contentsMargins()) +
+           2 * QSize(margin(), margin());
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
@@ -69,7 +75,7 @@ void ElidedLabel::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     drawFrame(&painter);
     if (hasSelectedText()) painter.fillRect(contentsRect(), palette().highlight());
-    style()->drawItemText(&painter, contentsRect(),
+    style()->drawItemText(&painter, contentsRect().adjusted(margin(), margin(), -margin(), -margin()),
                           static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())),
                           palette(), isEnabled(), ShownText(),
                           hasSelectedText() ? QPalette::HighlightedText : foregroundRole());

@@ -4,7 +4,7 @@
 
 namespace mact {
 
-/// One line of plain text that never widens its window: what has no room is left out of the middle, and the
+/// Plain text that never widens its window: what has no room in a line is left out of its middle, and the
 /// tool tip has the whole. text() stays the whole, too.
 class ElidedLabel : public QLabel {
     Q_OBJECT

@@ -104,6 +104,24 @@ int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 
+void ProgramStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    m_tips.Watch(*widget);
+}
+
+void ProgramStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    const auto* combo = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    if (element != CE_ComboBoxLabel || !combo || combo->editable) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionComboBox shortened(*combo);
+    const QRect room = subControlRect(CC_ComboBox, combo, SC_ComboBoxEditField, widget);
+    shortened.currentText = combo->fontMetrics.elidedText(combo->currentText, Qt::ElideMiddle, room.width());
+    QProxyStyle::drawControl(element, &shortened, painter, widget);
+}
+
 void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);

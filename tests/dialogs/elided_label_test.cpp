@@ -42,6 +42,18 @@ private slots:
         QVERIFY(ToolTipOver(label).contains(LongName()));
     }
 
+    void Each_line_is_shortened_by_itself() {
+        ElidedLabel label;
+        label.setText(LongName() + QStringLiteral("\nDock 4"));
+        label.resize(200, label.sizeHint().height());
+        label.show();
+        const QStringList lines = label.ShownText().split(u'\n');
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines[0].startsWith(u'a') && lines[0].endsWith(u'z'));
+        QCOMPARE(lines[1], QStringLiteral("Dock 4"));
+        QVERIFY(label.sizeHint().height() >= 2 * label.fontMetrics().height());
+    }
+
     void Never_widens_its_window() {
         ElidedLabel label;
         label.setText(LongName());

@@ -23,13 +23,13 @@ void SelectYear(QComboBox& years, const QString& year) {
     if (years.currentIndex() < 0) years.setEditText(year);
 }
 
-/// Room for any of its texts, so that nothing moves while a year is typed.
-void MakeRoomForContent(QLabel& content) {
+/// The width of its longest text.
+int WidthOfContent(const QLabel& content) {
     int widest = 0;
     for (const char* text : {"No usage; the newest is MMM 8888", "No usage has been entered yet.",
                              "No materials have been entered yet.", "Type a year from 1900 to 9999."})
         widest = std::max(widest, content.fontMetrics().horizontalAdvance(QString::fromLatin1(text)));
-    content.setMinimumWidth(widest + content.fontMetrics().averageCharWidth());
+    return widest + content.fontMetrics().averageCharWidth();
 }
 
 } // namespace
@@ -44,7 +44,6 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
         NumberItems(*frame.Month);
         AcceptAnyYear(*frame.Year);
         if (frame.Month != m_ui->cbo_Month) SelectCurrentMonth(frame); // the first starts with all materials
-        MakeRoomForContent(*frame.Content);
         connect(frame.Month, &QComboBox::currentIndexChanged, this, [this, frame] { ShowContent(frame); });
         connect(frame.Year, &QComboBox::currentTextChanged, this, [this, frame] { ShowContent(frame); });
         ShowContent(frame);
@@ -55,6 +54,7 @@ frmReports::frmReports(AppContext& app, QWidget* parent)
     connect(m_ui->opt_materials_0, &QRadioButton::clicked, this, [this] { ChooseMaterials(true); });
     connect(m_ui->opt_materials_1, &QRadioButton::clicked, this, [this] { ChooseMaterials(false); });
     ChooseMaterials(true);
+    OpenWideEnough();
     PrepareNewestMonth();
     OfferLastReport(NewestReport(app.ProgramFolder));
     connect(m_ui->cmd_LastReport, &QPushButton::clicked, this, &frmReports::OpenLastReport);
@@ -97,6 +97,15 @@ void frmReports::SelectNewestMonth() {
         SelectListItem(*frame.Month, unsigned{newest.month()});
         SelectYear(*frame.Year, QString::number(int{newest.year()}));
     }
+}
+
+/// With room for what the frames may say. The window can be made narrower than that, where a screen is small.
+void frmReports::OpenWideEnough() {
+    for (const ReportFrame& frame : Frames())
+        frame.Content->setMinimumWidth(WidthOfContent(*frame.Content));
+    resize(size().expandedTo(minimumSizeHint()));
+    for (const ReportFrame& frame : Frames())
+        frame.Content->setMinimumWidth(0);
 }
 
 void frmReports::PrepareNewestMonth() {

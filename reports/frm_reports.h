@@ -51,6 +51,7 @@ private:
     bool IsForAllMaterials(const ReportFrame& frame) const;
     /// Says what the chosen months hold.
     void ShowContent(const ReportFrame& frame);
+    void OpenWideEnough();
     void PrepareNewestMonth();
     void ChooseMaterials(bool areAllWanted);
     void Generate(const ReportFrame& frame);

@@ -42,7 +42,7 @@ frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMai
     MakeRoomForVerdict();
     SetIcons();
     ConnectButtons();
-    for (QLabel* value : {m_ui->lbl_Company, m_ui->lbl_Backup})
+    for (QLabel* value : std::initializer_list<QLabel*>{m_ui->lbl_Company, m_ui->lbl_Backup})
         MakeCopyable(*value);
     ShowCurrentCompany();
     layout()->setSizeConstraint(QLayout::SetFixedSize);

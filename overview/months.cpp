@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "reports/report_period.h"
 
 #include <algorithm>
 #include <array>
@@ -48,7 +49,8 @@ std::string MonthText(MonthNumber month) {
 }
 
 std::string ShortMonthName(MonthNumber month) {
-    return UpperCase(NameOf(month).substr(0, 3)) + ' ' + FourDigits(month / 12);
+    const auto number = static_cast<unsigned>(month % 12 + 1);
+    return ShortMonthName(std::chrono::year{month / 12} / std::chrono::month{number});
 }
 
 std::string LongMonthName(MonthNumber month) {

@@ -46,6 +46,7 @@ void frmExtraPollutantsNames::ShowReadBack() {
     const QString text = FromUtf8(WhatIsReadBack(names));
     if (text == m_ui->lbl_ReadBack->text()) return;
     m_ui->lbl_ReadBack->setText(text);
+    m_ui->lbl_ReadBack->setToolTip(text.isEmpty() ? QString() : ToolTipOf(text)); // a long name may be cut
     for (QLineEdit* box : Boxes())
         box->setAccessibleDescription(text); // tells screen readers of the change, too
     if (isVisible()) LimitToTexts(*this);

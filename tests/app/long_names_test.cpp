@@ -54,7 +54,9 @@ void LengthenNames(SampleShop& shop) {
 
 /// What the label cannot show of its text, even if it is broken into lines, can be read nowhere.
 bool IsCut(const QLabel& label) {
-    if (qobject_cast<const ElidedLabel*>(&label)) return false;
+    const bool hasWholeAsToolTip =
+        !label.text().isEmpty() && label.toolTip().contains(label.text().toHtmlEscaped());
+    if (qobject_cast<const ElidedLabel*>(&label) || hasWholeAsToolTip) return false;
     if (!label.wordWrap()) return label.sizeHint().width() > label.width();
     if (label.heightForWidth(label.width()) > label.height()) return true;
     const auto widthOf = [&label](const QString& text) {

@@ -1,6 +1,7 @@
 #include "lists/frm_list.h"
 
 #include "base/numbers.h"
+#include "dialogs/copyable_label.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/pictures.h"
 #include "lists/frm_month_sheet.h"
@@ -44,6 +45,7 @@ frmList::frmList(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_ui(std::make_unique<Ui::frmList>()) {
     m_ui->setupUi(this);
     ShowCompany(*m_ui->lbl_Company, app);
+    MakeCopyable(*m_ui->lbl_Status);
     SelectByKeys(*m_ui->lst_Main);
     connect(m_ui->lst_Main, &QListWidget::itemSelectionChanged, this, &frmList::SetButtons);
     connect(m_ui->lst_Main, &QListWidget::itemClicked, this, &frmList::SetButtons);

@@ -38,6 +38,10 @@ constexpr const char* EmptyUsage =
 constexpr const char* EmptyUsageWithoutMaterials =
     "No usage yet, and no materials.\nClose this window and enter materials first.";
 constexpr const char* EmptyFilter = "The filter lets no record pass.\nReset shows all.";
+// An empty list is not always one without records.
+constexpr const char* UnreadMaterials = "The materials cannot be read.";
+constexpr const char* UnreadUsage = "The usage cannot be read.";
+constexpr const char* UnlistedUsage = "The usage cannot be listed without its materials.";
 
 } // namespace
 
@@ -131,16 +135,18 @@ void frmList::PrepareUsage() {
     // First, since the lines name the materials too: without them, that is told once and no line is made.
     const Result<std::vector<MaterialRecord>> materials = ReadMaterials(m_app);
     const bool hasMaterials = !ShowFailure(m_app, materials);
-    std::vector<UsageRecord> usage; // all of it: the filter starts empty
-    FindUsage(m_app, {}, usage);
-    m_records = usage.size();
-    m_ui->lst_Main->SetEmptyText(
-        QString::fromLatin1(hasMaterials && materials->empty() ? EmptyUsageWithoutMaterials : EmptyUsage));
-    ShowUsage(hasMaterials ? usage : std::vector<UsageRecord>());
+    m_emptyUsage = hasMaterials && materials->empty() ? EmptyUsageWithoutMaterials : EmptyUsage;
+    const Result<std::vector<UsageRecord>> usage = ReadUsage(m_app); // all of it: the filter starts empty
+    ShowFailure(m_app, usage);
+    m_records = usage ? usage->size() : 0;
+    if (hasMaterials)
+        ShowUsage(usage);
+    else
+        ShowUnlisted(UnlistedUsage);
     ListLines materialLines;
     if (hasMaterials) FillMaterialList(materialLines, *materials, false);
     ShowLines(*m_ui->cbo_Materials, materialLines);
-    ShowYears(usage);
+    if (usage) ShowYears(*usage);
     setWindowTitle(QStringLiteral("Maintain Usage"));
     m_ui->FrameList->setTitle(QStringLiteral("Usages"));
 }
@@ -153,21 +159,24 @@ void frmList::ReloadList() {
 }
 
 std::vector<MaterialRecord> frmList::ReloadMaterialList() {
-    std::vector<MaterialRecord> materials;
+    Result<std::vector<MaterialRecord>> materials = ReadMaterials(m_app);
+    m_records = materials ? materials->size() : 0;
+    if (ShowFailure(m_app, materials)) {
+        ShowUnlisted(UnreadMaterials);
+        return {};
+    }
     ListLines lines;
-    if (FindMaterials(m_app, {}, materials)) FillMaterialList(lines, materials, true);
+    FillMaterialList(lines, *materials, true);
     m_ui->lst_Main->SetEmptyText(QString::fromLatin1(EmptyMaterials));
     ShowList(lines);
-    m_records = materials.size();
     ShowStatus(FromUtf8(ListedText(m_records, m_records, "material")));
-    return materials;
+    return std::move(*materials);
 }
 
 void frmList::Refresh_Usage_List() {
-    std::vector<UsageRecord> usage;
-    FindUsage(m_app,
-              {.MaterialId = SelectedData(*m_ui->cbo_Materials), .Year = SelectedText(*m_ui->cbo_Year)},
-              usage);
+    const Result<std::vector<UsageRecord>> usage = ReadUsage(
+        m_app, {.MaterialId = SelectedData(*m_ui->cbo_Materials), .Year = SelectedText(*m_ui->cbo_Year)});
+    ShowFailure(m_app, usage);
     ShowUsage(usage);
 }
 
@@ -181,9 +190,19 @@ std::vector<UsageRecord> frmList::ReloadUsageList() {
     return usage ? std::move(*usage) : std::vector<UsageRecord>();
 }
 
-void frmList::ShowUsage(const std::vector<UsageRecord>& usage) {
-    UsageLines lines;
-    if (!usage.empty()) lines = ListUsage(m_app, usage);
+void frmList::ShowUnlisted(const char* why) {
+    m_ui->lst_Main->SetEmptyText(QString::fromLatin1(why));
+    ShowList({});
+    ShowStatus(QString::fromLatin1(why));
+}
+
+void frmList::ShowUsage(const Result<std::vector<UsageRecord>>& read) {
+    if (!read) return ShowUnlisted(UnreadUsage);
+    const std::vector<UsageRecord>& usage = *read;
+    const UsageLines lines = usage.empty() ? UsageLines() : ListUsage(m_app, usage);
+    if (!usage.empty() && lines.Lines.empty()) return ShowUnlisted(UnlistedUsage); // it has said why
+    const bool isFiltered = m_ui->cmd_Filter->text() == QLatin1String(ResetFilter);
+    m_ui->lst_Main->SetEmptyText(QString::fromLatin1(isFiltered ? EmptyFilter : m_emptyUsage));
     QStringList quantities;
     quantities.reserve(static_cast<qsizetype>(lines.Records.size()));
     for (const std::size_t place : lines.Records)
@@ -345,7 +364,6 @@ void frmList::SetFilterApplied(bool isApplied) {
     m_ui->cbo_Materials->setEnabled(!isApplied);
     m_ui->cbo_Year->setEnabled(!isApplied);
     m_ui->cmd_Filter->setText(QString::fromLatin1(isApplied ? ResetFilter : ApplyFilter));
-    m_ui->lst_Main->SetEmptyText(QString::fromLatin1(isApplied ? EmptyFilter : EmptyUsage));
     Refresh_Usage_List();
 }
 

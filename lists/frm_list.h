@@ -55,7 +55,9 @@ private:
     void ReloadAfterMany();
     void ShowList(const ListLines& lines, const QStringList& details = {});
     /// What passes the filter, with the first line selected.
-    void ShowUsage(const std::vector<UsageRecord>& usage);
+    void ShowUsage(const Result<std::vector<UsageRecord>>& read);
+    /// An empty list that says why it is empty.
+    void ShowUnlisted(const char* why);
     void ShowStatus(const QString& text);
     void ShowSavedMaterial(const std::vector<MaterialRecord>& materials, std::int16_t materialId);
     void ShowSavedUsage(const std::vector<UsageRecord>& usage, std::int16_t usageId);
@@ -74,7 +76,8 @@ private:
     AppContext& m_app;
     std::unique_ptr<Ui::frmList> m_ui;
     std::int16_t m_mode = 0;
-    std::size_t m_records = 0; ///< live ones, when they were read last
+    std::size_t m_records = 0;          ///< live ones, when they were read last
+    const char* m_emptyUsage = nullptr; ///< what an empty list of usage says
 };
 
 void ShowMaterialList(AppContext& app, QWidget* parent);

@@ -40,8 +40,6 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
     m_ui->cmd_New->setToolTip(QStringLiteral("Ctrl+N"));
     m_ui->cmd_Edit->setToolTip(QStringLiteral("F2"));
     m_ui->wdg_Search->Bind(*m_ui->lst_Companies);
-    m_ui->lst_Companies->SetEmptyText(
-        QStringLiteral("No companies yet.\nType a name and a location below, then Save."));
     m_ui->lbl_Editing->SetFields({m_ui->txt_CompanyName, m_ui->txt_CompanyLocation});
     MakeRoomForLines(*m_ui->lbl_Editing, 2);
     m_ui->cmd_Undo->Bind(app, {.Whose = [] { return HistoryOf{.Kind = HistoryKind::Companies}; },
@@ -56,24 +54,32 @@ frmCompany::frmCompany(AppContext& app, QWidget* parent)
                                        m_said = text;
                                        ShowHint();
                                    }});
-    FillList();
+    const bool isRead = FillList();
     ShowCurrentCompany();
     MakeCopyable(*m_ui->lbl_CurrentCompany);
     Enable_Button();
     // With no company yet, the first step is to type one.
-    if (m_ui->lst_Companies->count() == 0) m_ui->txt_CompanyName->setFocus();
+    if (isRead && m_ui->lst_Companies->count() == 0) m_ui->txt_CompanyName->setFocus();
 }
 
 frmCompany::~frmCompany() = default;
 
-void frmCompany::FillList() {
+bool frmCompany::FillList() {
     const Result<std::vector<CompanyRecord>> companies = ReadCompanies(m_app);
-    if (ShowFailure(m_app, companies)) return;
+    if (ShowFailure(m_app, companies)) {
+        if (m_ui->lst_Companies->count() == 0)
+            m_ui->lst_Companies->SetEmptyText(QStringLiteral("The companies cannot be read."));
+        m_ui->lst_Companies->Describe({});
+        return false;
+    }
+    m_ui->lst_Companies->SetEmptyText(
+        QStringLiteral("No companies yet.\nType a name and a location below, then Save."));
     ListLines lines;
     FillCompanyList(lines, *companies);
     ShowLines(*m_ui->lst_Companies, lines);
     m_ui->lst_Companies->Describe({});
     EnableListButtons();
+    return true;
 }
 
 void frmCompany::ShowCurrentCompany() {
@@ -113,7 +119,8 @@ std::optional<CompanyRecord> frmCompany::SelectedCompany() {
 void frmCompany::ShowHint() {
     if (!m_edited) return m_ui->lbl_Editing->Show({.Text = m_said.toStdString()});
     const std::string name(Trim(m_edited->CompanyName));
-    const bool isOtherName = !IsSameName(ToCodePage(m_ui->txt_CompanyName->text()), name);
+    const std::string typed = TrimmedText(*m_ui->txt_CompanyName);
+    const bool isOtherName = !typed.empty() && !IsSameName(typed, name);
     const std::string which = name + " (" + std::string(Trim(m_edited->CompanyLocation)) + ")";
     m_ui->lbl_Editing->Show(
         {.Text = "Save overwrites " + Utf8FromCodePage(which) +

@@ -23,7 +23,8 @@ public:
     ~frmCompany() override;
 
 private:
-    void FillList();
+    /// False if the companies cannot be read, which is shown.
+    bool FillList();
     void ShowCurrentCompany();
     void Enable_Button();
     void EnableListButtons();

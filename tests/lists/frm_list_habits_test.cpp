@@ -241,6 +241,48 @@ private slots:
         });
     }
 
+    void A_list_that_cannot_be_read_does_not_say_that_there_is_nothing() {
+        HabitProgram program;
+        std::filesystem::remove(program.DataFile("1_usage.talvor"));
+        std::filesystem::create_directory(program.DataFile("1_usage.talvor"));
+        program.InUsage([](frmList& window) {
+            QCOMPARE(Status(window), std::string("The usage cannot be read."));
+            QVERIFY(!List(window).accessibleDescription().contains(QStringLiteral("No usage")));
+        });
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t{1});
+        std::filesystem::remove(program.DataFile("1_materials.talvor"));
+        std::filesystem::create_directory(program.DataFile("1_materials.talvor"));
+        program.InMaterials([](frmList& window) {
+            QCOMPARE(Status(window), std::string("The materials cannot be read."));
+            QVERIFY(!List(window).accessibleDescription().contains(QStringLiteral("No materials yet")));
+        });
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t{2});
+    }
+
+    void Usage_without_readable_materials_is_not_said_to_be_none() {
+        HabitProgram program;
+        std::filesystem::remove(program.DataFile("1_materials.talvor"));
+        std::filesystem::create_directory(program.DataFile("1_materials.talvor"));
+        program.InUsage([](frmList& window) {
+            QCOMPARE(Status(window), std::string("The usage cannot be listed without its materials."));
+        });
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t{1});
+    }
+
+    void A_filter_that_lets_nothing_pass_says_so_until_it_is_reset() {
+        HabitProgram program;
+        program.InUsage([](frmList& window) {
+            Choose(window, "cbo_Materials", "GC-1"); // used in 2005 only
+            Choose(window, "cbo_Year", "2006");
+            Press(window, "cmd_Filter");
+            QCOMPARE(Status(window), std::string("0 of 2 records"));
+            QVERIFY(List(window).accessibleDescription().contains(
+                QStringLiteral("The filter lets no record pass.")));
+            Press(window, "cmd_Filter");
+            QCOMPARE(Status(window), std::string("2 records"));
+        });
+    }
+
     void An_empty_list_says_what_to_do_first() {
         TestProgram program;
         InNextModal<frmList>([](frmList& window) {

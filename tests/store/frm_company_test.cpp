@@ -251,6 +251,28 @@ private slots:
         QCOMPARE(program.Companies()[1].CompanyName, std::string("Caf\xE9 Boats"));
     }
 
+    void Companies_that_cannot_be_read_are_not_said_to_be_none() {
+        TestProgram program;
+        std::filesystem::create_directory(program.DataFile("companies.talvor"));
+        frmCompany window(program.App, nullptr);
+        window.show();
+        QCOMPARE(program.Prompts.Shown.size(), std::size_t(1));
+        QVERIFY(Named<QListWidget>(window, "lst_Companies")
+                    .accessibleDescription()
+                    .contains(QStringLiteral("The companies cannot be read.")));
+        QVERIFY(window.focusWidget() != &Named<QLineEdit>(window, "txt_CompanyName"));
+    }
+
+    void An_emptied_name_is_not_said_to_become_the_name() {
+        CompanyProgram program;
+        frmCompany window(program.App, nullptr);
+        Named<QListWidget>(window, "lst_Companies").setCurrentRow(1);
+        Named<QPushButton>(window, "cmd_Edit").click();
+        TypeCompany(window, "", "");
+        QCOMPARE(TextOf<QLabel>(window, "lbl_Editing"),
+                 std::string("Save overwrites Caf\xC3\xA9 Hulls (Nice)."));
+    }
+
     void The_keys_do_what_they_do_elsewhere() {
         CompanyProgram program;
         frmCompany window(program.App, nullptr);

@@ -165,9 +165,12 @@ Result<std::vector<FoundSet>> FindBackupSetsIn(const std::filesystem::path& fold
     if (!*isThere) return sets;
     const Result<std::set<std::filesystem::path>> names = NamesIn(folder);
     if (!names) return names.error();
-    for (const std::filesystem::path& name : *names)
-        if (PathText(name).starts_with(BackupSetPrefix) && IsFolderAt(folder / name))
-            sets.push_back({folder / name, NewestTimeIn(folder / name)});
+    for (const std::filesystem::path& name : *names) {
+        if (!PathText(name).starts_with(BackupSetPrefix)) continue;
+        // One that cannot be looked at is listed too: its description says what is wrong.
+        const Result<bool> isFolder = LookForFolder(folder / name);
+        if (!isFolder || *isFolder) sets.push_back({folder / name, NewestTimeIn(folder / name)});
+    }
     SortNewestFirst(sets);
     return sets;
 }

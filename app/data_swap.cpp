@@ -113,7 +113,8 @@ Done RemoveWhatIsLeft(FileAccess& files, const DataPlaces& places) {
 } // namespace
 
 DataPlaces PlacesOf(const AppContext& app) {
-    const std::filesystem::path data = EndOfLinks(DataFolder(app)).lexically_normal();
+    std::filesystem::path data = EndOfLinks(DataFolder(app)).lexically_normal();
+    if (!data.has_filename()) data = data.parent_path(); // a link to "." or "a/.." ends with a separator then
     return {data, WithSuffix(data, ".mact.new"), WithSuffix(data, ".mact.old")};
 }
 

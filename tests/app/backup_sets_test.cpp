@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 
@@ -241,6 +242,16 @@ TEST_F(BackupSetsTest, LinksAreNotFollowed) {
     std::filesystem::create_symlink("/dev/zero", Set / "2_usage.talvor");
     std::filesystem::create_directory(Set / "letters");
     EXPECT_EQ(Faults(), Sentences{"\"2_usage.talvor\" is a link, which is not restored."});
+}
+
+TEST_F(BackupSetsTest, ASetThatCannotBeLookedAtIsListedAndSaysSo) {
+    const std::filesystem::path around = ProgramFile("talvor_backupset_7");
+    std::filesystem::create_directory_symlink(around, around); // leads to itself for ever
+    const std::vector<std::string> names = FoundNames();
+    EXPECT_EQ(std::ranges::count(names, "talvor_backupset_7"), 1);
+    const SetDescription set = DescribeSet(App, around);
+    ASSERT_EQ(set.Faults.size(), 1U);
+    EXPECT_TRUE(set.Faults[0].starts_with("Cannot read the folder \"" + PathText(around))) << set.Faults[0];
 }
 #endif
 

@@ -548,6 +548,16 @@ TEST_F(RestoreTest, ADataFolderThatIsALinkStaysOne) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(disk), {}), 1);
 }
 
+TEST_F(RestoreTest, ALinkToADataFolderMayEndWithADot) {
+    const std::filesystem::path disk = Folder.Path() / "other disk";
+    std::filesystem::create_directory(disk);
+    std::filesystem::rename(Data, disk / "shop");
+    std::filesystem::create_directory_symlink("../other disk/shop/.", Data);
+    ExpectRestored();
+    EXPECT_EQ(FilesIn(disk / "shop"), OfSet);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(disk), {}), 1);
+}
+
 TEST_F(RestoreTest, ALinkedDataFileIsKeptAndItsFolderStays) {
     const std::filesystem::path target = Folder.Path() / "usage on another disk";
     std::filesystem::rename(DataFile("1_usage.talvor"), target);

@@ -135,7 +135,9 @@ std::string GroupedText(double number) {
 }
 
 std::string ShortGroupedText(double number) {
+    constexpr double most = 1e15; // beyond it, digits make no sense
     if (std::abs(number) < 0.1) return NumberText(RoundTo(number, 6));
+    if (std::abs(number) >= most) return NumberText(number);
     std::string text = GroupedText(number);
     text.erase(text.find_last_not_of('0') + 1); // its point stops it
     if (text.ends_with('.')) text.pop_back();

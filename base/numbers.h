@@ -33,7 +33,7 @@ double RoundTo(double number, int decimals);
 
 /// "," every three digits, two decimals, leading zero, "-" in front of negatives: 1,234.50
 std::string GroupedText(double number);
-/// The same without zeros at its end: 1,234.5 or 402. For hints; a small number keeps its first digits:
-/// 0.004.
+/// The same without zeros at its end: 1,234.5 or 402. For hints: a small number keeps its first digits
+/// (0.004), and one from 1e15 on is as NumberText has it.
 std::string ShortGroupedText(double number);
 } // namespace mact

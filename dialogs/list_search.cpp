@@ -37,7 +37,7 @@ void ListSearch::Bind(QListWidget& list) {
 }
 
 void ListSearch::Open() {
-    m_result.clear();
+    Tell({});
     show();
     m_text.setFocus();
     m_text.selectAll();
@@ -53,7 +53,7 @@ bool ListSearch::Has(int row) const {
 }
 
 void ListSearch::Find(int from, int step) {
-    m_result.clear();
+    Tell({});
     const int count = m_list->count();
     if (m_text.text().isEmpty()) return;
     for (int tried = 0; tried < count; ++tried) {
@@ -62,8 +62,12 @@ void ListSearch::Find(int from, int step) {
         m_list->setCurrentRow(row);
         return;
     }
-    m_result.setText(QStringLiteral("in no line"));
-    m_text.setAccessibleDescription(m_result.text());
+    Tell(QStringLiteral("in no line"));
+}
+
+void ListSearch::Tell(const QString& result) {
+    m_result.setText(result);
+    m_text.setAccessibleDescription(result);
 }
 
 bool ListSearch::eventFilter(QObject* watched, QEvent* event) {

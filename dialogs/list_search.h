@@ -29,6 +29,7 @@ private:
     /// -1.
     void Find(int from, int step);
     bool Has(int row) const;
+    void Tell(const QString& result);
 
     QListWidget* m_list = nullptr;
     QLabel m_label;

@@ -67,12 +67,15 @@ PromptAnswer AnswerOf(int button) {
 }
 
 /// Gives a word that is too long for a line, such as a name without blanks, places where it may be broken.
+/// Paths, which people copy out of messages, are broken behind separators by themselves.
 QString Breakable(const QString& text) {
     QString breakable;
     qsizetype length = 0; // of the word so far
     for (const QChar letter : text) {
-        length = letter.isSpace() ? 0 : length + 1;
-        if (length > LongestWord && length % LettersPerPart == 1) breakable += QChar(0x200B);
+        const bool endsPart = letter.isSpace() || letter == u'/' || letter == u'\\';
+        length = endsPart ? 0 : length + 1;
+        if (length > LongestWord && length % LettersPerPart == 1 && !letter.isLowSurrogate())
+            breakable += QChar(0x200B);
         breakable += letter;
     }
     return breakable;
@@ -102,7 +105,8 @@ void FitOnScreen(QMessageBox& box) {
     auto* area = new QScrollArea(&box);
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // A box turns the wrapping of its text off, and on again only where that is wider than it likes.
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     area->setAccessibleName(box.text()); // Tab leads to it, and arrow keys then scroll
     grid->removeWidget(label);
     area->setWidget(label);

@@ -46,7 +46,7 @@ std::string ImportRemarks(const ImportCounts& counts, TransferModule module) {
     std::string remarks;
     if (counts.DroppedFillers > 0)
         remarks = "The filler of " + Counted(static_cast<std::uint64_t>(counts.DroppedFillers), "material") +
-                  " was not imported; it can be entered by hand.";
+                  " was not imported: an import stores 0, and no report applies a filler.";
     if (counts.AlreadyThere == 0) return remarks;
     if (!remarks.empty()) remarks += ' ';
     AppendAll(remarks, Counted(static_cast<std::uint64_t>(counts.AlreadyThere), "line"),

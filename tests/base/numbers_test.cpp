@@ -164,6 +164,8 @@ TEST(ShortGroupedTextTest, HasNoZerosAtItsEnd) {
     EXPECT_EQ(ShortGroupedText(-1000), "-1,000");
     EXPECT_EQ(ShortGroupedText(0), "0");
     EXPECT_EQ(ShortGroupedText(0.1), "0.1");
+    EXPECT_EQ(ShortGroupedText(123456789012345), "123,456,789,012,345");
+    EXPECT_EQ(ShortGroupedText(1e300), "1E+300");
 }
 
 TEST(ShortGroupedTextTest, ASmallNumberKeepsItsFirstDigits) {

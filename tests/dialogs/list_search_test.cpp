@@ -86,8 +86,10 @@ private slots:
         window.Find("PR-3");
         QCOMPARE(window.Result(), QStringLiteral("in no line"));
         QCOMPARE(SelectedRow(window.List), 3);
+        QCOMPARE(window.focusWidget()->accessibleDescription(), QStringLiteral("in no line"));
         QTest::keyClick(window.focusWidget(), Qt::Key_Backspace);
         QCOMPARE(window.Result(), QString());
+        QCOMPARE(window.focusWidget()->accessibleDescription(), QString());
     }
 
     void Escape_ends_the_search_and_not_the_window() {

@@ -173,7 +173,8 @@ private slots:
                  std::string("Total Records Processed : 2\r\nSucessful Imports : 1\r\nErrors : 1"));
         QCOMPARE(
             TextOf<QLabel>(window, "lbl_Remarks"),
-            std::string("The filler of 1 material was not imported; it can be entered by hand. 1 line was "
+            std::string("The filler of 1 material was not imported: an import stores 0, and no report "
+                        "applies a filler. 1 line was "
                         "rejected because the material was there already; what is stored stays as it was."));
         QVERIFY(program.Prompts.Shown.empty());
         Named<QLineEdit>(window, "txt_SourceFile").setText(SourceFile(program, ""));

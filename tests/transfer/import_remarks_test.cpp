@@ -24,16 +24,18 @@ TEST_F(ImportRemarksTest, FillersThatAreNotZeroAreCounted) {
     EXPECT_EQ(counts.Processed, 4);
     EXPECT_EQ(counts.Errors, 0);
     EXPECT_EQ(counts.DroppedFillers, 2);
-    EXPECT_EQ(ImportRemarks(counts, TransferModule::Materials),
-              "The filler of 2 materials was not imported; it can be entered by hand.");
+    EXPECT_EQ(
+        ImportRemarks(counts, TransferModule::Materials),
+        "The filler of 2 materials was not imported: an import stores 0, and no report applies a filler.");
 }
 
 TEST_F(ImportRemarksTest, TheFillerOfARejectedLineIsNotDropped) {
     const ImportCounts counts = Materials(Line("PF-1", "1") + Line("PF-2", "twelve") + "PF-3||||5\r\n");
     EXPECT_EQ(counts.Errors, 2);
     EXPECT_EQ(counts.DroppedFillers, 1);
-    EXPECT_EQ(ImportRemarks(counts, TransferModule::Materials),
-              "The filler of 1 material was not imported; it can be entered by hand.");
+    EXPECT_EQ(
+        ImportRemarks(counts, TransferModule::Materials),
+        "The filler of 1 material was not imported: an import stores 0, and no report applies a filler.");
 }
 
 TEST_F(ImportRemarksTest, MaterialsThatAreThereAreCountedAmongTheErrors) {
@@ -43,10 +45,10 @@ TEST_F(ImportRemarksTest, MaterialsThatAreThereAreCountedAmongTheErrors) {
     EXPECT_EQ(counts.Processed, 4);
     EXPECT_EQ(counts.Errors, 3);
     EXPECT_EQ(counts.AlreadyThere, 2);
-    EXPECT_EQ(
-        ImportRemarks(counts, TransferModule::Materials),
-        "The filler of 1 material was not imported; it can be entered by hand. 2 lines were rejected because "
-        "the material was there already; what is stored stays as it was.");
+    EXPECT_EQ(ImportRemarks(counts, TransferModule::Materials),
+              "The filler of 1 material was not imported: an import stores 0, and no report applies a "
+              "filler. 2 lines were rejected because "
+              "the material was there already; what is stored stays as it was.");
 }
 
 TEST_F(ImportRemarksTest, UsageThatIsThereIsCounted) {

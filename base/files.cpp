@@ -157,6 +157,12 @@ Result<bool> IsAnythingAt(const std::filesystem::path& path) {
     });
 }
 
+bool AreSameName(const std::filesystem::path& left, const std::filesystem::path& right) {
+    std::error_code error; // a folder that does not exist is the same as none
+    return left.filename() == right.filename() &&
+           std::filesystem::equivalent(left.parent_path(), right.parent_path(), error) && !error;
+}
+
 std::filesystem::path EndOfLinks(std::filesystem::path path) {
     constexpr int most = 40; // as the system's
     std::error_code error;

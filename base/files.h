@@ -103,6 +103,9 @@ Result<std::string> ReadWholeFile(FileAccess& files, const std::filesystem::path
 /// Where a link leads, be there anything or not; another path leads to itself.
 std::filesystem::path EndOfLinks(std::filesystem::path path);
 
+/// Whether both are one name in one folder, however the folder is spelled.
+bool AreSameName(const std::filesystem::path& left, const std::filesystem::path& right);
+
 /// Whether the path leads to a file (anything but a folder), or to a folder. Links are followed.
 bool IsFileAt(const std::filesystem::path& path);
 bool IsFolderAt(const std::filesystem::path& path);

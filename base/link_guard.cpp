@@ -27,11 +27,6 @@ bool AreSame(const std::filesystem::path& left, const std::filesystem::path& rig
     return std::filesystem::equivalent(left, right, error) && !error;
 }
 
-/// Whether both are one name in one folder, however the folder is spelled.
-bool AreSameName(const std::filesystem::path& left, const std::filesystem::path& right) {
-    return left.filename() == right.filename() && AreSame(left.parent_path(), right.parent_path());
-}
-
 } // namespace
 
 LinkGuard::LinkGuard(FileAccess& files, std::filesystem::path programFolder,

@@ -51,13 +51,6 @@ Result<std::filesystem::path> FileAt(const std::string& utf8File) {
     return PathFromUtf8(utf8File);
 }
 
-/// Whether both are one name in one folder, however the folder is spelled.
-bool AreSameName(const std::filesystem::path& left, const std::filesystem::path& right) {
-    std::error_code error;
-    return left.filename() == right.filename() &&
-           std::filesystem::equivalent(left.parent_path(), right.parent_path(), error) && !error;
-}
-
 /// The file that a report is to be written to; a Failure if it is another one of the program's own.
 Result<std::filesystem::path> ReportTargetAt(const AppContext& app, const std::string& utf8File,
                                              const char* ownName) {
@@ -69,8 +62,7 @@ Result<std::filesystem::path> ReportTargetAt(const AppContext& app, const std::s
     const std::filesystem::path folder = DataFolder(app);
     if (AreSameName(target, folder / target.filename()))
         return Failure{"write a report to the file", target, "it is in the data folder"};
-    for (const char* name : {CompliantMaterialsFile, WeightedAverageFile, EmissionAverageFile,
-                             AdditionalHapUsageFile, AdditionalHapEmissionFile})
+    for (const char* name : ReportFiles)
         if (std::string_view(name) != ownName && AreSameName(target, app.ProgramFolder / name))
             return Failure{"write the report to the file", target, "it is the file of another report"};
     return target;

@@ -53,8 +53,7 @@ void OpenReport(AppContext& app, const std::filesystem::path& page) {
 std::optional<std::filesystem::path> NewestReport(const std::filesystem::path& programFolder) {
     std::optional<std::filesystem::path> newest;
     std::filesystem::file_time_type newestTime{};
-    for (const char* name : {CompliantMaterialsFile, WeightedAverageFile, EmissionAverageFile,
-                             AdditionalHapUsageFile, AdditionalHapEmissionFile}) {
+    for (const char* name : ReportFiles) {
         const std::filesystem::path report = programFolder / name;
         std::error_code error;
         if (!std::filesystem::is_regular_file(report, error)) continue;

@@ -15,8 +15,8 @@ namespace mact {
 bool UserWantsEmptyReport(AppContext& app);
 
 /// Writes the report's file in the program folder, or the context's ReportTarget, and opens it as OpenReport
-/// does. Returns ReportPublished or ReportFailed; if the browser does not start, that is shown, but the report
-/// is published. Without a page it shows why there is none and writes nothing.
+/// does. Returns ReportPublished or ReportFailed; if the browser does not start, that is shown, but the
+/// report is published. Without a page it shows why there is none and writes nothing.
 std::int16_t PublishReport(AppContext& app, std::string_view fileName, Result<std::string> html);
 
 /// Opens a page in the configured browser or, without one, in the system's, if that is set. False if neither

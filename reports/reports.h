@@ -3,6 +3,7 @@
 #include "base/app_context.h"
 #include "reports/report_period.h"
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 
@@ -29,4 +30,6 @@ inline constexpr const char* WeightedAverageFile = "report2.htm";
 inline constexpr const char* EmissionAverageFile = "report3.htm";
 inline constexpr const char* AdditionalHapUsageFile = "report4.htm";
 inline constexpr const char* AdditionalHapEmissionFile = "report5.htm";
+inline constexpr std::array ReportFiles = {CompliantMaterialsFile, WeightedAverageFile, EmissionAverageFile,
+                                           AdditionalHapUsageFile, AdditionalHapEmissionFile};
 } // namespace mact

@@ -10,6 +10,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QResizeEvent>
 
 namespace mact {
 namespace {
@@ -66,6 +67,30 @@ public:
     }
 };
 
+/// Learns whether the user gives the window another size. A layout that needs more room than there is, as for
+/// a longer hint, enlarges the window to its new minimum size: that is not the user's doing.
+class SizeWatch : public QObject {
+public:
+    explicit SizeWatch(QDialog& window) : QObject(&window), m_window(window) {
+        window.installEventFilter(this);
+    }
+
+    bool IsChangedByUser() const { return m_isChanged; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Resize) {
+            const auto* resize = static_cast<QResizeEvent*>(event);
+            const QSize grown = resize->oldSize().expandedTo(m_window.minimumSize());
+            if (resize->oldSize().isValid() && resize->size() != grown) m_isChanged = true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QDialog& m_window;
+    bool m_isChanged = false;
+};
+
 /// The window's size or, if it is maximised, the size that it will go back to.
 QSize OwnSize(const QDialog& window) {
     return window.isMaximized() ? window.normalGeometry().size() : window.size();
@@ -92,9 +117,10 @@ int ShowModally(AppContext& app, QDialog& window, const QString& name) {
     const ScreenFit screenFit(window);
     const WheelGuard wheelGuard(window);
     const EnterKeyGuard enterKeyGuard(window);
+    const SizeWatch size(window);
     const int result = window.exec();
     // Only a size that the user changed is kept, and failing to keep it is not worth a message.
-    if (OwnSize(window) != shown)
+    if (size.IsChangedByUser() && OwnSize(window) != shown)
         static_cast<void>(app.Settings.Write(WindowsSection, key, SizeText(OwnSize(window))));
     return result;
 }

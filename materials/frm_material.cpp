@@ -156,7 +156,7 @@ void frmMaterial::FollowEntries() {
     if (Result<std::vector<HapContentRecord>> types = ReadHapContents(m_app)) m_types = std::move(*types);
     m_ui->lbl_Figures->SetFields({m_ui->cbo_MaterialType, m_ui->cbo_ApplicationType, m_ui->txt_filler});
     m_ui->lbl_Doubts->SetFields({m_ui->txt_density, m_ui->txt_HapContents});
-    MakeRoomForLines(*m_ui->lbl_Figures, 1); // so that the window stays while a number is typed
+    MakeRoomForLines(*m_ui->lbl_Figures, 2); // so that the window stays while a number is typed
     MakeRoomForLines(*m_ui->lbl_Doubts, 2);
     for (const QLineEdit* edit : {m_ui->txt_density, m_ui->txt_HapContents, m_ui->txt_filler})
         connect(edit, &QLineEdit::textChanged, this, &frmMaterial::ShowHints);

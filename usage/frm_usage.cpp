@@ -48,7 +48,7 @@ frmUsage::frmUsage(AppContext& app, const std::vector<MaterialRecord>& materials
     AcceptAnyYear(*m_ui->cbo_Year);
     AcceptCodePageText(*m_ui->txt_Quantiry);
     m_ui->lbl_QuantityHint->SetFields({m_ui->txt_Quantiry, m_ui->cbo_Unit});
-    MakeRoomForLines(*m_ui->lbl_QuantityHint, 2); // so that the window stays while a number is typed
+    MakeRoomForLines(*m_ui->lbl_QuantityHint, 3); // so that the window stays while a number is typed
     connect(m_ui->cbo_MaterialId, &QComboBox::currentIndexChanged, this, &frmUsage::ShowDescription);
     for (const QComboBox* combo : {m_ui->cbo_MaterialId, m_ui->cbo_Unit})
         connect(combo, &QComboBox::currentIndexChanged, this, &frmUsage::ShowHint);

@@ -13,6 +13,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QVBoxLayout>
 #include <QWheelEvent>
 
 namespace mact {
@@ -270,6 +271,26 @@ private slots:
         window.setObjectName(QStringLiteral("frmTest"));
         InNextModal<QDialog>([](QDialog&) {});
         ShowModally(program.App, window);
+        QVERIFY(program.Settings.Values.empty());
+    }
+
+    void A_size_that_a_longer_text_asks_for_is_not_kept() {
+        TestProgram program;
+        QDialog window;
+        window.setObjectName(QStringLiteral("frmTest"));
+        QVBoxLayout layout(&window);
+        QLabel hint(&window);
+        layout.addWidget(&hint);
+        window.resize(300, 40);
+        int growth = 0;
+        InNextModal<QDialog>([&hint, &growth](QDialog& shown) {
+            const int height = shown.height();
+            hint.setText(QStringLiteral("one\ntwo\nthree\nfour\nfive"));
+            QCoreApplication::processEvents();
+            growth = shown.height() - height;
+        });
+        ShowModally(program.App, window);
+        QVERIFY(growth > 0);
         QVERIFY(program.Settings.Values.empty());
     }
 

@@ -44,19 +44,6 @@ QString StatementLines() {
     return lines.join(QLatin1Char('\n'));
 }
 
-/// A text without blanks would be cut off instead.
-QString BreakableAnywhere(QString text) {
-    constexpr qsizetype longest = 20;
-    qsizetype since = 0;
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        since = text[at] == QLatin1Char(' ') ? 0 : since + 1;
-        if (since < longest) continue;
-        text.insert(at + 1, QChar(0x200B)); // a place to break that is not seen
-        since = 0;
-    }
-    return text;
-}
-
 /// Calls `act` for Enter and for a double click on a line. QAbstractItemView::activated would be a single
 /// click on some desktops.
 class LineOpener : public QObject {
@@ -108,10 +95,9 @@ frmOverview::frmOverview(AppContext& app, QWidget* parent)
     m_ui->setupUi(this);
     NumberItems(*m_ui->cbo_Month);
     AcceptAnyYear(*m_ui->cbo_Year);
-    m_ui->lbl_Company->setText(
-        BreakableAnywhere(FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation)));
-    for (QLabel* value :
-         {m_ui->lbl_Company, m_ui->lbl_Newest, m_ui->lbl_Answer1, m_ui->lbl_Answer2, m_ui->lbl_Answer3})
+    m_ui->lbl_Company->setText(FromCodePage(m_app.CurrentCompanyName + ", " + m_app.CurrentCompanyLocation));
+    for (QLabel* value : std::initializer_list<QLabel*>{
+             m_ui->lbl_Company, m_ui->lbl_Newest, m_ui->lbl_Answer1, m_ui->lbl_Answer2, m_ui->lbl_Answer3})
         MakeCopyable(*value);
     m_ui->tbl_Rows->setModel(&m_table);
     m_ui->tbl_Rows->setItemDelegateForColumn(OverviewTable::Bar, &m_bar);
@@ -439,8 +425,11 @@ void frmOverview::FitToForm() {
     const int room = screen()->availableSize().width() - 3 * bar;
     scroll.setMinimumWidth(std::min(m_ui->layout_Form->totalMinimumSize().width() + bar, room));
     // The lists give way to the texts, so the form must be told the least height that all of them need.
-    m_ui->wid_Form->setMinimumHeight(
-        m_ui->layout_Form->totalMinimumHeightForWidth(scroll.viewport()->width()));
+    const QSize whole = scroll.maximumViewportSize();
+    int height = m_ui->layout_Form->totalMinimumHeightForWidth(whole.width());
+    // A bar takes room from the texts, which then may need another line.
+    if (height > whole.height()) height = m_ui->layout_Form->totalMinimumHeightForWidth(whole.width() - bar);
+    m_ui->wid_Form->setMinimumHeight(height);
 }
 
 void frmOverview::resizeEvent(QResizeEvent* event) {

@@ -694,6 +694,26 @@ private slots:
         QVERIFY(!statements.isVisible());
     }
 
+    void The_statements_cover_nothing_when_they_are_unfolded() {
+        YearShop program;
+        frmOverview window(program.App, nullptr);
+        window.show();
+        const auto& button = Named<QToolButton>(window, "cmd_Statements");
+        const int least = window.minimumSizeHint().width();
+        for (int width = least; width < least + 300; width += 10) { // texts wrap in other places
+            window.resize(width, 560);
+            QCoreApplication::processEvents();
+            Press(window, "cmd_Statements"); // which makes a scroll bar appear
+            QCoreApplication::processEvents();
+            const int top = button.mapTo(&window, QPoint(0, 0)).y();
+            for (const char* name : {"cbo_Span", "lst_Attention"}) {
+                const auto& above = Named<QWidget>(window, name);
+                QVERIFY2(above.mapTo(&window, above.rect().bottomLeft()).y() < top, name);
+            }
+            Press(window, "cmd_Statements");
+        }
+    }
+
     void Its_use_changes_no_data_file() {
         YearShop program;
         const auto before = FilesIn(program.App.ProgramFolder / "data");

@@ -90,11 +90,12 @@ void frmRestore::MakeRoom() {
     table.verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
     QHeaderView& header = *table.horizontalHeader();
     const std::pair<int, const char*> widest[] = {
-        {Set,     "12345"                               },
-        {Date,    "2005-03-31 17:05"                    },
-        {Records, "32767 materials, 32767 usage records"},
-        {Check,   "100000 findings"                     },
-        {State,   "cut or incomplete"                   },
+        {Set,       "12345"                               },
+        {Date,      "2005-03-31 17:05"                    },
+        {Companies, "Companies, their names"              }, // if there is no room to stretch it in
+        {Records,   "32767 materials, 32767 usage records"},
+        {Check,     "100000 findings"                     },
+        {State,     "cut or incomplete"                   },
     };
     for (const auto& [column, text] : widest)
         table.setColumnWidth(column, fontMetrics().horizontalAdvance(QLatin1String(text)) +

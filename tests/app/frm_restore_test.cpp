@@ -8,7 +8,9 @@
 #include "tests/support/gui.h"
 #include "usage/usage_store.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -117,6 +119,22 @@ private slots:
             QCOMPARE(program.Cell(window, 0, 1).size(), 16);
         });
         QVERIFY(program.Prompts.Shown.empty());
+    }
+
+    void In_large_letters_every_heading_is_whole() {
+        RestoreProgram program;
+        const QFont before = QApplication::font();
+        QFont large = before;
+        large.setPointSize(20);
+        QApplication::setFont(large);
+        program.Show([](frmRestore& window) {
+            window.resize(window.minimumSizeHint());
+            QCoreApplication::processEvents();
+            auto& header = *Named<QTableWidget>(window, "tbl_Sets").horizontalHeader();
+            for (int column = 0; column < header.count(); ++column)
+                QVERIFY(header.sectionSize(column) >= header.sectionSizeHint(column));
+        });
+        QApplication::setFont(before);
     }
 
     void Says_what_is_wrong_with_the_chosen_set() {

@@ -252,7 +252,7 @@ void EditCompany(const QWidget& window) {
 
 void SearchList(const QWidget& window) {
     Named<QWidget>(window, "wdg_Search").show();
-    Type(window, "txt_Find", QStringLiteral("PR-1"));
+    Type(window, "txt_Find", QStringLiteral("RP-1"));
     Named<QLabel>(window, "lbl_Found").setText(QStringLiteral("in no line"));
     QCoreApplication::processEvents(); // makes room for it
 }
@@ -348,6 +348,7 @@ void ShowLastReport(const QWidget& window) {
 void SelectWorstRow(const QWidget& window) {
     Named<QTableView>(window, "tbl_Rows").selectRow(0);
     Press(window, "cmd_Statements");
+    QCoreApplication::processEvents();
 }
 
 void OpenTrace(AppContext& app, QWidget* parent) {

@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -257,6 +258,17 @@ private slots:
         QCOMPARE(SentenceOf(opened.error()), "Cannot open the file \"" +
                                                  PathText(folder.Path() / "page.htm") +
                                                  "\": the system has no program for it.");
+    }
+
+    void No_platform_puts_its_own_icons_on_the_buttons_of_message_boxes() {
+        struct Desktop : QProxyStyle { // as a plain X desktop has it
+            int styleHint(StyleHint, const QStyleOption*, const QWidget*, QStyleHintReturn*) const override {
+                return 1;
+            }
+        };
+        ProgramStyle style;
+        style.setBaseStyle(new Desktop);
+        QCOMPARE(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons), 0);
     }
 
     void Message_boxes_have_icons_without_an_icon_theme() {

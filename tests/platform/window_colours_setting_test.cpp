@@ -93,8 +93,8 @@ private slots:
     void The_registry_says_whether_programs_are_to_be_light() {
         QCOMPARE(ColoursOfTheme(0), Colours::Dark);
         QCOMPARE(ColoursOfTheme(1), Colours::Light);
-        QCOMPARE(ColoursOfTheme(QVariant()), std::optional<Colours>()); // before Windows 10
-        QCOMPARE(ColoursOfTheme(QStringLiteral("x")), std::optional<Colours>());
+        QVERIFY(!ColoursOfTheme(QVariant())); // before Windows 10
+        QVERIFY(!ColoursOfTheme(QStringLiteral("x")));
     }
 };
 } // namespace mact

@@ -101,7 +101,7 @@ int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* returned) const {
     if (hint == SH_DialogButtonLayout) return QDialogButtonBox::WinLayout; // Cancel is last
-    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0; // the desktop's own
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;             // the desktop's own
     return QProxyStyle::styleHint(hint, option, widget, returned);
 }
 

@@ -1,9 +1,10 @@
 # Shared by ./run, ./test, ./bench, docs/make_screenshots.sh and the scripts in .ci: the Debian packages and how to
 # install them. Sourced, not run.
 
-run_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libcli11-dev qt6-wayland fonts-dejavu-core)
+run_packages=(g++ cmake ninja-build qt6-base-dev libcli11-dev qt6-wayland fonts-dejavu-core)
 test_packages=("${run_packages[@]}" libgtest-dev chromium dbus-daemon fish groff-base zsh)
 bench_packages=("${run_packages[@]}" libbenchmark-dev sqlite3 time)
+picture_packages=(librsvg2-bin icoutils)
 windows_packages=(cmake ninja-build g++-mingw-w64-x86-64-posix googletest wine64)
 check_packages=("${test_packages[@]}" "${bench_packages[@]}" clang clang-format clang-tidy libclang-rt-14-dev)
 

@@ -20,7 +20,6 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QShortcut>
-#include <QSvgRenderer>
 
 #include <chrono>
 #include <utility>
@@ -36,7 +35,7 @@ constexpr auto BetweenLooks = std::chrono::seconds(15); // at a backup that may 
 frmMain::frmMain(AppContext& app) : m_app(app), m_ui(std::make_unique<Ui::frmMain>()) {
     m_ui->setupUi(this);
     setWindowTitle(QStringLiteral("EPA - MACT (HAP Content Reporting Application)"));
-    m_ui->Picture1->load(PictureFile(QStringLiteral("picture")));
+    m_ui->Picture1->SetPicture(MainPicture());
     m_ui->Picture1->setFixedSize(PictureSize);
     m_ui->cmd_About->hide(); // does nothing; the About button is cmd_Abount
     MakeRoomForVerdict();

@@ -77,7 +77,7 @@ ProgramStyle::ProgramStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 QIcon ProgramStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption* option,
                                  const QWidget* widget) const {
     const auto* icon = std::ranges::find(MessageIcons, standardIcon, &MessageIcon::Standard);
-    if (icon != std::end(MessageIcons)) return QIcon(PictureFile(QString::fromLatin1(icon->PictureName)));
+    if (icon != std::end(MessageIcons)) return ColouredIcon(QString::fromLatin1(icon->PictureName));
     return QProxyStyle::standardIcon(standardIcon, option, widget);
 }
 

@@ -3,6 +3,7 @@
 #include "app/frm_main.h"
 #include "app/startup.h"
 #include "base/text.h"
+#include "dialogs/pictures.h"
 #include "lists/frm_list.h"
 #include "reports/frm_reports.h"
 #include "store/companies.h"
@@ -14,7 +15,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QSvgWidget>
 #include <QTest>
 
 namespace mact {
@@ -75,7 +75,7 @@ private slots:
         TestProgram program;
         frmMain window(program.App);
         window.show();
-        const auto& picture = Named<QSvgWidget>(window, "Picture1");
+        const auto& picture = Named<PictureView>(window, "Picture1");
         QCOMPARE(picture.x(), (window.width() - picture.width()) / 2);
     }
 

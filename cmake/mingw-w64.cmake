@@ -6,8 +6,11 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# Only libraries and headers for Windows, not this system's own.
-set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+# Only libraries and headers for Windows, not this system's own. MACT_WINDOWS_LIBRARIES: more folders of them, with Qt,
+# GoogleTest and CLI11.
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES MACT_WINDOWS_LIBRARIES)
+set(CMAKE_FIND_ROOT_PATH ${MACT_WINDOWS_LIBRARIES} /usr/x86_64-w64-mingw32)
+list(PREPEND CMAKE_PREFIX_PATH ${MACT_WINDOWS_LIBRARIES})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -150,6 +150,7 @@ ProgramStart BackupStart(const std::filesystem::path& script) {
     start.Program = "/bin/sh";
     start.Arguments = {"-c", CopyingProgram, "backup", PathText(script)};
     start.CommandLine = '"' + PathText(script) + '"';
+    start.Script = script;
     start.HasHiddenWindow = true;
     return start;
 }

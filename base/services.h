@@ -65,6 +65,9 @@ struct ProgramStart {
     std::vector<std::string> Arguments;
     std::string CommandLine; ///< used on Windows instead of the two above, verbatim
     bool HasHiddenWindow = false;
+    /// Used on Windows instead of all of these, if it is not empty: a command script, which is run by its
+    /// name in its folder. In a path, between quotes too, %NAME% would be replaced with the variable's value.
+    std::filesystem::path Script = {};
 };
 
 class ProgramStarter : public Service {

@@ -193,6 +193,7 @@ TEST_F(BackupTest, TheScriptIsStartedHidden) {
     const std::string script = PathText(ProgramFile("backup.bat"));
     EXPECT_TRUE(start.HasHiddenWindow);
     EXPECT_EQ(start.CommandLine, '"' + script + '"');
+    EXPECT_EQ(PathText(start.Script), script);
     EXPECT_EQ(start.Program, "/bin/sh");
     ASSERT_EQ(start.Arguments.size(), 4U);
     EXPECT_EQ(start.Arguments[0], "-c");

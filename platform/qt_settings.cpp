@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 
 namespace mact {
 namespace {
@@ -27,37 +28,39 @@ QString KeyText(std::string_view section, std::string_view key) {
     return ToQt(section) + u'/' + ToQt(key);
 }
 
+QString QtPath(const std::filesystem::path& path) {
+    return ToQt(PathText(path));
+}
+
 #ifdef Q_OS_WIN
 
-/// The registry. Settings that an administrator made for all users do not show through.
-class UserSettings : public QSettings {
-public:
-    UserSettings() : QSettings(NativeFormat, UserScope, ToQt(Organization), ToQt(Settings::Application)) {
-        setFallbacksEnabled(false);
-    }
-};
+/// The registry, or the settings file. Settings that an administrator made for all users do not show through.
+std::unique_ptr<QSettings> UserSettings() {
+    if (const std::filesystem::path file = SettingsFile(); !file.empty())
+        return std::make_unique<QSettings>(QtPath(file), QSettings::IniFormat);
+    auto registry = std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope,
+                                                ToQt(Organization), ToQt(Settings::Application));
+    registry->setFallbacksEnabled(false);
+    return registry;
+}
 
 Result<QVariant> ReadValue(const QString& key) {
-    return UserSettings().value(key);
+    return UserSettings()->value(key);
 }
 
 /// Why the value was not saved; empty if it was.
 std::string Save(const QString& key, const QString& value, const std::filesystem::path&) {
-    UserSettings settings;
-    settings.setValue(key, value);
-    settings.sync();
-    return settings.status() == QSettings::NoError ? "" : "it cannot be written";
+    const std::unique_ptr<QSettings> settings = UserSettings();
+    settings->setValue(key, value);
+    settings->sync();
+    return settings->status() == QSettings::NoError ? "" : "it cannot be written";
 }
 
 std::filesystem::path ShownPlace() {
-    return PathFromUtf8(QDir::toNativeSeparators(UserSettings().fileName()).toStdString());
+    return PathFromUtf8(QDir::toNativeSeparators(UserSettings()->fileName()).toStdString());
 }
 
 #else
-
-QString QtPath(const std::filesystem::path& path) {
-    return ToQt(PathText(path));
-}
 
 /// Made anew for each value: another running copy may have written. Anything but a file holds no settings,
 /// and opening a pipe would never return; nor does a file that would not fit in memory.
@@ -166,6 +169,9 @@ std::filesystem::path ShownPlace() {
 } // namespace
 
 std::filesystem::path SettingsFile() {
+    const std::string name = std::string(Settings::Application) + ".conf";
+    const QString folder = qEnvironmentVariable("MACT_SETTINGS_FOLDER");
+    if (!folder.isEmpty()) return PathFromUtf8(folder.toStdString()) / Organization / name;
 #ifdef Q_OS_WIN
     return {};
 #else
@@ -173,8 +179,7 @@ std::filesystem::path SettingsFile() {
     // nobody has, and the name in that place is exchanged.
     const QSettings none(QSettings::NativeFormat, QSettings::UserScope,
                          ToQt(Organization) + QStringLiteral(".none"));
-    const std::filesystem::path folder = PathFromUtf8(none.fileName().toStdString()).parent_path();
-    return folder / Organization / (std::string(Settings::Application) + ".conf");
+    return PathFromUtf8(none.fileName().toStdString()).parent_path() / Organization / name;
 #endif
 }
 

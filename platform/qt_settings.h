@@ -24,6 +24,7 @@ private:
     std::filesystem::path m_programFolder;
 };
 
-/// Where the settings are; empty on Windows. Does not open the file.
+/// Where the settings are; empty for the registry of Windows. The environment variable MACT_SETTINGS_FOLDER
+/// names a folder to keep them in instead, on every platform; tests use that. Does not open the file.
 std::filesystem::path SettingsFile();
 } // namespace mact

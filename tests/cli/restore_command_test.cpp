@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QByteArray>
+
 #include <chrono>
 
 namespace mact {
@@ -74,7 +76,7 @@ TEST_F(RestoreCommandTest, TheSetsAreListedNewestFirst) {
     std::filesystem::resize_file(Set / "companies.talvor", 504 + 10);
     SetTimes(Set, sys_days{std::chrono::year{2005} / 3 / 31} + std::chrono::hours(12));
     SetTimes(Kept, sys_days{std::chrono::year{2005} / 4 / 1} + std::chrono::hours(12));
-    setenv("TZ", "UTC", 1); // NOLINT(concurrency-mt-unsafe): handed to the program
+    qputenv("TZ", "UTC"); // handed to the program
     const std::string expected = PathText(Kept) + "|2005-04-01 12:00|Acme; Beta|0|0|0|complete\n" +
                                  PathText(Set) + "|2005-03-31 12:00|Acme|0|0|1|incomplete\n";
     for (const auto& arguments : {
@@ -87,7 +89,7 @@ TEST_F(RestoreCommandTest, TheSetsAreListedNewestFirst) {
         EXPECT_EQ(run.Errors, "");
         EXPECT_EQ(run.Status, 0);
     }
-    unsetenv("TZ"); // NOLINT(concurrency-mt-unsafe)
+    qunsetenv("TZ");
     ExpectNothingHasHappened();
 }
 

@@ -1,3 +1,4 @@
+#include "app/backup_script.h"
 #include "base/text.h"
 #include "dialogs/dialog_routines.h"
 #include "dialogs/program_style.h"
@@ -39,10 +40,16 @@ class qt_services_test : public QObject {
         QtSettings Settings;
         SettingsFolder() { Use(Folder.Path()); }
         static void Use(const std::filesystem::path& path) {
+#ifdef _WIN32
+            qputenv("MACT_SETTINGS_FOLDER", QString::fromStdString(PathText(path)).toLocal8Bit());
+#else
             QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                                QString::fromStdString(PathText(path)));
+#endif
         }
-        std::filesystem::path File() const { return Folder.Path() / "MACT" / "TALVOR_QUME_APP.conf"; }
+        std::filesystem::path File() const {
+            return Folder.Path() / "MACT" / "TALVOR_QUME_APP.conf";
+        }
     };
 
     /// The name of the file that the dialog chooses once `name` is typed.
@@ -127,6 +134,21 @@ private slots:
                             QStringLiteral("TALVOR_QUME_APP"));
         QCOMPARE(PathText(SettingsFile()), own.fileName().toStdString());
 #endif
+    }
+
+    void A_folder_that_the_environment_names_has_the_settings_on_every_platform() {
+        const TemporaryFolder named;
+        const QByteArray before = qgetenv("MACT_SETTINGS_FOLDER");
+        qputenv("MACT_SETTINGS_FOLDER", QString::fromStdString(PathText(named.Path())).toLocal8Bit());
+        const std::filesystem::path file = named.Path() / "MACT" / "TALVOR_QUME_APP.conf";
+        QVERIFY(SettingsFile() == file);
+        QVERIFY(QtSettings().Write("COMPANY", "DEFAULT", "3"));
+        QVERIFY(ContentOf(file).starts_with("[COMPANY]"));
+        QCOMPARE(QtSettings().Read("COMPANY", "DEFAULT"), std::string("3"));
+        if (before.isNull())
+            qunsetenv("MACT_SETTINGS_FOLDER");
+        else
+            qputenv("MACT_SETTINGS_FOLDER", before);
     }
 
     void A_pipe_in_the_settings_place_is_not_opened() {
@@ -270,6 +292,25 @@ private slots:
         style.setBaseStyle(new Desktop);
         QCOMPARE(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons), 0);
     }
+
+#ifdef _WIN32
+    void A_script_runs_in_a_folder_of_any_name_data() {
+        QTest::addColumn<QString>("name");
+        for (const char* name :
+             {"plain", "a b", "x & y", "\u00e9", "100% x", "%PATH% p", "a^b", "(c) d", "a!b"})
+            QTest::newRow(name) << QString::fromUtf8(name);
+    }
+    void A_script_runs_in_a_folder_of_any_name() {
+        QFETCH(const QString, name);
+        const TemporaryFolder folder;
+        const std::filesystem::path script = folder.Path() / PathFromUtf8(name.toStdString()) / "backup.bat";
+        std::filesystem::create_directories(script.parent_path());
+        WriteContent(script, "@echo off\r\necho It ran.> ran.txt\r\n");
+        QVERIFY(QtPrograms().Start(BackupStart(script)));
+        QTRY_VERIFY(std::filesystem::exists(script.parent_path() / "ran.txt"));
+        QTRY_COMPARE(ContentOf(script.parent_path() / "ran.txt"), std::string("It ran.\r\n"));
+    }
+#endif
 
     void Message_boxes_have_icons_without_an_icon_theme() {
         const ProgramStyle style;

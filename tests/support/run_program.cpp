@@ -5,11 +5,24 @@
 #include <QProcess>
 
 namespace mact {
+namespace {
+
+/// What a program wrote, with its line ends as the tests have them: those of Windows are CR LF.
+std::string Written(const QByteArray& bytes) {
+    std::string text = bytes.toStdString();
+#ifdef _WIN32
+    for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos; ++at)
+        text.erase(at, 1);
+#endif
+    return text;
+}
+
+} // namespace
 
 ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                       const std::filesystem::path& settingsFolder, std::string_view input) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("XDG_CONFIG_HOME", QString::fromStdString(PathText(settingsFolder)));
+    environment.insert("MACT_SETTINGS_FOLDER", QString::fromStdString(PathText(settingsFolder)));
     QStringList texts;
     for (const std::string& argument : arguments)
         texts << QString::fromStdString(argument);
@@ -21,7 +34,7 @@ ProgramRun RunProgram(const std::filesystem::path& program, const std::vector<st
     process.closeWriteChannel();
     constexpr int aMinute = 60'000;
     if (!process.waitForFinished(aMinute) || process.exitStatus() != QProcess::NormalExit) return {};
-    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
-            process.readAllStandardError().toStdString()};
+    return {process.exitCode(), Written(process.readAllStandardOutput()),
+            Written(process.readAllStandardError())};
 }
 } // namespace mact

@@ -27,7 +27,7 @@ std::string Quoted(std::string_view text) {
     return quoted + '\'';
 }
 
-/// In which no character ends a part of a specification.
+/// With a backslash before each character that would end a part of an argument's description.
 std::string Escaped(std::string_view text) {
     std::string escaped;
     for (const char character : text) {

@@ -58,7 +58,7 @@ std::string ValuePart(const DescribedOption& option) {
     return part + ' '; // nothing to offer
 }
 
-std::string SpecificationOf(const DescribedOption& option) {
+std::string ArgumentOf(const DescribedOption& option) {
     if (option.Names.empty())
         return Quoted((option.IsRepeated ? "*" : option.IsRequired ? "" : ":") + ValuePart(option));
     const bool hasValue = option.Kind != ValueKind::None;
@@ -74,10 +74,10 @@ std::string SpecificationOf(const DescribedOption& option) {
     return Quoted('(' + excluded + ')') + '{' + names + '}' + Quoted(rest);
 }
 
-std::string Specifications(const std::vector<DescribedOption>& options, std::string_view indentation) {
+std::string ArgumentLines(const std::vector<DescribedOption>& options, std::string_view indentation) {
     std::string list;
     for (const DescribedOption& option : options)
-        list += " \\\n" + std::string(indentation) + SpecificationOf(option);
+        list += " \\\n" + std::string(indentation) + ArgumentOf(option);
     return list;
 }
 
@@ -93,15 +93,15 @@ std::string ZshCompletion(const DescribedProgram& program) {
               "    typeset -A opt_args\n    commands=(\n";
     for (const DescribedCommand& command : program.Commands)
         script += "        " + Quoted(command.Name + ':' + Escaped(command.Description)) + '\n';
-    script += "    )\n    _arguments -C" + Specifications(program.Options, "        ") +
+    script += "    )\n    _arguments -C" + ArgumentLines(program.Options, "        ") +
               " \\\n        '1:command:->command' '*::argument:->arguments'\n"
               "    case $state in\n    command) _describe -t commands command commands ;;\n"
               "    arguments)\n        folder_before=${(Q)opt_args[--folder]}\n        case $line[1] in\n";
     for (const DescribedCommand& command : program.Commands) {
         script += "        " + command.Name + ")\n            _arguments" +
-                  Specifications(program.Options, "                ") +
-                  Specifications(command.Options, "                ") +
-                  Specifications(command.Arguments, "                ") + "\n            ;;\n";
+                  ArgumentLines(program.Options, "                ") +
+                  ArgumentLines(command.Options, "                ") +
+                  ArgumentLines(command.Arguments, "                ") + "\n            ;;\n";
     }
     return script + "        esac\n        ;;\n    esac\n}\n\n_mact-cli \"$@\"\n";
 }

@@ -1,6 +1,6 @@
 #include "dialogs/program_style.h"
-#include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
+#include "tests/support/window_rows.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -65,11 +65,7 @@ class button_order_test : public QObject {
 
     SampleShop m_shop;
 
-    static void EachWindow() {
-        QTest::addColumn<int>("row");
-        for (std::size_t row = 0; row < AllWindows().size(); ++row)
-            QTest::newRow(AllWindows()[row].Name) << static_cast<int>(row);
-    }
+    static void EachWindow() { AddRows(AllWindows()); }
 
     void InThisWindow(const std::function<void(QWidget&)>& act) {
         QFETCH(const int, row);

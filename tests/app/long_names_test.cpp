@@ -3,8 +3,8 @@
 #include "materials/material_store.h"
 #include "store/additional_names.h"
 #include "store/companies.h"
-#include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
+#include "tests/support/window_rows.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -81,11 +81,7 @@ class long_names_test : public QObject {
         InWindow(AllWindows()[static_cast<std::size_t>(row)], m_shop.App, nullptr, act);
     }
 
-    static void EachWindow() {
-        QTest::addColumn<int>("row");
-        for (std::size_t row = 0; row < AllWindows().size(); ++row)
-            QTest::newRow(AllWindows()[row].Name) << static_cast<int>(row);
-    }
+    static void EachWindow() { AddRows(AllWindows()); }
 
 private slots:
     void initTestCase() { QApplication::setStyle(new ProgramStyle); }

@@ -1,8 +1,8 @@
 #include "dialogs/program_style.h"
 #include "dialogs/window_colours.h"
 #include "platform/qt_prompts.h"
-#include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
+#include "tests/support/window_rows.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -104,11 +104,7 @@ class small_screens_test : public QObject {
 
     SampleShop m_shop;
 
-    static void EachWindow() {
-        QTest::addColumn<int>("row");
-        for (std::size_t row = 0; row < States().size(); ++row)
-            QTest::newRow(States()[row].Name) << static_cast<int>(row);
-    }
+    static void EachWindow() { AddRows(States()); }
 
     void InThisWindow(const std::function<void(QWidget&)>& act) {
         QFETCH(const int, row);

@@ -2,8 +2,8 @@
 #include "dialogs/dialog_routines.h"
 #include "dialogs/elided_label.h"
 #include "dialogs/link_label.h"
-#include "tests/support/all_windows.h"
 #include "tests/support/sample_shop.h"
+#include "tests/support/window_rows.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -191,11 +191,7 @@ class window_habits_test : public QObject {
 
     SampleShop m_shop;
 
-    static void EachWindow() {
-        QTest::addColumn<int>("row");
-        for (std::size_t row = 0; row < AllWindows().size(); ++row)
-            QTest::newRow(AllWindows()[row].Name) << static_cast<int>(row);
-    }
+    static void EachWindow() { AddRows(AllWindows()); }
 
     void InThisWindow(const std::function<void(QWidget&)>& act, QWidget* parent = nullptr) {
         QFETCH(const int, row);

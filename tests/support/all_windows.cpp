@@ -449,7 +449,7 @@ void ReplaceMaterial(const QWidget& window) {
 
 } // namespace
 
-const std::vector<WindowState>& AllWindows() {
+const std::vector<WindowState>& AllWindows() { // NOLINT(readability-function-size): a table
     static const std::vector<WindowState> windows{
         {"frmMain",                           OpenMain,                   WithVerdict       },
         {"frmMain_no_company",                OpenMainWithoutCompany,     AsItOpens         },
